@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+
+#include "support/Text.h"
+
+namespace ombrelian::platform {
+
+/// A Windows error number, whatever the system; each back end has one translator to it.
+using ErrorCode = std::uint32_t;
+
+inline constexpr ErrorCode kSuccess = 0;
+inline constexpr ErrorCode kFileNotFound = 2;
+inline constexpr ErrorCode kPathNotFound = 3;
+inline constexpr ErrorCode kTooManyOpenFiles = 4;
+inline constexpr ErrorCode kAccessDenied = 5;
+inline constexpr ErrorCode kInvalidHandle = 6;
+inline constexpr ErrorCode kNotEnoughMemory = 8;
+inline constexpr ErrorCode kNotSameDevice = 17;
+inline constexpr ErrorCode kWriteProtect = 19;
+inline constexpr ErrorCode kNotReady = 21;
+inline constexpr ErrorCode kGeneralFailure = 31;
+inline constexpr ErrorCode kSharingViolation = 32;
+inline constexpr ErrorCode kNotSupported = 50;
+inline constexpr ErrorCode kNetworkPathNotFound = 53;
+inline constexpr ErrorCode kNetworkGone = 64;
+inline constexpr ErrorCode kInvalidParameter = 87;
+inline constexpr ErrorCode kBrokenPipe = 109;
+inline constexpr ErrorCode kDiskFull = 112;
+inline constexpr ErrorCode kInvalidName = 123;
+inline constexpr ErrorCode kDirectoryNotEmpty = 145;
+inline constexpr ErrorCode kAlreadyExists = 183;
+inline constexpr ErrorCode kNameTooLong = 206;
+inline constexpr ErrorCode kFileTooLarge = 223;
+inline constexpr ErrorCode kNotADirectory = 267;
+inline constexpr ErrorCode kInputOutputError = 1117;
+inline constexpr ErrorCode kQuotaExceeded = 1295;
+inline constexpr ErrorCode kLinkLoop = 1921;
+
+/// True for the two codes that say: there is nothing of that name.
+constexpr bool isMissing(ErrorCode code) { return code == kFileNotFound || code == kPathNotFound; }
+
+/// The system's own text for `code`; empty where it has none. Never ends in a line break.
+Text FormatMessageW(ErrorCode code);
+
+}  // namespace ombrelian::platform

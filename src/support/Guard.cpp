@@ -1,0 +1,40 @@
+#include "support/Guard.h"
+
+#include <new>
+
+namespace ombrelian {
+namespace {
+
+FaultSink* faultSink = nullptr;
+
+constexpr std::int32_t kOutOfMemory = 7;
+constexpr std::int32_t kUnknownFault = 51;
+
+Error describeEscaped() {
+  try {
+    throw;
+  } catch (const Fault& fault) {
+    return fault.error();
+  } catch (const std::bad_alloc&) {
+    return {kOutOfMemory, u"", u"Out of memory"};
+  } catch (const std::exception& exception) {
+    return {kUnknownFault, u"", fromBytes(exception.what())};
+  } catch (...) {
+    return {kUnknownFault, u"", u"Unknown exception"};
+  }
+}
+
+}  // namespace
+
+void setFaultSink(FaultSink* sink) { faultSink = sink; }
+
+void reportEscaped(TextView module, TextView name,
+                   std::initializer_list<TextView> params) noexcept {
+  if (faultSink == nullptr) return;
+  try {
+    faultSink->Debug(name, module, describeEscaped(), {params.begin(), params.end()});
+  } catch (...) {  // no memory for the report itself: the process goes on without it
+  }
+}
+
+}  // namespace ombrelian

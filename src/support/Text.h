@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace ombrelian {
+
+/// All text inside the program is UTF-16: it is what reports, the settings file and both window
+/// systems speak. A name from a POSIX disk may hold bytes that are no UTF-8; see fromBytes.
+using Text = std::u16string;
+using TextView = std::u16string_view;
+
+/// Decodes the bytes of a name or a line as UTF-8 without loss: a byte that is no part of
+/// well-formed UTF-8 becomes the lone surrogate U+DC00 + byte (U+DC80 to U+DCFF).
+Text fromBytes(std::string_view bytes);
+
+/// As fromBytes, but replaces the content of `out`, so that a caller can reuse its memory.
+void fromBytes(std::string_view bytes, Text& out);
+
+/// The exact inverse of fromBytes for every text that fromBytes made. Any other lone surrogate is
+/// written as three bytes, as UTF-8 would if it allowed surrogates.
+std::string toBytes(TextView text);
+
+/// As toBytes, but appends to `out`.
+void appendBytes(TextView text, std::string& out);
+
+/// Widens ASCII; for literals and numbers only.
+Text fromAscii(std::string_view ascii);
+
+/// The decimal digits of `value`, with "-" in front of a negative one.
+Text toText(std::int64_t value);
+
+/// The whole of `text` as a decimal number. Returns false, and leaves `value`, unless the text is
+/// an optional sign and digits that fit.
+bool parseNumber(TextView text, std::int64_t& value);
+
+/// Without blanks (U+0020) at both ends; other white space stays, since names may hold it.
+TextView trimBlanks(TextView text);
+
+/// `text` with every `from` replaced by `to`, left to right; an empty `from` replaces nothing.
+Text replaceAll(TextView text, TextView from, TextView to);
+
+/// Upper and lower case of the 26 ASCII letters; everything else stays.
+char16_t asciiLower(char16_t unit);
+Text asciiLower(TextView text);
+Text asciiUpper(TextView text);
+
+}  // namespace ombrelian

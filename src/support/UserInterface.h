@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+
+#include "support/Text.h"
+
+namespace ombrelian {
+
+/// What the procedures need of a window. The window implements it; a silent run answers plainly.
+class UserInterface {
+ public:
+  enum class Severity { Information, Warning, Error };
+
+  virtual ~UserInterface() = default;
+
+  /// A scan moved on: the folder in work (ends in a separator), and what was counted so far.
+  virtual void scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
+                            std::int64_t bytes) = 0;
+
+  /// A save moved on: row `row` of about `rows`.
+  virtual void saveProgress(std::uint64_t row, std::uint64_t rows) = 0;
+
+  /// Serves what the user did meanwhile.
+  virtual void yield() = 0;
+
+  /// Whether something the user did waits to be served.
+  virtual bool GetInputState() = 0;
+
+  virtual void message(TextView text, Severity severity) = 0;
+
+  /// A question with yes and no; a silent run answers no.
+  virtual bool ask(TextView question) = 0;
+};
+
+}  // namespace ombrelian
