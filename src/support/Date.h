@@ -37,8 +37,13 @@ Date toDate(const DateParts& parts);
 /// The parts of `date`, rounded to the nearest second.
 DateParts toParts(Date date);
 
+/// What stands for a time that file times cannot hold; no calendar has it.
+inline constexpr FileTime kInvalidFileTime = INT64_MAX;
+
 /// The file time of a Unix time stamp.
 constexpr FileTime fileTimeFromUnix(std::int64_t seconds, std::uint32_t nanoseconds) {
+  constexpr std::int64_t kLimit = 900'000'000'000;  // some 28,000 years, either way
+  if (seconds < -kLimit || seconds > kLimit) return kInvalidFileTime;
   return (seconds + kUnixEpochInFileSeconds) * kFileTimePerSecond + nanoseconds / 100;
 }
 

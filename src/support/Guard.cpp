@@ -28,6 +28,10 @@ Error describeEscaped() {
 
 void setFaultSink(FaultSink* sink) { faultSink = sink; }
 
+void reportLine(TextView line) noexcept {
+  if (faultSink != nullptr) faultSink->errorLine(line);
+}
+
 void reportEscaped(TextView module, TextView name,
                    std::initializer_list<TextView> params) noexcept {
   if (faultSink == nullptr) return;

@@ -30,10 +30,16 @@ class FaultSink {
   /// Must not throw. `params` are the values that the procedure wanted recorded.
   virtual void Debug(TextView proc, TextView module, const Error& error,
                      const std::vector<Text>& params) noexcept = 0;
+
+  /// A line for the fault log that needs no report. Must not throw.
+  virtual void errorLine(TextView line) noexcept = 0;
 };
 
 /// Not owned; null drops what escapes.
 void setFaultSink(FaultSink* sink);
+
+/// Hands a line to the sink.
+void reportLine(TextView line) noexcept;
 
 /// Hands the exception being handled to the sink; for Guarded alone.
 void reportEscaped(TextView module, TextView name, std::initializer_list<TextView> params) noexcept;

@@ -13,12 +13,19 @@ class UserInterface {
 
   virtual ~UserInterface() = default;
 
+  /// A run of scans begins and ends; between the two nothing but stopping may be offered.
+  virtual void scanBegins() = 0;
+  virtual void scanEnds() = 0;
+
   /// A scan moved on: the folder in work (ends in a separator), and what was counted so far.
   virtual void scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
                             std::int64_t bytes) = 0;
 
   /// A save moved on: row `row` of about `rows`.
   virtual void saveProgress(std::uint64_t row, std::uint64_t rows) = 0;
+
+  /// Whether the user wants the save to end early; what is written so far stays well-formed.
+  virtual bool saveCancelled() = 0;
 
   /// Serves what the user did meanwhile.
   virtual void yield() = 0;

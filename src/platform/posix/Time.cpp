@@ -27,7 +27,7 @@ bool toLocal(time_t seconds, DateParts& parts) {
 }  // namespace
 
 bool FileTimeToLocalSystemTime(FileTime time, DateParts& parts) {
-  if (time == 0) return false;
+  if (time == 0 || time == kInvalidFileTime) return false;
   return toLocal(wholeSeconds(time) - kUnixEpochInFileSeconds, parts);
 }
 

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/SystemError.h"
+#include "support/Date.h"
+
+namespace ombrelian::platform {
+
+/// Attribute bits, with the values that Windows gives them.
+inline constexpr std::uint32_t kAttributeReadOnly = 0x1;
+inline constexpr std::uint32_t kAttributeHidden = 0x2;
+inline constexpr std::uint32_t kAttributeSystem = 0x4;
+inline constexpr std::uint32_t kAttributeDirectory = 0x10;
+inline constexpr std::uint32_t kAttributeArchive = 0x20;
+inline constexpr std::uint32_t kAttributeTemporary = 0x100;
+inline constexpr std::uint32_t kAttributeSparse = 0x200;
+inline constexpr std::uint32_t kAttributeReparsePoint = 0x400;
+inline constexpr std::uint32_t kAttributeCompressed = 0x800;
+inline constexpr std::uint32_t kAttributeOffline = 0x1000;
+inline constexpr std::uint32_t kAttributeNotIndexed = 0x2000;
+inline constexpr std::uint32_t kAttributeEncrypted = 0x4000;
+
+inline constexpr std::uint32_t kTagMountPoint = 0xA0000003;
+inline constexpr std::uint32_t kTagSymbolicLink = 0xA000000C;
+
+/// Identity of an open or listed object on this machine.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t index = 0;
+
+  bool operator==(const FileIdentity&) const = default;
+};
+
+/// One entry of a folder, or one object, as a single question to the system told it. The name is
+/// kept apart, so that a walk that needs none converts none.
+struct FindData {
+  std::uint32_t dwFileAttributes = 0;
+  std::uint32_t nFileSizeHigh = 0;  // logical length; a link's own length; 0 for devices and pipes
+  std::uint32_t nFileSizeLow = 0;
+  std::uint32_t dwReserved0 = 0;  // reparse tag where the reparse bit is set, else 0
+  FileTime ftCreationTime = 0;    // 0 where the file system keeps none
+  FileTime ftLastAccessTime = 0;
+  FileTime ftLastWriteTime = 0;
+
+  std::uint32_t linkCount = 0;     // 0 where the question did not tell it
+  std::uint32_t ownerId = 0;       // account number; POSIX only
+  std::int64_t allocatedSize = 0;  // bytes on the disk
+  FileIdentity identity;
+
+  /// Not kSuccess: the entry is there, but nothing but its name and kind could be read.
+  ErrorCode statError = kSuccess;
+
+  bool isFolder() const { return (dwFileAttributes & kAttributeDirectory) != 0; }
+  bool isReparse() const { return (dwFileAttributes & kAttributeReparsePoint) != 0; }
+};
+
+}  // namespace ombrelian::platform

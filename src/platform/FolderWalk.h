@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/FindData.h"
+#include "support/Text.h"
+
+namespace ombrelian::platform {
+
+/// Lists the folders of one source in the order of a depth-first walk: a stack of find handles, of
+/// which the innermost is read. It goes to any depth with a bounded number of descriptors, and no
+/// step costs more the deeper the walk is. The names are those of the calls that it stands for.
+///
+/// Entries come in the order of the file system, without "." and "..". Not copyable; used by one
+/// thread.
+class FolderWalk {
+ public:
+  FolderWalk();
+  ~FolderWalk();
+  FolderWalk(const FolderWalk&) = delete;
+  FolderWalk& operator=(const FolderWalk&) = delete;
+
+  /// Opens the folder `path` (no trailing wildcard; any length) as the outermost level, following
+  /// links. On failure there is no level.
+  ErrorCode FindFirstFileW(TextView path);
+
+  /// Opens the folder that is the current entry as a new innermost level. A reparse folder is
+  /// followed. kLinkLoop: it is one of its own ancestors; kNotSupported: a file system that holds
+  /// no files of its own, such as proc, is mounted there. On failure no level is added.
+  ErrorCode FindFirstFileW();
+
+  /// The next entry of the innermost level; null at its end. Valid until the next call of this.
+  const FindData* FindNextFileW();
+
+  /// Why the innermost level ended: kSuccess at its real end or when the folder was removed
+  /// meanwhile, else what broke the listing off.
+  ErrorCode listError() const;
+
+  /// Closes the innermost level; its parent's entry is then the folder that was left, for
+  /// FindNextFileW only.
+  void FindClose();
+
+  /// Name of the current entry; converted at the first call for it, which must come before the
+  /// entry is opened.
+  TextView name();
+
+  /// Where the current entry, a reparse folder, leads: the link's text, or what is mounted there.
+  /// `path` is the entry's full path.
+  Text reparseTarget(TextView path, ErrorCode& error) const;
+
+  /// Number of open levels.
+  std::size_t depth() const;
+
+ private:
+  class Implementation;
+  std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace ombrelian::platform

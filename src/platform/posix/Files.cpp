@@ -1,0 +1,162 @@
+#include "platform/Files.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <limits.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <utility>
+
+#include "platform/posix/Errors.h"
+#include "platform/posix/PathAt.h"
+#include "platform/posix/Stat.h"
+
+namespace ombrelian::platform {
+namespace {
+
+constexpr mode_t kFileMode = 0666;  // less the process's file mask
+constexpr mode_t kFolderMode = 0777;
+
+ErrorCode lastError() { return translateErrno(errno); }
+
+ErrorCode readAt(TextView path, int flags, FindData& data) {
+  if (path.empty()) return kPathNotFound;
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  const int error = readFindData(at.folder(), at.name(), flags, 0, data);
+  if (error != 0) return translateErrno(error);
+  data.dwFileAttributes &= ~kAttributeHidden;
+  const char* const name = at.lastComponent();
+  if (name[0] == '.' && name[1] != '\0' && name[1] != '/') {
+    data.dwFileAttributes |= kAttributeHidden;
+  }
+  return kSuccess;
+}
+
+int openFlags(int disposition) {
+  switch (disposition) {
+    case kCreateNew:
+      return O_WRONLY | O_CREAT | O_EXCL;
+    case kOpenAppend:
+      return O_WRONLY | O_CREAT | O_APPEND;
+    case kOpenExisting:
+      return O_RDWR;
+    default:
+      return O_RDONLY;
+  }
+}
+
+}  // namespace
+
+const char16_t kNativeSeparator = u'/';
+
+ErrorCode FindFirstFileW(TextView path, FindData& data) {
+  return readAt(path, AT_SYMLINK_NOFOLLOW, data);
+}
+
+ErrorCode GetFileInformation(TextView path, FindData& data) { return readAt(path, 0, data); }
+
+ErrorCode MoveFileExW(TextView from, TextView to) {
+  const PathAt fromAt(from);
+  const PathAt toAt(to);
+  if (fromAt.error() != 0) return translateErrno(fromAt.error());
+  if (toAt.error() != 0) return translateErrno(toAt.error());
+  const int result = renameat(fromAt.folder(), fromAt.name(), toAt.folder(), toAt.name());
+  return result == 0 ? kSuccess : lastError();
+}
+
+ErrorCode DeleteFileW(TextView path) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  return unlinkat(at.folder(), at.name(), 0) == 0 ? kSuccess : lastError();
+}
+
+ErrorCode CreateDirectoryW(TextView path) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  return mkdirat(at.folder(), at.name(), kFolderMode) == 0 ? kSuccess : lastError();
+}
+
+ErrorCode CheckFolderWritable(TextView path) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  struct stat told;
+  if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
+  if (!S_ISDIR(told.st_mode)) return kNotADirectory;
+  return faccessat(at.folder(), at.name(), W_OK | X_OK, AT_EACCESS) == 0 ? kSuccess : lastError();
+}
+
+Text GetFinalPathNameW(TextView path) {
+  char* const resolved = realpath(toBytes(path).c_str(), nullptr);
+  if (resolved == nullptr) return {};
+  Text result = fromBytes(resolved);
+  free(resolved);
+  return result;
+}
+
+Text GetFullPathNameW(TextView path) {
+  if (!path.empty() && path.front() == u'/') return Text(path);
+  char* const folder = getcwd(nullptr, 0);
+  if (folder == nullptr) return Text(path);
+  Text result = fromBytes(folder);
+  free(folder);
+  if (result.back() != u'/') result.push_back(u'/');
+  return result.append(path);
+}
+
+FileHandle::FileHandle(FileHandle&& other) noexcept
+    : handle_(std::exchange(other.handle_, kNone)) {}
+
+FileHandle& FileHandle::operator=(FileHandle&& other) noexcept {
+  std::swap(handle_, other.handle_);
+  return *this;
+}
+
+FileHandle::~FileHandle() {
+  if (isOpen()) close(int(handle_));
+}
+
+FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error) {
+  FileHandle file;
+  const PathAt at(path);
+  error = translateErrno(at.error());
+  if (error != kSuccess) return file;
+  const int fd = openat(at.folder(), at.name(), openFlags(disposition) | O_CLOEXEC, kFileMode);
+  if (fd < 0) {
+    error = lastError();
+  } else {
+    file.handle_ = fd;
+  }
+  return file;
+}
+
+ErrorCode WriteFile(FileHandle& file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(int(file.handle_), bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return lastError();
+    bytes.remove_prefix(std::size_t(written));
+  }
+  return kSuccess;
+}
+
+ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t& got) {
+  got = 0;
+  for (;;) {
+    const ssize_t result = read(int(file.handle_), buffer, size);
+    if (result < 0 && errno == EINTR) continue;
+    if (result < 0) return lastError();
+    got = std::size_t(result);
+    return kSuccess;
+  }
+}
+
+ErrorCode CloseHandle(FileHandle& file) {
+  const int fd = int(std::exchange(file.handle_, FileHandle::kNone));
+  return close(fd) == 0 ? kSuccess : lastError();
+}
+
+}  // namespace ombrelian::platform

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+#include "platform/posix/Descriptor.h"
+#include "support/Text.h"
+
+namespace ombrelian::platform {
+
+/// A path of any length in the form that the *at calls take: a folder, and a name below it that
+/// the kernel accepts in one piece.
+class PathAt {
+ public:
+  /// Trailing separators are dropped, so that a link at the end is itself.
+  explicit PathAt(TextView path);
+  explicit PathAt(std::string path);
+
+  /// errno of the part of a long path that could not be opened, else 0.
+  int error() const { return error_; }
+
+  int folder() const;
+  const char* name() const { return bytes_.c_str() + nameAt_; }
+
+  /// The last component alone; "/" for the root.
+  const char* lastComponent() const;
+
+ private:
+  void openLongPart();
+
+  std::string bytes_;
+  std::size_t nameAt_ = 0;
+  Descriptor opened_;
+  int error_ = 0;
+};
+
+}  // namespace ombrelian::platform

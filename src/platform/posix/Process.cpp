@@ -1,0 +1,162 @@
+#include "platform/Process.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysinfo.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "platform/posix/Descriptor.h"
+
+namespace ombrelian::platform {
+namespace {
+
+std::string environmentVariable(const char* name) {
+  const char* const value = getenv(name);
+  return value != nullptr ? value : "";
+}
+
+/// Value behind "key:" or "KEY=" in a small text file of the system; empty if it is not there.
+std::string valueInFile(const char* path, const std::string& key, char separator) {
+  FILE* const file = std::fopen(path, "re");
+  if (file == nullptr) return {};
+  std::string value;
+  char line[512];
+  while (value.empty() && std::fgets(line, sizeof line, file) != nullptr) {
+    if (std::strncmp(line, key.c_str(), key.size()) != 0) continue;
+    const char* at = std::strchr(line, separator);
+    if (at == nullptr) continue;
+    at += 1 + std::strspn(at + 1, " \t\"");
+    value.assign(at, std::strcspn(at, "\"\n"));
+  }
+  std::fclose(file);
+  return value;
+}
+
+std::uint64_t kilobytesInFile(const char* path, const char* key) {
+  return std::strtoull(valueInFile(path, key, ':').c_str(), nullptr, 10) * 1024;
+}
+
+/// A folder of this user's own for marks that end with the session; empty if there is none.
+std::string runtimeFolder() {
+  std::string folder = environmentVariable("XDG_RUNTIME_DIR");
+  if (folder.empty() || folder.front() != '/') {
+    folder = "/tmp/ombrelian-" + std::to_string(geteuid());
+  } else {
+    folder += "/Ombrelian";
+  }
+  mkdir(folder.c_str(), 0700);
+  struct stat told;
+  const bool isOurs = lstat(folder.c_str(), &told) == 0 && S_ISDIR(told.st_mode) &&
+                      told.st_uid == geteuid() && (told.st_mode & 077) == 0;
+  return isOurs ? folder : std::string();
+}
+
+int openMark(TextView name) {
+  std::string file = toBytes(name);
+  for (char& c : file) {
+    if (c == '/' || c == '\\') c = '_';
+  }
+  const std::string folder = runtimeFolder();
+  if (folder.empty()) return -1;
+  return open((folder + "/" + file + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
+              0600);
+}
+
+}  // namespace
+
+Text GetEnvironmentVariableW(TextView name) {
+  return fromBytes(environmentVariable(toBytes(name).c_str()));
+}
+
+Text GetApplicationDataFolder() {
+  const std::string configured = environmentVariable("XDG_CONFIG_HOME");
+  if (!configured.empty() && configured.front() == '/') return fromBytes(configured);
+  const std::string home = environmentVariable("HOME");
+  return home.empty() ? Text() : fromBytes(home + "/.config");
+}
+
+Text GetModuleFolder() {
+  char* const path = realpath("/proc/self/exe", nullptr);
+  std::string folder = path != nullptr ? path : "";
+  free(path);
+  const auto slash = folder.rfind('/');
+  return slash == std::string::npos ? Text() : fromBytes(folder.substr(0, slash));
+}
+
+Text GetCurrentDirectoryW() {
+  char* const folder = getcwd(nullptr, 0);
+  const Text result = folder != nullptr ? fromBytes(folder) : Text();
+  free(folder);
+  return result;
+}
+
+SystemFacts GetSystemFacts() {
+  SystemFacts facts;
+  struct utsname names;
+  if (uname(&names) == 0) {
+    facts.osName = fromBytes(names.sysname);
+    facts.osVersion = fromBytes(names.release);
+    facts.computerName = fromBytes(names.nodename);
+    facts.is64Bit = std::strstr(names.machine, "64") != nullptr;
+  }
+  const std::string pretty = valueInFile("/etc/os-release", "PRETTY_NAME", '=');
+  if (!pretty.empty()) facts.osName = fromBytes(pretty);
+  facts.cpuName = fromBytes(valueInFile("/proc/cpuinfo", "model name", ':'));
+  struct sysinfo information;
+  if (sysinfo(&information) == 0) facts.upTimeSeconds = std::uint64_t(information.uptime);
+  facts.physicalFree = kilobytesInFile("/proc/meminfo", "MemAvailable");
+  facts.physicalTotal = kilobytesInFile("/proc/meminfo", "MemTotal");
+  facts.pageFileFree = kilobytesInFile("/proc/meminfo", "SwapFree");
+  facts.pageFileTotal = kilobytesInFile("/proc/meminfo", "SwapTotal");
+  facts.virtualTotal = kilobytesInFile("/proc/meminfo", "CommitLimit");
+  const std::uint64_t committed = kilobytesInFile("/proc/meminfo", "Committed_AS");
+  facts.virtualFree = facts.virtualTotal > committed ? facts.virtualTotal - committed : 0;
+  facts.processMemory = kilobytesInFile("/proc/self/status", "VmRSS");
+  return facts;
+}
+
+bool IsErrorOutputTerminal() { return isatty(STDERR_FILENO) == 1; }
+
+int GetTerminalWidth() {
+  struct winsize size;
+  return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
+}
+
+NamedMutex::NamedMutex(NamedMutex&& other) noexcept
+    : handle_(std::exchange(other.handle_, kNone)) {}
+
+NamedMutex& NamedMutex::operator=(NamedMutex&& other) noexcept {
+  std::swap(handle_, other.handle_);
+  return *this;
+}
+
+NamedMutex::~NamedMutex() {
+  if (isHeld()) close(int(handle_));
+}
+
+NamedMutex CreateMutexW(TextView name) {
+  NamedMutex mutex;
+  Descriptor mark(openMark(name));
+  // Every holder shares the lock; OpenMutexW sees it by failing to get it alone.
+  if (mark && flock(mark.get(), LOCK_SH) == 0) mutex.handle_ = mark.release();
+  return mutex;
+}
+
+bool OpenMutexW(TextView name) {
+  const Descriptor mark(openMark(name));
+  return mark && flock(mark.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+void DisableWow64FsRedirection(bool) {}
+
+}  // namespace ombrelian::platform
