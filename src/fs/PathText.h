@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/Files.h"
+#include "support/Text.h"
+
+namespace ombrelian {
+
+// Path text: nothing here touches the disk. `separator` chooses the rule: "\" is the Windows one,
+// "/" the POSIX one. Two things differ between them: where names may end in blanks ("/"), nothing
+// is trimmed; and the root "/" keeps its separator.
+
+/// The form that a platform call takes: on Windows with the prefix that lifts the length limit
+/// (a path that has it already gets a second one), elsewhere the path itself.
+Text LongPathPrefix(TextView path, char16_t separator = platform::kNativeSeparator);
+
+/// The part before the first NUL.
+TextView xCutAtNull(TextView text);
+
+/// The text before the last separator, without it; empty if there is none.
+TextView xGetPath(TextView path, char16_t separator = platform::kNativeSeparator);
+
+/// The text after the last separator; all of it if there is none.
+TextView xGetFileName(TextView path, char16_t separator = platform::kNativeSeparator);
+
+/// The text after the last ".", as typed; empty if there is none. Give it a name, not a path.
+TextView xGetExtension(TextView name);
+
+/// xGetFileName, cut before its last ".".
+TextView xGetFileNameWithoutExtension(TextView path,
+                                      char16_t separator = platform::kNativeSeparator);
+
+/// Adds a final separator unless there is one, and returns `path`.
+Text& xAddBackslash(Text& path, char16_t separator = platform::kNativeSeparator);
+
+/// The same on a copy; an empty path stays empty.
+Text xGetPathWithBackslash(TextView path, char16_t separator = platform::kNativeSeparator);
+
+/// Without a final separator.
+Text xRemoveBackslash(TextView path, char16_t separator = platform::kNativeSeparator);
+
+/// Appends `name` to `path` with one separator between them.
+Text& appendName(Text& path, TextView name, char16_t separator = platform::kNativeSeparator);
+
+}  // namespace ombrelian

@@ -1,0 +1,93 @@
+#include "fs/ReplacingFile.h"
+
+#include "fs/z_Filesystem.h"
+#include "platform/Time.h"
+
+namespace ombrelian {
+namespace {
+
+using platform::ErrorCode;
+using platform::kSuccess;
+
+constexpr TextView kSource = u"ReplacingFile";
+constexpr int kTemporaryNames = 100;  // tried before giving up
+
+/// What a link at `target` leads to; `target` itself where there is none.
+Text resolved(TextView target) {
+  platform::FindData data;
+  if (platform::FindFirstFileW(target, data) != kSuccess || !data.isReparse()) return Text(target);
+  const Text final = platform::GetFinalPathNameW(target);
+  return final.empty() ? Text(target) : final;
+}
+
+Text folderOf(TextView path) { return Text(xGetPath(path)); }
+
+}  // namespace
+
+Failure ReplacingFile::check(TextView target) {
+  const Text path = resolved(target);
+  platform::FindData data;
+  if (platform::FindFirstFileW(path, data) == kSuccess) {
+    if (data.isFolder()) return systemError(platform::kAccessDenied, kSource);
+    // A device or a pipe would be replaced by a plain file.
+    constexpr auto kSpecial = platform::kAttributeSystem | platform::kAttributeReparsePoint;
+    if ((data.dwFileAttributes & kSpecial) != 0) {
+      return systemError(platform::kNotSupported, kSource);
+    }
+  }
+  const ErrorCode error = platform::CheckFolderWritable(folderOf(path));
+  return error == kSuccess ? Failure() : systemError(error, kSource);
+}
+
+Failure ReplacingFile::open(TextView target) {
+  failure_ = check(target);
+  if (failure_) return failure_;
+  target_ = resolved(target);
+  // Short whatever the target is called, since that may be as long as a name can be.
+  const std::uint64_t seed = platform::GetTickCount();
+  ErrorCode error = kSuccess;
+  for (int attempt = 0; attempt < kTemporaryNames; ++attempt) {
+    Text candidate = folderOf(target_);
+    appendName(candidate, u".ombrelian-" + toText(std::int64_t(seed) + attempt) + u".tmp");
+    file_ = platform::CreateFileW(candidate, platform::kCreateNew, error);
+    if (error == kSuccess) temporary_ = candidate;
+    if (error != platform::kAlreadyExists) break;
+  }
+  if (error != kSuccess) failure_ = systemError(error, kSource);
+  return failure_;
+}
+
+Failure ReplacingFile::write(std::string_view bytes) {
+  if (failure_) return failure_;
+  const ErrorCode error = platform::WriteFile(file_, bytes);
+  if (error != kSuccess) failure_ = systemError(error, kSource);
+  return failure_;
+}
+
+Failure ReplacingFile::commit() {
+  if (file_.isOpen()) {
+    const ErrorCode error = platform::CloseHandle(file_);
+    if (error != kSuccess && !failure_) failure_ = systemError(error, kSource);
+  }
+  if (!failure_) {
+    const ErrorCode error = platform::MoveFileExW(temporary_, target_);
+    if (error != kSuccess) failure_ = systemError(error, kSource);
+  }
+  if (failure_) {
+    discard();
+  } else {
+    temporary_.clear();
+  }
+  return failure_;
+}
+
+ReplacingFile::~ReplacingFile() { discard(); }
+
+void ReplacingFile::discard() {
+  if (temporary_.empty()) return;
+  file_ = platform::FileHandle();
+  platform::DeleteFileW(temporary_);
+  temporary_.clear();
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/Files.h"
+#include "support/Error.h"
+
+namespace ombrelian {
+
+/// A file that takes the place of its target only when it is whole: it is written under another
+/// name in the target's folder and renamed at the end. Until then an older file of the target's
+/// name stays as it is; without commit() nothing remains.
+class ReplacingFile {
+ public:
+  ReplacingFile() = default;
+  ~ReplacingFile();
+  ReplacingFile(const ReplacingFile&) = delete;
+  ReplacingFile& operator=(const ReplacingFile&) = delete;
+
+  /// Whether a file could be put at `target` (absolute) now, as far as that can be known: its
+  /// folder is there and can be written, and what has the name now is a file.
+  static Failure check(TextView target);
+
+  /// Begins the file; a link at `target` is kept, and what it leads to is replaced.
+  Failure open(TextView target);
+
+  /// Once a write failed, every later one says the same and commit() puts nothing in place.
+  Failure write(std::string_view bytes);
+
+  /// Puts the file in place.
+  Failure commit();
+
+ private:
+  void discard();
+
+  platform::FileHandle file_;
+  Text target_;
+  Text temporary_;  // empty: nothing to remove
+  Failure failure_;
+};
+
+}  // namespace ombrelian
