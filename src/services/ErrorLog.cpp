@@ -1,0 +1,157 @@
+#include "services/ErrorLog.h"
+
+#include <cstdio>
+
+#include "fs/z_Filesystem.h"
+#include "platform/Accounts.h"
+#include "platform/Process.h"
+#include "platform/Time.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kLineEnd = u"\r\n";
+constexpr std::int32_t kMissingComponent = 429;
+
+Text formatted(const char* pattern, auto... values) {
+  char buffer[64];
+  const int length = std::snprintf(buffer, sizeof buffer, pattern, values...);
+  return fromAscii({buffer, std::size_t(length)});
+}
+
+/// The fixed form of dates in both logs; it does not follow the user's settings.
+Text timeStamp(const DateParts& parts) {
+  return formatted("%04d-%02d-%02d %02d:%02d:%02d", parts.year, parts.month, parts.day, parts.hour,
+                   parts.minute, parts.second);
+}
+
+Text now() { return timeStamp(platform::GetLocalTime()); }
+
+Text duration(std::uint64_t seconds) {
+  const auto days = unsigned(seconds / 86400);
+  return formatted("%ud %02u:%02u:%02u", days, unsigned(seconds / 3600 % 24),
+                   unsigned(seconds / 60 % 60), unsigned(seconds % 60));
+}
+
+Text megabytes(std::uint64_t bytes) { return toText(std::int64_t(bytes >> 20)) + u" MB"; }
+
+Text freeOfTotal(std::uint64_t free, std::uint64_t total) {
+  return megabytes(free) + u" Free / " + megabytes(total) + u" Total";
+}
+
+std::uint64_t secondsSince(Date start) {
+  const double days = toDate(platform::GetLocalTime()) - start;
+  return days > 0 ? std::uint64_t(days * 86400 + 0.5) : 0;
+}
+
+/// Collects the lines of a report.
+class Report {
+ public:
+  void line(TextView prefix, TextView value) {
+    text_.append(prefix).append(value).append(kLineEnd);
+  }
+  Text take() { return std::move(text_); }
+
+ private:
+  Text text_;
+};
+
+void addMachine(Report& report) {
+  const platform::SystemFacts facts = platform::GetSystemFacts();
+  const std::uint64_t used = facts.physicalTotal - facts.physicalFree;
+  const std::uint64_t load = facts.physicalTotal == 0 ? 0 : used * 100 / facts.physicalTotal;
+  report.line(u"SysUp: ", duration(facts.upTimeSeconds));
+  report.line(u"OS: ", facts.osName + u" Version: " + facts.osVersion + u" ID: " +
+                           (platform::kNativeSeparator == u'\\' ? u"2" : u"0"));
+  report.line(u"64bit: ", facts.is64Bit ? u"True" : u"False");
+  report.line(u"IE: ", u"");
+  report.line(u"PhysRAM: ", freeOfTotal(facts.physicalFree, facts.physicalTotal));
+  report.line(u"MemLoad: ", toText(std::int64_t(load)) + u"%");
+  report.line(u"RAM used: ", megabytes(facts.processMemory));
+  report.line(u"Pagefile: ", freeOfTotal(facts.pageFileFree, facts.pageFileTotal));
+  report.line(u"VirtMem: ", freeOfTotal(facts.virtualFree, facts.virtualTotal));
+  report.line(u"CPU: ", facts.cpuName);
+  report.line(u"Screen: ", u"");
+}
+
+}  // namespace
+
+Text ErrorLog::SystemReport(TextView proc, TextView module, const Error& error) const {
+  Report report;
+  if (error.number == kMissingComponent) {
+    report.line(TL(0,
+                   u"Eine benötigte Systemkomponente (OCX/DLL) fehlt,%!ist veraltert oder "
+                   u"ungültig. Bitte das Setup der Anwendung erneut installieren um den Fehler zu "
+                   u"beheben."),
+                u"");
+  }
+  Text iniCreated;
+  if (const Date created = xGetFileCreateDate(facts_.iniFile); created != 0) {
+    iniCreated = timeStamp(toParts(created));
+  }
+  report.line(u"Now: ", now());
+  report.line(u"App: ", facts_.title + u" " + facts_.version);
+  Text program = platform::GetModuleFolder();
+  report.line(u"ExeInst: ", appendName(program, asciiLower(facts_.title)));
+  report.line(u"IniCreate: ", iniCreated);
+  report.line(u"Modul: ", module);
+  report.line(u"Func: ", proc);
+  report.line(u"Line: ", error.source);
+  report.line(u"Err: ", toText(error.number) + u" - " + error.text);
+  report.line(u"Path: ", platform::GetCurrentDirectoryW());
+  report.line(u"AppUp: ", duration(secondsSince(facts_.started)));
+  addMachine(report);
+  report.line(u"Command: ", facts_.commandLine);
+  report.line(u"User: ", platform::GetUserNameW());
+  report.line(u"Comp: ", platform::GetSystemFacts().computerName);
+  return report.take();
+}
+
+void ErrorLog::Debug(TextView proc, TextView module, const Error& error,
+                     const std::vector<Text>& params) noexcept {
+  try {
+    ++errcount_;
+    Report report;
+    report.line(u"Apptitle: ", facts_.title);
+    report.line(u"Datapath: ", facts_.dataPath);
+    report.line(u"Admin: ", platform::IsNTAdmin() ? u"True" : u"False");
+    report.line(u"Errcount: ", toText(errcount_));
+    report.line(u"Lang: ", toText(facts_.languageId));
+    std::int64_t index = 0;
+    for (const Text& param : params)
+      report.line(u"Debug" + toText(index++) + u": ", param);
+    errorLine(SystemReport(proc, module, error) + report.take());
+  } catch (...) {  // the program must not die of its logger
+  }
+}
+
+void ErrorLog::errorLine(TextView line) noexcept {
+  try {
+    appendTo(u"error.log", now().append(u" - ").append(line).append(kLineEnd).append(kLineEnd));
+  } catch (...) {
+  }
+}
+
+void ErrorLog::LogDebug(TextView text, const std::vector<Text>& params) noexcept {
+  try {
+    Text line = now().append(u" - ").append(text);
+    for (const Text& param : params)
+      line.append(u", ").append(param);
+    appendTo(u"debug.log", line.append(kLineEnd));
+  } catch (...) {
+  }
+}
+
+void ErrorLog::appendTo(TextView file, TextView text) const noexcept {
+  try {
+    Text path = facts_.dataPath;
+    platform::ErrorCode error = platform::kSuccess;
+    platform::FileHandle log =
+        platform::CreateFileW(appendName(path, file), platform::kOpenAppend, error);
+    if (error == platform::kSuccess) platform::WriteFile(log, toBytes(text));
+  } catch (...) {
+  }
+}
+
+}  // namespace ombrelian
