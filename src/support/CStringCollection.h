@@ -1,0 +1,187 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "support/CNode.h"
+#include "support/Error.h"
+#include "support/TextRules.h"
+
+namespace ombrelian {
+
+/// Names an item of a collection: a number is a position, a text is a key, even when it consists of
+/// digits. Keeps a view of the text only.
+class KeyOrIndex {
+ public:
+  KeyOrIndex(TextView key) : key_(key) {}                            // NOLINT: implicit
+  KeyOrIndex(const Text& key) : key_(key) {}                         // NOLINT: implicit
+  KeyOrIndex(const char16_t* key) : key_(key) {}                     // NOLINT: implicit
+  KeyOrIndex(std::int32_t at) : position_(at), isPosition_(true) {}  // NOLINT: implicit
+  KeyOrIndex(char16_t) = delete;  // one unit is neither a text nor a number
+
+  bool isPosition() const { return isPosition_; }
+  std::int32_t position() const { return position_; }
+  TextView key() const { return key_; }
+
+  /// The key, or the digits of the position; for error texts.
+  Text describe() const { return isPosition_ ? toText(position_) : Text(key_); }
+
+ private:
+  TextView key_;
+  std::int32_t position_ = 0;
+  bool isPosition_ = false;
+};
+
+/// The container for texts by key and by position: a red-black tree over the keys and an array of
+/// positions over the same nodes. All nodes live in one growable array and are linked by index.
+///
+///   Nodes:       [0 empty] [1] [2] [3] ...     element 0 stands for "no node" in every link
+///   IndexArray:  position 1, 2, ... Count  ->  index of the node there
+///
+/// A collection holds items with keys, or items without (a sorted list, reached by position), never
+/// both. Views that it returns are valid until its next change.
+class CStringCollection {
+ public:
+  static constexpr std::int32_t kPositionOutOfRange = 1;
+  static constexpr std::int32_t kKeyNotFound = 2;
+  static constexpr std::int32_t kDuplicateKey = 8;
+
+  /// What Add does beside appending.
+  struct AddOptions {
+    std::optional<KeyOrIndex> Before;  // insert in front of this item
+    std::optional<KeyOrIndex> After;   // insert behind this item; Before wins
+    bool RaiseOnDuplicate = false;     // error for a duplicate key, or an unknown Before or After
+    bool Sorted = false;               // place by item text, behind its equals
+    std::int32_t SortCompare = 0;      // 0 binary, 1 the locale's order of texts
+  };
+
+  /// What Add did.
+  struct AddResult {
+    std::int32_t NewNode = 0;       // 0: nothing was added
+    std::int32_t ExistingNode = 0;  // the node that holds the key already; 0: the key is new
+    std::int32_t ExistingTag = 0;
+    TextView ExistingItem;
+    Failure error;
+  };
+
+  /// `rules` must outlive the collection and are asked at once how they lower ASCII; keys of ASCII
+  /// alone never reach them again.
+  explicit CStringCollection(const TextRules& rules);
+
+  /// Equal keys are accepted.
+  bool AllowDuplicates = false;
+
+  /// 0 compares keys as given, any other value their lower-case forms. Change it only while the
+  /// collection is empty.
+  std::int32_t CompareMode() const { return CompareMode_; }
+  void setCompareMode(std::int32_t mode) { CompareMode_ = mode; }
+
+  /// A failed lookup is an error instead of a neutral answer.
+  bool RaiseError() const { return RaiseError_; }
+  void setRaiseError(bool raise) { RaiseError_ = raise; }
+
+  std::int32_t Count() const { return Count_; }
+
+  /// Empties the collection and makes room for `size` items; optional, Add calls it when needed.
+  void Init(std::int32_t size, double growthFactor);
+
+  /// Empties the collection and gives its memory back.
+  void Clear();
+
+  /// Adds an item; an empty key makes an item that only its position names. Where the key exists
+  /// and duplicates are not allowed, the result tells of the item that holds it.
+  AddResult Add(TextView item, TextView key, std::int32_t tag, const AddOptions& options);
+  AddResult Add(TextView item, TextView key, std::int32_t tag) { return Add(item, key, tag, {}); }
+
+  /// Takes the item out; the positions behind it move up by one.
+  Failure Remove(const KeyOrIndex& keyOrIndex);
+
+  Failure ChangeValues(const KeyOrIndex& keyOrIndex, TextView newItem, std::int32_t newTag);
+
+  bool ExistKey(TextView key) const;
+
+  /// The item's text; where there is none, an error with RaiseError, else empty.
+  Result<TextView> Item(const KeyOrIndex& keyOrIndex) const;
+  /// Fails where there is no such item, whatever RaiseError says.
+  Failure setItem(const KeyOrIndex& keyOrIndex, TextView value);
+
+  /// The item's number; where there is none, an error with RaiseError unless `quiet`, else -1.
+  Result<std::int32_t> Tag(const KeyOrIndex& keyOrIndex, bool quiet = false) const;
+  Failure setTag(const KeyOrIndex& keyOrIndex, bool quiet, std::int32_t value);
+
+  /// The key at a position; empty at position 0.
+  Result<TextView> Key(std::int32_t index) const;
+  /// Overwrites a key in place where `newKey` exists already and duplicates are allowed; a new key
+  /// changes nothing.
+  Failure setKey(std::int32_t index, TextView newKey);
+
+  /// Items that fit before the arrays grow; 0 without arrays.
+  std::int32_t capacity() const { return Nodes.empty() ? 0 : upperBound(); }
+
+  /// Whether colours, links and order of the tree, and the positions, are as they must be. Linear;
+  /// for tests.
+  bool verify() const;
+
+ private:
+  struct Node {
+    std::int32_t Left = 0;    // 0: none
+    std::int32_t Right = 0;   // 0: none
+    std::int32_t Parent = 0;  // 0: this is the root
+    std::int32_t Color = 0;   // kBlack or kRed
+    Text Key;                 // empty: an item without key
+    Text Item;
+    std::int32_t Tag = 0;  // the caller's; mostly a row of a parallel array
+  };
+
+  static constexpr std::int32_t kBlack = 0;
+  static constexpr std::int32_t kRed = 1;
+
+  class SearchKey;
+
+  std::int32_t upperBound() const { return std::int32_t(Nodes.size() - 1); }
+  void makeArrays(std::int32_t size, double growthFactor);
+  void growArrays(std::int32_t slot);
+
+  std::int32_t GetKeyIndex(const KeyOrIndex& keyOrIndex) const;
+  std::int32_t GetIndex(std::int32_t node) const;
+  std::int32_t FindNode(TextView key) const;
+
+  std::int32_t takeNode(std::int32_t parent);
+  std::optional<std::int32_t> findPlace(TextView item, const AddOptions& options,
+                                        Failure& error) const;
+  std::int32_t sortedPlace(TextView item, std::int32_t sortCompare) const;
+  void openSlot(std::int32_t position);
+  void closeSlot(std::int32_t position);
+  AddResult existing(std::int32_t node, TextView key, bool raise) const;
+
+  std::int32_t& child(std::int32_t node, bool right) {
+    return right ? Nodes[node].Right : Nodes[node].Left;
+  }
+  bool isRed(std::int32_t node) const { return Nodes[node].Color == kRed; }
+  void rotate(std::int32_t x, bool right);  // the textbook's left and right rotation in one
+  void InsertFixup(std::int32_t x);
+  void DeleteFixup(std::int32_t x);
+  std::int32_t unlink(std::int32_t y);
+  void removeNode(std::int32_t z);
+
+  bool verifyPositions() const;
+  /// Black nodes on any way down from `node`, -1 where a rule is broken; `previous` is the key in
+  /// front of it, in order. The depth of the recursion is logarithmic.
+  int blackHeight(std::int32_t node, const Text*& previous) const;
+
+  const TextRules* rules_;
+  std::array<char16_t, 128> asciiFold_;  // lower case of each ASCII unit
+  double GrowthFactor = 1.5;
+  std::int32_t InitialSize = 100;
+  std::vector<Node> Nodes;
+  std::int32_t Root = 0;
+  std::optional<CNode> Allocator;
+  std::int32_t Count_ = 0;
+  std::vector<std::int32_t> IndexArray;  // one longer than Nodes; slot 0 is never used
+  std::int32_t CompareMode_ = 1;
+  bool RaiseError_ = false;
+};
+
+}  // namespace ombrelian
