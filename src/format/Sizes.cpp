@@ -1,0 +1,224 @@
+#include "format/Sizes.h"
+
+#include <array>
+
+#include "format/Mask.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kWhole = u"###,###,##0";
+constexpr TextView kTwoDecimals = u"###,##0.00";
+
+constexpr std::int64_t kKB = 1024;
+constexpr std::int64_t kMB = kKB * 1024;
+constexpr std::int64_t kTB = kMB * kMB;
+/// 999 MB: above it a size is read more easily in GB.
+constexpr std::int64_t kMostShownInMB = 999 * kMB;
+
+struct UnitFacts {
+  SizeUnit unit;
+  int shift;  // the divisor is 2^shift
+  TextView word;
+  int headerTextId;      // of the word in grids; 0: is not translated
+  int statusTextId;      // of the word in status lines and the log
+  std::int32_t width;    // that FormatSize pads to
+  TextView fieldSuffix;  // of the keys of size values
+  TextView driveSuffix;  // of the keys of the drive list
+};
+
+constexpr std::array<UnitFacts, 5> kUnits = {{
+    {kUnitBytes, 0, u"Bytes", 3515, 3887, 15, u"", u"Bytes"},
+    {kUnitKB, 10, u"KB", 3516, 3888, 17, u"K", u"KB"},
+    {kUnitMB, 20, u"MB", 3517, 3889, 13, u"M", u"MB"},
+    {kUnitGB, 30, u"GB", 3518, 3890, 9, u"G", u"GB"},
+    {kUnitTB, 40, u"TB", 0, 0, 0, u"", u""},
+}};
+
+/// Null for a code that names no fixed unit.
+const UnitFacts* findUnit(std::int32_t code) {
+  for (const UnitFacts& facts : kUnits) {
+    if (facts.unit == code) return &facts;
+  }
+  return nullptr;
+}
+
+/// The unit of a list; a stored code that no list offers shows bytes.
+const UnitFacts& listUnit(const SizeSettings& settings) {
+  return kUnits[settings.unit <= kUnitGB ? settings.unit : std::uint8_t(kUnitBytes)];
+}
+
+Text withWord(Text number, const UnitFacts& unit, bool withUnit) {
+  if (withUnit) number.append(u" ").append(TL(unit.statusTextId, unit.word));
+  return number;
+}
+
+void padFront(Text& text, std::int32_t width) {
+  if (width > 0 && text.size() < std::size_t(width)) {
+    text.insert(0, std::size_t(width) - text.size(), u' ');
+  }
+}
+
+Text formatIn(const UnitFacts& unit, std::int64_t size, bool withUnit) {
+  const TextView mask = unit.unit == kUnitBytes ? kWhole : kTwoDecimals;
+  return withWord(formatQuotient(mask, size, unit.shift), unit, withUnit);
+}
+
+/// The unit of the automatic format; the borders themselves belong to the smaller unit.
+const UnitFacts& readableUnit(std::int64_t size) {
+  if (size > kMostShownInMB) return kUnits[kUnitGB];
+  if (size > kMB) return kUnits[kUnitMB];
+  return kUnits[size > kKB ? kUnitKB : kUnitBytes];
+}
+
+Text columnMask(const SizeSettings& settings, TextView unitWord) {
+  const bool decimals = settings.decimals && listUnit(settings).unit != kUnitBytes;
+  Text mask = decimals ? u"*###,###,##0.00*" : u"*###,###,##0*";
+  if (settings.unitText) mask.append(u" ").append(unitWord);
+  return mask += u";;;";
+}
+
+/// A caption with and without the unit behind it.
+struct Caption {
+  int plainId;
+  TextView plain;
+  int unitId;
+  TextView withUnit;
+};
+
+SizeColumn makeColumn(const SizeSettings& settings, const Caption& caption, TextView field) {
+  const UnitFacts& unit = listUnit(settings);
+  const Text word = TL(unit.headerTextId, unit.word);
+  return {settings.unitText ? TL(caption.plainId, caption.plain)
+                            : TL(caption.unitId, caption.withUnit, {word}),
+          columnMask(settings, word), field};
+}
+
+/// The next decimal digit of remainder / whole; `remainder` becomes what is left. Adds up instead
+/// of multiplying by ten, which could overflow.
+std::uint64_t nextDigit(std::uint64_t& remainder, std::uint64_t whole) {
+  std::uint64_t digit = 0;
+  std::uint64_t sum = 0;
+  for (int i = 0; i < 10; ++i) {
+    sum += remainder;
+    if (sum < whole) continue;
+    sum -= whole;
+    ++digit;
+  }
+  remainder = sum;
+  return digit;
+}
+
+}  // namespace
+
+SizeColumn sizeColumn(const SizeSettings& settings) {
+  static constexpr TextView kFields[] = {u"size", u"sizeK", u"sizeM", u"sizeG"};
+  return makeColumn(settings, {3583, u"Gr\u00F6\u00DFe", 3519, u"Gr\u00F6\u00DFe (%1)"},
+                    kFields[listUnit(settings).unit]);
+}
+
+DriveSizeColumns driveSizeColumns(const SizeSettings& settings) {
+  static constexpr TextView kUsed[] = {u"SizeUsedBytes", u"SizeUsedKB", u"SizeUsedMB",
+                                       u"SizeUsedGB"};
+  static constexpr TextView kFree[] = {u"SizeFreeBytes", u"SizeFreeKB", u"SizeFreeMB",
+                                       u"SizeFreeGB"};
+  static constexpr TextView kTotal[] = {u"SizeTotalBytes", u"SizeTotalKB", u"SizeTotalMB",
+                                        u"SizeTotalGB"};
+  const SizeUnit unit = listUnit(settings).unit;
+  return {makeColumn(settings, {3579, u"Belegt", 3520, u"Belegt (%1)"}, kUsed[unit]),
+          makeColumn(settings, {3580, u"Frei", 3521, u"Frei (%1)"}, kFree[unit]),
+          makeColumn(settings, {3581, u"Gesamt", 3522, u"Gesamt (%1)"}, kTotal[unit])};
+}
+
+TextView percentMask(const SizeSettings& settings) {
+  return settings.decimals ? u"*##0.00*%" : u"*##0*%";
+}
+
+double sizeInUnit(std::int64_t size, SizeUnit unit) {
+  const UnitFacts* const facts = findUnit(unit);
+  if (facts == nullptr) return 0;
+  if (facts->shift == 0) return double(size);
+  const Decimal rounded = divideByPowerOfTwo(size, facts->shift, 2, Ties::ToEven);
+  // The nearest double to the two decimals, up to 80 PB; above that no double has two decimals.
+  const double value = double(rounded.whole * 100 + rounded.fraction) / 100.0;
+  return rounded.negative ? -value : value;
+}
+
+double percentOf(std::int64_t part, std::int64_t whole) {
+  if (part == 0 || whole == 0) return 0;
+  constexpr std::uint64_t kScale = 10'000;  // hundredths of a percent
+  const std::uint64_t size = magnitude(part);
+  const std::uint64_t of = magnitude(whole);
+  std::uint64_t hundredths = 0;
+  std::uint64_t left = 0;
+  if (size <= UINT64_MAX / kScale) {
+    hundredths = size * kScale / of;
+    left = size * kScale % of;
+  } else {
+    hundredths = size / of;
+    left = size % of;
+    for (int digit = 0; digit < 4; ++digit) {
+      hundredths = hundredths * 10 + nextDigit(left, of);
+    }
+  }
+  const std::uint64_t rest = of - left;
+  if (left > rest || (left == rest && hundredths % 2 != 0)) ++hundredths;
+  const double percent = double(hundredths) / 100.0;
+  return (part < 0) != (whole < 0) ? -percent : percent;
+}
+
+Text xFormatFileSize(std::uint8_t format, std::int64_t size, bool withUnit, bool shortBytes) {
+  const UnitFacts* unit = findUnit(format);
+  if (format == kUnitAutomatic) {
+    unit = &readableUnit(size);
+    withUnit = true;
+  }
+  if (unit == nullptr) return {};
+  if (unit->unit == kUnitBytes && shortBytes) {
+    return formatNumber(kWhole, size).append(withUnit ? u" BS" : u"");
+  }
+  return formatIn(*unit, size, withUnit);
+}
+
+Text xFormatFileSizeAuto(std::int64_t size, bool withUnit) {
+  return formatIn(size > kTB ? *findUnit(kUnitTB) : readableUnit(size), size, withUnit);
+}
+
+Text FormatSize(const SizeSettings& settings, std::int64_t size, bool withUnit, bool pad,
+                bool withByteUnit) {
+  if (settings.unit > kUnitGB) return {};
+  const UnitFacts& unit = kUnits[settings.unit];
+  Text text = formatIn(unit, size, false);
+  // The words are those of the fixed layout and not translated.
+  if (withUnit && (unit.unit != kUnitBytes || withByteUnit)) text.append(u" ").append(unit.word);
+  if (pad) padFront(text, unit.width);
+  return text;
+}
+
+Text xFormatFileSizeWithSpacer(std::int32_t format, std::int64_t size, std::int32_t width,
+                               bool withUnit, std::uint8_t decimals) {
+  Text text;
+  if (const UnitFacts* const unit = findUnit(format)) {
+    const bool whole = unit->unit == kUnitBytes || decimals != 1;
+    text =
+        withWord(formatQuotient(whole ? kWhole : kTwoDecimals, size, unit->shift), *unit, withUnit);
+  }
+  padFront(text, width);
+  return text;
+}
+
+Text xFormatFileSizeWithSpacer(double value, std::int32_t width) {
+  Text text = formatNumber(kWhole, value);
+  padFront(text, width);
+  return text;
+}
+
+Text FormatFileSizeSave(const SizeSettings& settings, std::int64_t size) {
+  const UnitFacts* const unit = findUnit(settings.unit);
+  if (unit == nullptr) return {};
+  const bool whole = unit->unit == kUnitBytes || !settings.decimals;
+  return formatQuotient(whole ? u"#####0" : u"#####0.00", size, unit->shift);
+}
+
+}  // namespace ombrelian

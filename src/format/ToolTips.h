@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "support/Text.h"
+
+namespace ombrelian {
+
+/// What the tooltips of a drive row tell; a drive without sizes has no medium or gave an error.
+struct DriveToolTipValues {
+  Text name;
+  std::optional<std::int64_t> used;   // bytes
+  std::optional<std::int64_t> free;   // bytes
+  std::optional<std::int64_t> total;  // bytes; the one that decides whether there are sizes
+  Text filesystem;
+  Text type;
+  Text cluster;
+};
+
+enum class DriveSizeKind { Used, Free, Total };
+
+/// A size in bytes, KB, MB and GB, a line each; empty without size.
+Text FormatToolTipText_Size(std::optional<std::int64_t> size);
+
+/// A heading and the size of one column; empty for a drive without sizes.
+Text FormatToolTipText_DriveSize(const DriveToolTipValues& drive, DriveSizeKind column);
+
+/// Sizes, file system, type and cluster size of a drive; its name where it has no sizes.
+Text FormatToolTipText_DriveInfo(const DriveToolTipValues& drive);
+
+}  // namespace ombrelian

@@ -1,0 +1,319 @@
+#include "platform/Locale.h"
+
+#include <unicode/ucol.h>
+#include <unicode/udat.h>
+#include <unicode/unum.h>
+#include <unicode/ustring.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace ombrelian::platform {
+namespace {
+
+constexpr TextView kFixedDate = u"yyyy-MM-dd";
+constexpr TextView kFixedTime = u"HH:mm:ss";
+
+/// The locale of one category as the environment names it, without code set and modifier; empty
+/// for "C" and "POSIX", which is also what an empty environment means.
+std::string localeName(const char* category) {
+  std::string name;
+  for (const char* variable : {"LC_ALL", category, "LANG"}) {
+    const char* const value = std::getenv(variable);
+    if (value == nullptr || *value == '\0') continue;
+    name = value;
+    break;
+  }
+  name.resize(std::min(name.find_first_of(".@"), name.size()));
+  return name == "C" || name == "POSIX" ? std::string() : name;
+}
+
+/// What ICU is asked for: a locale that it has no data for is English too, as "C" is.
+std::string icuLocale(const std::string& name, std::string_view keyword = {}) {
+  UErrorCode status = U_ZERO_ERROR;
+  uloc_setDefault("en_US", &status);
+  std::string locale = name.empty() ? "en_US" : name;
+  return locale.append(keyword);
+}
+
+bool isAscii(TextView text) {
+  return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
+}
+
+Text symbolOf(const UNumberFormat* format, UNumberFormatSymbol symbol) {
+  char16_t units[16];
+  UErrorCode status = U_ZERO_ERROR;
+  const std::int32_t length = unum_getSymbol(format, symbol, units, std::size(units), &status);
+  return U_SUCCESS(status) ? Text(units, std::size_t(length)) : Text();
+}
+
+/// Spanish or Polish leave four digits together; no attribute says so, but the output does.
+int minimumGroupingOf(UNumberFormat* format, TextView group) {
+  unum_setAttribute(format, UNUM_MINIMUM_GROUPING_DIGITS, UNUM_MINIMUM_GROUPING_DIGITS_AUTO);
+  char16_t units[32];
+  UErrorCode status = U_ZERO_ERROR;
+  const std::int32_t length =
+      unum_formatInt64(format, 1000, units, std::size(units), nullptr, &status);
+  if (U_FAILURE(status)) return 1;
+  return TextView(units, std::size_t(length)).find(group) == TextView::npos ? 2 : 1;
+}
+
+NumberSymbols readNumberSymbols() {
+  NumberSymbols symbols{u".", u",", 3, 3, 1};
+  const std::string name = localeName("LC_NUMERIC");
+  if (name.empty()) return symbols;
+  UErrorCode status = U_ZERO_ERROR;
+  // Digits are written in ASCII, so the separators must be those that go with ASCII digits.
+  const std::string locale = icuLocale(name, "@numbers=latn");
+  const icu::LocalUNumberFormatPointer format(
+      unum_open(UNUM_DECIMAL, nullptr, 0, locale.c_str(), nullptr, &status));
+  if (U_FAILURE(status)) return symbols;
+  const auto attribute = [&](UNumberFormatAttribute which) {
+    return unum_getAttribute(format.getAlias(), which);
+  };
+  symbols.decimal = symbolOf(format.getAlias(), UNUM_DECIMAL_SEPARATOR_SYMBOL);
+  symbols.group = symbolOf(format.getAlias(), UNUM_GROUPING_SEPARATOR_SYMBOL);
+  const bool groups = attribute(UNUM_GROUPING_USED) != 0 && !symbols.group.empty();
+  symbols.primaryGroup = groups ? std::max(attribute(UNUM_GROUPING_SIZE), 0) : 0;
+  const int secondary = attribute(UNUM_SECONDARY_GROUPING_SIZE);
+  symbols.secondaryGroup = secondary > 0 ? secondary : symbols.primaryGroup;
+  if (groups) symbols.minimumGrouping = minimumGroupingOf(format.getAlias(), symbols.group);
+  return symbols;
+}
+
+/// Rewrites one of ICU's date patterns in the letters of date patterns.
+class PatternTranslator {
+ public:
+  explicit PatternTranslator(TextView pattern) : pattern_(pattern) {}
+
+  Text translate() {
+    while (at_ < pattern_.size()) {
+      const char16_t unit = pattern_[at_];
+      if (unit == u'\'') {
+        quoted();
+      } else if (asciiLower(unit) >= u'a' && asciiLower(unit) <= u'z') {
+        field(unit, runLength(unit));
+      } else {
+        separator(unit);
+        ++at_;
+      }
+    }
+    return Text(trimBlanks(out_));
+  }
+
+ private:
+  std::size_t runLength(char16_t unit) {
+    const std::size_t begin = at_;
+    at_ = std::min(pattern_.find_first_not_of(unit, at_), pattern_.size());
+    return at_ - begin;
+  }
+
+  void quoted() {
+    const std::size_t end = std::min(pattern_.find(u'\'', at_ + 1), pattern_.size());
+    const TextView literal = pattern_.substr(at_ + 1, end - at_ - 1);
+    at_ = std::min(end + 1, pattern_.size());
+    if (literal.empty()) {
+      out_ += u"\\'";
+    } else {
+      out_.append(u"\"").append(literal).append(u"\"");
+    }
+  }
+
+  void field(char16_t letter, std::size_t length) {
+    switch (letter) {
+      case u'y':
+      case u'u':
+        out_ += u"yyyy";
+        break;
+      case u'M':
+      case u'L':
+        out_.append(length <= 4 ? length : 3, u'M');
+        break;
+      case u'E':
+      case u'c':
+        out_.append(length <= 3 ? 3 : 4, u'd');
+        break;
+      case u'd':
+      case u'm':
+      case u's':
+        out_.append(std::min(length, std::size_t(2)), letter);
+        break;
+      case u'H':
+      case u'k':
+        out_.append(std::min(length, std::size_t(2)), u'H');
+        break;
+      case u'h':
+      case u'K':
+        out_.append(std::min(length, std::size_t(2)), u'h');
+        break;
+      case u'a':
+      case u'b':
+      case u'B':
+        out_ += u"tt";
+        break;
+      default:  // eras, zones and the like have no letter here
+        break;
+    }
+  }
+
+  void separator(char16_t unit) {
+    const bool isBlank = unit == u'\u00A0' || unit == u'\u202F' || unit == u'\u2009';
+    const bool isMark = unit == u'\u200E' || unit == u'\u200F' || unit == u'\u061C';
+    if (!isMark) out_ += isBlank ? u' ' : unit;
+  }
+
+  TextView pattern_;
+  std::size_t at_ = 0;
+  Text out_;
+};
+
+Text patternOf(const UDateFormat* format) {
+  char16_t units[128];
+  UErrorCode status = U_ZERO_ERROR;
+  const std::int32_t length = udat_toPattern(format, false, units, std::size(units), &status);
+  if (U_FAILURE(status)) return {};
+  return PatternTranslator(TextView(units, std::size_t(length))).translate();
+}
+
+Text nameOf(const UDateFormat* format, UDateFormatSymbolType type, std::size_t index) {
+  char16_t units[64];
+  UErrorCode status = U_ZERO_ERROR;
+  const std::int32_t length =
+      udat_getSymbols(format, type, std::int32_t(index), units, std::size(units), &status);
+  return U_SUCCESS(status) ? Text(units, std::size_t(length)) : Text();
+}
+
+DateSymbols readDateSymbols() {
+  DateSymbols symbols;
+  const std::string name = localeName("LC_TIME");
+  // Dates are Gregorian throughout, and "C" has the names of English.
+  const std::string locale = icuLocale(name, "@calendar=gregorian");
+  UErrorCode status = U_ZERO_ERROR;
+  const auto open = [&](UDateFormatStyle time, UDateFormatStyle date) {
+    return udat_open(time, date, locale.c_str(), nullptr, 0, nullptr, 0, &status);
+  };
+  const icu::LocalUDateFormatPointer date(open(UDAT_NONE, UDAT_SHORT));
+  const icu::LocalUDateFormatPointer time(open(UDAT_MEDIUM, UDAT_NONE));
+  if (U_FAILURE(status)) return symbols;
+  symbols.shortDate = name.empty() ? Text(kFixedDate) : patternOf(date.getAlias());
+  symbols.time = name.empty() ? Text(kFixedTime) : patternOf(time.getAlias());
+  for (std::size_t i = 0; i < 12; ++i) {
+    // Short names as they stand alone: without the point that some languages put behind them.
+    symbols.shortMonths[i] = nameOf(date.getAlias(), UDAT_STANDALONE_SHORT_MONTHS, i);
+    symbols.longMonths[i] = nameOf(date.getAlias(), UDAT_MONTHS, i);
+  }
+  for (std::size_t i = 0; i < 7; ++i) {
+    symbols.shortDays[i] = nameOf(date.getAlias(), UDAT_STANDALONE_SHORT_WEEKDAYS, i + 1);
+    symbols.longDays[i] = nameOf(date.getAlias(), UDAT_WEEKDAYS, i + 1);
+  }
+  symbols.am = nameOf(date.getAlias(), UDAT_AM_PMS, 0);
+  symbols.pm = nameOf(date.getAlias(), UDAT_AM_PMS, 1);
+  return symbols;
+}
+
+using CaseMapping = std::int32_t (*)(char16_t* to, std::int32_t capacity, const char16_t* from,
+                                     std::int32_t length, const char* locale, UErrorCode* status);
+
+class LocaleRules : public TextRules {
+ public:
+  LocaleRules()
+      : caseLocale_(localeName("LC_CTYPE")),
+        dotlessI_(caseLocale_.starts_with("tr") || caseLocale_.starts_with("az")) {}
+
+  Text lower(TextView text) const override {
+    return !dotlessI_ && isAscii(text) ? asciiLower(text) : mapCase(text, u_strToLower);
+  }
+
+  Text upper(TextView text) const override {
+    return !dotlessI_ && isAscii(text) ? asciiUpper(text) : mapCase(text, u_strToUpper);
+  }
+
+  int compare(TextView a, TextView b, bool binary) const override {
+    if (binary) return a.compare(b);
+    if (!collator_.isValid()) openCollator();
+    if (!collator_.isValid()) return lower(a).compare(lower(b));
+    return ucol_strcoll(collator_.getAlias(), a.data(), std::int32_t(a.size()), b.data(),
+                        std::int32_t(b.size()));
+  }
+
+ private:
+  Text mapCase(TextView text, CaseMapping map) const {
+    Text result(text.size() + 8, u'\0');
+    for (int attempt = 0; attempt < 2; ++attempt) {
+      UErrorCode status = U_ZERO_ERROR;
+      const std::int32_t length = map(result.data(), std::int32_t(result.size()), text.data(),
+                                      std::int32_t(text.size()), caseLocale_.c_str(), &status);
+      if (U_FAILURE(status) && status != U_BUFFER_OVERFLOW_ERROR) return Text(text);
+      result.resize(std::size_t(length));
+      if (U_SUCCESS(status)) break;
+    }
+    return result;
+  }
+
+  void openCollator() const {
+    const std::string locale = icuLocale(localeName("LC_COLLATE"));
+    UErrorCode status = U_ZERO_ERROR;
+    collator_.adoptInstead(ucol_open(locale.c_str(), &status));
+    if (collator_.isValid()) ucol_setStrength(collator_.getAlias(), UCOL_SECONDARY);
+  }
+
+  std::string caseLocale_;
+  bool dotlessI_;
+  mutable icu::LocalUCollatorPointer collator_;  // opened at the first comparison
+};
+
+/// What has been read so far; each part at its first use, so that a run which formats nothing
+/// never loads the locale data.
+struct LocaleCache {
+  std::optional<NumberSymbols> numbers;
+  std::optional<DateSymbols> dates;
+  std::optional<LocaleRules> rules;
+};
+
+LocaleCache& cache() {
+  static LocaleCache instance;
+  return instance;
+}
+
+}  // namespace
+
+const NumberSymbols& numberSymbols() {
+  auto& numbers = cache().numbers;
+  if (!numbers) numbers.emplace(readNumberSymbols());
+  return *numbers;
+}
+
+const DateSymbols& dateSymbols() {
+  auto& dates = cache().dates;
+  if (!dates) dates.emplace(readDateSymbols());
+  return *dates;
+}
+
+const TextRules& localeTextRules() {
+  auto& rules = cache().rules;
+  if (!rules) rules.emplace();
+  return *rules;
+}
+
+int GetUserDefaultLangID() {
+  constexpr int kEnglish = 9;
+  static constexpr struct {
+    std::string_view language;
+    int number;
+  } kLanguages[] = {{"de", 7},  {"en", kEnglish}, {"fr", 12}, {"it", 16}, {"ko", 18},
+                    {"nl", 19}, {"pl", 21},       {"ru", 25}, {"sv", 29}};
+  const std::string name = localeName("LC_MESSAGES");
+  if (name.empty()) return kEnglish;
+  const std::string_view language = std::string_view(name).substr(0, name.find('_'));
+  for (const auto& known : kLanguages) {
+    if (known.language == language) return known.number;
+  }
+  return 0;
+}
+
+void reloadLocale() { cache() = LocaleCache(); }
+
+}  // namespace ombrelian::platform

@@ -1,0 +1,104 @@
+#include "format/DatePattern.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/testing/ScopedLocale.h"
+
+namespace ombrelian {
+namespace {
+
+const Date kMorning = toDate({2026, 3, 5, 0, 4, 9});
+const Date kAfternoon = toDate({2026, 11, 22, 15, 7, 30});
+
+TEST(DatePatternTest, WritesEveryPatternThatIsOffered) {
+  const struct {
+    const char* locale;
+    TextView pattern, morning, afternoon;
+  } cases[] = {
+      {"de_DE", u"dd.MM.yyyy hh:nn:ss", u"05.03.2026 00:04:09", u"22.11.2026 15:07:30"},
+      {"de_DE", u"d.m.yyyy hh:nn:ss", u"5.3.2026 00:04:09", u"22.11.2026 15:07:30"},
+      {"de_DE", u"dd. mmm yyyy hh:nn:ss", u"05. M\u00E4r 2026 00:04:09", u"22. Nov 2026 15:07:30"},
+      {"C", u"yyyy-mm-dd hh:nn:ss", u"2026-03-05 00:04:09", u"2026-11-22 15:07:30"},
+      {"de_DE", u"MM/dd/yyyy h:n:s AM/PM", u"03/05/2026 12:4:9 AM", u"11/22/2026 3:7:30 PM"},
+      {"C", u"dd-mmm-yyyy h:n:s am/pm", u"05-Mar-2026 12:4:9 am", u"22-Nov-2026 3:7:30 pm"},
+      {"en_US", u"M/d/yyyy h:mm:ss tt", u"3/5/2026 12:04:09 AM", u"11/22/2026 3:07:30 PM"},
+      {"C", u"yyyy-MM-dd HH:mm:ss", u"2026-03-05 00:04:09", u"2026-11-22 15:07:30"},
+      {"C", u"HH.mm.ss dd.MM.yy", u"00.04.09 05.03.26", u"15.07.30 22.11.26"},
+      {"C", u"DDDD, D MMMM YYYY", u"Thursday, 5 March 2026", u"Sunday, 22 November 2026"},
+      {"fr_FR", u"ddd d mmmm yyyy", u"jeu. 5 mars 2026", u"dim. 22 novembre 2026"},
+      {"C", u"HH \"h\" mm 'min' ss \\s", u"00 h 04 min 09 s", u"15 h 07 min 30 s"},
+      {"C", u"yyyy \"up", u"2026 \"up", u"2026 \"up"},
+      {"C", u"d\\", u"5", u"22"},
+      {"C", u"hh mmm", u"00 Mar", u"15 Nov"},  // a name of a month is never a minute
+      {"ko_KR", u"tt h:mm", u"\uC624\uC804 12:04", u"\uC624\uD6C4 3:07"},
+  };
+  for (const auto& c : cases) {
+    const ScopedLocale locale(c.locale);
+    EXPECT_EQ(DatePattern(c.pattern).format(kMorning), c.morning) << toBytes(c.pattern);
+    EXPECT_EQ(DatePattern(c.pattern).format(kAfternoon), c.afternoon) << toBytes(c.pattern);
+  }
+}
+
+TEST(DatePatternTest, TheHoursOfAClockOfTwelve) {
+  const ScopedLocale locale("C");
+  const DatePattern pattern(u"h AM/PM");
+  const struct {
+    int hour;
+    TextView text;
+  } cases[] = {{0, u"12 AM"}, {1, u"1 AM"}, {11, u"11 AM"}, {12, u"12 PM"}, {13, u"1 PM"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(pattern.format(toDate({2026, 1, 1, c.hour})), c.text);
+  }
+}
+
+TEST(DatePatternTest, DefaultsComeFromTheLocaleWithoutItsAmPm) {
+  const struct {
+    const char* locale;
+    TextView pattern, afternoon;
+  } cases[] = {
+      {"C", u"yyyy-MM-dd HH:mm:ss", u"2026-11-22 15:07:30"},
+      {"de_DE", u"dd.MM.yyyy HH:mm:ss", u"22.11.2026 15:07:30"},
+      {"en_US", u"M/d/yyyy h:mm:ss", u"11/22/2026 15:07:30"},
+      {"fr_FR", u"dd/MM/yyyy HH:mm:ss", u"22/11/2026 15:07:30"},
+      {"bg_BG", u"d.MM.yyyy \"\u0433\". H:mm:ss \"\u0447\".",
+       u"22.11.2026 \u0433. 15:07:30 \u0447."},
+  };
+  for (const auto& c : cases) {
+    const ScopedLocale locale(c.locale);
+    EXPECT_EQ(defaultDateFormat(), c.pattern) << c.locale;
+    EXPECT_EQ(DatePattern(defaultDateFormat()).format(kAfternoon), c.afternoon) << c.locale;
+  }
+}
+
+TEST(DatePatternTest, GeneralDateLeavesOutWhatIsZero) {
+  const struct {
+    const char* locale;
+    Date date;
+    TextView text;
+  } cases[] = {
+      {"de_DE", kAfternoon, u"22.11.2026 15:07:30"},
+      {"en_US", kAfternoon, u"11/22/2026 3:07:30 PM"},
+      {"C", kAfternoon, u"2026-11-22 15:07:30"},
+      {"de_DE", toDate({2026, 11, 22}), u"22.11.2026"},
+      {"de_DE", 0.5, u"12:00:00"},
+      {"de_DE", 0, u""},
+  };
+  for (const auto& c : cases) {
+    const ScopedLocale locale(c.locale);
+    EXPECT_EQ(formatGeneralDate(c.date), c.text) << c.locale;
+  }
+}
+
+TEST(DatePatternTest, SpansOfTime) {
+  const struct {
+    std::int64_t seconds;
+    TextView text;
+  } cases[] = {{0, u"00:00:00"},     {3599, u"00:59:59"},     {86399, u"23:59:59"},
+               {90061, u"25:01:01"}, {360'000, u"100:00:00"}, {-5, u"00:00:00"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(formatTimeSpan(c.seconds), c.text);
+  }
+}
+
+}  // namespace
+}  // namespace ombrelian
