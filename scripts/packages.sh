@@ -1,5 +1,5 @@
-# The Debian packages that each task needs, beyond those that every Debian system has (bash, coreutils,
-# findutils, grep, libc-bin, util-linux). Sourced by prepare.sh.
+# The Debian packages that each task needs, beyond those that every Debian system has (bash,
+# coreutils, findutils, grep, libc-bin, sed, tar, util-linux). Sourced by prepare.sh.
 # shellcheck shell=bash disable=SC2034
 
 # To build the program.

@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Gets a build ready: installs the packages that are missing, configures and builds.
 #
-#   scripts/prepare.sh PRESET LIST...   builds build/PRESET with the package lists LIST... (see packages.sh)
+#   scripts/prepare.sh PRESET LIST...   builds build/PRESET with the package lists LIST...
 #   . scripts/prepare.sh                gives the functions below to another script
 #
-# Standard output stays empty: it belongs to the program that is started next. Standard error tells what is being
-# done, but only when something really is. A failure ends the script with status 3, which the program never returns.
+# Standard output stays empty: it belongs to the program that is started next. Standard error tells
+# what is being done, but only when something really is. A failure ends the script with status 3,
+# which the program never returns.
 
 ombrelian_root=$(readlink -f -- "${BASH_SOURCE[0]}")
 ombrelian_root=${ombrelian_root%/scripts/*}
@@ -26,8 +27,8 @@ give_up() {
   exit 3
 }
 
-# missing_packages PACKAGE...: sets `missing` to those that are not installed. Asking dpkg takes some 20 ms, so the
-# answer is never remembered and never stale.
+# missing_packages PACKAGE...: sets `missing` to those that are not installed. Asking dpkg takes some
+# 20 ms, so the answer is never remembered and never stale.
 missing_packages() {
   local package status installed=' '
   while read -r status package; do
@@ -65,8 +66,8 @@ ensure_packages() {
   fi
 }
 
-# configure PRESET: runs CMake where it has not run yet with these settings. Changed CMakeLists.txt files are
-# noticed by the build itself.
+# configure PRESET: runs CMake where it has not run yet with these settings. Changed CMakeLists.txt
+# files are noticed by the build itself.
 configure() {
   local folder=$ombrelian_root/build/$1 werror=${OMBRELIAN_WERROR:-OFF}
   local stamp=$folder/configured settings log=$folder/configure.log
@@ -84,13 +85,13 @@ configure() {
   printf '%s\n' "$settings" >"$stamp"
 }
 
-# announce_build PRESET: copies ninja's lines from standard input to standard output, and tells once that there is
-# work, which looking for new source files is not.
+# announce_build PRESET: copies ninja's lines from standard input to standard output, and tells once
+# that there is work, which looking for new source files is not.
 announce_build() {
   local line announced=no
   while IFS= read -r line; do
     printf '%s\n' "$line"
-    if [[ $announced == no && $line == '['* && $line != *'Re-checking globbed directories'* ]]; then
+    if [[ $announced == no && $line == '['* && $line != *'Re-checking globbed'* ]]; then
       announced=yes
       say "Building build/$1 (a few minutes the first time) ..."
     fi
@@ -107,7 +108,8 @@ build() {
   fi
 }
 
-# prepare PRESET LIST...: all of it. One run at a time does this in one clone; the others wait, and find it done.
+# prepare PRESET LIST...: all of it. One run at a time does this in one clone; the others wait, and
+# find it done.
 prepare() {
   local preset=$1 lock
   shift
