@@ -17,7 +17,7 @@ export CCACHE_BASEDIR=$ombrelian_root
 
 say() { printf '%s\n' "$*" >&2; }
 
-# give_up MESSAGE [LOG]: ends the script; of LOG the last lines are shown, where the cause stands.
+# give_up MESSAGE [LOG]: ends the script; shows the end of LOG, where the cause stands.
 give_up() {
   if [[ -n ${2:-} ]]; then
     tail -n 100 -- "$2" >&2

@@ -26,8 +26,9 @@ mkfifo "$tree/empty/pipe"
 export XDG_CONFIG_HOME=$work/settings XDG_DATA_HOME=$work/settings XDG_RUNTIME_DIR=$work
 report=$work/report.txt
 status=0
-valgrind --quiet --error-exitcode=99 --leak-check=full --show-leak-kinds=definite,indirect,possible \
-  --errors-for-leak-kinds=definite,indirect,possible --num-callers=30 \
+leaks=definite,indirect,possible
+valgrind --quiet --error-exitcode=99 --leak-check=full --show-leak-kinds="$leaks" \
+  --errors-for-leak-kinds="$leaks" --num-callers=30 \
   "$program" -s "$report" "$tree" || status=$?
 if ((status == 99)); then
   echo "valgrind found errors in the silent run." >&2
