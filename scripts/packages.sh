@@ -1,0 +1,15 @@
+# The Debian packages that each task needs, beyond those that every Debian system has (bash,
+# coreutils, findutils, grep, libc-bin, sed, tar, util-linux). Sourced by prepare.sh.
+# shellcheck shell=bash disable=SC2034
+
+# To build the program.
+packages_base=(g++ cmake ninja-build ccache libicu-dev)
+
+# To build and run the tests.
+packages_test=(libgtest-dev libgmock-dev)
+
+# For the checks beside the tests.
+packages_ci=(git python3 clang-format clang-tidy valgrind locales tzdata)
+
+# To build and run the benchmarks.
+packages_bench=(python3 libbenchmark-dev)

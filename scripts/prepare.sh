@@ -1,0 +1,131 @@
+#!/usr/bin/env bash
+# Gets a build ready: installs the packages that are missing, configures and builds.
+#
+#   scripts/prepare.sh PRESET LIST...   builds build/PRESET with the package lists LIST...
+#   . scripts/prepare.sh                gives the functions below to another script
+#
+# Standard output stays empty: it belongs to the program that is started next. Standard error tells
+# what is being done, but only when something really is. A failure ends the script with status 3,
+# which the program never returns.
+
+ombrelian_root=$(readlink -f -- "${BASH_SOURCE[0]}")
+ombrelian_root=${ombrelian_root%/scripts/*}
+. "$ombrelian_root/scripts/packages.sh"
+
+# Lets a clone or a worktree in another folder use what the compiler cache already holds.
+export CCACHE_BASEDIR=$ombrelian_root
+
+say() { printf '%s\n' "$*" >&2; }
+
+# give_up MESSAGE [LOG]: ends the script; shows the end of LOG, where the cause stands.
+give_up() {
+  if [[ -n ${2:-} ]]; then
+    tail -n 100 -- "$2" >&2
+    say "The whole log: $2"
+  fi
+  say "$1"
+  exit 3
+}
+
+# missing_packages PACKAGE...: sets `missing` to those that are not installed. Asking dpkg takes some
+# 20 ms, so the answer is never remembered and never stale.
+missing_packages() {
+  local package status installed=' '
+  while read -r status package; do
+    [[ $status == installed ]] && installed+="$package "
+  done < <(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null)
+  missing=()
+  for package; do
+    [[ $installed == *" $package "* ]] || missing+=("$package")
+  done
+}
+
+# ensure_packages LIST...: installs what is missing of the package lists, or tells how to.
+ensure_packages() {
+  local list name missing wanted=()
+  for list; do
+    name="packages_$list[@]"
+    wanted+=("${!name}")
+  done
+  if ! command -v dpkg-query >/dev/null; then
+    return  # no Debian system; the configuration tells what it does not find
+  fi
+  missing_packages "${wanted[@]}"
+  ((${#missing[@]})) || return 0
+  if ((EUID != 0)); then
+    say "Some packages are missing. This installs them:"
+    say "  sudo apt-get update && sudo apt-get install -y --no-install-recommends ${missing[*]}"
+    exit 3
+  fi
+  say "Installing ${missing[*]} ..."
+  local log=$ombrelian_root/build/install.log
+  if ! { apt-get update -q && DEBIAN_FRONTEND=noninteractive apt-get install -q -y \
+      --no-install-recommends -o DPkg::Lock::Timeout=600 "${missing[@]}"; } \
+      >"$log" 2>&1 </dev/null {lock}>&-; then
+    give_up "The packages could not be installed." "$log"
+  fi
+}
+
+# configure PRESET: runs CMake where it has not run yet with these settings. Changed CMakeLists.txt
+# files are noticed by the build itself.
+configure() {
+  local folder=$ombrelian_root/build/$1 werror=${OMBRELIAN_WERROR:-OFF}
+  local stamp=$folder/configured settings log=$folder/configure.log
+  settings="$ombrelian_root $werror $(<"$ombrelian_root/CMakePresets.json")"
+  if [[ -e $folder/build.ninja && -e $stamp && $(<"$stamp") == "$settings" ]]; then
+    return
+  fi
+  say "Configuring build/$1 ..."
+  mkdir -p "$folder"
+  rm -f "$stamp"
+  if ! cmake -S "$ombrelian_root" --preset "$1" --fresh "-DOMBRELIAN_WERROR=$werror" \
+      >"$log" 2>&1 </dev/null {lock}>&-; then
+    give_up "The configuration failed." "$log"
+  fi
+  printf '%s\n' "$settings" >"$stamp"
+}
+
+# announce_build PRESET: copies ninja's lines from standard input to standard output, and tells once
+# that there is work, which looking for new source files is not.
+announce_build() {
+  local line announced=no
+  while IFS= read -r line; do
+    printf '%s\n' "$line"
+    if [[ $announced == no && $line == '['* && $line != *'Re-checking globbed'* ]]; then
+      announced=yes
+      say "Building build/$1 (a few minutes the first time) ..."
+    fi
+  done
+}
+
+# build PRESET: brings the configured build/PRESET up to date; quick and quiet where it is.
+build() {
+  local folder=$ombrelian_root/build/$1
+  local log=$folder/build.log
+  if ! NINJA_STATUS='[%f/%t] ' ninja -C "$folder" 2>&1 </dev/null {lock}>&- |
+      announce_build "$1" >"$log" {lock}>&-; then
+    give_up "The build failed." "$log"
+  fi
+}
+
+# prepare PRESET LIST...: all of it. One run at a time does this in one clone; the others wait, and
+# find it done.
+prepare() {
+  local preset=$1 lock
+  shift
+  mkdir -p "$ombrelian_root/build"
+  exec {lock}>"$ombrelian_root/build/.lock"
+  if ! flock -n "$lock"; then
+    say "Waiting for another build in this folder ..."
+    flock "$lock"
+  fi
+  ensure_packages "$@"
+  configure "$preset"
+  build "$preset"
+  exec {lock}>&-
+}
+
+if [[ ${BASH_SOURCE[0]} == "$0" ]]; then
+  set -euo pipefail
+  prepare "$@"
+fi
