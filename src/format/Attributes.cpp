@@ -1,13 +1,16 @@
 #include "format/Attributes.h"
 
+#include "platform/FindData.h"
 #include "support/Translate.h"
 
 namespace ombrelian {
 namespace {
 
+using namespace platform;  // the bits
+
 struct AttributeLetter {
   char16_t letter;
-  std::int32_t bit;
+  std::uint32_t bit;
   int textId;
   TextView word;
 };
@@ -17,19 +20,19 @@ constexpr AttributeLetter kLetters[] = {
     {u'A', kAttributeArchive, 2956, u"Archiv"},
     {u'S', kAttributeSystem, 2957, u"System"},
     {u'H', kAttributeHidden, 2958, u"Versteckt"},
-    {u'R', kAttributeReadOnly, 2959, u"Schreibgesch\u00FCtzt"},
-    {u'E', kAttributeEncrypted, 2960, u"Verschl\u00FCsselt"},
+    {u'R', kAttributeReadOnly, 2959, u"Schreibgeschützt"},
+    {u'E', kAttributeEncrypted, 2960, u"Verschlüsselt"},
     {u'L', kAttributeReparsePoint, 2961, u"Symbolischer Link"},
-    {u'T', kAttributeTemporary, 2962, u"Tempor\u00E4r"},
+    {u'T', kAttributeTemporary, 2962, u"Temporär"},
     {u'C', kAttributeCompressed, 2963, u"Komprimiert"},
     {u'O', kAttributeOffline, 2964, u"Offline"},
-    {u'I', kAttributeNotContentIndexed, 2965, u"Indiziert"},  // the word is kept as users know it
+    {u'I', kAttributeNotIndexed, 2965, u"Indiziert"},  // the word is kept as users know it
     {u'P', kAttributeSparse, 2966, u"Sparse"},
 };
 
 }  // namespace
 
-Text xFormatFileAttribute(std::int32_t attributes, bool brackets, TextView prefix) {
+Text xFormatFileAttribute(std::uint32_t attributes, bool brackets, TextView prefix) {
   Text letters;
   if (attributes == kAttributesInvalid) return letters;
   for (const AttributeLetter& known : kLetters) {

@@ -114,7 +114,7 @@ std::uint64_t nextDigit(std::uint64_t& remainder, std::uint64_t whole) {
 
 SizeColumn sizeColumn(const SizeSettings& settings) {
   static constexpr TextView kFields[] = {u"size", u"sizeK", u"sizeM", u"sizeG"};
-  return makeColumn(settings, {3583, u"Gr\u00F6\u00DFe", 3519, u"Gr\u00F6\u00DFe (%1)"},
+  return makeColumn(settings, {3583, u"Größe", 3519, u"Größe (%1)"},
                     kFields[listUnit(settings).unit]);
 }
 

@@ -31,7 +31,7 @@ DriveSize driveSize(const DriveToolTipValues& drive, DriveSizeKind kind) {
     case DriveSizeKind::Total:
       break;
   }
-  return {TL(2168, u"Gesamtgr\u00F6\u00DFe"), drive.total.value_or(0)};
+  return {TL(2168, u"Gesamtgröße"), drive.total.value_or(0)};
 }
 
 void addLine(Text& text, TextView label, TextView value) {
@@ -67,7 +67,7 @@ Text FormatToolTipText_DriveInfo(const DriveToolTipValues& drive) {
   }
   addLine(text, TL(3577, u"Dateisystem"), drive.filesystem);
   addLine(text, TL(2178, u"Laufwerkstyp"), drive.type);
-  addLine(text, TL(2173, u"Clustergr\u00F6\u00DFe"), drive.cluster);
+  addLine(text, TL(2173, u"Clustergröße"), drive.cluster);
   return text;
 }
 

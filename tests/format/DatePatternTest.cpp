@@ -17,7 +17,7 @@ TEST(DatePatternTest, WritesEveryPatternThatIsOffered) {
   } cases[] = {
       {"de_DE", u"dd.MM.yyyy hh:nn:ss", u"05.03.2026 00:04:09", u"22.11.2026 15:07:30"},
       {"de_DE", u"d.m.yyyy hh:nn:ss", u"5.3.2026 00:04:09", u"22.11.2026 15:07:30"},
-      {"de_DE", u"dd. mmm yyyy hh:nn:ss", u"05. M\u00E4r 2026 00:04:09", u"22. Nov 2026 15:07:30"},
+      {"de_DE", u"dd. mmm yyyy hh:nn:ss", u"05. Mär 2026 00:04:09", u"22. Nov 2026 15:07:30"},
       {"C", u"yyyy-mm-dd hh:nn:ss", u"2026-03-05 00:04:09", u"2026-11-22 15:07:30"},
       {"de_DE", u"MM/dd/yyyy h:n:s AM/PM", u"03/05/2026 12:4:9 AM", u"11/22/2026 3:7:30 PM"},
       {"C", u"dd-mmm-yyyy h:n:s am/pm", u"05-Mar-2026 12:4:9 am", u"22-Nov-2026 3:7:30 pm"},

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/FindData.h"
+
 #include "format/Attributes.h"
 #include "tests/testing/ScopedLocale.h"
 
@@ -24,21 +26,21 @@ TEST(ToolTipsTest, ADriveWithAndWithoutSizes) {
   EXPECT_TRUE(FormatToolTipText_DriveSize(drive, DriveSizeKind::Used)
                   .starts_with(u"Belegter Speicherplatz\r\n1.073.741.824,00"));
   EXPECT_TRUE(FormatToolTipText_DriveSize(drive, DriveSizeKind::Total)
-                  .starts_with(u"Gesamtgr\u00F6\u00DFe\r\n2.199."));
+                  .starts_with(u"Gesamtgröße\r\n2.199."));
   EXPECT_EQ(FormatToolTipText_DriveInfo(drive),
             u"Belegter Speicherplatz: 1,00 GB\r\nFreier Speicherplatz: 1.024,00 KB\r\n"
-            u"Gesamtgr\u00F6\u00DFe: 2,00 TB\r\nDateisystem: ext4\r\nLaufwerkstyp: lokal\r\n"
-            u"Clustergr\u00F6\u00DFe: 4 KB");
+            u"Gesamtgröße: 2,00 TB\r\nDateisystem: ext4\r\nLaufwerkstyp: lokal\r\n"
+            u"Clustergröße: 4 KB");
   drive.total.reset();
   EXPECT_EQ(FormatToolTipText_DriveSize(drive, DriveSizeKind::Free), u"");
   EXPECT_EQ(FormatToolTipText_DriveInfo(drive),
             u"Name: System (/)\r\nDateisystem: ext4\r\nLaufwerkstyp: lokal\r\n"
-            u"Clustergr\u00F6\u00DFe: 4 KB");
+            u"Clustergröße: 4 KB");
 }
 
 TEST(AttributesTest, LettersComeInTheirFixedOrder) {
   const struct {
-    std::int32_t attributes;
+    std::uint32_t attributes;
     bool brackets;
     TextView text;
   } cases[] = {
@@ -46,10 +48,10 @@ TEST(AttributesTest, LettersComeInTheirFixedOrder) {
       {kAttributesInvalid, true, u""},
       {0, false, u""},
       {0, true, u""},
-      {kAttributeDirectory | kAttributeNormal | kAttributeDevice, true, u""},
+      {platform::kAttributeDirectory | 0x80 | 0x40, true, u""},
       {0x7FFFFFFF, false, u"ASHRELTCOIP"},
-      {kAttributeReadOnly | kAttributeArchive, false, u"AR"},
-      {kAttributeHidden | kAttributeDirectory, true, u" <H>"},
+      {platform::kAttributeReadOnly | platform::kAttributeArchive, false, u"AR"},
+      {platform::kAttributeHidden | platform::kAttributeDirectory, true, u" <H>"},
       {0x400, false, u"L"},
       {0x200, false, u"P"},
       {0x2000, false, u"I"},
@@ -60,7 +62,7 @@ TEST(AttributesTest, LettersComeInTheirFixedOrder) {
 }
 
 TEST(AttributesTest, EachKnownLetterGetsALine) {
-  EXPECT_EQ(FormatToolTipText_Attribute(u"AxRa"), u"A: Archiv\r\nR: Schreibgesch\u00FCtzt");
+  EXPECT_EQ(FormatToolTipText_Attribute(u"AxRa"), u"A: Archiv\r\nR: Schreibgeschützt");
   EXPECT_EQ(FormatToolTipText_Attribute(u"<>"), u"");
 }
 

@@ -1,9 +1,10 @@
 #include "platform/Locale.h"
 
+#include <unicode/uchar.h>
 #include <unicode/ucol.h>
 #include <unicode/udat.h>
 #include <unicode/unum.h>
-#include <unicode/ustring.h>
+#include <unicode/utf16.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -214,21 +215,21 @@ DateSymbols readDateSymbols() {
   return symbols;
 }
 
-using CaseMapping = std::int32_t (*)(char16_t* to, std::int32_t capacity, const char16_t* from,
-                                     std::int32_t length, const char* locale, UErrorCode* status);
+using CaseMapping = UChar32 (*)(UChar32 codePoint);
 
 class LocaleRules : public TextRules {
  public:
-  LocaleRules()
-      : caseLocale_(localeName("LC_CTYPE")),
-        dotlessI_(caseLocale_.starts_with("tr") || caseLocale_.starts_with("az")) {}
+  LocaleRules() {
+    const std::string locale = localeName("LC_CTYPE");
+    dotlessI_ = locale.starts_with("tr") || locale.starts_with("az");
+  }
 
   Text lower(TextView text) const override {
-    return !dotlessI_ && isAscii(text) ? asciiLower(text) : mapCase(text, u_strToLower);
+    return !dotlessI_ && isAscii(text) ? asciiLower(text) : mapCase(text, u_tolower);
   }
 
   Text upper(TextView text) const override {
-    return !dotlessI_ && isAscii(text) ? asciiUpper(text) : mapCase(text, u_strToUpper);
+    return !dotlessI_ && isAscii(text) ? asciiUpper(text) : mapCase(text, u_toupper);
   }
 
   int compare(TextView a, TextView b, bool binary) const override {
@@ -240,17 +241,30 @@ class LocaleRules : public TextRules {
   }
 
  private:
+  /// One code point for one, so that padded text keeps its width: a sharp s has no capital here.
   Text mapCase(TextView text, CaseMapping map) const {
-    Text result(text.size() + 8, u'\0');
-    for (int attempt = 0; attempt < 2; ++attempt) {
-      UErrorCode status = U_ZERO_ERROR;
-      const std::int32_t length = map(result.data(), std::int32_t(result.size()), text.data(),
-                                      std::int32_t(text.size()), caseLocale_.c_str(), &status);
-      if (U_FAILURE(status) && status != U_BUFFER_OVERFLOW_ERROR) return Text(text);
-      result.resize(std::size_t(length));
-      if (U_SUCCESS(status)) break;
+    Text result;
+    result.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+      UChar32 codePoint = 0;
+      U16_NEXT(text.data(), at, text.size(), codePoint);
+      const UChar32 mapped = dotlessI_ ? mapTurkish(codePoint, map) : map(codePoint);
+      if (mapped < 0x10000) {
+        result.push_back(char16_t(mapped));
+      } else {
+        result.push_back(U16_LEAD(mapped));
+        result.push_back(U16_TRAIL(mapped));
+      }
     }
     return result;
+  }
+
+  /// Turkish and Azeri pair "i" with a dotted and "I" with a dotless letter.
+  static UChar32 mapTurkish(UChar32 codePoint, CaseMapping map) {
+    const bool isUpper = map == u_toupper;
+    if (codePoint == u'i' && isUpper) return 0x130;
+    if (codePoint == u'I' && !isUpper) return 0x131;
+    return map(codePoint);
   }
 
   void openCollator() const {
@@ -260,8 +274,7 @@ class LocaleRules : public TextRules {
     if (collator_.isValid()) ucol_setStrength(collator_.getAlias(), UCOL_SECONDARY);
   }
 
-  std::string caseLocale_;
-  bool dotlessI_;
+  bool dotlessI_ = false;
   mutable icu::LocalUCollatorPointer collator_;  // opened at the first comparison
 };
 

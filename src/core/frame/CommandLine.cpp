@@ -1,0 +1,178 @@
+#include "core/frame/CommandLine.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "platform/Files.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kTranslatorMode = u"-TLMODUS";
+constexpr TextView kRestart = u"-RESTART";
+
+bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+/// The number that `digits` are; more levels than can be are all there can be.
+std::int32_t toLevels(TextView digits) {
+  std::int64_t number = std::numeric_limits<std::int32_t>::max();
+  parseNumber(digits, number);
+  return std::int32_t(std::min<std::int64_t>(number, std::numeric_limits<std::int32_t>::max()));
+}
+
+/// Reads arguments one after the other into a record.
+class ArgumentReader {
+ public:
+  explicit ArgumentReader(const std::vector<Text>& arguments) {
+    for (const Text& argument : arguments) {
+      if (argument == kTranslatorMode) {
+        line_.translatorMode = true;
+      } else {
+        arguments_.push_back(argument);
+      }
+    }
+  }
+
+  CommandLine read() {
+    if (arguments_.size() == 1 && arguments_.front() == kRestart) {
+      line_.mode = CommandLine::Mode::Restart;
+      return std::move(line_);
+    }
+    bool optionsEnd = false;
+    for (const Text& argument : arguments_) {
+      if (optionsEnd || argument.size() < 2 || argument.front() != u'-') {
+        paths_.push_back(argument);
+      } else if (argument == u"--") {
+        optionsEnd = true;
+      } else if (!readOption(argument)) {
+        return std::move(line_);
+      }
+    }
+    distributePaths();
+    return std::move(line_);
+  }
+
+ private:
+  /// False: nothing more is to be read.
+  bool readOption(const Text& option) {
+    if (option == u"--help" || option == u"-h") return stop(CommandLine::Mode::Help);
+    if (option == u"--version") return stop(CommandLine::Mode::Version);
+    if (option.starts_with(u"-s") && std::all_of(option.begin() + 2, option.end(), isDigit)) {
+      line_.mode = CommandLine::Mode::Silent;
+      if (option.size() > 2) line_.levels = toLevels(TextView(option).substr(2));
+      return true;
+    }
+    if (option.starts_with(u"-d") && option.size() > 2 && isDigit(option[2])) {
+      line_.delimiter = option[2] - u'0';
+      line_.customDelimiter = option.substr(3);
+      return true;
+    }
+    line_.error = TL(9000,
+                     u"Die Option '%1' ist nicht bekannt. '--help' nennt alle Optionen; vor einem "
+                     u"Pfad, der mit '-' beginnt, muss '--' stehen.",
+                     {option});
+    return stop(CommandLine::Mode::Invalid);
+  }
+
+  bool stop(CommandLine::Mode mode) {
+    line_.mode = mode;
+    return false;
+  }
+
+  void distributePaths() {
+    const bool isSilent = line_.mode == CommandLine::Mode::Silent;
+    if (isSilent && paths_.size() < 2) {
+      line_.mode = CommandLine::Mode::Invalid;
+      line_.error = TL(9001,
+                       u"Hinter '-s' müssen eine Zieldatei und mindestens ein Quellordner stehen. "
+                       u"'--help' zeigt ein Beispiel.");
+      return;
+    }
+    for (std::size_t i = 0; i < paths_.size(); ++i) {
+      Text path = platform::GetFullPathNameW(paths_[i]);
+      if (isSilent && i == 0) {
+        line_.target = std::move(path);
+      } else {
+        line_.sources.push_back(std::move(path));
+      }
+    }
+  }
+
+  CommandLine line_;
+  std::vector<Text> arguments_;
+  std::vector<Text> paths_;
+};
+
+/// Takes what stands between the next pair of double quotes from `at` on; false: there is none.
+bool takeQuoted(TextView line, std::size_t& at, Text& quoted) {
+  const auto open = line.find(u'"', at);
+  if (open == TextView::npos) return false;
+  const auto close = line.find(u'"', open + 1);
+  if (close == TextView::npos) return false;
+  quoted = line.substr(open + 1, close - open - 1);
+  at = close + 1;
+  return true;
+}
+
+/// Reads "-d<digit>" and the quoted text right behind it; returns where paths begin.
+std::size_t readDelimiter(TextView line, CommandLine& result) {
+  const auto at = line.find(u"-d");
+  if (at == TextView::npos || at + 2 >= line.size() || !isDigit(line[at + 2])) return 0;
+  result.delimiter = line[at + 2] - u'0';
+  std::size_t behind = at + 3;
+  if (behind >= line.size() || line[behind] != u'"') return 0;
+  return takeQuoted(line, behind, result.customDelimiter) ? behind : 0;
+}
+
+/// Reads a silent line without its first two characters.
+void readSilentText(TextView line, CommandLine& result) {
+  result.mode = CommandLine::Mode::Silent;
+  const auto digits =
+      std::size_t(std::find_if_not(line.begin(), line.end(), isDigit) - line.begin());
+  if (digits > 0) result.levels = toLevels(line.substr(0, digits));
+  std::size_t at = readDelimiter(line, result);
+  if (takeQuoted(line, at, result.target)) {
+    for (Text source; takeQuoted(line, at, source);)
+      result.sources.push_back(source);
+  }
+}
+
+}  // namespace
+
+CommandLine parseArguments(const std::vector<Text>& arguments) {
+  return ArgumentReader(arguments).read();
+}
+
+CommandLine parseCommandText(TextView line) {
+  CommandLine result;
+  Text rest(line);
+  if (const auto at = rest.find(kTranslatorMode); at != Text::npos) {
+    result.translatorMode = true;
+    rest.erase(at, kTranslatorMode.size());
+  }
+  rest = trimBlanks(rest);
+  if (rest == kRestart) {
+    result.mode = CommandLine::Mode::Restart;
+  } else if (rest.starts_with(u"-s")) {
+    readSilentText(TextView(rest).substr(2), result);
+  } else {
+    result.sources = KZ_GetFoldersFromCommand(rest);
+  }
+  return result;
+}
+
+std::deque<Text> KZ_GetFoldersFromCommand(TextView line) {
+  std::deque<Text> sources;
+  if (line.empty()) return sources;
+  if (line.find(u'"') == TextView::npos) {
+    sources.emplace_back(line);
+    return sources;
+  }
+  std::size_t at = 0;
+  for (Text source; takeQuoted(line, at, source);)
+    sources.push_back(source);
+  return sources;
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,208 @@
+#include "core/scan/ScanRun.h"
+
+#include "core/tree/Report.h"
+#include "format/DatePattern.h"
+#include "format/Sizes.h"
+#include "fs/Links.h"
+#include "fs/z_Filesystem.h"
+#include "platform/Process.h"
+#include "platform/Time.h"
+#include "platform/Volumes.h"
+#include "support/Guard.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kModule = u"frmMain";
+constexpr std::size_t kRuleLength = 40;  // of the line that parts one source from the next
+
+/// A list that the log mentions when it is on. The lists by date also tell which date counts.
+struct ListOption {
+  std::uint8_t Options::*flag;
+  TextView caption;
+  int maximum;                      // number of the top list whose limit "%1" is; -1: none
+  std::uint8_t Options::*dateKind;  // null: no date
+};
+
+constexpr ListOption kListOptions[] = {
+    {&Options::CreateList100LargestFiles, u"Erstelle eine Liste mit den %1 größten Dateien", 0,
+     nullptr},
+    {&Options::CreateList100SmallestFiles, u"Erstelle eine Liste mit den %1 kleinsten Dateien", 1,
+     nullptr},
+    {&Options::CreateList100NewestFiles, u"Erstelle eine Liste mit den %1 neusten Dateien", 2,
+     &Options::CreateList100NewestFilesDate},
+    {&Options::CreateList100OldestFiles, u"Erstelle eine Liste mit den %1 ältesten Dateien", 3,
+     &Options::CreateList100OldestFilesDate},
+    {&Options::CreateList100LargestFolders, u"Erstelle eine Liste mit den %1 größten Ordnern", 4,
+     nullptr},
+    {&Options::CreateList100SmallestFolders, u"Erstelle eine Liste mit den %1 kleinsten Ordnern", 5,
+     nullptr},
+    {&Options::CreateListHardlink, u"Erstelle eine Liste mit allen Hardlinks", -1, nullptr},
+    {&Options::CreateListJunction, u"Erstelle eine Liste mit allen Junctions", -1, nullptr},
+    {&Options::CreateListOwner, u"Erstelle eine Liste sortiert nach Besitzern", -1, nullptr},
+    {&Options::CreateListExt, u"Erstelle eine Liste sortiert nach Dateiendungen", -1, nullptr},
+};
+
+Text dateKindCaption(std::uint8_t kind) {
+  switch (kind) {
+    case 2:
+      return TL(3588, u"Erstellungsdatum");
+    case 3:
+      return TL(3589, u"Letzter Zugriff");
+    default:
+      return TL(3587, u"Änderungsdatum");
+  }
+}
+
+/// A counter as the log shows it.
+Text plainCount(std::int64_t count) { return xFormatFileSize(0, count, false, false); }
+
+Date now() { return toDate(platform::GetLocalTime()); }
+
+/// The part of a source that its root is named by.
+Text rootName(TextView path) { return xRemoveBackslash(path); }
+
+}  // namespace
+
+ScanRun::ScanRun(const Options& options, FolderTree& tree, ScanContext& context, Log& log,
+                 UserInterface& ui, DerivedLists* lists)
+    : options_(options), tree_(tree), context_(context), log_(log), ui_(ui), lists_(lists) {}
+
+DerivedLists* ScanRun::listsOfRun() const {
+  return context_.SuppressDerivedLists ? nullptr : lists_;
+}
+
+RunResult ScanRun::Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue) {
+  RunResult result;
+  Guarded(kModule, u"Ordnerliste_Abarbeiten", [&] {
+    ui_.scanBegins();
+    context_.ScanBusy = true;
+    context_.HardlinkSeen.Clear();
+    bool isOnlySource = !context_.SilentMode;
+    while (!SourceQueue.empty() && !result.cancelled) {
+      const Text path = SourceQueue.front();
+      if (SourceQueue.size() > 1) isOnlySource = false;
+      if (xExistFolder_W(path)) {
+        scanSource(path, isOnlySource, result);
+      } else {
+        ++result.sourcesMissing;
+        log_.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}), true);
+      }
+      isOnlySource = false;  // whatever was queued meanwhile makes it a run of several
+      SourceQueue.pop_front();
+    }
+    SourceQueue.clear();
+    Report_Folder_Sort_All(tree_);
+    context_.ScanCancelState = kScanIdle;
+    context_.ScanBusy = false;
+    ui_.scanEnds();
+  });
+  return result;
+}
+
+void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result) {
+  log_.flipGroup();
+  log_.LogProtokoll(Text(kRuleLength, u'-'));
+  log_.LogProtokoll(TL(3777, u"Einlesen: %1", {path}));
+  prepareSource(isOnlySource);
+  const Date started = now();
+  const std::uint64_t startTick = platform::GetTickCount();
+  const NodeIndex root = Quelle_Einlesen(path);
+  tree_.setCreated(root, started);
+  result.lastRoot = root;
+  ++result.sourcesScanned;
+  result.sum += context_.Total;
+  logCounts(result.sum);
+  if (DerivedLists* const lists = listsOfRun()) lists->finish(context_.Total);
+  result.cancelled = context_.ScanCancelState == kScanCancelRequested;
+  if (result.cancelled) {
+    log_.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
+  }
+  const std::int64_t seconds = std::int64_t(platform::GetTickCount() - startTick) / 1000;
+  log_.LogProtokoll(TL(3830, u"Zeitaufwand: %1", {formatTimeSpan(seconds)}));
+}
+
+/// A lone source starts with empty lists; several share the tree and fill none.
+void ScanRun::prepareSource(bool isOnlySource) {
+  context_.SuppressDerivedLists = !isOnlySource;
+  if (!isOnlySource) return;
+  if (lists_ != nullptr) lists_->reset();
+  logOptions();
+}
+
+void ScanRun::logOptions() {
+  for (const ListOption& option : kListOptions) {
+    if (options_.*option.flag != 1) continue;
+    const Text maximum =
+        option.maximum < 0 ? Text() : toText(options_.TopMaxCount[std::size_t(option.maximum)]);
+    const Text caption = TL(0, option.caption, {maximum});
+    if (option.dateKind == nullptr) {
+      log_.LogProtokoll(TL(3874, u"Option: %1", {caption}));
+    } else {
+      const Text kind = dateKindCaption(options_.*option.dateKind);
+      log_.LogProtokoll(TL(3829, u"Option: %1 (%2)", {caption, kind}));
+    }
+  }
+}
+
+void ScanRun::logCounts(const ScanTotals& counts) {
+  const auto line = [&](int id, TextView german, std::int64_t count) {
+    if (count > 0) log_.LogProtokoll(TL(id, german, {plainCount(count)}));
+  };
+  line(3773, u"Zugriffsfehler: %1", counts.Errors);
+  line(3774, u"Ordneranzahl: %1", counts.Folders);
+  line(3775, u"Dateianzahl: %1", counts.Files);
+  if (counts.Size > 0) {
+    log_.LogProtokoll(TL(3776, u"Dateigröße: %1 (%2)",
+                         {xFormatFileSize(4, counts.Size, true, false),
+                          xFormatFileSize(0, counts.Size, true, false)}));
+  }
+  line(3885, u"Hardlinks: %1", counts.Hardlinks);
+  line(3886, u"Junctions: %1", counts.Junctions);
+}
+
+NodeIndex ScanRun::Quelle_Einlesen(TextView path, NodeIndex existing) {
+  const NodeIndex root = existing == kNoNode ? tree_.addRoot(rootName(path)) : existing;
+  Guarded(kModule, u"Quelle_Einlesen",
+          [&] {
+            context_.ReadHardlinkCounts = options_.CreateListHardlink == 1 ||
+                                          options_.AddHardlinksOnlyOnce == 1 ||
+                                          options_.ShowHardlinkCount == 1;
+            platform::VolumeInformation volume;
+            context_.IsNTFS = platform::GetVolumeInformationW(path, volume) == platform::kSuccess &&
+                              volume.keepsOwners;
+            context_.Total = ScanTotals();
+            platform::DisableWow64FsRedirection(true);
+            Walker walker(options_, tree_, context_, log_, ui_, listsOfRun());
+            const ScanTotals found = walker.Report_ScanFolders(xGetPathWithBackslash(path), root);
+            platform::DisableWow64FsRedirection(false);
+            FolderNode& node = tree_[root];
+            Report_SetNodeSizeAndFilecount(node, found.Size, context_.Total.Files);
+            node.folders = context_.Total.Folders;
+            node.hardlinks = context_.Total.Hardlinks;
+            node.junctions = context_.Total.Junctions;
+            node.errors = context_.Total.Errors;
+            readRootFacts(path, root);
+          },
+          {path});
+  return root;
+}
+
+/// Dates, attributes and owner of a source itself, which no listing told.
+void ScanRun::readRootFacts(TextView path, NodeIndex root) {
+  FolderNode& node = tree_[root];
+  platform::FindData data;
+  if (platform::GetFileInformation(path, data) != platform::kSuccess) return;
+  node.dateModified = data.ftLastWriteTime;
+  node.dateCreate = data.ftCreationTime;
+  node.dateAccess = data.ftLastAccessTime;
+  // That something is mounted on a source is what makes it a drive, not a junction.
+  node.attributes = data.dwFileAttributes & ~platform::kAttributeReparsePoint;
+  if (options_.ShowFolderOwner != 1 || !context_.IsNTFS) return;
+  const Text owner = GetFileOwnerW(path);
+  node.owner = tree_.ownerNumber(owner.empty() ? WalkTexts::translated().unknownOwner : owner);
+  node.set(FolderNode::HasOwner);
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "support/Text.h"
+
+namespace ombrelian {
+
+/// Keeps names for as long as it lives, side by side in large blocks that never move.
+class NamePool {
+ public:
+  /// A copy of `name` that stays where it is until clear().
+  TextView keep(TextView name) {
+    if (name.size() > left_) startBlock(name.size());
+    if (!name.empty()) std::memcpy(next_, name.data(), name.size() * sizeof(char16_t));
+    const TextView kept(next_, name.size());
+    next_ += name.size();
+    left_ -= name.size();
+    return kept;
+  }
+
+  void clear() {
+    blocks_.clear();
+    next_ = nullptr;
+    left_ = 0;
+  }
+
+ private:
+  static constexpr std::size_t kBlockUnits = 32 * 1024;
+
+  void startBlock(std::size_t atLeast) {
+    left_ = std::max(atLeast, kBlockUnits);
+    blocks_.push_back(std::make_unique_for_overwrite<char16_t[]>(left_));
+    next_ = blocks_.back().get();
+  }
+
+  std::vector<std::unique_ptr<char16_t[]>> blocks_;
+  char16_t* next_ = nullptr;
+  std::size_t left_ = 0;  // units behind next_
+};
+
+}  // namespace ombrelian

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "core/tree/FolderTree.h"
+#include "support/CStringCollection.h"
+
+namespace ombrelian {
+
+inline constexpr int kScanIdle = 0;
+inline constexpr int kScanCancelRequested = 3;
+
+/// What one run shares between its sources, and the walker with who runs it.
+struct ScanContext {
+  explicit ScanContext(const TextRules& rules) : HardlinkSeen(rules) {
+    HardlinkSeen.setCompareMode(0);
+  }
+
+  ScanTotals Total;         // of the source in progress; files left out after a cancel too
+  bool SilentMode = false;  // neither yields nor can be cancelled
+  bool SuppressDerivedLists = false;  // of a run with more than one source
+  bool ReadHardlinkCounts = false;
+  bool IsNTFS = false;  // the source's file system keeps owners
+  int ScanCancelState = kScanIdle;
+  bool ScanBusy = false;
+  CStringCollection HardlinkSeen;  // identities whose size was counted in this run
+};
+
+}  // namespace ombrelian

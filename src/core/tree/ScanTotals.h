@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+namespace ombrelian {
+
+/// What a scan found below one folder; copied by value.
+struct ScanTotals {
+  std::int64_t Size = 0;  // bytes, logical length
+  std::int32_t Files = 0;
+  std::int32_t Folders = 0;    // folders with a node
+  std::int32_t Errors = 0;     // entries and listings that could not be read
+  std::int32_t Hardlinks = 0;  // files with more than one name
+  std::int32_t Junctions = 0;  // reparse folders
+
+  ScanTotals& operator+=(const ScanTotals& other) {
+    Size += other.Size;
+    Files += other.Files;
+    Folders += other.Folders;
+    Errors += other.Errors;
+    Hardlinks += other.Hardlinks;
+    Junctions += other.Junctions;
+    return *this;
+  }
+
+  bool operator==(const ScanTotals&) const = default;
+};
+
+}  // namespace ombrelian

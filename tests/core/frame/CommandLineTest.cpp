@@ -1,0 +1,93 @@
+#include "core/frame/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/Files.h"
+#include "platform/Process.h"
+
+namespace ombrelian {
+namespace {
+
+using Mode = CommandLine::Mode;
+using Sources = std::deque<Text>;
+
+TEST(CommandLineTest, SilentArguments) {
+  const struct {
+    std::vector<Text> arguments;
+    std::int32_t levels;
+    std::int32_t delimiter;
+    Text custom;
+    Text target;
+    Sources sources;
+  } cases[] = {
+      {{u"-s", u"/t.txt", u"/a"}, -1, -1, u"", u"/t.txt", {u"/a"}},
+      {{u"-s12", u"-d1", u"/t", u"/a", u"/b"}, 12, 1, u"", u"/t", {u"/a", u"/b"}},
+      {{u"-s0", u"-d4 | ", u"/t", u"/a"}, 0, 4, u" | ", u"/t", {u"/a"}},
+      {{u"-s99999999999999999999", u"/t", u"/a"}, INT32_MAX, -1, u"", u"/t", {u"/a"}},
+      // Whatever a path can hold; behind "--" also a leading hyphen, which then is no root.
+      {{u"-s", u"/t", u"/\"q\" \n\xDCFF", u"-TLMODUS", u"--", u"/-s"},
+       -1,
+       -1,
+       u"",
+       u"/t",
+       {u"/\"q\" \n\xDCFF", u"/-s"}},
+  };
+  for (const auto& c : cases) {
+    const CommandLine line = parseArguments(c.arguments);
+    ASSERT_EQ(line.mode, Mode::Silent) << toBytes(line.error);
+    EXPECT_EQ(line.levels, c.levels);
+    EXPECT_EQ(line.delimiter, c.delimiter);
+    EXPECT_EQ(line.customDelimiter, c.custom);
+    EXPECT_EQ(line.target, c.target);
+    EXPECT_EQ(line.sources, c.sources);
+  }
+}
+
+TEST(CommandLineTest, RelativePathsBecomeAbsolute) {
+  Text expected = platform::GetCurrentDirectoryW();
+  const CommandLine line = parseArguments({u"-s", u"t.csv", u".", u"--", u"-odd"});
+  EXPECT_EQ(line.target, expected + u"/t.csv");
+  EXPECT_EQ(line.sources, (Sources{expected + u"/.", expected + u"/-odd"}));
+}
+
+TEST(CommandLineTest, WhatMakesNoJob) {
+  for (const std::vector<Text>& arguments : std::vector<std::vector<Text>>{{u"-s"},
+                                                                           {u"-s", u"/only-target"},
+                                                                           {u"-s3", u"-d"},
+                                                                           {u"-sx", u"/t", u"/a"},
+                                                                           {u"--sources", u"/a"},
+                                                                           {u"-x"}}) {
+    const CommandLine line = parseArguments(arguments);
+    EXPECT_EQ(line.mode, Mode::Invalid) << toBytes(arguments.front());
+    EXPECT_FALSE(line.error.empty());
+  }
+}
+
+TEST(CommandLineTest, OtherForms) {
+  EXPECT_EQ(parseArguments({}).mode, Mode::Interactive);
+  EXPECT_EQ(parseArguments({u"/a", u"/b"}).sources, (Sources{u"/a", u"/b"}));
+  EXPECT_EQ(parseArguments({u"-RESTART"}).mode, Mode::Restart);
+  EXPECT_NE(parseArguments({u"-RESTART", u"/a"}).mode, Mode::Restart);
+  EXPECT_EQ(parseArguments({u"-s", u"--help"}).mode, Mode::Help);
+  EXPECT_EQ(parseArguments({u"--version"}).mode, Mode::Version);
+  EXPECT_TRUE(parseArguments({u"-TLMODUS", u"/a"}).translatorMode);
+}
+
+TEST(CommandLineTest, LinesWithQuotedPaths) {
+  const CommandLine silent = parseCommandText(uR"(-s5 -d4";;" "C:\t.csv" "C:\a" "D:\b" "open)");
+  EXPECT_EQ(silent.mode, Mode::Silent);
+  EXPECT_EQ(silent.levels, 5);
+  EXPECT_EQ(silent.delimiter, 4);
+  EXPECT_EQ(silent.customDelimiter, u";;");
+  EXPECT_EQ(silent.target, u"C:\\t.csv");
+  EXPECT_EQ(silent.sources, (Sources{u"C:\\a", u"D:\\b"}));
+  EXPECT_EQ(parseCommandText(u" -RESTART ").mode, Mode::Restart);
+  EXPECT_NE(parseCommandText(u"-RESTART x").mode, Mode::Restart);
+
+  EXPECT_EQ(KZ_GetFoldersFromCommand(u"C:\\a b"), Sources{u"C:\\a b"});
+  EXPECT_EQ(KZ_GetFoldersFromCommand(uR"("C:\a" "C:\b)"), Sources{u"C:\\a"});
+  EXPECT_TRUE(KZ_GetFoldersFromCommand(u"").empty());
+}
+
+}  // namespace
+}  // namespace ombrelian

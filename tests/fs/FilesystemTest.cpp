@@ -1,0 +1,168 @@
+#include "fs/z_Filesystem.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "fs/Links.h"
+#include "support/Guard.h"
+#include "tests/testing/Faults.h"
+#include "tests/testing/TestFolder.h"
+
+namespace ombrelian {
+namespace {
+
+using testing::Call;
+using testing::ScopedFault;
+using testing::TestFolder;
+
+TEST(FilesystemTest, WhatExists) {
+  const TestFolder folder;
+  folder.file("file", 3'000'000'000);
+  folder.symlink("dangling", "nowhere");
+  folder.symlink("toRoot", "/");
+  EXPECT_TRUE(xExistFile_W(folder.text("file")));
+  EXPECT_TRUE(xExistFile_W(folder.text())) << "a folder counts too";
+  EXPECT_TRUE(xExistFile_W(folder.text("dangling")));
+  EXPECT_FALSE(xExistFile_W(folder.text("nowhere")));
+  EXPECT_FALSE(xExistFile_W(u""));
+  EXPECT_TRUE(xExistFolder_W(folder.text()));
+  EXPECT_TRUE(xExistFolder_W(folder.text("toRoot")));
+  EXPECT_TRUE(xExistFolder_W(u"/"));
+  EXPECT_FALSE(xExistFolder_W(folder.text("file")));
+  EXPECT_FALSE(xExistFolder_W(u""));
+  EXPECT_EQ(xGetFileAttributesWide(folder.text("nowhere")), 0U);
+  platform::FindData data;
+  ASSERT_EQ(platform::FindFirstFileW(folder.text("file"), data), platform::kSuccess);
+  EXPECT_EQ(xGetFileSizeByWFD_W(data), 3'000'000'000);
+}
+
+TEST(FilesystemTest, PathsBeyondTheKernelsLimit) {
+  const TestFolder folder;
+  const std::string name(200, 'n');
+  close(folder.chain(name, 50));  // some 10,000 bytes, more than PATH_MAX
+  Text path = folder.text();
+  for (int i = 0; i < 50; ++i)
+    appendName(path, fromBytes(name));
+  EXPECT_TRUE(xExistFolder_W(path));
+  Text inner = path;
+  appendName(inner, u"made/inner");
+  EXPECT_FALSE(xCreatePath(inner).has_value());
+  EXPECT_TRUE(xExistFolder_W(inner));
+  Text moved = path;
+  appendName(moved, u"moved");
+  EXPECT_EQ(xMoveFile_W(inner, moved), u"");
+  EXPECT_TRUE(xExistFolder_W(moved));
+}
+
+TEST(FilesystemTest, MakingFolders) {
+  const TestFolder folder;
+  folder.file("file");
+  EXPECT_FALSE(xCreatePath(folder.text("a/b/c")).has_value());
+  EXPECT_FALSE(xCreatePath(folder.text("a/b/c/")).has_value()) << "again is no failure";
+  EXPECT_TRUE(xExistFolder(folder.text("a/b/c")));
+  const Failure blocked = xCreatePath(folder.text("file/below"));
+  ASSERT_TRUE(blocked.has_value());
+  EXPECT_TRUE(blocked->text.starts_with(u"#")) << toBytes(blocked->text);
+  const Failure relative = xCreatePath(u"relative/path");
+  ASSERT_TRUE(relative.has_value());
+  EXPECT_EQ(relative->text,
+            u"Der Ordnerpfad 'relative/path' ist ungültig und kann nicht erstellt werden!");
+  ASSERT_TRUE(xCreatePath(u"/").has_value());
+  // By the other rule a share is there already, and a drive's root cannot be made.
+  EXPECT_FALSE(xCreatePath(u"\\\\srv\\share", u'\\').has_value());
+  EXPECT_TRUE(xCreatePath(u"C:\\", u'\\').has_value());
+}
+
+TEST(FilesystemTest, MovingAndDeleting) {
+  const TestFolder folder;
+  folder.file("from", 1);
+  folder.file("to", 2);
+  EXPECT_EQ(xMoveFile_W(folder.text("from"), folder.text("to")), u"");
+  EXPECT_FALSE(xExistFile_W(folder.text("from")));
+  EXPECT_FALSE(xMoveFile_W(folder.text("from"), folder.text("to")).empty());
+  EXPECT_FALSE(xDeleteFile_W(folder.text("missing")).has_value());
+  {
+    const ScopedFault denied({Call::Unlinkat, "to", EACCES});
+    const Failure failure = xDeleteFile_W(folder.text("to"));
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->number, std::int32_t(platform::kAccessDenied));
+  }
+  EXPECT_FALSE(xDeleteFile_W(folder.text("to")).has_value());
+  EXPECT_FALSE(xExistFile_W(folder.text("to")));
+}
+
+/// Keeps the lines that would go to the fault log.
+class RecordingSink : public FaultSink {
+ public:
+  RecordingSink() { setFaultSink(this); }
+  ~RecordingSink() override { setFaultSink(nullptr); }
+  void Debug(TextView proc, TextView module, const Error& error,
+             const std::vector<Text>&) noexcept override {
+    lines.push_back(Text(module) + u"." + Text(proc) + u" " + error.text);
+  }
+  void errorLine(TextView line) noexcept override { lines.emplace_back(line); }
+
+  std::vector<Text> lines;
+};
+
+TEST(FilesystemTest, DatesThatNoCalendarHasAreToldOnce) {
+  RecordingSink sink;
+  platform::FindData data;
+  EXPECT_EQ(xGetFileModifyDateByWFD(data, u"/none"), 0);
+  EXPECT_TRUE(sink.lines.empty()) << "no date is no invalid date";
+  data.ftLastWriteTime = fileTimeFromUnix(INT64_MAX / 2, 0);
+  EXPECT_EQ(xGetFileModifyDateByWFD(data, u"/odd"), 0);
+  ASSERT_EQ(sink.lines.size(), 1U);
+  EXPECT_TRUE(
+      sink.lines[0].starts_with(u"Die Datei '/odd' besitzt ein ungültiges Datum. Error5: "));
+  data.ftLastWriteTime = fileTimeFromUnix(-86400LL * 365 * 200, 0);
+  EXPECT_LT(xGetFileModifyDateByWFD(data, u"/old"), 0);
+}
+
+TEST(FilesystemTest, AFaultInsideIsHandedToTheSink) {
+  RecordingSink sink;
+  const int answer = Guarded(u"module", u"procedure", []() -> int {
+    throw Fault({9, u"there", u"out of range"});
+  });
+  EXPECT_EQ(answer, 0);
+  EXPECT_EQ(sink.lines, std::vector<Text>{u"module.procedure out of range"});
+}
+
+TEST(FilesystemTest, HardlinksHaveOneIdentity) {
+  const TestFolder folder;
+  folder.file("one");
+  folder.file("two");
+  folder.hardlink("again", "two");
+  Text single;
+  Text first;
+  Text second;
+  Text error;
+  EXPECT_EQ(xGetHardlinkCount(folder.text("one"), &single, error), 0);
+  EXPECT_FALSE(single.empty()) << "told for a file with one name too";
+  EXPECT_EQ(xGetHardlinkCount(folder.text("two"), &first, error), 2);
+  EXPECT_EQ(xGetHardlinkCount(folder.text("again"), &second, error), 2);
+  EXPECT_EQ(first, second);
+  EXPECT_NE(first, single);
+  EXPECT_EQ(xGetHardlinkCount(folder.text("none"), nullptr, error), 0);
+  EXPECT_TRUE(error.starts_with(u"Die Datei '" + folder.text("none") + u"' konnte nicht"));
+
+  platform::FindData data;
+  data.identity.index = 0x00000002'00000005;
+  EXPECT_EQ(hardlinkIdentity(data), u"5-2");
+  data.identity.index = 0xFFFFFFFF'80000000;
+  EXPECT_EQ(hardlinkIdentity(data), u"-2147483648--1");
+}
+
+TEST(FilesystemTest, ErrorTexts) {
+  EXPECT_EQ(xGetErrorText(true, 0), u"#0 - No information available");
+  EXPECT_EQ(xGetErrorText(true, platform::kAccessDenied), u"#5 - Permission denied");
+  EXPECT_EQ(xGetErrorText(false, platform::kDiskFull), u"No space left on device");
+  EXPECT_FALSE(xGetErrorText(false, 54321).empty());
+}
+
+}  // namespace
+}  // namespace ombrelian

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "core/scan/ScanRun.h"
+#include "core/tree/Report.h"
+#include "platform/Locale.h"
+#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/TestFolder.h"
+
+namespace ombrelian::testing {
+
+/// A user interface that does nothing but cancel where a test says so.
+class QuietInterface : public UserInterface {
+ public:
+  void scanBegins() override {}
+  void scanEnds() override {}
+  void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override {}
+  void saveProgress(std::uint64_t, std::uint64_t) override {}
+  bool saveCancelled() override { return saveIsCancelled; }
+  void yield() override {
+    if (onYield) onYield();
+  }
+  bool GetInputState() override { return static_cast<bool>(onYield); }
+  void message(TextView text, Severity) override { messages.emplace_back(text); }
+  bool ask(TextView) override { return false; }
+
+  std::function<void()> onYield;  // set: every entry of a walk yields
+  bool saveIsCancelled = false;
+  std::vector<Text> messages;
+};
+
+/// Everything that a scan needs, and shortcuts to what it left.
+class ScanFixture : public ::testing::Test {
+ protected:
+  /// Scans one source as a run of its own; returns its root.
+  NodeIndex scan(const Text& path, DerivedLists* lists = nullptr) {
+    std::deque<Text> queue = {path};
+    ScanRun run(options, tree, context, log, ui, lists);
+    result = run.Ordnerliste_Abarbeiten(queue);
+    EXPECT_TRUE(queue.empty());
+    return result.lastRoot;
+  }
+
+  /// The node with that path below the source's root, names joined by "/"; kNoNode: none.
+  NodeIndex find(NodeIndex root, TextView path) const {
+    while (!path.empty() && root != kNoNode) {
+      const TextView name = path.substr(0, path.find(u'/'));
+      NodeIndex child = tree[root].firstChild;
+      while (child != kNoNode && tree[child].name() != name)
+        child = tree[child].nextSibling;
+      root = child;
+      path.remove_prefix(std::min(path.size(), name.size() + 1));
+    }
+    return root;
+  }
+
+  ScanTotals totals(NodeIndex node) const {
+    const FolderNode& n = tree[node];
+    return {n.size, n.files, n.folders, n.errors, n.hardlinks, n.junctions};
+  }
+
+  std::vector<Text> logTexts() const {
+    std::vector<Text> texts;
+    for (const LogRow& row : log.rows())
+      texts.push_back(row.text);
+    return texts;
+  }
+
+  const ScopedLocale locale{"C"};  // the texts of numbers are compared
+  TestFolder folder;
+  Options options;
+  FolderTree tree;
+  ScanContext context{platform::localeTextRules()};
+  Log log;
+  QuietInterface ui;
+  RunResult result;
+};
+
+}  // namespace ombrelian::testing

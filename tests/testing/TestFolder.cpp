@@ -1,0 +1,115 @@
+#include "tests/testing/TestFolder.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace ombrelian::testing {
+namespace {
+
+std::string makeFolder(TestFolder::Place place) {
+  const char* base = getenv("TMPDIR");
+  if (base == nullptr) base = "/tmp";
+  if (place == TestFolder::Place::Memory && access("/dev/shm", W_OK) == 0) base = "/dev/shm";
+  std::string pattern = std::string(base) + "/ombrelian-test-XXXXXX";
+  if (mkdtemp(pattern.data()) == nullptr) abort();
+  return pattern;
+}
+
+}  // namespace
+
+TestFolder::TestFolder(Place place) : path_(makeFolder(place)) {}
+
+TestFolder::~TestFolder() {
+  // Trees as deep as some tests make them are beyond what std::filesystem removes.
+  const char* const arguments[] = {"rm", "-rf", "--", path_.c_str(), nullptr};
+  pid_t child = 0;
+  if (posix_spawnp(&child, "rm", nullptr, nullptr, const_cast<char**>(arguments), environ) == 0) {
+    waitpid(child, nullptr, 0);
+  }
+}
+
+std::string TestFolder::path(std::string_view name) const {
+  return path_ + "/" + std::string(name);
+}
+
+void TestFolder::folder(std::string_view name) const {
+  std::filesystem::create_directories(path(name));
+}
+
+void TestFolder::file(std::string_view name, std::int64_t size) const {
+  const std::string full = path(name);
+  std::filesystem::create_directories(std::filesystem::path(full).parent_path());
+  const int fd = open(full.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+  EXPECT_GE(fd, 0) << full;
+  EXPECT_EQ(ftruncate(fd, size), 0);
+  close(fd);
+}
+
+void TestFolder::symlink(std::string_view name, std::string_view target) const {
+  EXPECT_EQ(::symlink(std::string(target).c_str(), path(name).c_str()), 0);
+}
+
+void TestFolder::hardlink(std::string_view name, std::string_view existing) const {
+  EXPECT_EQ(link(path(existing).c_str(), path(name).c_str()), 0);
+}
+
+int TestFolder::chain(std::string_view name, int levels) const {
+  const std::string step(name);
+  int fd = open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  for (int level = 0; level < levels; ++level) {
+    EXPECT_EQ(mkdirat(fd, step.c_str(), 0755), 0);
+    const int inner = openat(fd, step.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    close(fd);
+    fd = inner;
+  }
+  EXPECT_GE(fd, 0);
+  return fd;
+}
+
+std::string readFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << file.rdbuf();
+  return bytes.str();
+}
+
+Text readReport(const std::string& path) {
+  const std::string bytes = readFile(path);
+  EXPECT_TRUE(bytes.starts_with("\xFF\xFE")) << path;
+  EXPECT_EQ(bytes.size() % 2, 0U);
+  Text text;
+  for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+    text.push_back(char16_t(static_cast<unsigned char>(bytes[i]) |
+                            static_cast<unsigned char>(bytes[i + 1]) << 8));
+  }
+  return text;
+}
+
+std::vector<Text> lines(TextView text) {
+  std::vector<Text> result;
+  while (!text.empty()) {
+    const auto end = text.find(u"\r\n");
+    result.emplace_back(text.substr(0, end));
+    text.remove_prefix(end == TextView::npos ? text.size() : end + 2);
+  }
+  return result;
+}
+
+std::vector<std::string> namesIn(const std::string& path) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(path)) {
+    names.push_back(entry.path().filename());
+  }
+  return names;
+}
+
+}  // namespace ombrelian::testing
