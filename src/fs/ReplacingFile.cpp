@@ -2,6 +2,7 @@
 
 #include "fs/z_Filesystem.h"
 #include "platform/Time.h"
+#include "support/Translate.h"
 
 namespace ombrelian {
 namespace {
@@ -28,11 +29,15 @@ Failure ReplacingFile::check(TextView target) {
   const Text path = resolved(target);
   platform::FindData data;
   if (platform::FindFirstFileW(path, data) == kSuccess) {
-    if (data.isFolder()) return systemError(platform::kAccessDenied, kSource);
+    if (data.isFolder()) {
+      return Error{std::int32_t(platform::kAccessDenied), Text(kSource),
+                   TL(9950, u"Unter diesem Namen steht ein Ordner.")};
+    }
     // A device or a pipe would be replaced by a plain file.
     constexpr auto kSpecial = platform::kAttributeSystem | platform::kAttributeReparsePoint;
     if ((data.dwFileAttributes & kSpecial) != 0) {
-      return systemError(platform::kNotSupported, kSource);
+      return Error{std::int32_t(platform::kNotSupported), Text(kSource),
+                   TL(9951, u"Unter diesem Namen steht etwas anderes als eine Datei.")};
     }
   }
   const ErrorCode error = platform::CheckFolderWritable(folderOf(path));

@@ -215,7 +215,7 @@ Text xGetErrorText(bool addNumber, ErrorCode code) {
 }
 
 Error systemError(ErrorCode code, TextView source) {
-  return {std::int32_t(code), Text(source), xGetErrorText(true, code)};
+  return {std::int32_t(code), Text(source), xGetErrorText(false, code)};
 }
 
 }  // namespace ombrelian

@@ -61,7 +61,7 @@ Text GetAllDriveString();
 /// Text of a system error; with the number in front as "#5 - ..." if `addNumber`.
 Text xGetErrorText(bool addNumber, platform::ErrorCode code);
 
-/// The same as an Error of number `code`.
+/// The text without its number, as an Error of number `code`.
 Error systemError(platform::ErrorCode code, TextView source);
 
 }  // namespace ombrelian

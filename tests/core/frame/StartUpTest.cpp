@@ -1,0 +1,101 @@
+#include "core/frame/StartUp.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "tests/testing/TestFolder.h"
+
+namespace ombrelian {
+namespace {
+
+/// Start-ups of a user whose home is a new folder.
+class StartUpTest : public ::testing::Test {
+ protected:
+  StartUpTest() {
+    setenv("XDG_CONFIG_HOME", home.path("config").c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", home.path().c_str(), 1);
+  }
+  ~StartUpTest() override {
+    unsetenv("XDG_CONFIG_HOME");
+    unsetenv("XDG_RUNTIME_DIR");
+  }
+
+  std::string dataFile(const char* name) const {
+    return testing::readFile(home.path(std::string("config/Ombrelian/") + name));
+  }
+
+  testing::TestFolder home;
+};
+
+TEST_F(StartUpTest, ANewUserGetsAFolderAndAnEmptySettingsFile) {
+  const StartUp startUp({}, u"\"line\"");
+  EXPECT_EQ(startUp.DataPath(), home.text("config/Ombrelian"));
+  EXPECT_EQ(dataFile("Ombrelian3.ini"), "\xFF\xFE");
+  EXPECT_TRUE(dataFile("debug.log").ends_with(" - Command$=, \"line\"\r\n"));
+}
+
+TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsMendedInPlace) {
+  const struct {
+    std::string before;
+    std::string after;
+  } cases[] = {{"[Section]",
+                "\xFF\xFE"
+                "ection]"},
+               {std::string("\xFF\xFE[\0]\0", 6), std::string("\xFF\xFE[\0]\0", 6)},
+               {"", "\xFF\xFE"},
+               {"x", "\xFF\xFE"}};
+  home.folder("config/Ombrelian");
+  for (const auto& c : cases) {
+    std::ofstream(home.path("config/Ombrelian/Ombrelian3.ini"), std::ios::binary) << c.before;
+    const StartUp startUp({}, u"");
+    EXPECT_EQ(dataFile("Ombrelian3.ini"), c.after) << c.before;
+  }
+}
+
+TEST_F(StartUpTest, AHomeThatCannotBeWrittenIsDoneWithout) {
+  home.file("file");
+  setenv("XDG_CONFIG_HOME", home.path("file").c_str(), 1);
+  const StartUp startUp({}, u"");
+  EXPECT_EQ(startUp.DataPath(), home.text("file/Ombrelian"));
+}
+
+TEST_F(StartUpTest, FaultsAreReportedAndCounted) {
+  StartUp startUp({}, u"\"the line\"");
+  for (int i = 0; i < 2; ++i) {
+    Guarded(u"mod", u"proc", [] { throw Fault({13, u"step 7", u"went wrong"}); }, {u"value"});
+  }
+  EXPECT_EQ(startUp.errorLog().Errcount(), 2);
+  const std::string log = dataFile("error.log");
+  for (const char* const line :
+       {"Modul: mod\r\n", "Func: proc\r\n", "Line: step 7\r\n", "Err: 13 - went wrong\r\n",
+        "Command: \"the line\"\r\n", "Errcount: 2\r\n", "Debug0: value\r\n"}) {
+    EXPECT_NE(log.find(line), std::string::npos) << line;
+  }
+}
+
+TEST_F(StartUpTest, ARestartWaitsForTheOldProcess) {
+  EXPECT_TRUE(WaitForMutexGone(u"Waited", 0, 1)) << "nobody holds it";
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    const platform::NamedMutex mutex = platform::CreateMutexW(u"Waited");
+    if (write(ready[1], mutex.isHeld() ? "y" : "n", 1) != 1) _exit(2);
+    usleep(300'000);
+    _exit(0);
+  }
+  char held = 0;
+  ASSERT_EQ(read(ready[0], &held, 1), 1);
+  EXPECT_EQ(held, 'y');
+  EXPECT_FALSE(WaitForMutexGone(u"Waited", 20, 10));
+  EXPECT_TRUE(WaitForMutexGone(u"Waited", 10'000, 10));
+  waitpid(child, nullptr, 0);
+  close(ready[0]);
+  close(ready[1]);
+}
+
+}  // namespace
+}  // namespace ombrelian
