@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "platform/Time.h"
 #include "tests/testing/ScanFixture.h"
 #include "tests/testing/ScopedLocale.h"
 
@@ -103,16 +104,20 @@ TEST_F(FolderSaveTest, EveryColumnOfTheReport) {
   node.owner = tree.ownerNumber(u"someone");
   node.set(FolderNode::HasOwner);
   tree.setJunctionTarget(deep, u"/else \"where\"");
-  setenv("TZ", "UTC", 1);
-  node.dateModified = fileTimeFromUnix(1'000'000'000, 999'999'999);  // 9 September 2001, 01:46:40
+  DateParts local;
+  const FileTime modified = fileTimeFromUnix(1'000'000'000, 999'999'999);  // 9 September 2001
+  ASSERT_TRUE(platform::FileTimeToLocalSystemTime(modified, local));
+  const Text hour = (local.hour < 10 ? u"0" : u"") + toText(local.hour);
+  node.dateModified = modified;
   const std::vector<Text> csv = save(u"r.csv", kAllLevels, 1);
   EXPECT_EQ(csv[0],
             u"\"NAME\";\"GRÖßE (KB)\";\"PROZENT\";\"DATEIEN\";\"ORDNER\";\"UNTERORDNER\";"
             u"\"ATTRIBUTE\";\"ÄNDERUNGSDATUM\";\"ERSTELLUNGSDATUM\";\"LETZTER ZUGRIFF\";"
             u"\"HARDLINKS\";\"JUNCTIONS\";\"BESITZER\";\"FEHLER\";\"ORDNEREBENE\";\"ZIELORDNER\"");
-  EXPECT_EQ(csv[2],
-            u"\"/src/deep\";\"1,95\";\"66,67\";\"4\";\"1\";\"1\";\"HL\";\"09.09.2001 01:46:40\";"
-            u"\"\";\"\";\"1234\";\"3\";\"someone\";\"2\";\"1\";\"/else \"where\"\"");
+  EXPECT_EQ(csv[2], u"\"/src/deep\";\"1,95\";\"66,67\";\"4\";\"1\";\"1\";\"HL\";\"09.09.2001 " +
+                        hour +
+                        u":46:40\";"
+                        u"\"\";\"\";\"1234\";\"3\";\"someone\";\"2\";\"1\";\"/else \"where\"\"");
 
   const std::vector<Text> txt = save(u"r.txt", kAllLevels, 3);
   // Padded to the widest cell or caption of each column, with a blank between.
@@ -124,10 +129,9 @@ TEST_F(FolderSaveTest, EveryColumnOfTheReport) {
   };
   EXPECT_EQ(txt[7], left(u"/src/deep", 19) + right(u"1,95", 10) + right(u"67", 7) + right(u"4", 7) +
                         right(u"1", 6) + right(u"1", 11) + left(u"HL", 9) +
-                        left(u"09.09.2001 01:46", 16) + left(u"", 16) + left(u"", 15) +
+                        left(u"09.09.2001 " + hour + u":46", 16) + left(u"", 16) + left(u"", 15) +
                         right(u"1.234", 9) + right(u"3", 9) + left(u"someone", 8) + right(u"2", 6) +
                         right(u"1", 11) + u"/else \"where\"");
-  unsetenv("TZ");
 }
 
 TEST_F(FolderSaveTest, IndentAndDividingLines) {
