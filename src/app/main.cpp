@@ -63,8 +63,9 @@ int run(const std::vector<Text>& arguments) {
                     UserInterface::Severity::Error);
     return kExitNothing;
   }
-  const StartUp startUp(line, joined(arguments));
+  StartUp startUp(line, joined(arguments));
   Session session;
+  startUp.errorLog().watchStop(&session.context.ScanCancelState);
   return runSilently(line, session, console);
 }
 

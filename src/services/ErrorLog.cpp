@@ -118,6 +118,8 @@ void ErrorLog::Debug(TextView proc, TextView module, const Error& error,
     report.line(u"Admin: ", platform::IsNTAdmin() ? u"True" : u"False");
     report.line(u"Errcount: ", toText(errcount_));
     report.line(u"Lang: ", toText(facts_.languageId));
+    const std::int64_t stop = stopReason_ != nullptr ? *stopReason_ : 0;
+    report.line(u"Stop:", toText(stop) + u"," + toText(stop));
     std::int64_t index = 0;
     for (const Text& param : params)
       report.line(u"Debug" + toText(index++) + u": ", param);

@@ -32,6 +32,9 @@ class ErrorLog : public FaultSink {
   /// Appends one line to the trace, each of `params` behind ", ".
   void LogDebug(TextView text, const std::vector<Text>& params = {}) noexcept;
 
+  /// What reports tell of a cancelled scan; not owned, null: no scan can be.
+  void watchStop(const int* StopReason) { stopReason_ = StopReason; }
+
   /// Reports in this run.
   int Errcount() const { return errcount_; }
 
@@ -41,6 +44,7 @@ class ErrorLog : public FaultSink {
 
   const ProgramFacts facts_;
   int errcount_ = 0;
+  const int* stopReason_ = nullptr;
 };
 
 }  // namespace ombrelian

@@ -105,7 +105,7 @@ TEST_F(FolderSaveTest, EveryColumnOfTheReport) {
   node.set(FolderNode::HasOwner);
   tree.setJunctionTarget(deep, u"/else \"where\"");
   DateParts local;
-  const FileTime modified = fileTimeFromUnix(1'000'000'000, 999'999'999);  // 9 September 2001
+  const FileTime modified = fileTimeFromUnix(1'000'036'000, 999'999'999);  // 9 September 2001
   ASSERT_TRUE(platform::FileTimeToLocalSystemTime(modified, local));
   const Text hour = (local.hour < 10 ? u"0" : u"") + toText(local.hour);
   node.dateModified = modified;

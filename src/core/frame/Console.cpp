@@ -48,10 +48,14 @@ void Console::print(TextView line) {
 void Console::scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
                            std::int64_t bytes) {
   if (!isTerminal_) return;
-  showProgress(
-      TL(9002, u"%1 Dateien, %2 Ordner, %3  %4",
+  // The folder takes what room the numbers leave.
+  const Text numbers =
+      TL(9002, u"%1 Dateien, %2 Ordner, %3  ",
          {xFormatFileSize(0, files, false, false), xFormatFileSize(0, folders, false, false),
-          xFormatFileSize(4, bytes, true, false), folder}));
+          xFormatFileSize(4, bytes, true, false)});
+  const auto width = std::size_t(platform::GetTerminalWidth() - 1);
+  const std::size_t room = width > numbers.size() ? width - numbers.size() : 0;
+  showProgress(numbers + shortened(Text(folder), room));
 }
 
 void Console::saveProgress(std::uint64_t row, std::uint64_t rows) {
