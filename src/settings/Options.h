@@ -49,6 +49,8 @@ struct Options {
   Text FolderList_FilterFilesInclude_Text;
   std::uint8_t FolderList_FilterFilesExclude_Active = 0;
   Text FolderList_FilterFilesExclude_Text;
+  std::uint8_t FileList_Filter_Active = 0;
+  Text FileList_Filter_Text;
 
   // How the folder report looks.
   Text DateFormat;                  // empty: the locale's

@@ -28,6 +28,11 @@ Error describeEscaped() {
 
 void setFaultSink(FaultSink* sink) { faultSink = sink; }
 
+void reportFault(TextView proc, TextView module, const Error& error,
+                 const std::vector<Text>& params) noexcept {
+  if (faultSink != nullptr) faultSink->Debug(proc, module, error, params);
+}
+
 void reportLine(TextView line) noexcept {
   if (faultSink != nullptr) faultSink->errorLine(line);
 }

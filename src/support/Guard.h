@@ -38,6 +38,10 @@ class FaultSink {
 /// Not owned; null drops what escapes.
 void setFaultSink(FaultSink* sink);
 
+/// Hands a fault that its finder could go on after to the sink.
+void reportFault(TextView proc, TextView module, const Error& error,
+                 const std::vector<Text>& params) noexcept;
+
 /// Hands a line to the sink.
 void reportLine(TextView line) noexcept;
 

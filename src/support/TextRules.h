@@ -14,6 +14,9 @@ class TextRules {
   virtual Text lower(TextView text) const = 0;
   virtual Text upper(TextView text) const = 0;
 
+  /// What is the same for code points that differ in case alone; a lone surrogate is itself.
+  virtual char32_t fold(char32_t codePoint) const = 0;
+
   /// Order of two texts: negative, 0 or positive. Binary compares code units; otherwise the
   /// locale's collation without regard to case.
   virtual int compare(TextView a, TextView b, bool binary) const = 0;

@@ -25,6 +25,9 @@ class TestRules : public TextRules {
     return result;
   }
   Text upper(TextView text) const override { return asciiUpper(text); }
+  char32_t fold(char32_t codePoint) const override {
+    return lower(Text(1, char16_t(codePoint)))[0];
+  }
   int compare(TextView a, TextView b, bool binary) const override {
     return binary ? a.compare(b) : asciiLower(a).compare(asciiLower(b));
   }

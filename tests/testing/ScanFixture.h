@@ -36,10 +36,13 @@ class ScanFixture : public ::testing::Test {
   /// Scans one source as a run of its own; returns its root.
   NodeIndex scan(const Text& path, DerivedLists* lists = nullptr) {
     std::deque<Text> queue = {path};
-    ScanRun run(options, tree, context, log, ui, lists);
-    result = run.Ordnerliste_Abarbeiten(queue);
+    result = ScanRun(state(lists)).Ordnerliste_Abarbeiten(queue);
     EXPECT_TRUE(queue.empty());
     return result.lastRoot;
+  }
+
+  ScanState state(DerivedLists* lists = nullptr) {
+    return {options, tree, context, filters, log, ui, lists};
   }
 
   /// The node with that path below the source's root, names joined by "/"; kNoNode: none.
@@ -72,6 +75,7 @@ class ScanFixture : public ::testing::Test {
   Options options;
   FolderTree tree;
   ScanContext context{platform::localeTextRules()};
+  mCompare filters{platform::localeTextRules()};
   Log log;
   QuietInterface ui;
   RunResult result;

@@ -3,7 +3,6 @@
 #include <deque>
 
 #include "core/scan/ScanRun.h"
-#include "core/tree/ScanContext.h"
 #include "lists/FolderReport.h"
 #include "lists/Log.h"
 #include "platform/Locale.h"
@@ -16,9 +15,14 @@ struct Session {
   Options options;
   FolderTree tree;
   ScanContext context{platform::localeTextRules()};
+  mCompare filters{platform::localeTextRules()};
   Log log;
   FolderReport folderReport{tree, options};
   std::deque<Text> SourceQueue;
+
+  ScanState scanState(UserInterface& ui, DerivedLists* lists) {
+    return {options, tree, context, filters, log, ui, lists};
+  }
 };
 
 }  // namespace ombrelian

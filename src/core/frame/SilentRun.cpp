@@ -49,7 +49,7 @@ int runSilently(const CommandLine& line, Session& session, Console& console) {
   session.context.SilentMode = true;
   session.log.setListener(&console);
   session.SourceQueue = line.sources;
-  ScanRun run(session.options, session.tree, session.context, session.log, console, nullptr);
+  ScanRun run(session.scanState(console, nullptr));
   const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
   if (result.sourcesScanned == 0) return kExitNothing;
   FolderSave save(session.folderReport, session.options, console);

@@ -65,21 +65,18 @@ Text rootName(TextView path) { return xRemoveBackslash(path); }
 
 }  // namespace
 
-ScanRun::ScanRun(const Options& options, FolderTree& tree, ScanContext& context, Log& log,
-                 UserInterface& ui, DerivedLists* lists)
-    : options_(options), tree_(tree), context_(context), log_(log), ui_(ui), lists_(lists) {}
-
 DerivedLists* ScanRun::listsOfRun() const {
-  return context_.SuppressDerivedLists ? nullptr : lists_;
+  return state_.context.SuppressDerivedLists ? nullptr : state_.lists;
 }
 
 RunResult ScanRun::Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue) {
   RunResult result;
   Guarded(kModule, u"Ordnerliste_Abarbeiten", [&] {
-    ui_.scanBegins();
-    context_.ScanBusy = true;
-    context_.HardlinkSeen.Clear();
-    bool isOnlySource = !context_.SilentMode;
+    state_.ui.scanBegins();
+    state_.context.ScanBusy = true;
+    state_.context.HardlinkSeen.Clear();
+    state_.filters.startRun();
+    bool isOnlySource = !state_.context.SilentMode;
     while (!SourceQueue.empty() && !result.cancelled) {
       const Text path = SourceQueue.front();
       if (SourceQueue.size() > 1) isOnlySource = false;
@@ -87,102 +84,111 @@ RunResult ScanRun::Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue) {
         scanSource(path, isOnlySource, result);
       } else {
         ++result.sourcesMissing;
-        log_.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}), true);
+        state_.log.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}),
+                                true);
       }
       isOnlySource = false;  // whatever was queued meanwhile makes it a run of several
       SourceQueue.pop_front();
     }
     SourceQueue.clear();
-    Report_Folder_Sort_All(tree_);
-    context_.ScanCancelState = kScanIdle;
-    context_.ScanBusy = false;
-    ui_.scanEnds();
+    Report_Folder_Sort_All(state_.tree);
+    state_.context.ScanCancelState = kScanIdle;
+    state_.context.ScanBusy = false;
+    state_.ui.scanEnds();
   });
   return result;
 }
 
 void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result) {
-  log_.flipGroup();
-  log_.LogProtokoll(Text(kRuleLength, u'-'));
-  log_.LogProtokoll(TL(3777, u"Einlesen: %1", {path}));
+  state_.log.flipGroup();
+  state_.log.LogProtokoll(Text(kRuleLength, u'-'));
+  state_.log.LogProtokoll(TL(3777, u"Einlesen: %1", {path}));
   prepareSource(isOnlySource);
   const Date started = now();
   const std::uint64_t startTick = platform::GetTickCount();
   const NodeIndex root = Quelle_Einlesen(path);
-  tree_.setCreated(root, started);
+  state_.tree.setCreated(root, started);
   result.lastRoot = root;
   ++result.sourcesScanned;
-  result.sum += context_.Total;
+  result.sum += state_.context.Total;
   logCounts(result.sum);
-  if (DerivedLists* const lists = listsOfRun()) lists->finish(context_.Total);
-  result.cancelled = context_.ScanCancelState == kScanCancelRequested;
+  if (DerivedLists* const lists = listsOfRun()) lists->finish(state_.context.Total);
+  result.cancelled = state_.context.ScanCancelState == kScanCancelRequested;
   if (result.cancelled) {
-    log_.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
+    state_.log.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
   }
   const std::int64_t seconds = std::int64_t(platform::GetTickCount() - startTick) / 1000;
-  log_.LogProtokoll(TL(3830, u"Zeitaufwand: %1", {formatTimeSpan(seconds)}));
+  state_.log.LogProtokoll(TL(3830, u"Zeitaufwand: %1", {formatTimeSpan(seconds)}));
 }
 
 /// A lone source starts with empty lists; several share the tree and fill none.
 void ScanRun::prepareSource(bool isOnlySource) {
-  context_.SuppressDerivedLists = !isOnlySource;
+  state_.context.SuppressDerivedLists = !isOnlySource;
   if (!isOnlySource) return;
-  if (lists_ != nullptr) lists_->reset();
+  state_.filters.SetExtFilter(state_.options);
+  state_.filters.SetTopFilesExtFilter(state_.options);
+  if (state_.lists != nullptr) state_.lists->reset();
   logOptions();
 }
 
 void ScanRun::logOptions() {
   for (const ListOption& option : kListOptions) {
-    if (options_.*option.flag != 1) continue;
-    const Text maximum =
-        option.maximum < 0 ? Text() : toText(options_.TopMaxCount[std::size_t(option.maximum)]);
+    if (state_.options.*option.flag != 1) continue;
+    const Text maximum = option.maximum < 0
+                             ? Text()
+                             : toText(state_.options.TopMaxCount[std::size_t(option.maximum)]);
     const Text caption = TL(0, option.caption, {maximum});
     if (option.dateKind == nullptr) {
-      log_.LogProtokoll(TL(3874, u"Option: %1", {caption}));
+      state_.log.LogProtokoll(TL(3874, u"Option: %1", {caption}));
     } else {
-      const Text kind = dateKindCaption(options_.*option.dateKind);
-      log_.LogProtokoll(TL(3829, u"Option: %1 (%2)", {caption, kind}));
+      const Text kind = dateKindCaption(state_.options.*option.dateKind);
+      state_.log.LogProtokoll(TL(3829, u"Option: %1 (%2)", {caption, kind}));
     }
   }
 }
 
 void ScanRun::logCounts(const ScanTotals& counts) {
   const auto line = [&](int id, TextView german, std::int64_t count) {
-    if (count > 0) log_.LogProtokoll(TL(id, german, {plainCount(count)}));
+    if (count > 0) state_.log.LogProtokoll(TL(id, german, {plainCount(count)}));
   };
   line(3773, u"Zugriffsfehler: %1", counts.Errors);
   line(3774, u"Ordneranzahl: %1", counts.Folders);
   line(3775, u"Dateianzahl: %1", counts.Files);
   if (counts.Size > 0) {
-    log_.LogProtokoll(TL(3776, u"Dateigröße: %1 (%2)",
-                         {xFormatFileSize(4, counts.Size, true, false),
-                          xFormatFileSize(0, counts.Size, true, false)}));
+    state_.log.LogProtokoll(TL(3776, u"Dateigröße: %1 (%2)",
+                               {xFormatFileSize(4, counts.Size, true, false),
+                                xFormatFileSize(0, counts.Size, true, false)}));
   }
   line(3885, u"Hardlinks: %1", counts.Hardlinks);
   line(3886, u"Junctions: %1", counts.Junctions);
 }
 
 NodeIndex ScanRun::Quelle_Einlesen(TextView path, NodeIndex existing) {
-  const NodeIndex root = existing == kNoNode ? tree_.addRoot(rootName(path)) : existing;
+  const NodeIndex root = existing == kNoNode ? state_.tree.addRoot(rootName(path)) : existing;
   Guarded(kModule, u"Quelle_Einlesen",
           [&] {
-            context_.ReadHardlinkCounts = options_.CreateListHardlink == 1 ||
-                                          options_.AddHardlinksOnlyOnce == 1 ||
-                                          options_.ShowHardlinkCount == 1;
+            state_.context.ReadHardlinkCounts = state_.options.CreateListHardlink == 1 ||
+                                                state_.options.AddHardlinksOnlyOnce == 1 ||
+                                                state_.options.ShowHardlinkCount == 1;
+            state_.filters.SetFileFilterInclude(state_.options);
+            state_.filters.SetFileFilter(state_.options);
+            state_.filters.SetFolderFilterExclude(state_.options);
+            state_.filters.SetFolderFilterInclude(state_.options);
             platform::VolumeInformation volume;
-            context_.IsNTFS = platform::GetVolumeInformationW(path, volume) == platform::kSuccess &&
-                              volume.keepsOwners;
-            context_.Total = ScanTotals();
+            state_.context.IsNTFS =
+                platform::GetVolumeInformationW(path, volume) == platform::kSuccess &&
+                volume.keepsOwners;
+            state_.context.Total = ScanTotals();
             platform::DisableWow64FsRedirection(true);
-            Walker walker(options_, tree_, context_, log_, ui_, listsOfRun());
+            Walker walker(state_, listsOfRun());
             const ScanTotals found = walker.Report_ScanFolders(xGetPathWithBackslash(path), root);
             platform::DisableWow64FsRedirection(false);
-            FolderNode& node = tree_[root];
-            Report_SetNodeSizeAndFilecount(node, found.Size, context_.Total.Files);
-            node.folders = context_.Total.Folders;
-            node.hardlinks = context_.Total.Hardlinks;
-            node.junctions = context_.Total.Junctions;
-            node.errors = context_.Total.Errors;
+            FolderNode& node = state_.tree[root];
+            Report_SetNodeSizeAndFilecount(node, found.Size, state_.context.Total.Files);
+            node.folders = state_.context.Total.Folders;
+            node.hardlinks = state_.context.Total.Hardlinks;
+            node.junctions = state_.context.Total.Junctions;
+            node.errors = state_.context.Total.Errors;
             readRootFacts(path, root);
           },
           {path});
@@ -191,7 +197,7 @@ NodeIndex ScanRun::Quelle_Einlesen(TextView path, NodeIndex existing) {
 
 /// Dates, attributes and owner of a source itself, which no listing told.
 void ScanRun::readRootFacts(TextView path, NodeIndex root) {
-  FolderNode& node = tree_[root];
+  FolderNode& node = state_.tree[root];
   platform::FindData data;
   if (platform::GetFileInformation(path, data) != platform::kSuccess) return;
   node.dateModified = data.ftLastWriteTime;
@@ -199,9 +205,10 @@ void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   node.dateAccess = data.ftLastAccessTime;
   // That something is mounted on a source is what makes it a drive, not a junction.
   node.attributes = data.dwFileAttributes & ~platform::kAttributeReparsePoint;
-  if (options_.ShowFolderOwner != 1 || !context_.IsNTFS) return;
+  if (state_.options.ShowFolderOwner != 1 || !state_.context.IsNTFS) return;
   const Text owner = GetFileOwnerW(path);
-  node.owner = tree_.ownerNumber(owner.empty() ? WalkTexts::translated().unknownOwner : owner);
+  node.owner =
+      state_.tree.ownerNumber(owner.empty() ? WalkTexts::translated().unknownOwner : owner);
   node.set(FolderNode::HasOwner);
 }
 

@@ -19,9 +19,7 @@ struct RunResult {
 /// single source up to date.
 class ScanRun {
  public:
-  /// All are kept by reference and outlive the run; `lists` is null where none are kept.
-  ScanRun(const Options& options, FolderTree& tree, ScanContext& context, Log& log,
-          UserInterface& ui, DerivedLists* lists);
+  explicit ScanRun(const ScanState& state) : state_(state) {}
 
   /// Consumes the queue, which may grow meanwhile. The sources of a run stay side by side in the
   /// tree; only a run that never holds more than one fills the lists.
@@ -38,12 +36,7 @@ class ScanRun {
   void readRootFacts(TextView path, NodeIndex root);
   DerivedLists* listsOfRun() const;
 
-  const Options& options_;
-  FolderTree& tree_;
-  ScanContext& context_;
-  Log& log_;
-  UserInterface& ui_;
-  DerivedLists* const lists_;
+  const ScanState state_;
 };
 
 }  // namespace ombrelian

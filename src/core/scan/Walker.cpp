@@ -29,13 +29,13 @@ WalkTexts WalkTexts::translated() {
   return {TL(3822, u"-Unbekannt-"), TL(4141, u"Jeder"), TL(3514, u"Dateien")};
 }
 
-Walker::Walker(const Options& options, FolderTree& tree, ScanContext& context, Log& log,
-               UserInterface& ui, DerivedLists* lists)
-    : options_(options),
-      tree_(tree),
-      context_(context),
-      log_(log),
-      ui_(ui),
+Walker::Walker(const ScanState& state, DerivedLists* lists)
+    : options_(state.options),
+      tree_(state.tree),
+      context_(state.context),
+      log_(state.log),
+      ui_(state.ui),
+      filters_(state.filters),
       lists_(lists),
       texts_(WalkTexts::translated()) {}
 
@@ -67,7 +67,9 @@ void Walker::walk() {
     const FindData* const entry =
         frames_.back().isOpen && !cancelled ? walk_.FindNextFileW() : nullptr;
     if (entry != nullptr && !(cancelled = isCancelled())) {
-      if (entry->isFolder()) {
+      if (isLeftOut(*entry)) {
+        continue;
+      } else if (entry->isFolder()) {
         visitFolder(*entry);
       } else {
         visitFile(*entry);
@@ -101,6 +103,19 @@ void Walker::showProgress(std::uint64_t interval) {
   ui_.scanProgress(path_, context_.Total.Files, context_.Total.Folders, context_.Total.Size);
   if (!context_.SilentMode) ui_.yield();
   lastProgressTick_ = platform::GetTickCount();
+}
+
+/// Whether the user's filters leave the entry out; it is then not counted at all.
+bool Walker::isLeftOut(const FindData& entry) {
+  const bool isFolder = entry.isFolder();
+  if (isFolder ? !filters_.filtersFolders() : !filters_.filtersFiles()) return false;
+  const TextView name = walk_.name();
+  const std::size_t length = path_.size();
+  path_ += name;
+  const bool isOut = isFolder ? filters_.CheckFolderFilter(name, path_)
+                              : filters_.Check_FolderList_FileFilter(name, path_);
+  path_.resize(length);
+  return isOut;
 }
 
 void Walker::visitFile(const FindData& entry) {

@@ -2,12 +2,8 @@
 
 #include <vector>
 
-#include "core/scan/DerivedLists.h"
-#include "core/tree/ScanContext.h"
-#include "lists/Log.h"
+#include "core/scan/ScanState.h"
 #include "platform/FolderWalk.h"
-#include "settings/Options.h"
-#include "support/UserInterface.h"
 
 namespace ombrelian {
 
@@ -24,9 +20,8 @@ struct WalkTexts {
 /// folder and feeds the lists. It keeps its own stack, so that no depth is too deep.
 class Walker {
  public:
-  /// All are kept by reference and outlive the walker; `lists` is null when none are wanted.
-  Walker(const Options& options, FolderTree& tree, ScanContext& context, Log& log,
-         UserInterface& ui, DerivedLists* lists);
+  /// `lists` goes before those of `state`: null in a run of several sources.
+  Walker(const ScanState& state, DerivedLists* lists);
 
   /// Walks the folder `path` (ends in a separator) into `node` and returns the totals of the
   /// subtree. After a cancel the files of the folders under way are missing from it, but not from
@@ -48,6 +43,7 @@ class Walker {
   bool isCancelled();
   void showProgress(std::uint64_t interval);
 
+  bool isLeftOut(const platform::FindData& entry);
   void visitFile(const platform::FindData& entry);
   void countSize(const platform::FindData& entry, std::int64_t size, std::int32_t links);
   void feedFile(const platform::FindData& entry, std::int64_t size, std::int32_t links);
@@ -72,6 +68,7 @@ class Walker {
   ScanContext& context_;
   Log& log_;
   UserInterface& ui_;
+  mCompare& filters_;
   DerivedLists* const lists_;
   const WalkTexts texts_;
 

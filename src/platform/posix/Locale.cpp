@@ -232,6 +232,11 @@ class LocaleRules : public TextRules {
     return !dotlessI_ && isAscii(text) ? asciiUpper(text) : mapCase(text, u_toupper);
   }
 
+  char32_t fold(char32_t codePoint) const override {
+    const auto options = dotlessI_ ? U_FOLD_CASE_EXCLUDE_SPECIAL_I : U_FOLD_CASE_DEFAULT;
+    return char32_t(u_foldCase(UChar32(codePoint), options));
+  }
+
   int compare(TextView a, TextView b, bool binary) const override {
     if (binary) return a.compare(b);
     if (!collator_.isValid()) openCollator();

@@ -176,8 +176,7 @@ TEST_F(SilentRunTest, AReportThatCannotBeWrittenLeavesTheOldOne) {
     Console console;
     std::deque<Text> queue = {source.text()};
     session.context.SilentMode = true;
-    ScanRun(session.options, session.tree, session.context, session.log, console, nullptr)
-        .Ordnerliste_Abarbeiten(queue);
+    ScanRun(session.scanState(console, nullptr)).Ordnerliste_Abarbeiten(queue);
     FolderSave save(session.folderReport, session.options, console);
     const ScopedFault fault(c.fault);
     const Failure failure = save.SAVE(out.text("r.csv"), kAllLevels, 0, {});

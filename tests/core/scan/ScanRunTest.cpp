@@ -30,7 +30,7 @@ TEST_F(ScanRunTest, SourcesOfOneRunStandSideBySide) {
   folder.file("a/file", 1);
   folder.file("b/file", 2);
   std::deque<Text> queue = {folder.text("a"), folder.text("missing"), folder.text("b/")};
-  ScanRun run(options, tree, context, log, ui, nullptr);
+  ScanRun run(state());
   const RunResult sum = run.Ordnerliste_Abarbeiten(queue);
   EXPECT_EQ(sum.sourcesScanned, 2);
   EXPECT_EQ(sum.sourcesMissing, 1);
@@ -56,8 +56,7 @@ TEST_F(ScanRunTest, CancelDropsWhatWaits) {
   folder.file("b/file", 2);
   ui.onYield = [&] { context.ScanCancelState = kScanCancelRequested; };
   std::deque<Text> queue = {folder.text("a"), folder.text("b")};
-  const RunResult cancelled =
-      ScanRun(options, tree, context, log, ui, nullptr).Ordnerliste_Abarbeiten(queue);
+  const RunResult cancelled = ScanRun(state()).Ordnerliste_Abarbeiten(queue);
   EXPECT_TRUE(cancelled.cancelled);
   EXPECT_EQ(cancelled.sourcesScanned, 1);
   EXPECT_TRUE(queue.empty());

@@ -173,6 +173,24 @@ TEST_F(WalkerTest, OwnersWhereTheyAreKept) {
   EXPECT_EQ(tree.ownerText(tree[find(root, u"foreign")].owner), u"-Unbekannt-");
 }
 
+TEST_F(WalkerTest, WhatFiltersLeaveOutIsNotThere) {
+  folder.file("keep/a.jpg", 1);
+  folder.file("keep/b.tmp", 10);
+  folder.file("cache/c.jpg", 100);
+  folder.file("keep/deep/cache/d.jpg", 1000);
+  options.FolderList_FilterFolderExclude_Active = 1;
+  options.FolderList_FilterFolderExclude_Text = u"*/keep/deep/CACHE";
+  options.FolderList_FilterFilesExclude_Active = 1;
+  options.FolderList_FilterFilesExclude_Text = u"*.TMP";
+  NodeIndex root = scan(folder.text());
+  EXPECT_EQ(totals(root), (ScanTotals{101, 2, 3, 0, 0, 0}));
+  EXPECT_EQ(find(root, u"keep/deep/cache"), kNoNode);
+  // A change takes effect with the next source.
+  options.FolderList_FilterFolderExclude_Text = u"cache";
+  options.FolderList_FilterFilesExclude_Active = 0;
+  EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{11, 2, 2, 0, 0, 0}));
+}
+
 TEST_F(WalkerTest, AHundredThousandLevels) {
   constexpr int kLevels = 100'000;
   const TestFolder deep(TestFolder::Place::Memory);
@@ -268,7 +286,7 @@ TEST_F(WalkerTest, ListsAreFedByARunOfOneSourceOnly) {
 
   lists.events.clear();
   std::deque<Text> queue = {folder.text(), folder.text("sub")};
-  ScanRun(options, tree, context, log, ui, &lists).Ordnerliste_Abarbeiten(queue);
+  ScanRun(state(&lists)).Ordnerliste_Abarbeiten(queue);
   EXPECT_TRUE(lists.events.empty());
 }
 

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <vector>
+
+#include "support/TextRules.h"
+
+namespace ombrelian {
+
+/// A pattern for whole texts, compiled once; case does not count, by the rules of the locale.
+///
+///   ?         one character              *   any number of characters, also none
+///   #         one digit                  [a-fx]  one character of the list, [!...] one that is not
+///
+/// Everything else stands for itself. A "[" that is never closed, or a range that runs downwards,
+/// makes the pattern malformed. A character is a code point; a byte that is no UTF-8 is one too.
+class LikePattern {
+ public:
+  /// `rules` are asked for the folding of what is not ASCII and must outlive the pattern.
+  LikePattern(TextView pattern, const TextRules& rules);
+
+  const Text& text() const { return text_; }
+  bool isMalformed() const { return isMalformed_; }
+
+  /// Whether the pattern fits all of `subject`. Allocates nothing. Not for a malformed one.
+  bool matches(TextView subject) const;
+
+ private:
+  enum class Kind : std::uint8_t { Character, AnyCharacter, AnyRun, Digit, Set };
+
+  struct Token {
+    Kind kind;
+    bool isNegated = false;      // of Set
+    std::uint32_t begin = 0;     // of Character the folded code point; of Set its first range
+    std::uint32_t rangeEnd = 0;  // of Set
+  };
+
+  struct Range {
+    char32_t first;  // folded, like last
+    char32_t last;
+  };
+
+  void compile();
+  bool compileSet(std::size_t& at);
+  char32_t fold(char32_t codePoint) const;
+  bool matchesOne(const Token& token, char32_t codePoint) const;
+
+  const TextRules* rules_;
+  Text text_;
+  std::vector<Token> tokens_;
+  std::vector<Range> ranges_;  // of all sets
+  char16_t asciiFold_[128];
+  bool isMalformed_ = false;
+};
+
+}  // namespace ombrelian

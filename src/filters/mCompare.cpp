@@ -1,0 +1,137 @@
+#include "filters/mCompare.h"
+
+#include "support/Guard.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kModule = u"mCompare";
+constexpr std::int32_t kMalformedPattern = 93;
+
+/// ",jpg,png," from a setting; empty if there is nothing to compare with.
+Text extensionText(std::uint8_t active, TextView setting) {
+  const TextView trimmed = trimBlanks(setting);
+  if (active != 1 || trimmed.empty()) return {};
+  return Text(u",").append(trimmed).append(u",");
+}
+
+}  // namespace
+
+void mCompare::compile(std::uint8_t active, Text& setting, PatternList& list) const {
+  setting = Text(trimBlanks(setting));
+  list.isActive = active == 1;
+  list.patterns.clear();
+  TextView rest = setting;
+  while (!rest.empty()) {
+    const TextView piece = rest.substr(0, rest.find(u','));
+    if (piece.empty()) return;
+    list.patterns.emplace_back(piece, rules_);
+    rest.remove_prefix(std::min(rest.size(), piece.size() + 1));
+  }
+}
+
+void mCompare::SetFileFilterInclude(Options& options) {
+  compile(options.FolderList_FilterFilesInclude_Active, options.FolderList_FilterFilesInclude_Text,
+          fileInclude_);
+}
+
+void mCompare::SetFileFilter(Options& options) {
+  compile(options.FolderList_FilterFilesExclude_Active, options.FolderList_FilterFilesExclude_Text,
+          fileExclude_);
+}
+
+void mCompare::SetFolderFilterExclude(Options& options) {
+  compile(options.FolderList_FilterFolderExclude_Active,
+          options.FolderList_FilterFolderExclude_Text, folderExclude_);
+}
+
+void mCompare::SetFolderFilterInclude(Options& options) {
+  compile(options.FolderList_FilterFolderInclude_Active,
+          options.FolderList_FilterFolderInclude_Text, folderInclude_);
+}
+
+void mCompare::SetFileFilterFileList(Options& options) {
+  compile(options.FileList_Filter_Active, options.FileList_Filter_Text, fileList_);
+}
+
+void mCompare::SetExtFilter(const Options& options) {
+  extensions_ = extensionText(options.CreateListExtInclude, options.CreateListExtIncludeText);
+}
+
+void mCompare::SetTopFilesExtFilter(const Options& options) {
+  topExtensions_ = extensionText(options.CreateList100LargestFilesInclude,
+                                 options.CreateList100LargestFilesIncludeText);
+}
+
+/// A malformed pattern is told once a run and then answers for itself.
+mCompare::Answer mCompare::fits(const LikePattern& pattern, TextView name, TextView path,
+                                TextView procedure) {
+  if (pattern.isMalformed()) {
+    if (reported_.insert(pattern.text()).second) {
+      reportFault(
+          procedure, kModule,
+          {kMalformedPattern, Text(procedure), u"Invalid pattern string: " + pattern.text()},
+          {pattern.text()});
+    }
+    return Answer::Malformed;
+  }
+  const bool isFit = pattern.matches(name) || (!path.empty() && pattern.matches(path));
+  return isFit ? Answer::Yes : Answer::No;
+}
+
+bool mCompare::isExcluded(const PatternList& list, TextView name, TextView path,
+                          TextView procedure) {
+  for (const LikePattern& pattern : list.patterns) {
+    const Answer answer = fits(pattern, name, path, procedure);
+    if (answer != Answer::No) return answer == Answer::Yes;
+  }
+  return false;
+}
+
+/// Left out as soon as one pattern fits neither name nor path.
+bool mCompare::isNotIncluded(const PatternList& list, TextView name, TextView path,
+                             TextView procedure) {
+  for (const LikePattern& pattern : list.patterns) {
+    const Answer answer = fits(pattern, name, path, procedure);
+    if (answer != Answer::Yes) return answer == Answer::No;
+  }
+  return false;
+}
+
+bool mCompare::CheckFolderFilter(TextView Name, TextView FullPath) {
+  constexpr TextView kProcedure = u"CheckFolderFilter";
+  if (folderExclude_.isActive) return isExcluded(folderExclude_, Name, FullPath, kProcedure);
+  return folderInclude_.isActive && isNotIncluded(folderInclude_, Name, FullPath, kProcedure);
+}
+
+bool mCompare::Check_FolderList_FileFilter(TextView Name, TextView FullPath) {
+  constexpr TextView kProcedure = u"Check_FolderList_FileFilter";
+  if (fileInclude_.isActive) return isNotIncluded(fileInclude_, Name, FullPath, kProcedure);
+  return fileExclude_.isActive && isExcluded(fileExclude_, Name, FullPath, kProcedure);
+}
+
+bool mCompare::CheckFileFilterFileList(TextView Name) {
+  bool isHidden = false;
+  if (!fileList_.isActive) return isHidden;
+  for (const LikePattern& pattern : fileList_.patterns) {
+    const Answer answer = fits(pattern, Name, {}, u"CheckFileFilterFileList");
+    if (answer == Answer::Malformed) return isHidden;
+    isHidden = answer == Answer::No;
+    if (!isHidden) return false;
+  }
+  return isHidden;
+}
+
+bool mCompare::passes(const Text& extensions, TextView extension) {
+  if (extensions.empty()) return true;
+  search_.assign(1, u',');
+  for (const char16_t unit : extension) {
+    // ASCII needs no rules, and no memory.
+    if (unit >= 128) return extensions.find(u"," + rules_.lower(extension) + u",") != Text::npos;
+    search_ += asciiLower(unit);
+  }
+  search_ += u',';
+  return extensions.find(search_) != Text::npos;
+}
+
+}  // namespace ombrelian
