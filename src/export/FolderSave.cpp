@@ -56,8 +56,8 @@ Failure FolderSave::SAVE(const Text& FileName, std::int32_t Levels, std::int32_t
                                            {delimiter(Delimiter, CustomDelimiter),
                                             options_.ShowIndent == 1, options_.DividingLine == 1});
             const FolderRows rows(report_, levelLimit(Levels));
-    rowsWritten_ = 0;
-    lastProgressTick_ = platform::GetTickCount();
+            rowsWritten_ = 0;
+            lastProgressTick_ = platform::GetTickCount();
             if (writer->wantsWidths()) measureRows(rows, *writer);
             writer->beginDocument();
             writeRows(rows, *writer, file);

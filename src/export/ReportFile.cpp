@@ -5,7 +5,7 @@
 namespace ombrelian {
 namespace {
 
-constexpr std::size_t kBufferSize = 256 * 1024;  // bytes
+constexpr std::size_t kBufferSize = std::size_t(256) * 1024;  // bytes
 
 }  // namespace
 

@@ -13,7 +13,7 @@ namespace {
 
 /// A source's path for the head of its block; a drive's with its label.
 Text describeSource(const Text& name) {
-  const Text path = xRemoveBackslash(name);
+  Text path = xRemoveBackslash(name);
   if (!platform::IsDriveRoot(name)) return path;
   Text ignored;
   const Text label = xGetDriveLabelW(name, ignored);

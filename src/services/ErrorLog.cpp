@@ -1,5 +1,6 @@
 #include "services/ErrorLog.h"
 
+#include <cmath>
 #include <cstdio>
 
 #include "fs/z_Filesystem.h"
@@ -42,7 +43,7 @@ Text freeOfTotal(std::uint64_t free, std::uint64_t total) {
 
 std::uint64_t secondsSince(Date start) {
   const double days = toDate(platform::GetLocalTime()) - start;
-  return days > 0 ? std::uint64_t(days * 86400 + 0.5) : 0;
+  return days > 0 ? std::uint64_t(std::llround(days * 86400)) : 0;
 }
 
 /// Collects the lines of a report.

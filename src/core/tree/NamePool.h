@@ -29,7 +29,7 @@ class NamePool {
   }
 
  private:
-  static constexpr std::size_t kBlockUnits = 32 * 1024;
+  static constexpr std::size_t kBlockUnits = std::size_t(32) * 1024;
 
   void startBlock(std::size_t atLeast) {
     left_ = std::max(atLeast, kBlockUnits);

@@ -17,7 +17,8 @@
 namespace ombrelian::platform {
 namespace {
 
-constexpr std::size_t kBufferSize = 64 * 1024;  // bytes of entries that one question brings
+constexpr std::size_t kBufferSize =
+    std::size_t(64) * 1024;                 // bytes of entries that one question brings
 constexpr std::size_t kMaxOpenLevels = 48;  // descriptors held; deeper walks reopen on the way up
 constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 

@@ -95,7 +95,7 @@ Text GetModuleFolder() {
 
 Text GetCurrentDirectoryW() {
   char* const folder = getcwd(nullptr, 0);
-  const Text result = folder != nullptr ? fromBytes(folder) : Text();
+  Text result = folder != nullptr ? fromBytes(folder) : Text();
   free(folder);
   return result;
 }
