@@ -65,6 +65,7 @@ int run(const std::vector<Text>& arguments) {
   }
   StartUp startUp(line, joined(arguments));
   Session session;
+  session.log.setFile(startUp.logFile());
   startUp.errorLog().watchStop(&session.context.ScanCancelState);
   return runSilently(line, session, console);
 }

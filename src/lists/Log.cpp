@@ -1,12 +1,51 @@
 #include "lists/Log.h"
 
+#include "format/Sizes.h"
+#include "fs/z_Filesystem.h"
 #include "platform/Time.h"
+#include "support/Guard.h"
+#include "support/Translate.h"
 
 namespace ombrelian {
+namespace {
+
+/// As other text files of the system have it.
+TextView lineEnd() { return platform::kNativeSeparator == u'\\' ? u"\r\n" : u"\n"; }
+
+}  // namespace
 
 void Log::LogProtokoll(TextView text, bool isError) {
-  rows_.push_back({toDate(platform::GetLocalTime()), Text(text), isError, group_});
-  if (listener_ != nullptr) listener_->logged(rows_.back());
+  Guarded(u"basMain", u"LogProtokoll",
+          [&] {
+            LogRow row{toDate(platform::GetLocalTime()), Text(text), isError, group_};
+            if (options_.DontCreateLogFile != 1 && !file_.empty()) appendToFile(row);
+            rows_.push_back(std::move(row));
+            if (listener_ != nullptr) listener_->logged(rows_.back());
+          },
+          {file_});
 }
+
+void Log::appendToFile(const LogRow& row) {
+  platform::ErrorCode error = platform::kSuccess;
+  platform::FileHandle file = platform::CreateFileW(file_, platform::kOpenAppend, error);
+  if (error != platform::kSuccess) return;
+  platform::WriteFile(file, toBytes(dateText(row).append(u" - ").append(row.text) += lineEnd()));
+}
+
+Text Log::dateText(const LogRow& row) {
+  const Text format = options_.DateFormat.empty() ? defaultDateFormat() : options_.DateFormat;
+  if (format != dateFormat_) {
+    datePattern_ = DatePattern(format);
+    dateFormat_ = format;
+  }
+  return datePattern_.format(row.date);
+}
+
+Text Log::List_Log_ShowStat() const {
+  const auto count = std::int64_t(rows_.size());
+  return TL(9952, u"%1 Einträge", {xFormatFileSize(0, count, false, false)});
+}
+
+Text Log::Show_Log() const { return xExistFile_W(file_) ? file_ : Text(); }
 
 }  // namespace ombrelian

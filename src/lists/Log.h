@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "format/DatePattern.h"
+#include "settings/Options.h"
 #include "support/Date.h"
 #include "support/Text.h"
 
@@ -22,10 +24,17 @@ class LogListener {
   virtual void logged(const LogRow& row) = 0;
 };
 
-/// What the program did, for the user: the start and end of each scan, its sums and failures.
+/// What the program did, for the user: the start and end of each scan, its sums and failures. Each
+/// line is a row of the list and a line of a file, which is opened for it alone, so that it can be
+/// read at any time and survives a crash.
 class Log {
  public:
-  /// Adds a line with the present time.
+  explicit Log(const Options& options) : options_(options) {}
+
+  /// Where the file is to be, an absolute path; without it there is none. It grows for ever.
+  void setFile(Text path) { file_ = std::move(path); }
+
+  /// Adds a line with the present time. A file that cannot be written is done without.
   void LogProtokoll(TextView text, bool isError = false);
 
   /// The next line begins a new group.
@@ -36,9 +45,27 @@ class Log {
 
   const std::vector<LogRow>& rows() const { return rows_; }
 
+  /// The rows go; the file stays.
+  void clearRows() { rows_.clear(); }
+
+  /// The date of a row as it is shown, by the present form of dates.
+  Text dateText(const LogRow& row);
+
+  /// What the status line says of the log.
+  Text List_Log_ShowStat() const;
+
+  /// The file to open for the user; empty where there is none.
+  Text Show_Log() const;
+
  private:
+  void appendToFile(const LogRow& row);
+
+  const Options& options_;
   std::vector<LogRow> rows_;
   LogListener* listener_ = nullptr;
+  Text file_;
+  Text dateFormat_;  // what datePattern_ was made from
+  DatePattern datePattern_;
   int group_ = 1;
 };
 

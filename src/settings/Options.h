@@ -40,6 +40,8 @@ struct Options {
   std::uint8_t ScanHardlinks = 0;  // enter junctions
   std::array<std::int32_t, kTopLists> TopMaxCount = {20, 20, 20, 20, 20, 20};  // rows
 
+  std::uint8_t DontCreateLogFile = 0;  // no file for the user's log
+
   // What a scan leaves out; patterns separated by commas.
   std::uint8_t FolderList_FilterFolderExclude_Active = 0;
   Text FolderList_FilterFolderExclude_Text;

@@ -76,7 +76,7 @@ class ScanFixture : public ::testing::Test {
   FolderTree tree;
   ScanContext context{platform::localeTextRules()};
   mCompare filters{platform::localeTextRules()};
-  Log log;
+  Log log{options};
   QuietInterface ui;
   RunResult result;
 };

@@ -16,7 +16,7 @@ struct Session {
   FolderTree tree;
   ScanContext context{platform::localeTextRules()};
   mCompare filters{platform::localeTextRules()};
-  Log log;
+  Log log{options};
   FolderReport folderReport{tree, options};
   std::deque<Text> SourceQueue;
 

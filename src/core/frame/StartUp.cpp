@@ -45,6 +45,11 @@ StartUp::StartUp(const CommandLine& line, TextView commandText)
   errorLog_->LogDebug(u"Command$=", {Text(commandText)});
 }
 
+Text StartUp::logFile() const {
+  Text path = dataPath_;
+  return appendName(path, u"Ombrelian.log");
+}
+
 StartUp::~StartUp() { setFaultSink(nullptr); }
 
 void StartUp::findDataPath() {

@@ -24,6 +24,9 @@ class StartUp {
 
   const Text& DataPath() const { return dataPath_; }
   const Text& IniFile() const { return iniFile_; }
+  /// Where the user's log is kept.
+  Text logFile() const;
+
   ErrorLog& errorLog() { return *errorLog_; }
 
  private:
