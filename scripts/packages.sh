@@ -11,5 +11,8 @@ packages_test=(libgtest-dev libgmock-dev)
 # For the checks beside the tests.
 packages_ci=(git python3 clang-format clang-tidy valgrind locales tzdata)
 
+# To build and run the fuzzers.
+packages_fuzz=(clang libclang-rt-14-dev)
+
 # To build and run the benchmarks.
 packages_bench=(python3 libbenchmark-dev)
