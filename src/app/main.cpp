@@ -8,28 +8,31 @@ using namespace ombrelian;
 using Mode = CommandLine::Mode;
 
 void printHelp(Console& console) {
-  console.print(TL(9007,
-                   u"Ombrelian zeigt, wo der Speicherplatz geblieben ist.%!"
-                   u"%!"
-                   u"Aufruf:%!"
-                   u"  ombrelian -s[EBENEN] [-dZIFFER[TEXT]] ZIEL QUELLE...%!"
-                   u"%!"
-                   u"Liest jeden Ordner QUELLE ein und speichert die Ordnerliste als ZIEL. Die "
-                   u"Endung von ZIEL bestimmt das Format: .txt oder .csv.%!"
-                   u"%!"
-                   u"  -s[EBENEN]        Ebenen unter der Quelle, die eine Zeile bekommen; ohne "
-                   u"Zahl alle, 0 nur die Quelle%!"
-                   u"  -dZIFFER[TEXT]    Trennzeichen: 0 Komma, 1 Semikolon, 2 Tabulator, 3 "
-                   u"Leerzeichen, 4 der TEXT dahinter%!"
-                   u"  --                danach folgen nur noch Pfade%!"
-                   u"  --help            diese Hilfe%!"
-                   u"  --version         die Version%!"
-                   u"%!"
-                   u"Rückgabewert: 0 alles gelesen und gespeichert; 1 gespeichert, aber etwas "
-                   u"war nicht lesbar oder eine Quelle fehlte; 2 nichts gespeichert.%!"
-                   u"%!"
-                   u"Beispiel:%!"
-                   u"  ombrelian -s2 bericht.txt ~/Bilder /var"));
+  const Text help = TL(9007,
+                       u"Ombrelian zeigt, wo der Speicherplatz geblieben ist.%!"
+                       u"%!"
+                       u"Aufruf:%!"
+                       u"  ombrelian -s[EBENEN] [-dZIFFER[TEXT]] ZIEL QUELLE...%!"
+                       u"%!"
+                       u"Liest jeden Ordner QUELLE ein und speichert die Ordnerliste als ZIEL.%!"
+                       u"Die Endung von ZIEL bestimmt das Format: .txt oder .csv.%!"
+                       u"%!"
+                       u"  -s[EBENEN]        Ebenen unter jeder Quelle, die eine Zeile bekommen%!"
+                       u"                    (ohne Zahl alle; 0 nur die Quellen)%!"
+                       u"  -dZIFFER[TEXT]    Trennzeichen: 0 Komma, 1 Semikolon, 2 Tabulator,%!"
+                       u"                    3 Leerzeichen, 4 der TEXT hinter der Ziffer%!"
+                       u"  --                Ende der Optionen; danach folgen nur noch Pfade%!"
+                       u"  -h, --help        zeigt diese Hilfe%!"
+                       u"  --version         zeigt die Version%!"
+                       u"%!"
+                       u"Rückgabewert:%!"
+                       u"  0  alles gelesen und gespeichert%!"
+                       u"  1  gespeichert, aber etwas war nicht lesbar oder eine Quelle fehlte%!"
+                       u"  2  nichts gespeichert%!"
+                       u"%!"
+                       u"Beispiel:%!"
+                       u"  ombrelian -s2 bericht.txt ~/Bilder /var");
+  console.print(replaceAll(help, u"\r\n", u"\n"));
 }
 
 Text joined(const std::vector<Text>& arguments) {
@@ -41,9 +44,8 @@ Text joined(const std::vector<Text>& arguments) {
   return line;
 }
 
-int run(const std::vector<Text>& arguments) {
+int run(const std::vector<Text>& arguments, const Translation& translation, Console& console) {
   const CommandLine line = parseArguments(arguments);
-  Console console;
   if (line.mode == Mode::Help) {
     printHelp(console);
     return kExitDone;
@@ -63,7 +65,7 @@ int run(const std::vector<Text>& arguments) {
                     UserInterface::Severity::Error);
     return kExitNothing;
   }
-  StartUp startUp(line, joined(arguments));
+  StartUp startUp(line, joined(arguments), translation.LanguageId());
   Session session;
   session.log.setFile(startUp.logFile());
   startUp.errorLog().watchStop(&session.context.ScanCancelState);
@@ -76,5 +78,9 @@ int main(int argc, char** argv) {
   std::vector<ombrelian::Text> arguments;
   for (int i = 1; i < argc; ++i)
     arguments.push_back(ombrelian::fromBytes(argv[i]));
-  return run(arguments);
+  ombrelian::Translation translation;
+  ombrelian::Console console;
+  const ombrelian::Text notice = ombrelian::startLanguage(arguments, translation);
+  if (!notice.empty()) console.message(notice, ombrelian::UserInterface::Severity::Error);
+  return run(arguments, translation, console);
 }

@@ -31,13 +31,13 @@ Failure ReplacingFile::check(TextView target) {
   if (platform::FindFirstFileW(path, data) == kSuccess) {
     if (data.isFolder()) {
       return Error{std::int32_t(platform::kAccessDenied), Text(kSource),
-                   TL(9950, u"Unter diesem Namen steht ein Ordner.")};
+                   TL(9012, u"Unter diesem Namen steht ein Ordner.")};
     }
     // A device or a pipe would be replaced by a plain file.
     constexpr auto kSpecial = platform::kAttributeSystem | platform::kAttributeReparsePoint;
     if ((data.dwFileAttributes & kSpecial) != 0) {
       return Error{std::int32_t(platform::kNotSupported), Text(kSource),
-                   TL(9951, u"Unter diesem Namen steht etwas anderes als eine Datei.")};
+                   TL(9013, u"Unter diesem Namen steht etwas anderes als eine Datei.")};
     }
   }
   const ErrorCode error = platform::CheckFolderWritable(folderOf(path));

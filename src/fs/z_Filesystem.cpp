@@ -38,7 +38,7 @@ Date dateOf(FileTime time, TextView path, TextView errorName) {
   if (time == 0) return 0;
   DateParts parts;
   if (platform::FileTimeToLocalSystemTime(time, parts)) return toDate(parts);
-  reportLine(TL(0, u"Die Datei '%1' besitzt ein ungültiges Datum. %2: %3",
+  reportLine(TL(9010, u"Die Datei '%1' besitzt ein ungültiges Datum. %2: %3",
                 {path, errorName, u"FILETIME " + toText(time)}));
   return 0;
 }

@@ -43,7 +43,7 @@ Text Log::dateText(const LogRow& row) {
 
 Text Log::List_Log_ShowStat() const {
   const auto count = std::int64_t(rows_.size());
-  return TL(9952, u"%1 Einträge", {xFormatFileSize(0, count, false, false)});
+  return TL(9014, u"%1 Einträge", {xFormatFileSize(0, count, false, false)});
 }
 
 Text Log::Show_Log() const { return xExistFile_W(file_) ? file_ : Text(); }

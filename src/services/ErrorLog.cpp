@@ -81,7 +81,7 @@ void addMachine(Report& report) {
 Text ErrorLog::SystemReport(TextView proc, TextView module, const Error& error) const {
   Report report;
   if (error.number == kMissingComponent) {
-    report.line(TL(0,
+    report.line(TL(9011,
                    u"Eine benötigte Systemkomponente (OCX/DLL) fehlt,%!ist veraltert oder "
                    u"ungültig. Bitte das Setup der Anwendung erneut installieren um den Fehler zu "
                    u"beheben."),

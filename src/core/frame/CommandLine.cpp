@@ -140,6 +140,10 @@ void readSilentText(TextView line, CommandLine& result) {
 
 }  // namespace
 
+bool wantsTranslatorMode(const std::vector<Text>& arguments) {
+  return std::find(arguments.begin(), arguments.end(), kTranslatorMode) != arguments.end();
+}
+
 CommandLine parseArguments(const std::vector<Text>& arguments) {
   return ArgumentReader(arguments).read();
 }

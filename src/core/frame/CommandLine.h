@@ -21,6 +21,9 @@ struct CommandLine {
   Text error;                   // Invalid: what to tell the user
 };
 
+/// Whether translator mode is asked for. This is known before a text for an error is needed.
+bool wantsTranslatorMode(const std::vector<Text>& arguments);
+
 /// Reads the arguments behind the program's name, as a POSIX shell hands them over. Relative paths
 /// become absolute. A path that begins with "-" goes behind "--".
 CommandLine parseArguments(const std::vector<Text>& arguments);

@@ -1,7 +1,6 @@
 #include "core/frame/StartUp.h"
 
 #include "fs/z_Filesystem.h"
-#include "platform/Locale.h"
 #include "platform/Time.h"
 #include "support/Version.h"
 
@@ -20,7 +19,18 @@ Text versionText() {
   return text;
 }
 
-StartUp::StartUp(const CommandLine& line, TextView commandText)
+Text startLanguage(const std::vector<Text>& arguments, Translation& translation) {
+  LanguageStart start;
+  start.programFolder = platform::GetModuleFolder();
+  start.translatorMode = wantsTranslatorMode(arguments);
+  const Text missing = translation.Init_Sprache(start);
+  setLanguageTexts(&translation);
+  if (missing.empty()) return {};
+  // The one line that no language file can translate.
+  return u"cannot read the language file '" + missing + u"'; texts are shown in German";
+}
+
+StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
     : programStartTime_(toDate(platform::GetLocalTime())) {
   constexpr std::uint32_t kRestartTimeoutMs = 20000;
   constexpr std::uint32_t kRestartPollMs = 500;
@@ -39,7 +49,7 @@ StartUp::StartUp(const CommandLine& line, TextView commandText)
   facts.dataPath = dataPath_;
   facts.iniFile = iniFile_;
   facts.started = programStartTime_;
-  facts.languageId = platform::GetUserDefaultLangID();
+  facts.languageId = languageId;
   errorLog_ = std::make_unique<ErrorLog>(std::move(facts));
   setFaultSink(errorLog_.get());
   errorLog_->LogDebug(u"Command$=", {Text(commandText)});

@@ -5,11 +5,17 @@
 #include "core/frame/CommandLine.h"
 #include "platform/Process.h"
 #include "services/ErrorLog.h"
+#include "settings/z_Translate.h"
 
 namespace ombrelian {
 
 /// "major.minor", with ".revision" behind it unless that is 0.
 Text versionText();
+
+/// Puts the user's language in force for the rest of the process, before the first text is used.
+/// `translation` is to live as long. Returns a line for the user where its texts cannot be had;
+/// else empty.
+Text startLanguage(const std::vector<Text>& arguments, Translation& translation);
 
 /// What every kind of run needs before it begins, in the order in which it comes to be, and gives
 /// back at its end.
@@ -17,7 +23,7 @@ class StartUp {
  public:
   /// Makes the data folder and the settings file of a new user and puts the fault log in force.
   /// Whatever of it cannot be had is done without.
-  explicit StartUp(const CommandLine& line, TextView commandText);
+  StartUp(const CommandLine& line, TextView commandText, int languageId);
   ~StartUp();
   StartUp(const StartUp&) = delete;
   StartUp& operator=(const StartUp&) = delete;

@@ -20,28 +20,30 @@ constexpr std::size_t kRuleLength = 40;  // of the line that parts one source fr
 /// A list that the log mentions when it is on. The lists by date also tell which date counts.
 struct ListOption {
   std::uint8_t Options::*flag;
+  int captionId;
   TextView caption;
   int maximum;                      // number of the top list whose limit "%1" is; -1: none
   std::uint8_t Options::*dateKind;  // null: no date
 };
 
 constexpr ListOption kListOptions[] = {
-    {&Options::CreateList100LargestFiles, u"Erstelle eine Liste mit den %1 größten Dateien", 0,
-     nullptr},
-    {&Options::CreateList100SmallestFiles, u"Erstelle eine Liste mit den %1 kleinsten Dateien", 1,
-     nullptr},
-    {&Options::CreateList100NewestFiles, u"Erstelle eine Liste mit den %1 neusten Dateien", 2,
+    {&Options::CreateList100LargestFiles, 9020, u"Erstelle eine Liste mit den %1 größten Dateien",
+     0, nullptr},
+    {&Options::CreateList100SmallestFiles, 9021,
+     u"Erstelle eine Liste mit den %1 kleinsten Dateien", 1, nullptr},
+    {&Options::CreateList100NewestFiles, 9022, u"Erstelle eine Liste mit den %1 neusten Dateien", 2,
      &Options::CreateList100NewestFilesDate},
-    {&Options::CreateList100OldestFiles, u"Erstelle eine Liste mit den %1 ältesten Dateien", 3,
-     &Options::CreateList100OldestFilesDate},
-    {&Options::CreateList100LargestFolders, u"Erstelle eine Liste mit den %1 größten Ordnern", 4,
+    {&Options::CreateList100OldestFiles, 9023, u"Erstelle eine Liste mit den %1 ältesten Dateien",
+     3, &Options::CreateList100OldestFilesDate},
+    {&Options::CreateList100LargestFolders, 9024, u"Erstelle eine Liste mit den %1 größten Ordnern",
+     4, nullptr},
+    {&Options::CreateList100SmallestFolders, 9025,
+     u"Erstelle eine Liste mit den %1 kleinsten Ordnern", 5, nullptr},
+    {&Options::CreateListHardlink, 9026, u"Erstelle eine Liste mit allen Hardlinks", -1, nullptr},
+    {&Options::CreateListJunction, 9027, u"Erstelle eine Liste mit allen Junctions", -1, nullptr},
+    {&Options::CreateListOwner, 9028, u"Erstelle eine Liste sortiert nach Besitzern", -1, nullptr},
+    {&Options::CreateListExt, 9029, u"Erstelle eine Liste sortiert nach Dateiendungen", -1,
      nullptr},
-    {&Options::CreateList100SmallestFolders, u"Erstelle eine Liste mit den %1 kleinsten Ordnern", 5,
-     nullptr},
-    {&Options::CreateListHardlink, u"Erstelle eine Liste mit allen Hardlinks", -1, nullptr},
-    {&Options::CreateListJunction, u"Erstelle eine Liste mit allen Junctions", -1, nullptr},
-    {&Options::CreateListOwner, u"Erstelle eine Liste sortiert nach Besitzern", -1, nullptr},
-    {&Options::CreateListExt, u"Erstelle eine Liste sortiert nach Dateiendungen", -1, nullptr},
 };
 
 Text dateKindCaption(std::uint8_t kind) {
@@ -137,7 +139,7 @@ void ScanRun::logOptions() {
     const Text maximum = option.maximum < 0
                              ? Text()
                              : toText(state_.options.TopMaxCount[std::size_t(option.maximum)]);
-    const Text caption = TL(0, option.caption, {maximum});
+    const Text caption = TL(option.captionId, option.caption, {maximum});
     if (option.dateKind == nullptr) {
       state_.log.LogProtokoll(TL(3874, u"Option: %1", {caption}));
     } else {

@@ -31,7 +31,7 @@ class StartUpTest : public ::testing::Test {
 };
 
 TEST_F(StartUpTest, ANewUserGetsAFolderAndAnEmptySettingsFile) {
-  const StartUp startUp({}, u"\"line\"");
+  const StartUp startUp({}, u"\"line\"", 7);
   EXPECT_EQ(startUp.DataPath(), home.text("config/Ombrelian"));
   EXPECT_EQ(dataFile("Ombrelian3.ini"), "\xFF\xFE");
   EXPECT_TRUE(dataFile("debug.log").ends_with(" - Command$=, \"line\"\r\n"));
@@ -50,7 +50,7 @@ TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsMendedInPlace) {
   home.folder("config/Ombrelian");
   for (const auto& c : cases) {
     std::ofstream(home.path("config/Ombrelian/Ombrelian3.ini"), std::ios::binary) << c.before;
-    const StartUp startUp({}, u"");
+    const StartUp startUp({}, u"", 7);
     EXPECT_EQ(dataFile("Ombrelian3.ini"), c.after) << c.before;
   }
 }
@@ -58,12 +58,12 @@ TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsMendedInPlace) {
 TEST_F(StartUpTest, AHomeThatCannotBeWrittenIsDoneWithout) {
   home.file("file");
   setenv("XDG_CONFIG_HOME", home.path("file").c_str(), 1);
-  const StartUp startUp({}, u"");
+  const StartUp startUp({}, u"", 7);
   EXPECT_EQ(startUp.DataPath(), home.text("file/Ombrelian"));
 }
 
 TEST_F(StartUpTest, FaultsAreReportedAndCounted) {
-  StartUp startUp({}, u"\"the line\"");
+  StartUp startUp({}, u"\"the line\"", 7);
   for (int i = 0; i < 2; ++i) {
     Guarded(u"mod", u"proc", [] { throw Fault({13, u"step 7", u"went wrong"}); }, {u"value"});
   }

@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "settings/z_Translate.h"
+#include "tests/testing/Faults.h"
+#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/TestFolder.h"
+
+namespace ombrelian {
+namespace {
+
+using testing::TestFolder;
+
+class TranslationTest : public ::testing::Test {
+ protected:
+  void write(const char* name, const std::string& content) {
+    program.file(name);
+    std::ofstream(program.path(name), std::ios::binary) << content;
+  }
+
+  TestFolder program;
+};
+
+TEST(RecordTest, SplitsFields) {
+  struct {
+    TextView line;
+    std::vector<Text> fields;
+  } const cases[] = {
+      {u"5, \"Abbrechen\", \"Cancel\"", {u"5", u"Abbrechen", u"Cancel"}},
+      {u" 5\t,Ab brechen ,\t Cancel ", {u"5", u"Ab brechen", u"Cancel"}},
+      {u"5,\"a, b\",\" c \"", {u"5", u"a, b", u" c "}},
+      {u"5, \"say \"\"yes\"\"\", \"\"\"\"", {u"5", u"say \"yes\"", u"\""}},
+      {u"5, \"a\" # why, \"b\", more", {u"5", u"a", u"b", u"more"}},
+      {u"5, a \"b\" c,", {u"5", u"a \"b\" c", u""}},
+      {u"5, \"never, closed", {u"5", u"never, closed"}},
+      {u"5,,", {u"5", u"", u""}},
+      {u"", {u""}},
+  };
+  for (const auto& one : cases)
+    EXPECT_EQ(splitRecord(one.line), one.fields) << toBytes(one.line);
+}
+
+TEST_F(TranslationTest, ReadsATranslatorsFile) {
+  write("tl.txt",
+        "\xEF\xBB\xBF# 1, \"a\", \"comment\"\r\n"
+        "\r\n"
+        "  # 2, \"a\", \"comment\"\n"
+        "3, \"Zurück\", \"Back, of course\"\r\n"
+        "4, \"a\"\n"
+        "5, \"a\", \"first\"\n"
+        "6abc, \"a\", \"six\"\r"
+        "none, \"a\", \"zero\"\n"
+        "7, \"a\", \"\"\n"
+        "5, \"a\", \"retour à \xFF\"\n"
+        "5, \"a line that lacks a field changes nothing\"\n"
+        "8, \"a\", \"last\"");
+  Translation translation;
+  translation.LoadTextFromFile(program.text("tl.txt"));
+  EXPECT_TRUE(translation.TranslatorMode());
+  const std::vector<Text> expected = {
+      u"", u"", u"", u"Back, of course", u"", u"retour à \xDCFF", u"six", u"", u"last", u""};
+  for (std::size_t id = 0; id < expected.size(); ++id)
+    EXPECT_EQ(translation.text(int(id)), expected[id]) << id;
+
+  EXPECT_EQ(translation.TL_Caption(u"8"), u"last");
+  for (const TextView id : {u"", u"-", u"8T", u"-8", u"4294967304"})
+    EXPECT_EQ(translation.TL_Caption(id), u"") << toBytes(id);
+
+  write("second.txt", "8, \"a\", \"%1%!\"\n");
+  translation.LoadTextFromFile(program.text("second.txt"));
+  EXPECT_EQ(translation.text(3), u"");  // the first file is gone
+  EXPECT_EQ(translation.TL_Caption(u"8"), u"%1%!");
+}
+
+TEST_F(TranslationTest, ChoosesTheLanguage) {
+  write("lang/eng.txt", "1, \"a\", \"english\"\n");
+  write("lang/fre.txt", "1, \"a\", \"français\"\n");
+  write("lang/ita.txt", "# nothing in it\n");
+  program.folder("lang/rus.txt");
+  constexpr auto kNone = std::nullopt;
+  struct {
+    const char* locale;
+    std::optional<int> stored;
+    int languageId;
+    TextView text;     // of number 1; empty: the German one shows
+    TextView missing;  // file that is told
+  } const cases[] = {
+      {"de_DE.UTF-8", kNone, 7, u"", u""},
+      {"C", kNone, 9, u"english", u""},
+      {"en_GB.UTF-8", 0, 9, u"english", u""},
+      {"fr_FR.UTF-8", kNone, 12, u"français", u""},
+      {"ja_JP.UTF-8", kNone, 9, u"english", u""},
+      {"C", 7, 7, u"", u""},
+      {"de_DE.UTF-8", 9, 9, u"english", u""},
+      {"de_DE.UTF-8", 12, 12, u"français", u""},
+      {"de_DE.UTF-8", 17, 9, u"english", u""},
+      {"de_DE.UTF-8", -7, 9, u"english", u""},
+      {"sv_SE.UTF-8", kNone, 9, u"english", u""},  // there is no Swedish pack
+      // A stored language without its texts: English does not stand in at once, the next start
+      // has it.
+      {"C", 16, 9, u"", u"ita.txt"},
+      {"C", 25, 9, u"", u"rus.txt"},
+  };
+  for (const auto& one : cases) {
+    const ScopedLocale locale(one.locale);
+    Translation translation;
+    const Text missing = translation.Init_Sprache({program.text(), one.stored, false});
+    const std::string trace =
+        one.locale + std::string(" ") + toBytes(toText(one.stored.value_or(0)));
+    EXPECT_EQ(translation.LanguageId(), one.languageId) << trace;
+    EXPECT_EQ(translation.text(1), one.text) << trace;
+    EXPECT_EQ(missing, one.missing.empty() ? Text() : program.text("lang/" + toBytes(one.missing)));
+    EXPECT_FALSE(translation.TranslatorMode());
+  }
+}
+
+TEST_F(TranslationTest, WithoutEnglishTextsAllIsGerman) {
+  const ScopedLocale locale("C");
+  Translation translation;
+  EXPECT_EQ(translation.Init_Sprache({program.text(), std::nullopt, false}),
+            program.text("lang/eng.txt"));
+  EXPECT_EQ(translation.LanguageId(), kGerman);
+  EXPECT_EQ(translation.text(1), u"");
+}
+
+TEST_F(TranslationTest, TranslatorModeReplacesAllTexts) {
+  write("lang/eng.txt", "1, \"a\", \"english\"\n2, \"b\", \"two\"\n");
+  {
+    Translation translation;  // asked for, but there is no file
+    translation.Init_Sprache({program.text(), 9, true});
+    EXPECT_TRUE(translation.TranslatorMode());
+    EXPECT_EQ(translation.text(1), u"english");
+  }
+  write("OmbrelianTL.txt", "1, \"a\", \"mine\"\n");
+  for (const int language : {7, 9}) {
+    Translation translation;
+    EXPECT_EQ(translation.Init_Sprache({program.text(), language, true}), u"");
+    EXPECT_EQ(translation.LanguageId(), language);
+    EXPECT_EQ(translation.text(1), u"mine");
+    EXPECT_EQ(translation.text(2), u"");  // shows German, whatever the language
+  }
+  Translation translation;  // the file alone does nothing
+  translation.Init_Sprache({program.text(), 9, false});
+  EXPECT_EQ(translation.text(1), u"english");
+}
+
+}  // namespace
+}  // namespace ombrelian
