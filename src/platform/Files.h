@@ -37,7 +37,8 @@ ErrorCode CheckFolderWritable(TextView path);
 /// `path` with every link on its way resolved; empty on failure.
 Text GetFinalPathNameW(TextView path);
 
-/// `path` made absolute by the present folder; "." and ".." stay as they are.
+/// `path` made absolute by the present folder, without ".", "..", doubled or trailing separators.
+/// Where a link lies before a "..", what exists decides what the path means.
 Text GetFullPathNameW(TextView path);
 
 /// An open file. Closes itself without a word; whoever must know that everything was written calls

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/posix/Errors.h"
@@ -34,6 +35,35 @@ ErrorCode readAt(TextView path, int flags, FindData& data) {
     data.dwFileAttributes |= kAttributeHidden;
   }
   return kSuccess;
+}
+
+/// Calls `visit` for each component of `path`.
+template <class Visit>
+void forEachStep(TextView path, Visit visit) {
+  while (!path.empty()) {
+    const TextView step = path.substr(0, path.find(u'/'));
+    if (!step.empty()) visit(step);
+    path.remove_prefix(std::min(path.size(), step.size() + 1));
+  }
+}
+
+bool hasParentStep(TextView path) {
+  bool found = false;
+  forEachStep(path, [&](TextView step) { found = found || step == u".."; });
+  return found;
+}
+
+/// An absolute path by its text alone; "/.." is "/".
+Text withoutIdleSteps(TextView path) {
+  Text clean;
+  forEachStep(path, [&](TextView step) {
+    if (step == u"..") {
+      clean.resize(std::min(clean.size(), clean.rfind(u'/')));
+    } else if (step != u".") {
+      clean.append(u"/").append(step);
+    }
+  });
+  return clean.empty() ? Text(u"/") : clean;
 }
 
 int openFlags(int disposition) {
@@ -98,13 +128,24 @@ Text GetFinalPathNameW(TextView path) {
 }
 
 Text GetFullPathNameW(TextView path) {
-  if (!path.empty() && path.front() == u'/') return Text(path);
-  char* const folder = getcwd(nullptr, 0);
-  if (folder == nullptr) return Text(path);
-  Text result = fromBytes(folder);
-  free(folder);
-  if (result.back() != u'/') result.push_back(u'/');
-  return result.append(path);
+  Text absolute(path);
+  if (path.empty() || path.front() != u'/') {
+    char* const folder = getcwd(nullptr, 0);
+    if (folder == nullptr) return absolute;
+    absolute = fromBytes(folder).append(u"/").append(path);
+    free(folder);
+  }
+  if (hasParentStep(absolute)) {
+    Text real = GetFinalPathNameW(absolute);
+    if (!real.empty()) return real;
+    // A file that is to be made has a folder at least.
+    const auto last = absolute.rfind(u'/');
+    real = GetFinalPathNameW(absolute.substr(0, last));
+    if (!real.empty() && !hasParentStep(absolute.substr(last))) {
+      return withoutIdleSteps(real.append(absolute.substr(last)));
+    }
+  }
+  return withoutIdleSteps(absolute);
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept
