@@ -32,6 +32,14 @@ void reportLine(TextView line) noexcept {
   if (faultSink != nullptr) faultSink->errorLine(line);
 }
 
+void reportTrace(TextView text, const std::vector<Text>& params) noexcept {
+  if (faultSink != nullptr) faultSink->LogDebug(text, params);
+}
+
+void reportFault(TextView module, TextView name, const Error& error) noexcept {
+  if (faultSink != nullptr) faultSink->Debug(name, module, error, {});
+}
+
 void reportEscaped(TextView module, TextView name,
                    std::initializer_list<TextView> params) noexcept {
   if (faultSink == nullptr) return;
