@@ -3,6 +3,7 @@
 #include "fs/z_Filesystem.h"
 #include "platform/Locale.h"
 #include "platform/Time.h"
+#include "settings/IniSetUp.h"
 #include "support/Version.h"
 
 namespace ombrelian {
@@ -10,7 +11,7 @@ namespace {
 
 constexpr TextView kProgramName = u"Ombrelian";
 constexpr TextView kIniName = u"Ombrelian3.ini";
-constexpr std::string_view kByteOrderMark = "\xFF\xFE";
+constexpr TextView kOldIniName = u"Ombrelian.ini";  // of the version before
 
 }  // namespace
 
@@ -31,7 +32,6 @@ StartUp::StartUp(const CommandLine& line, TextView commandText)
   mutex_ = platform::CreateMutexW(kProgramName);
   globalMutex_ = platform::CreateMutexW(Text(u"Global\\g").append(kProgramName));
   findDataPath();
-  prepareIniFile();
   ProgramFacts facts;
   facts.title = kProgramName;
   facts.version = versionText();
@@ -43,6 +43,7 @@ StartUp::StartUp(const CommandLine& line, TextView commandText)
   errorLog_ = std::make_unique<ErrorLog>(std::move(facts));
   setFaultSink(errorLog_.get());
   errorLog_->LogDebug(u"Command$=", {Text(commandText)});
+  openSettings();
 }
 
 StartUp::~StartUp() { setFaultSink(nullptr); }
@@ -59,23 +60,13 @@ void StartUp::findDataPath() {
   appendName(iniFile_, kIniName);
 }
 
-/// A new settings file holds its byte order mark alone. A file without one gets it over its first
-/// two bytes: what such a file held came from another encoding and is lost on purpose.
-void StartUp::prepareIniFile() const {
-  platform::ErrorCode error = platform::kSuccess;
-  platform::FileHandle made = platform::CreateFileW(iniFile_, platform::kCreateNew, error);
-  if (error == platform::kSuccess) {
-    platform::WriteFile(made, kByteOrderMark);
-    return;
-  }
-  platform::FileHandle file = platform::CreateFileW(iniFile_, platform::kOpenRead, error);
-  if (error != platform::kSuccess) return;
-  char bytes[2] = {};
-  std::size_t got = 0;
-  platform::ReadFile(file, bytes, sizeof bytes, got);
-  if (std::string_view(bytes, got) == kByteOrderMark) return;
-  platform::FileHandle mended = platform::CreateFileW(iniFile_, platform::kOpenExisting, error);
-  if (error == platform::kSuccess) platform::WriteFile(mended, kByteOrderMark);
+/// What start-up writes stands whatever the run that follows does.
+void StartUp::openSettings() {
+  Text oldIniFile = dataPath_;
+  prepareIniFile(iniFile_, appendName(oldIniFile, kOldIniName));
+  settings_ = std::make_unique<IniStore>(iniFile_);
+  isFirstStart_ = claimFirstStart(*settings_);
+  settings_->flush();
 }
 
 bool WaitForMutexGone(TextView name, std::uint32_t timeout, std::uint32_t poll) {

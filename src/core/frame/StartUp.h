@@ -5,6 +5,7 @@
 #include "core/frame/CommandLine.h"
 #include "platform/Process.h"
 #include "services/ErrorLog.h"
+#include "settings/z_INI.h"
 
 namespace ombrelian {
 
@@ -25,10 +26,14 @@ class StartUp {
   const Text& DataPath() const { return dataPath_; }
   const Text& IniFile() const { return iniFile_; }
   ErrorLog& errorLog() { return *errorLog_; }
+  IniStore& settings() { return *settings_; }
+
+  /// The user has never started the program before: folders are to get the shell verb.
+  bool isFirstStart() const { return isFirstStart_; }
 
  private:
   void findDataPath();
-  void prepareIniFile() const;
+  void openSettings();
 
   Date programStartTime_;
   platform::NamedMutex mutex_;
@@ -36,6 +41,8 @@ class StartUp {
   Text dataPath_;
   Text iniFile_;
   std::unique_ptr<ErrorLog> errorLog_;
+  std::unique_ptr<IniStore> settings_;
+  bool isFirstStart_ = false;
 };
 
 /// Waits until no process holds the mark `name`; false if it is still held after `timeout`
