@@ -25,7 +25,7 @@ const auto& at(const Options& options, int list, int column) {
     return field[std::size_t(list)][std::size_t(column)];
   } else if constexpr (
       requires { field[0]; } && !requires { field.npos; }) {
-    return field[std::size_t(list + column)];  // one of them is 0
+    return field[std::size_t(list) + std::size_t(column)];  // one of them is 0
   } else {
     return field;
   }
