@@ -67,6 +67,7 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
   }
   StartUp startUp(line, joined(arguments), translation.LanguageId());
   Session session;
+  session.loadOptions(startUp.settings());
   session.log.setFile(startUp.logFile());
   startUp.errorLog().watchStop(&session.context.ScanCancelState);
   return runSilently(line, session, console);

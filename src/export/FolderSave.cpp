@@ -96,14 +96,18 @@ Text FolderSave::delimiter(std::int32_t choice, TextView custom) const {
   return Text(kDelimiters[choice >= 0 && choice < kCustomDelimiter ? choice : 2]);
 }
 
+/// Without a selected row there is nothing to choose, and all sources are saved.
+bool FolderSave::savesSelection() const {
+  return options_.FolderOpt == 1 && report_.selected() != kNoNode;
+}
+
 NodeIndex FolderSave::startRow() const {
-  if (options_.FolderOpt == 1 && report_.selected() != kNoNode) return report_.selected();
-  return report_.tree().firstRoot();
+  return savesSelection() ? report_.selected() : report_.tree().firstRoot();
 }
 
 /// The row that a save goes on with behind `source`; a save of one row ends there.
 NodeIndex FolderSave::nextSource(NodeIndex source) const {
-  return options_.FolderOpt == 1 ? kNoNode : report_.tree()[source].nextSibling;
+  return savesSelection() ? kNoNode : report_.tree()[source].nextSibling;
 }
 
 void FolderSave::measureRows(const FolderRows& rows, ReportWriter& writer) const {

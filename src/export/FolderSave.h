@@ -41,6 +41,7 @@ class FolderSave {
   void measureRows(const FolderRows& rows, ReportWriter& writer) const;
   void writeRows(const FolderRows& rows, ReportWriter& writer, const ReportFile& file);
   bool isCancelled();
+  bool savesSelection() const;
   NodeIndex startRow() const;
   NodeIndex nextSource(NodeIndex source) const;
 

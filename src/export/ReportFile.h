@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "fs/ReplacingFile.h"
+#include "platform/ReplacingFile.h"
 #include "support/Text.h"
 
 namespace ombrelian {
@@ -27,7 +27,7 @@ class ReportFile {
   void append(TextView text);
   void flush();
 
-  ReplacingFile file_;
+  platform::ReplacingFile file_;
   std::string buffer_;
   Failure failure_;
 };

@@ -69,7 +69,7 @@ mCompare::Answer mCompare::fits(const LikePattern& pattern, TextView name, TextV
   if (pattern.isMalformed()) {
     if (reported_.insert(pattern.text()).second) {
       reportFault(
-          procedure, kModule,
+          kModule, procedure,
           {kMalformedPattern, Text(procedure), u"Invalid pattern string: " + pattern.text()},
           {pattern.text()});
     }

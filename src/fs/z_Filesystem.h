@@ -58,10 +58,4 @@ Text xGetDriveFileSystem(TextView path, Text& errorText);
 /// Roots of all drives, separated by blanks.
 Text GetAllDriveString();
 
-/// Text of a system error; with the number in front as "#5 - ..." if `addNumber`.
-Text xGetErrorText(bool addNumber, platform::ErrorCode code);
-
-/// The text without its number, as an Error of number `code`.
-Error systemError(platform::ErrorCode code, TextView source);
-
 }  // namespace ombrelian

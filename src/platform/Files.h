@@ -57,6 +57,7 @@ class FileHandle {
   friend ErrorCode WriteFile(FileHandle&, std::string_view);
   friend ErrorCode ReadFile(FileHandle&, char*, std::size_t, std::size_t&);
   friend ErrorCode CloseHandle(FileHandle&);
+  friend ErrorCode CopyFileSecurity(TextView, FileHandle&);
 
   static constexpr std::intptr_t kNone = -1;
   std::intptr_t handle_ = kNone;
@@ -75,6 +76,9 @@ ErrorCode WriteFile(FileHandle& file, std::string_view bytes);
 
 /// Reads up to `size` bytes; `got` 0 at the end.
 ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t& got);
+
+/// Gives `file` the access rights of what `path` leads to, and its owner where this user may.
+ErrorCode CopyFileSecurity(TextView path, FileHandle& file);
 
 /// Some file systems tell only here that what was written did not reach the disk.
 ErrorCode CloseHandle(FileHandle& file);

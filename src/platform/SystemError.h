@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "support/Text.h"
+#include "support/Error.h"
 
 namespace ombrelian::platform {
 
@@ -44,3 +44,13 @@ constexpr bool isMissing(ErrorCode code) { return code == kFileNotFound || code 
 Text FormatMessageW(ErrorCode code);
 
 }  // namespace ombrelian::platform
+
+namespace ombrelian {
+
+/// Text of a system error; with the number in front as "#5 - ..." if `addNumber`.
+Text xGetErrorText(bool addNumber, platform::ErrorCode code);
+
+/// The text without its number, as an Error of number `code`.
+Error systemError(platform::ErrorCode code, TextView source);
+
+}  // namespace ombrelian

@@ -30,7 +30,7 @@ class ErrorLog : public FaultSink {
   void errorLine(TextView line) noexcept override;
 
   /// Appends one line to the trace, each of `params` behind ", ".
-  void LogDebug(TextView text, const std::vector<Text>& params = {}) noexcept;
+  void LogDebug(TextView text, const std::vector<Text>& params = {}) noexcept override;
 
   /// What reports tell of a cancelled scan; not owned, null: no scan can be.
   void watchStop(const int* StopReason) { stopReason_ = StopReason; }

@@ -28,13 +28,17 @@ Error describeEscaped() {
 
 void setFaultSink(FaultSink* sink) { faultSink = sink; }
 
-void reportFault(TextView proc, TextView module, const Error& error,
-                 const std::vector<Text>& params) noexcept {
-  if (faultSink != nullptr) faultSink->Debug(proc, module, error, params);
-}
-
 void reportLine(TextView line) noexcept {
   if (faultSink != nullptr) faultSink->errorLine(line);
+}
+
+void reportTrace(TextView text, const std::vector<Text>& params) noexcept {
+  if (faultSink != nullptr) faultSink->LogDebug(text, params);
+}
+
+void reportFault(TextView module, TextView name, const Error& error,
+                 const std::vector<Text>& params) noexcept {
+  if (faultSink != nullptr) faultSink->Debug(name, module, error, params);
 }
 
 void reportEscaped(TextView module, TextView name,

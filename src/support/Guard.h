@@ -33,17 +33,23 @@ class FaultSink {
 
   /// A line for the fault log that needs no report. Must not throw.
   virtual void errorLine(TextView line) noexcept = 0;
+
+  /// A line for the trace, each of `params` behind ", ". Must not throw.
+  virtual void LogDebug(TextView /*text*/, const std::vector<Text>& /*params*/) noexcept {}
 };
 
 /// Not owned; null drops what escapes.
 void setFaultSink(FaultSink* sink);
 
-/// Hands a fault that its finder could go on after to the sink.
-void reportFault(TextView proc, TextView module, const Error& error,
-                 const std::vector<Text>& params) noexcept;
-
 /// Hands a line to the sink.
 void reportLine(TextView line) noexcept;
+
+/// Hands a line of the trace to the sink.
+void reportTrace(TextView text, const std::vector<Text>& params) noexcept;
+
+/// Hands a fault in the procedure `name` to the sink, where nothing was thrown.
+void reportFault(TextView module, TextView name, const Error& error,
+                 const std::vector<Text>& params = {}) noexcept;
 
 /// Hands the exception being handled to the sink; for Guarded alone.
 void reportEscaped(TextView module, TextView name, std::initializer_list<TextView> params) noexcept;

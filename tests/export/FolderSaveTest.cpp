@@ -81,8 +81,11 @@ TEST_F(FolderSaveTest, LevelsDecideWhichRowsAreWritten) {
   options.Levels = 0;
   EXPECT_EQ(namesSaved(kKeepLevels), (Names{u"/src", u"/src/[Dateien]", u"/"}));
 
-  // A selected row that is no source stands with its full path, and only what is below it.
+  // Only the selected row's source, which needs a selected row.
   options.FolderOpt = 1;
+  EXPECT_EQ(namesSaved(0), (Names{u"/src", u"/src/[Dateien]", u"/"}));
+
+  // A selected row that is no source stands with its full path, and only what is below it.
   report.select(deep);
   EXPECT_EQ(namesSaved(kAllLevels),
             (Names{u"/src/deep", u"/src/deep/inner", u"/src/deep/[Dateien]"}));

@@ -7,6 +7,7 @@
 #include "lists/Log.h"
 #include "platform/Locale.h"
 #include "settings/Options.h"
+#include "settings/z_INI.h"
 
 namespace ombrelian {
 
@@ -19,6 +20,9 @@ struct Session {
   Log log{options};
   FolderReport folderReport{tree, options};
   std::deque<Text> SourceQueue;
+
+  /// Takes the stored options; a new user has the defaults.
+  void loadOptions(const IniStore& settings);
 
   ScanState scanState(UserInterface& ui, DerivedLists* lists) {
     return {options, tree, context, filters, log, ui, lists};

@@ -18,7 +18,7 @@ Text findObstacle(const Text& target) {
     return TL(9004, u"Das Format von '%1' wird noch nicht geschrieben; es gibt TXT und CSV.",
               {target});
   }
-  const Failure failure = ReplacingFile::check(target);
+  const Failure failure = platform::ReplacingFile::check(target);
   return failure ? TL(9005, u"Der Bericht '%1' kann nicht geschrieben werden: %2",
                       {target, failure->text})
                  : Text();

@@ -2,6 +2,7 @@
 
 #include "fs/z_Filesystem.h"
 #include "platform/Time.h"
+#include "settings/IniSetUp.h"
 #include "support/Version.h"
 
 namespace ombrelian {
@@ -9,7 +10,30 @@ namespace {
 
 constexpr TextView kProgramName = u"Ombrelian";
 constexpr TextView kIniName = u"Ombrelian3.ini";
-constexpr std::string_view kByteOrderMark = "\xFF\xFE";
+constexpr TextView kOldIniName = u"Ombrelian.ini";  // of the version before
+constexpr TextView kLanguageSection = u"Allgemein";
+constexpr TextView kLanguageKey = u"Lang";
+
+/// The folder of this user's settings and logs, whether it is there or not.
+Text dataFolder() {
+  Text folder = platform::GetApplicationDataFolder();
+  return folder.empty() ? platform::GetModuleFolder() : appendName(folder, kProgramName);
+}
+
+Text inDataFolder(TextView name) {
+  Text path = dataFolder();
+  return appendName(path, name);
+}
+
+/// The language that an earlier start chose; none: this is the first.
+std::optional<int> storedLanguage() {
+  const Text file = inDataFolder(kIniName);
+  const IniStore settings(xExistFile_W(file) ? file : inDataFolder(kOldIniName));
+  std::int64_t number = 0;
+  const bool isStored =
+      parseNumber(settings.INI_ReadString(kLanguageSection, kLanguageKey, u""), number);
+  return isStored && number > 0 && number < 256 ? std::optional(int(number)) : std::nullopt;
+}
 
 }  // namespace
 
@@ -22,6 +46,7 @@ Text versionText() {
 Text startLanguage(const std::vector<Text>& arguments, Translation& translation) {
   LanguageStart start;
   start.programFolder = platform::GetModuleFolder();
+  start.stored = storedLanguage();
   start.translatorMode = wantsTranslatorMode(arguments);
   const Text missing = translation.Init_Sprache(start);
   setLanguageTexts(&translation);
@@ -40,8 +65,9 @@ StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
   // Installers look for exactly these two names, the lower-case "g" included.
   mutex_ = platform::CreateMutexW(kProgramName);
   globalMutex_ = platform::CreateMutexW(Text(u"Global\\g").append(kProgramName));
-  findDataPath();
-  prepareIniFile();
+  dataPath_ = dataFolder();
+  iniFile_ = inDataFolder(kIniName);
+  if (!platform::GetApplicationDataFolder().empty()) xCreatePath(dataPath_);
   ProgramFacts facts;
   facts.title = kProgramName;
   facts.version = versionText();
@@ -53,6 +79,7 @@ StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
   errorLog_ = std::make_unique<ErrorLog>(std::move(facts));
   setFaultSink(errorLog_.get());
   errorLog_->LogDebug(u"Command$=", {Text(commandText)});
+  openSettings(languageId);
 }
 
 Text StartUp::logFile() const {
@@ -62,35 +89,14 @@ Text StartUp::logFile() const {
 
 StartUp::~StartUp() { setFaultSink(nullptr); }
 
-void StartUp::findDataPath() {
-  dataPath_ = platform::GetApplicationDataFolder();
-  if (dataPath_.empty()) {
-    dataPath_ = platform::GetModuleFolder();
-  } else {
-    appendName(dataPath_, kProgramName);
-    xCreatePath(dataPath_);
-  }
-  iniFile_ = dataPath_;
-  appendName(iniFile_, kIniName);
-}
-
-/// A new settings file holds its byte order mark alone. A file without one gets it over its first
-/// two bytes: what such a file held came from another encoding and is lost on purpose.
-void StartUp::prepareIniFile() const {
-  platform::ErrorCode error = platform::kSuccess;
-  platform::FileHandle made = platform::CreateFileW(iniFile_, platform::kCreateNew, error);
-  if (error == platform::kSuccess) {
-    platform::WriteFile(made, kByteOrderMark);
-    return;
-  }
-  platform::FileHandle file = platform::CreateFileW(iniFile_, platform::kOpenRead, error);
-  if (error != platform::kSuccess) return;
-  char bytes[2] = {};
-  std::size_t got = 0;
-  platform::ReadFile(file, bytes, sizeof bytes, got);
-  if (std::string_view(bytes, got) == kByteOrderMark) return;
-  platform::FileHandle mended = platform::CreateFileW(iniFile_, platform::kOpenExisting, error);
-  if (error == platform::kSuccess) platform::WriteFile(mended, kByteOrderMark);
+/// What start-up writes stands whatever the run that follows does.
+void StartUp::openSettings(int languageId) {
+  prepareIniFile(iniFile_, inDataFolder(kOldIniName));
+  settings_ = std::make_unique<IniStore>(iniFile_);
+  // The choice made at the first start sticks.
+  settings_->INI_WriteStringAnsi(kLanguageSection, kLanguageKey, toText(languageId));
+  isFirstStart_ = claimFirstStart(*settings_);
+  settings_->flush();
 }
 
 bool WaitForMutexGone(TextView name, std::uint32_t timeout, std::uint32_t poll) {

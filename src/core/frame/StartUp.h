@@ -5,6 +5,7 @@
 #include "core/frame/CommandLine.h"
 #include "platform/Process.h"
 #include "services/ErrorLog.h"
+#include "settings/z_INI.h"
 #include "settings/z_Translate.h"
 
 namespace ombrelian {
@@ -34,10 +35,13 @@ class StartUp {
   Text logFile() const;
 
   ErrorLog& errorLog() { return *errorLog_; }
+  IniStore& settings() { return *settings_; }
+
+  /// The user has never started the program before: folders are to get the shell verb.
+  bool isFirstStart() const { return isFirstStart_; }
 
  private:
-  void findDataPath();
-  void prepareIniFile() const;
+  void openSettings(int languageId);
 
   Date programStartTime_;
   platform::NamedMutex mutex_;
@@ -45,6 +49,8 @@ class StartUp {
   Text dataPath_;
   Text iniFile_;
   std::unique_ptr<ErrorLog> errorLog_;
+  std::unique_ptr<IniStore> settings_;
+  bool isFirstStart_ = false;
 };
 
 /// Waits until no process holds the mark `name`; false if it is still held after `timeout`

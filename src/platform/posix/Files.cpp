@@ -195,6 +195,19 @@ ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t
   }
 }
 
+ErrorCode CopyFileSecurity(TextView path, FileHandle& file) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  struct stat told;
+  if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
+  const int fd = int(file.handle_);
+  // Where the group cannot be kept, another one must not get its rights.
+  const bool isSameGroup =
+      fchown(fd, told.st_uid, told.st_gid) == 0 || fchown(fd, -1, told.st_gid) == 0;
+  const mode_t kept = isSameGroup ? 0777 : 0707;
+  return fchmod(fd, told.st_mode & kept) == 0 ? kSuccess : lastError();
+}
+
 ErrorCode CloseHandle(FileHandle& file) {
   const int fd = int(std::exchange(file.handle_, FileHandle::kNone));
   return close(fd) == 0 ? kSuccess : lastError();

@@ -30,28 +30,57 @@ class StartUpTest : public ::testing::Test {
   testing::TestFolder home;
 };
 
-TEST_F(StartUpTest, ANewUserGetsAFolderAndAnEmptySettingsFile) {
+TEST_F(StartUpTest, ANewUserGetsAFolderAndASettingsFile) {
   const StartUp startUp({}, u"\"line\"", 7);
   EXPECT_EQ(startUp.DataPath(), home.text("config/Ombrelian"));
-  EXPECT_EQ(dataFile("Ombrelian3.ini"), "\xFF\xFE");
+  EXPECT_TRUE(startUp.isFirstStart());
+  EXPECT_EQ(testing::readReport(home.path("config/Ombrelian/Ombrelian3.ini")),
+            u"[Allgemein]\r\nLang=7\r\n[Optionen]\r\nKontextmenu=1\r\n");
   EXPECT_TRUE(dataFile("debug.log").ends_with(" - Command$=, \"line\"\r\n"));
+}
+
+TEST_F(StartUpTest, ANewUserKeepsTwoSettingsOfTheOlderVersion) {
+  const struct {
+    const char* old;
+    TextView made;
+    bool isFirst;
+  } cases[] = {
+      {"[Optionen]\r\nKontextmenu=0\r\nBigIcons=1\r\n[Allgemein]\r\nLang=12\r\n",
+       u"[Optionen]\r\nKontextmenu=0\r\n[Allgemein]\r\nLang=12\r\n", false},
+      {"[Allgemein]\nLang=\n", u"[Allgemein]\r\nLang=12\r\n[Optionen]\r\nKontextmenu=1\r\n", true},
+      {"[Optionen]\nKontextmenu=-99\n",
+       u"[Allgemein]\r\nLang=12\r\n[Optionen]\r\nKontextmenu=1\r\n", true},
+  };
+  home.folder("config/Ombrelian");
+  const std::string made = home.path("config/Ombrelian/Ombrelian3.ini");
+  for (const auto& c : cases) {
+    unlink(made.c_str());
+    std::ofstream(home.path("config/Ombrelian/Ombrelian.ini"), std::ios::binary) << c.old;
+    for (const bool isFirst : {c.isFirst, false}) {
+      const StartUp startUp({}, u"", 12);
+      EXPECT_EQ(startUp.isFirstStart(), isFirst) << c.old;
+      EXPECT_EQ(testing::readReport(made), c.made);
+    }
+    EXPECT_EQ(dataFile("Ombrelian.ini"), c.old) << "it stays";
+  }
 }
 
 TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsMendedInPlace) {
   const struct {
     std::string before;
     std::string after;
-  } cases[] = {{"[Section]",
+  } cases[] = {{"[Sections]",
                 "\xFF\xFE"
-                "ection]"},
+                "ections]"},
                {std::string("\xFF\xFE[\0]\0", 6), std::string("\xFF\xFE[\0]\0", 6)},
                {"", "\xFF\xFE"},
                {"x", "\xFF\xFE"}};
   home.folder("config/Ombrelian");
   for (const auto& c : cases) {
     std::ofstream(home.path("config/Ombrelian/Ombrelian3.ini"), std::ios::binary) << c.before;
-    const StartUp startUp({}, u"", 7);
-    EXPECT_EQ(dataFile("Ombrelian3.ini"), c.after) << c.before;
+    StartUp startUp({}, u"", 12);
+    EXPECT_TRUE(dataFile("Ombrelian3.ini").starts_with(c.after)) << c.before;
+    EXPECT_EQ(startUp.settings().INI_ReadString(u"Optionen", u"Kontextmenu", u""), u"1");
   }
 }
 

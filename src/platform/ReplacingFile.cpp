@@ -1,46 +1,43 @@
-#include "fs/ReplacingFile.h"
+#include "platform/ReplacingFile.h"
 
-#include "fs/z_Filesystem.h"
 #include "platform/Time.h"
 #include "support/Translate.h"
 
-namespace ombrelian {
+namespace ombrelian::platform {
 namespace {
-
-using platform::ErrorCode;
-using platform::kSuccess;
 
 constexpr TextView kSource = u"ReplacingFile";
 constexpr int kTemporaryNames = 100;  // tried before giving up
 
 /// What a link at `target` leads to; `target` itself where there is none.
 Text resolved(TextView target) {
-  platform::FindData data;
-  if (platform::FindFirstFileW(target, data) != kSuccess || !data.isReparse()) return Text(target);
-  const Text final = platform::GetFinalPathNameW(target);
+  FindData data;
+  if (FindFirstFileW(target, data) != kSuccess || !data.isReparse()) return Text(target);
+  const Text final = GetFinalPathNameW(target);
   return final.empty() ? Text(target) : final;
 }
 
-Text folderOf(TextView path) { return Text(xGetPath(path)); }
+/// With its final separator.
+TextView folderOf(TextView path) { return path.substr(0, path.rfind(kNativeSeparator) + 1); }
 
 }  // namespace
 
 Failure ReplacingFile::check(TextView target) {
   const Text path = resolved(target);
-  platform::FindData data;
-  if (platform::FindFirstFileW(path, data) == kSuccess) {
+  FindData data;
+  if (FindFirstFileW(path, data) == kSuccess) {
     if (data.isFolder()) {
-      return Error{std::int32_t(platform::kAccessDenied), Text(kSource),
+      return Error{std::int32_t(kAccessDenied), Text(kSource),
                    TL(9012, u"Unter diesem Namen steht ein Ordner.")};
     }
     // A device or a pipe would be replaced by a plain file.
-    constexpr auto kSpecial = platform::kAttributeSystem | platform::kAttributeReparsePoint;
+    constexpr auto kSpecial = kAttributeSystem | kAttributeReparsePoint;
     if ((data.dwFileAttributes & kSpecial) != 0) {
-      return Error{std::int32_t(platform::kNotSupported), Text(kSource),
+      return Error{std::int32_t(kNotSupported), Text(kSource),
                    TL(9013, u"Unter diesem Namen steht etwas anderes als eine Datei.")};
     }
   }
-  const ErrorCode error = platform::CheckFolderWritable(folderOf(path));
+  const ErrorCode error = CheckFolderWritable(folderOf(path));
   return error == kSuccess ? Failure() : systemError(error, kSource);
 }
 
@@ -49,33 +46,37 @@ Failure ReplacingFile::open(TextView target) {
   if (failure_) return failure_;
   target_ = resolved(target);
   // Short whatever the target is called, since that may be as long as a name can be.
-  const std::uint64_t seed = platform::GetTickCount();
+  const std::uint64_t seed = GetTickCount();
   ErrorCode error = kSuccess;
   for (int attempt = 0; attempt < kTemporaryNames; ++attempt) {
-    Text candidate = folderOf(target_);
-    appendName(candidate, u".ombrelian-" + toText(std::int64_t(seed) + attempt) + u".tmp");
-    file_ = platform::CreateFileW(candidate, platform::kCreateNew, error);
+    Text candidate(folderOf(target_));
+    candidate += u".ombrelian-" + toText(std::int64_t(seed) + attempt) + u".tmp";
+    file_ = CreateFileW(candidate, kCreateNew, error);
     if (error == kSuccess) temporary_ = candidate;
-    if (error != platform::kAlreadyExists) break;
+    if (error != kAlreadyExists) break;
   }
   if (error != kSuccess) failure_ = systemError(error, kSource);
   return failure_;
 }
 
+void ReplacingFile::keepAccess() {
+  if (file_.isOpen()) CopyFileSecurity(target_, file_);
+}
+
 Failure ReplacingFile::write(std::string_view bytes) {
   if (failure_) return failure_;
-  const ErrorCode error = platform::WriteFile(file_, bytes);
+  const ErrorCode error = WriteFile(file_, bytes);
   if (error != kSuccess) failure_ = systemError(error, kSource);
   return failure_;
 }
 
 Failure ReplacingFile::commit() {
   if (file_.isOpen()) {
-    const ErrorCode error = platform::CloseHandle(file_);
+    const ErrorCode error = CloseHandle(file_);
     if (error != kSuccess && !failure_) failure_ = systemError(error, kSource);
   }
   if (!failure_) {
-    const ErrorCode error = platform::MoveFileExW(temporary_, target_);
+    const ErrorCode error = MoveFileExW(temporary_, target_);
     if (error != kSuccess) failure_ = systemError(error, kSource);
   }
   if (failure_) {
@@ -90,9 +91,9 @@ ReplacingFile::~ReplacingFile() { discard(); }
 
 void ReplacingFile::discard() {
   if (temporary_.empty()) return;
-  file_ = platform::FileHandle();
-  platform::DeleteFileW(temporary_);
+  file_ = FileHandle();
+  DeleteFileW(temporary_);
   temporary_.clear();
 }
 
-}  // namespace ombrelian
+}  // namespace ombrelian::platform

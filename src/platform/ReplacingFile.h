@@ -3,7 +3,7 @@
 #include "platform/Files.h"
 #include "support/Error.h"
 
-namespace ombrelian {
+namespace ombrelian::platform {
 
 /// A file that takes the place of its target only when it is whole: it is written under another
 /// name in the target's folder and renamed at the end. Until then an older file of the target's
@@ -22,6 +22,9 @@ class ReplacingFile {
   /// Begins the file; a link at `target` is kept, and what it leads to is replaced.
   Failure open(TextView target);
 
+  /// Gives the file, after open(), the access rights of the one that it replaces, if there is one.
+  void keepAccess();
+
   /// Once a write failed, every later one says the same and commit() puts nothing in place.
   Failure write(std::string_view bytes);
 
@@ -37,4 +40,4 @@ class ReplacingFile {
   Failure failure_;
 };
 
-}  // namespace ombrelian
+}  // namespace ombrelian::platform

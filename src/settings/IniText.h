@@ -1,0 +1,84 @@
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "support/Text.h"
+
+namespace ombrelian {
+
+/// The text of a profile file: sections of lines "key=value". Changes touch the lines that they
+/// name; comments, odd lines, second keys of one name, the order and the line ends stay as they
+/// are. Names are compared without case; of equal ones, the first counts.
+///
+///   storage_:  [the whole file] [changed line] [new line] ...   never moves
+///   sections_: [lines before any header] [section] [section] ...   views into storage_
+///   index_:    section number, key  ->  section and line that hold it
+class IniText {
+ public:
+  explicit IniText(Text text = {});
+  IniText(IniText&&) = default;
+  IniText& operator=(IniText&&) = default;
+
+  /// The value without its outer blanks and one pair of quotes around it; none where there is no
+  /// such key. Valid until the object goes.
+  std::optional<TextView> value(TextView section, TextView key) const;
+
+  /// Puts `value` into the file as it is; see quoted(). A new key goes behind the last one of its
+  /// section, a new section to the end. Returns whether anything changed. Precondition: the file
+  /// can hold all three, see isLine().
+  bool setValue(TextView section, TextView key, TextView value);
+
+  /// Removes the section from its header to its last key. What stands behind that stays: it mostly
+  /// introduces what follows. Returns whether anything changed.
+  bool deleteSection(TextView section);
+
+  Text text() const;
+
+  /// `value`, inside quotes if it would not be read as it is without them.
+  static Text quoted(TextView value);
+
+  /// Whether `text` can be a part of one line.
+  static bool isLine(TextView text);
+
+ private:
+  struct Section {
+    TextView header;              // the whole line; empty: deleted, or none (the first section)
+    std::uint32_t number = 0;     // that of the first section of this name
+    std::vector<TextView> lines;  // with their line ends
+    std::size_t keysEnd = 0;      // lines behind here hold no keys
+  };
+  struct Place {
+    std::uint32_t section;
+    std::uint32_t line;
+  };
+  struct SectionKey {
+    std::uint32_t section;  // Section::number
+    TextView key;
+  };
+  struct Hash {
+    std::size_t operator()(TextView name) const;
+    std::size_t operator()(const SectionKey& name) const;
+  };
+  struct Equal {
+    bool operator()(TextView a, TextView b) const;
+    bool operator()(const SectionKey& a, const SectionKey& b) const;
+  };
+
+  TextView keep(Text text) { return storage_.emplace_back(std::move(text)); }
+  void addLine(TextView line);
+  void addSection(TextView header, TextView name);
+  std::optional<Place> find(TextView section, TextView key) const;
+  Section& sectionNamed(TextView name);
+  void addKey(Section& section, TextView key, TextView value);
+
+  std::deque<Text> storage_;
+  std::vector<Section> sections_;
+  std::unordered_map<TextView, std::uint32_t, Hash, Equal> numbers_;
+  std::unordered_map<SectionKey, Place, Hash, Equal> index_;
+  TextView lineEnd_ = u"\r\n";  // of new lines
+};
+
+}  // namespace ombrelian

@@ -1,0 +1,390 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <chrono>
+#include <fstream>
+#include <map>
+#include <random>
+
+#include "settings/z_INI.h"
+#include "tests/testing/Faults.h"
+#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/TestFolder.h"
+
+namespace ombrelian {
+namespace {
+
+using testing::Call;
+using testing::ScopedFault;
+
+constexpr TextView kNone = u"(none)";
+
+std::string utf16(TextView text) {
+  std::string bytes(kIniByteOrderMark);
+  for (const char16_t unit : text) {
+    bytes.push_back(char(unit & 0xFF));
+    bytes.push_back(char(unit >> 8));
+  }
+  return bytes;
+}
+
+class IniTest : public ::testing::Test {
+ protected:
+  void put(const std::string& bytes) const {
+    std::ofstream(folder.path("f.ini"), std::ios::binary) << bytes;
+  }
+  void put(TextView text) const { put(utf16(text)); }
+  Text content() const { return testing::readReport(folder.path("f.ini")); }
+  static Text get(const IniStore& store, TextView section, TextView key) {
+    return store.INI_ReadString(section, key, kNone);
+  }
+
+  const testing::TestFolder folder{testing::TestFolder::Place::Memory};
+  const Text path = folder.text("f.ini");
+};
+
+TEST_F(IniTest, Reading) {
+  put(u"early=no\r\n[Optionen]\r\n ; c=1\r\nPlain=text\r\n Blanks \t=\t a b \t\r\n"
+      u"Quoted=\" | \"\r\nSingle=' x '\r\nNested=\"\"in\"\"\r\nOpen=\"in\r\nOne=\"\r\nEmpty=\r\n"
+      u"Blank=   \r\nodd "
+      u"line\r\n=odd\r\nSign=a=b;c\r\nTwice=1\r\ntwice=2\r\n\u00C4\u0416=\u4E16\r\n"
+      u"[ Mac ]\rA=cr\r[Unix]\nA=lf\n[Optionen]\r\nLater=yes\r\n[Open\r\nHalf=\xD800\r\n"
+      u"Last=no line end");
+  const IniStore store(path);
+  const struct {
+    TextView section, key, value;
+  } cases[] = {
+      {u"Optionen", u"Plain", u"text"},
+      {u"OPTIONEN", u"pLAIN", u"text"},
+      {u"Optionen", u"Blanks", u"a b"},
+      {u"Optionen", u"Quoted", u" | "},
+      {u"Optionen", u"Single", u" x "},
+      {u"Optionen", u"Nested", u"\"in\""},
+      {u"Optionen", u"Open", u"\"in"},
+      {u"Optionen", u"One", u"\""},
+      {u"Optionen", u"Empty", u""},
+      {u"Optionen", u"Blank", u""},
+      {u"Optionen", u"; c", kNone},
+      {u"Optionen", u"odd line", kNone},
+      {u"Optionen", u"", kNone},
+      {u"Optionen", u"Sign", u"a=b;c"},
+      {u"Optionen", u"Twice", u"1"},
+      {u"Optionen", u"\u00E4\u0436", u"\u4E16"},
+      {u"Mac", u"a", u"cr"},
+      {u"unix", u"A", u"lf"},
+      {u"Optionen", u"Later", u"yes"},
+      {u"Optionen", u"Half", u"\xD800"},
+      {u"Optionen", u"Last", u"no line end"},
+      {u"Optionen", u"early", kNone},
+      {u"Other", u"Plain", kNone},
+      {u"", u"early", kNone},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(get(store, c.section, c.key), c.value) << toBytes(c.section) << "/" << toBytes(c.key);
+  }
+}
+
+TEST_F(IniTest, NamesFoldAlikeWhereTheLocaleHasADotlessI) {
+  const ScopedLocale turkish("tr_TR.UTF-8");
+  put(u"[Allgemein]\r\nINSTANZ=1\r\n\u00C4I=2\r\n");
+  const IniStore store(path);
+  EXPECT_EQ(get(store, u"allgemeIn", u"instanz"), u"1");
+  EXPECT_EQ(get(store, u"Allgemein", u"\u00E4i"), u"2");
+}
+
+TEST_F(IniTest, LongValuesAreCutOnReadingAlone) {
+  const Text longest(4095, u'x');
+  {
+    IniStore store(path);
+    store.INI_WriteString(u"S", u"Fits", longest);
+    store.INI_WriteString(u"S", u"Long", longest + u"yz");
+  }
+  const IniStore store(path);
+  EXPECT_EQ(get(store, u"S", u"Fits"), longest);
+  EXPECT_EQ(get(store, u"S", u"Long"), longest);
+  EXPECT_EQ(store.INI_ReadString(u"S", u"None", longest + u"y"), longest);
+  EXPECT_NE(content().find(longest + u"yz"), Text::npos);
+}
+
+TEST_F(IniTest, WritingLeavesTheRestAsItWas) {
+  const Text before =
+      u"; mine\n\n[A]\nx = 1\n; about y\ny=2\r\nY=second\nodd\n\n; about B\n[B]\nz=\"3\"\n"
+      u"[a]\nw=4\n[Gone]\n;inside\nv=5\n\n; after\n[End]\nu=6";
+  const struct {
+    const char* what;
+    void (*act)(IniStore&);
+    Text from, to;
+  } cases[] = {
+      {"the same value", [](IniStore& s) { s.INI_WriteString(u"a", u"Y", u"2"); }, u"", u""},
+      {"a changed value keeps its line end and spelling",
+       [](IniStore& s) { s.INI_WriteString(u"a", u"Y", u"new"); }, u"y=2\r\n", u"y=new\r\n"},
+      {"a new key goes behind the last one",
+       [](IniStore& s) { s.INI_WriteString(u"A", u"n", u"1"); }, u"Y=second\n", u"Y=second\nn=1\n"},
+      {"two new keys keep their order",
+       [](IniStore& s) {
+         s.INI_WriteString(u"B", u"n", u"1");
+         s.INI_WriteString(u"B", u"m", u"2");
+         s.INI_WriteString(u"B", u"n", u"3");
+       },
+       u"z=\"3\"\n", u"z=\"3\"\nn=3\nm=2\n"},
+      {"a line that lacked its end gets one",
+       [](IniStore& s) { s.INI_WriteString(u"End", u"n", u"1"); }, u"u=6", u"u=6\nn=1\n"},
+      {"a new section", [](IniStore& s) { s.INI_WriteString(u"New", u"n", u"1"); }, u"u=6",
+       u"u=6\n[New]\nn=1\n"},
+      {"a deleted section", [](IniStore& s) { s.INI_DeleteSection(u"gone"); },
+       u"[Gone]\n;inside\nv=5\n", u""},
+      {"a section deleted and made again stays in its place",
+       [](IniStore& s) {
+         s.INI_DeleteSection(u"Gone");
+         s.INI_WriteString(u"Gone", u"n", u"1");
+       },
+       u"[Gone]\n;inside\nv=5\n", u"[Gone]\nn=1\n"},
+      {"texts that no line holds",
+       [](IniStore& s) {
+         s.INI_WriteString(u"A", u"x", u"1\n[B]\nz=evil");
+         s.INI_WriteString(u"A", u"x\r", u"1");
+         s.INI_WriteString(u"A", u"y", TextView(u"\0", 1));
+       },
+       u"", u""},
+  };
+  for (const auto& c : cases) {
+    put(before);
+    {
+      IniStore store(path);
+      c.act(store);
+    }
+    Text expected = before;
+    expected.replace(before.find(c.from), c.from.size(), c.to);
+    EXPECT_EQ(content(), expected) << c.what;
+  }
+}
+
+TEST_F(IniTest, DeletingTakesEverySectionOfThatName) {
+  put(u"[A]\r\nx=1\r\n[B]\r\ny=2\r\n[a]\r\nx=3\r\n");
+  IniStore store(path);
+  store.INI_DeleteSection(u"A");
+  EXPECT_EQ(get(store, u"A", u"x"), kNone);
+  EXPECT_FALSE(store.flush());
+  EXPECT_EQ(content(), u"[B]\r\ny=2\r\n");
+}
+
+/// Keys and values that a file can hold, read again and again against a map.
+TEST_F(IniTest, AgreesWithAMapOverRandomChanges) {
+  std::mt19937 random(20261122);
+  const TextView parts[] = {u"a",          u"B",      u"\u00C4", u" ",      u"\"",    u"'",
+                            u"\t",         u";",      u"[",      u"]",      u"=",     u"#",
+                            u"\U0001F4C1", u"\xDC80", u"0",      u"\uFEFF", u"\u2028"};
+  const auto text = [&](std::size_t length, std::size_t of) {
+    Text result;
+    for (std::size_t i = random() % (length + 1); i > 0; --i)
+      result += parts[random() % of];
+    return result;
+  };
+  std::map<std::pair<Text, Text>, Text> model;
+  auto store = std::make_unique<IniStore>(path);
+  for (int step = 0; step < 6000; ++step) {
+    // Names in one spelling a value: the map knows no case.
+    const Text section = u"S" + asciiLower(text(1, 2));
+    const Text key = u"K" + asciiLower(text(2, 2)) + toText(std::int64_t(random() % 4));
+    switch (random() % 40) {
+      case 0:
+        store->INI_DeleteSection(asciiUpper(section));
+        std::erase_if(model, [&](const auto& entry) { return entry.first.first == section; });
+        break;
+      case 1:
+        ASSERT_FALSE(store->flush());
+        break;
+      case 2:
+        store = nullptr;  // before the file is read again
+        store = std::make_unique<IniStore>(path);
+        break;
+      default: {
+        const Text value = text(6, std::size(parts));
+        store->INI_WriteString(section, random() % 2 == 0 ? key : asciiUpper(key),
+                               IniText::quoted(value));
+        model[{section, key}] = value;
+      }
+    }
+    const auto entry = model.find({section, key});
+    ASSERT_EQ(get(*store, section, key), entry == model.end() ? Text(kNone) : entry->second);
+  }
+  store = nullptr;
+  const IniStore reopened(path);
+  for (const auto& [name, value] : model) {
+    EXPECT_EQ(get(reopened, name.first, name.second), value);
+  }
+  EXPECT_GT(model.size(), 20U);
+}
+
+TEST_F(IniTest, TwoInstancesLoseOnlyWhatBothWrote) {
+  put(u"[S]\r\na=0\r\nb=0\r\nc=0\r\n[List]\r\nO0=x\r\nO1=y\r\n");
+  IniStore first(path);
+  IniStore second(path);
+  first.INI_WriteString(u"S", u"a", u"first");
+  first.INI_WriteString(u"S", u"c", u"first");
+  first.INI_WriteString(u"New", u"n", u"first");
+  second.INI_WriteString(u"s", u"B", u"second");
+  second.INI_WriteString(u"S", u"c", u"0");
+  second.INI_DeleteSection(u"List");
+  second.INI_WriteString(u"List", u"O0", u"z");
+  EXPECT_FALSE(first.flush());
+  EXPECT_FALSE(second.flush());
+  EXPECT_EQ(content(),
+            u"[S]\r\na=first\r\nb=second\r\nc=0\r\n[List]\r\nO0=z\r\n[New]\r\nn=first\r\n")
+      << "written last wins, even where the writer saw no change";
+  EXPECT_EQ(get(second, u"S", u"a"), u"first");
+  EXPECT_EQ(get(first, u"S", u"b"), u"0");
+  EXPECT_FALSE(first.refresh());
+  EXPECT_EQ(get(first, u"S", u"b"), u"second");
+  first.INI_WriteString(u"S", u"a", u"again");
+  EXPECT_FALSE(first.flush());
+  EXPECT_EQ(get(IniStore(path), u"S", u"b"), u"second");
+}
+
+TEST_F(IniTest, ABurstIsOneWriteAndNothingNewIsNone) {
+  IniStore store(path);
+  {
+    const ScopedFault renames({Call::Renameat, "f.ini", EIO, 1});
+    for (int i = 0; i < 100; ++i)
+      store.INI_WriteString(u"S", u"k" + toText(i), u"v");
+    EXPECT_FALSE(store.flush());
+    store.INI_WriteString(u"S", u"k5", u"v");
+    EXPECT_FALSE(store.flush());
+    EXPECT_EQ(renames.hits(), 0) << "a second write";
+  }
+  EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"f.ini"});
+}
+
+TEST_F(IniTest, AFailedWriteKeepsTheOldFileAndTheChanges) {
+  put(u"[S]\r\na=old\r\n");
+  const std::string whole = testing::readFile(folder.path("f.ini"));
+  IniStore store(path);
+  store.INI_WriteString(u"S", u"a", u"new");
+  const testing::Fault faults[] = {
+      {.call = Call::Write, .error = ENOSPC},
+      {.call = Call::Close, .error = EDQUOT, .skip = 1},  // behind the look at the old file
+      {.call = Call::Renameat, .name = "f.ini", .error = EACCES},
+      {.call = Call::Openat, .name = "f.ini", .error = EACCES},
+      {.call = Call::Statx, .name = "f.ini", .error = EACCES},
+  };
+  for (const testing::Fault& fault : faults) {
+    const ScopedFault scoped(fault);
+    const Failure failure = store.flush();
+    ASSERT_TRUE(failure) << int(fault.call);
+    EXPECT_FALSE(failure->text.empty());
+    EXPECT_EQ(testing::readFile(folder.path("f.ini")), whole) << int(fault.call);
+    EXPECT_EQ(testing::namesIn(folder.path()).size(), 1U) << "nothing is left beside it";
+    EXPECT_EQ(get(store, u"S", u"a"), u"new");
+  }
+  EXPECT_FALSE(store.flush());
+  EXPECT_EQ(content(), u"[S]\r\na=new\r\n");
+}
+
+TEST_F(IniTest, ReadOnlyMissingAndUnreadable) {
+  put(u"[S]\r\na=old\r\n");
+  chmod(folder.path("f.ini").c_str(), 0444);
+  {
+    IniStore store(path);
+    EXPECT_EQ(get(store, u"S", u"a"), u"old");
+    store.INI_WriteString(u"S", u"a", u"new");
+    const Failure failure = store.flush();
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->number, std::int32_t(platform::kAccessDenied));
+  }
+  EXPECT_EQ(content(), u"[S]\r\na=old\r\n");
+
+  IniStore nowhere(folder.text("no/such/folder.ini"));
+  EXPECT_EQ(get(nowhere, u"S", u"a"), kNone);
+  nowhere.INI_WriteString(u"S", u"a", u"1");
+  EXPECT_TRUE(nowhere.flush());
+
+  // What could not be read must not be replaced by what little is known.
+  chmod(folder.path("f.ini").c_str(), 0644);
+  std::optional<ScopedFault> denied(
+      testing::Fault{.call = Call::Openat, .name = "f.ini", .error = EACCES});
+  IniStore store(path);
+  denied.reset();
+  EXPECT_EQ(get(store, u"S", u"a"), kNone);
+  store.INI_WriteString(u"S", u"b", u"new");
+  EXPECT_FALSE(store.flush());
+  EXPECT_EQ(content(), u"[S]\r\na=old\r\nb=new\r\n");
+}
+
+TEST_F(IniTest, KeepsModeAndLink) {
+  put(u"[S]\r\na=old\r\n");
+  chmod(folder.path("f.ini").c_str(), 0600);
+  folder.symlink("link.ini", "f.ini");
+  {
+    IniStore store(folder.text("link.ini"));
+    store.INI_WriteString(u"S", u"a", u"new");
+  }
+  struct stat told;
+  ASSERT_EQ(stat(folder.path("f.ini").c_str(), &told), 0);
+  EXPECT_EQ(told.st_mode & 07777, 0600U);
+  EXPECT_EQ(content(), u"[S]\r\na=new\r\n");
+  ASSERT_EQ(lstat(folder.path("link.ini").c_str(), &told), 0);
+  EXPECT_TRUE(S_ISLNK(told.st_mode));
+}
+
+/// A file that was cut anywhere, odd lengths included, opens, keeps what is whole, and can be
+/// written.
+TEST_F(IniTest, DamageAtEveryByte) {
+  const std::string whole = utf16(u"[S]\r\na=1\r\n\r\n;\r\n[T]\r\nb=\"2\"\r\nc=\xD83D\xDE00\r\n");
+  const std::size_t aIsWhole = utf16(u"[S]\r\na=1").size();
+  for (std::size_t size = 0; size <= whole.size(); ++size) {
+    put(whole.substr(0, size));
+    {
+      IniStore store(path);
+      EXPECT_EQ(get(store, u"S", u"a") == u"1", size >= aIsWhole) << size;
+      store.INI_WriteString(u"U", u"n", u"new");
+    }
+    const IniStore store(path);
+    EXPECT_EQ(get(store, u"U", u"n"), u"new") << size;
+    EXPECT_EQ(get(store, u"S", u"a") == u"1", size >= aIsWhole) << size;
+  }
+  for (std::size_t at = 2; at < whole.size(); ++at) {
+    for (const char bad : {'\0', '\n', '\r', '[', '=', '\xD8'}) {
+      std::string bytes = whole;
+      bytes[at] = bad;
+      put(bytes);
+      IniStore store(path);
+      store.INI_WriteString(u"U", u"n", u"new");
+      EXPECT_FALSE(store.flush());
+      EXPECT_EQ(get(IniStore(path), u"U", u"n"), u"new") << at << " " << int(bad);
+    }
+  }
+}
+
+TEST_F(IniTest, AFileOfTheCodePageIsReadAsSuch) {
+  put(std::string("[Allgemein]\nLang=12\nName=\xC3\xA4\xFF\n"));
+  const IniStore store(path);
+  EXPECT_EQ(get(store, u"Allgemein", u"Lang"), u"12");
+  EXPECT_EQ(get(store, u"Allgemein", u"Name"), u"\u00E4\xDCFF");
+}
+
+TEST_F(IniTest, WrappersKeepEveryScript) {
+  IniStore store(path);
+  StoreSettings(u"Allgemein", u"Lang", u"\u4E16\xDC80", store);
+  EXPECT_EQ(GetSettings(u"Allgemein", u"Lang", u"0", store), u"\u4E16\xDC80");
+  EXPECT_EQ(GetSettings(u"Allgemein", u"None", u"0", store), u"0");
+}
+
+TEST_F(IniTest, TenThousandKeysLoadQuickly) {
+  {
+    IniStore store(path);
+    for (int i = 0; i < 10'000; ++i) {
+      store.INI_WriteString(u"Section" + toText(i / 100), u"SomeLongerSettingName" + toText(i),
+                            u"/home/user/some/folder/" + toText(i));
+    }
+  }
+  const auto begin = std::chrono::steady_clock::now();
+  const IniStore store(path);
+  const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - begin;
+  RecordProperty("milliseconds", std::to_string(taken.count()));
+  EXPECT_EQ(get(store, u"section99", u"somelongersettingname9999"), u"/home/user/some/folder/9999");
+  EXPECT_LT(taken.count(), 100.0);
+}
+
+}  // namespace
+}  // namespace ombrelian
