@@ -1,5 +1,6 @@
 #include "core/frame/SilentRun.h"
 #include "core/frame/StartUp.h"
+#include "fs/PathText.h"
 #include "support/Translate.h"
 
 namespace {
@@ -68,6 +69,15 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
   StartUp startUp(line, joined(arguments), translation.LanguageId());
   Session session;
   session.loadOptions(startUp.settings());
+  if (startUp.errorLog().Errcount() > 0) {
+    Text trace = startUp.DataPath();
+    appendName(trace, u"debug.log");
+    console.message(TL(9015,
+                       u"Eine Einstellung ist fehlerhaft; sie und die dahinter gelten nicht. "
+                       u"Welche es ist, steht in '%1'.",
+                       {trace}),
+                    UserInterface::Severity::Warning);
+  }
   session.log.setFile(startUp.logFile());
   startUp.errorLog().watchStop(&session.context.ScanCancelState);
   return runSilently(line, session, console);
