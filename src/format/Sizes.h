@@ -47,7 +47,7 @@ TextView percentMask(const SizeSettings& settings);
 /// the values "sizeK", "sizeM" and "sizeG" of a row.
 double sizeInUnit(std::int64_t size, SizeUnit unit);
 
-/// The share of `part` in `whole`, which is not the smaller of the two, in percent with two
+/// The share of `part` in `whole`, above 100 where it is the larger of the two, in percent with two
 /// decimals, ties going to the even digit; 0 where either is 0.
 double percentOf(std::int64_t part, std::int64_t whole);
 

@@ -1,10 +1,6 @@
 #include "lists/FolderReport.h"
 
-#include "format/Attributes.h"
-#include "fs/z_Filesystem.h"
-#include "platform/Locale.h"
 #include "platform/Time.h"
-#include "support/Translate.h"
 
 namespace ombrelian {
 namespace {
@@ -13,26 +9,26 @@ using Id = FolderColumnId;
 
 constexpr TextView kCountMask = u"*###,##0*;;;";
 
-constexpr FolderColumn kColumns[] = {
+constexpr Column kColumns[] = {
     {Id::Name, 3571, u"Name", u"name", CellKind::PlainText},
     {Id::Size, 3583, u"Größe", u"size", CellKind::Size},
     {Id::Percent, 3698, u"Prozent", u"percent", CellKind::Percent},
-    {Id::Files, 3573, u"Dateien", u"files", CellKind::Count},
-    {Id::Folders, 3574, u"Ordner", u"folders", CellKind::Count},
-    {Id::Subfolders, 3863, u"Unterordner", u"subfolders", CellKind::Count},
+    {Id::Files, 3573, u"Dateien", u"files", CellKind::Count, kCountMask},
+    {Id::Folders, 3574, u"Ordner", u"folders", CellKind::Count, kCountMask},
+    {Id::Subfolders, 3863, u"Unterordner", u"subfolders", CellKind::Count, kCountMask},
     {Id::Attributes, 3586, u"Attribute", u"attr", CellKind::Attributes},
     {Id::Modified, 3587, u"Änderungsdatum", u"datemodified", CellKind::Timestamp},
     {Id::Created, 3588, u"Erstellungsdatum", u"datecreate", CellKind::Timestamp},
     {Id::Accessed, 3589, u"Letzter Zugriff", u"dateaccess", CellKind::Timestamp},
-    {Id::Hardlinks, 3790, u"Hardlinks", u"hardlinks", CellKind::Count},
-    {Id::Junctions, 3791, u"Junctions", u"junctions", CellKind::Count},
+    {Id::Hardlinks, 3790, u"Hardlinks", u"hardlinks", CellKind::Count, kCountMask},
+    {Id::Junctions, 3791, u"Junctions", u"junctions", CellKind::Count, kCountMask},
     {Id::Owner, 3801, u"Besitzer", u"owner", CellKind::PlainText},
-    {Id::Errors, 3792, u"Fehler", u"error", CellKind::Count},
+    {Id::Errors, 3792, u"Fehler", u"error", CellKind::Count, kCountMask},
     {Id::Depth, 2223, u"Ordnerebene", u"folderdepth", CellKind::Number},
     {Id::Target, 3738, u"Zielordner", u"junctiontarget", CellKind::PlainText},
 };
 
-std::int64_t countOf(Id id, const FolderNode& node) {
+std::int64_t countOf(int id, const FolderNode& node) {
   switch (id) {
     case Id::Files:
       return node.files;
@@ -51,97 +47,7 @@ std::int64_t countOf(Id id, const FolderNode& node) {
   }
 }
 
-/// A number as a data format takes it: the locale's decimal separator, no groups, no empty places.
-Text plainNumber(double value) {
-  const Decimal number = roundDecimal(value, 2);
-  Text text = toText(std::int64_t(number.whole));
-  if (number.fraction == 0) return text;
-  text += platform::numberSymbols().decimal;
-  text += char16_t(u'0' + number.fraction / 10);
-  if (number.fraction % 10 != 0) text += char16_t(u'0' + number.fraction % 10);
-  return text;
-}
-
-}  // namespace
-
-FolderReport::FolderReport(const FolderTree& tree, const Options& options)
-    : tree_(tree), options_(options) {
-  applySettings();
-}
-
-void FolderReport::applySettings() {
-  sizes_ = {options_.FileSizeFormat, options_.SizeFormatNachkommastellenFolders != 0,
-            options_.SizeFormatShowSizeTextFolders == 1};
-  sizeColumn_ = sizeColumn(sizes_);
-  sizeMask_ = CellMask(sizeColumn_.mask);
-  percentMask_ = CellMask(percentMask(sizes_));
-  countMask_ = CellMask(kCountMask);
-  datePattern_ =
-      DatePattern(options_.DateFormat.empty() ? defaultDateFormat() : options_.DateFormat);
-}
-
-std::vector<const FolderColumn*> FolderReport::visibleColumns() const {
-  std::vector<const FolderColumn*> visible;
-  for (const FolderColumn& column : kColumns) {
-    const bool isChosen = options_.FolderColumnVisible[std::size_t(column.id)] == 1;
-    if (isChosen || column.id == Id::Name) visible.push_back(&column);
-  }
-  return visible;
-}
-
-Text FolderReport::caption(const FolderColumn& column) const {
-  if (column.kind == CellKind::Size) return sizeColumn_.header;
-  return TL(column.captionId, column.caption);
-}
-
-Text FolderReport::cellText(const FolderColumn& column, NodeIndex index) const {
-  const FolderNode& node = tree_[index];
-  switch (column.kind) {
-    case CellKind::PlainText:
-      return textValue(column.id, index);
-    case CellKind::Size:
-      if (sizes_.unit == kUnitBytes) return sizeMask_.format(node.size);
-      return sizeMask_.format(sizeInUnit(node.size, SizeUnit(sizes_.unit)));
-    case CellKind::Percent:
-      return percentMask_.format(percent(index));
-    case CellKind::Count:
-      return countMask_.format(countOf(column.id, node));
-    case CellKind::Number:
-      return toText(countOf(column.id, node));
-    case CellKind::Timestamp: {
-      const Date value = date(column.id, index);
-      return value == 0 ? Text() : datePattern_.format(value);
-    }
-    case CellKind::Attributes:
-      return xFormatFileAttribute(node.attributes, false, {});
-  }
-  return {};
-}
-
-Text FolderReport::rawText(const FolderColumn& column, NodeIndex index) const {
-  const FolderNode& node = tree_[index];
-  switch (column.kind) {
-    case CellKind::Size:
-      if (sizes_.unit == kUnitBytes) return toText(node.size);
-      return plainNumber(sizeInUnit(node.size, SizeUnit(sizes_.unit)));
-    case CellKind::Percent:
-      return plainNumber(percent(index));
-    case CellKind::Count:
-    case CellKind::Number:
-      return toText(countOf(column.id, node));
-    case CellKind::Timestamp:
-      return formatGeneralDate(date(column.id, index));
-    default:
-      return cellText(column, index);
-  }
-}
-
-double FolderReport::percent(NodeIndex index) const {
-  const FolderNode& node = tree_[index];
-  return node.parent == kNoNode ? 100 : percentOf(node.size, tree_[node.parent].size);
-}
-
-FileTime FolderReport::fileTime(Id id, const FolderNode& node) const {
+FileTime fileTime(int id, const FolderNode& node) {
   switch (id) {
     case Id::Modified:
       return node.dateModified;
@@ -152,15 +58,59 @@ FileTime FolderReport::fileTime(Id id, const FolderNode& node) const {
   }
 }
 
-Date FolderReport::date(Id id, NodeIndex node) const {
+}  // namespace
+
+FolderReport::FolderReport(const FolderTree& tree, const Options& options)
+    : tree_(tree), options_(options) {
+  applySettings();
+}
+
+void FolderReport::applySettings() {
+  const SizeSettings sizes = {options_.FileSizeFormat,
+                              options_.SizeFormatNachkommastellenFolders != 0,
+                              options_.SizeFormatShowSizeTextFolders == 1};
+  format_ = CellFormat(kColumns, sizes, options_.DateFormat);
+}
+
+std::vector<const FolderColumn*> FolderReport::visibleColumns() const {
+  return ombrelian::visibleColumns(kColumns,
+                                   {options_.FolderColumnVisible, options_.FolderColumnIndex});
+}
+
+Text FolderReport::cellText(const FolderColumn& column, NodeIndex index) const {
+  if (column.isText()) return textValue(column, index);
+  if (column.isReal()) return format_.shown(column, realValue(column, index));
+  return format_.shown(column, numberValue(column, index));
+}
+
+Text FolderReport::rawText(const FolderColumn& column, NodeIndex index) const {
+  if (column.isText()) return textValue(column, index);
+  if (column.isReal()) return format_.plain(column, realValue(column, index));
+  return format_.plain(column, numberValue(column, index));
+}
+
+std::int64_t FolderReport::numberValue(const FolderColumn& column, NodeIndex index) const {
+  const FolderNode& node = tree_[index];
+  if (column.kind == CellKind::Size) return node.size;
+  if (column.kind == CellKind::Attributes) return node.attributes;
+  return countOf(column.id, node);
+}
+
+double FolderReport::percent(NodeIndex index) const {
+  const FolderNode& node = tree_[index];
+  return node.parent == kNoNode ? 100 : percentOf(node.size, tree_[node.parent].size);
+}
+
+double FolderReport::realValue(const FolderColumn& column, NodeIndex index) const {
+  if (column.kind == CellKind::Percent) return percent(index);
   DateParts parts;
-  if (!platform::FileTimeToLocalSystemTime(fileTime(id, tree_[node]), parts)) return 0;
+  if (!platform::FileTimeToLocalSystemTime(fileTime(column.id, tree_[index]), parts)) return 0;
   return toDate(parts);
 }
 
-Text FolderReport::textValue(Id id, NodeIndex index) const {
+Text FolderReport::textValue(const FolderColumn& column, NodeIndex index) const {
   const FolderNode& node = tree_[index];
-  switch (id) {
+  switch (column.id) {
     case Id::Name:
       return Text(node.name());
     case Id::Owner:

@@ -3,50 +3,34 @@
 #include <vector>
 
 #include "core/tree/FolderTree.h"
-#include "format/DatePattern.h"
-#include "format/Mask.h"
-#include "format/Sizes.h"
+#include "lists/CellFormat.h"
 #include "settings/Options.h"
 
 namespace ombrelian {
 
 /// Columns of the folder report. The numbers are those of the settings file and never change.
-enum class FolderColumnId {
-  Name = 1,
-  Size = 2,
-  Percent = 3,
-  Files = 4,
-  Folders = 5,
-  Subfolders = 6,
-  Attributes = 7,
-  Modified = 8,
-  Created = 9,
-  Accessed = 10,
-  Hardlinks = 11,
-  Junctions = 12,
-  Owner = 13,
-  Errors = 14,
-  Depth = 15,
-  Target = 16,
+struct FolderColumnId {
+  enum : int {
+    Name = 1,
+    Size = 2,
+    Percent = 3,
+    Files = 4,
+    Folders = 5,
+    Subfolders = 6,
+    Attributes = 7,
+    Modified = 8,
+    Created = 9,
+    Accessed = 10,
+    Hardlinks = 11,
+    Junctions = 12,
+    Owner = 13,
+    Errors = 14,
+    Depth = 15,
+    Target = 16,
+  };
 };
 
-/// What a cell's raw value is, which decides how it is shown, compared and exported.
-enum class CellKind { PlainText, Size, Percent, Count, Number, Timestamp, Attributes };
-
-/// One column of the folder report.
-struct FolderColumn {
-  FolderColumnId id;
-  int captionId;  // number of the caption's text
-  TextView caption;
-  TextView key;  // name of the field in formats that name fields
-  CellKind kind;
-
-  /// Text and dates stand at the left, everything that is counted at the right.
-  bool isLeftAligned() const {
-    return kind == CellKind::PlainText || kind == CellKind::Timestamp ||
-           kind == CellKind::Attributes;
-  }
-};
+using FolderColumn = Column;
 
 /// The folder report as data: its columns, and what stands in each row's cells. The rows are the
 /// nodes of the tree; what a view adds to them (what is expanded, what is selected) is kept here.
@@ -64,7 +48,7 @@ class FolderReport {
   std::vector<const FolderColumn*> visibleColumns() const;
 
   /// Title of a column, with the unit where it stands there.
-  Text caption(const FolderColumn& column) const;
+  Text caption(const FolderColumn& column) const { return format_.caption(column); }
 
   /// The cell as it is shown; of the name column the row's own name.
   Text cellText(const FolderColumn& column, NodeIndex node) const;
@@ -84,18 +68,13 @@ class FolderReport {
   void select(NodeIndex node) { selected_ = node; }
 
  private:
-  FileTime fileTime(FolderColumnId id, const FolderNode& node) const;
-  Date date(FolderColumnId id, NodeIndex node) const;
-  Text textValue(FolderColumnId id, NodeIndex node) const;
+  std::int64_t numberValue(const FolderColumn& column, NodeIndex node) const;
+  double realValue(const FolderColumn& column, NodeIndex node) const;
+  Text textValue(const FolderColumn& column, NodeIndex node) const;
 
   const FolderTree& tree_;
   const Options& options_;
-  SizeSettings sizes_;
-  SizeColumn sizeColumn_;
-  CellMask sizeMask_;
-  CellMask percentMask_;
-  CellMask countMask_;
-  DatePattern datePattern_;
+  CellFormat format_;
   std::vector<bool> expanded_;  // by node; shorter than the tree where nothing is expanded
   NodeIndex selected_ = kNoNode;
 };

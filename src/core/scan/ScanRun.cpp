@@ -5,6 +5,7 @@
 #include "format/Sizes.h"
 #include "fs/Links.h"
 #include "fs/z_Filesystem.h"
+#include "lists/ListTables.h"
 #include "platform/Process.h"
 #include "platform/Time.h"
 #include "platform/Volumes.h"
@@ -45,17 +46,6 @@ constexpr ListOption kListOptions[] = {
     {&Options::CreateListExt, 9029, u"Erstelle eine Liste sortiert nach Dateiendungen", -1,
      nullptr},
 };
-
-Text dateKindCaption(std::uint8_t kind) {
-  switch (kind) {
-    case 2:
-      return TL(3588, u"Erstellungsdatum");
-    case 3:
-      return TL(3589, u"Letzter Zugriff");
-    default:
-      return TL(3587, u"Änderungsdatum");
-  }
-}
 
 /// A counter as the log shows it.
 Text plainCount(std::int64_t count) { return xFormatFileSize(0, count, false, false); }

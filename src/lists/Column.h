@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "support/Text.h"
+
+namespace ombrelian {
+
+/// What a cell's raw value is, which decides how it is shown, compared and exported.
+enum class CellKind : std::uint8_t {
+  PlainText,
+  Size,        // bytes
+  Percent,     // a real number
+  Count,       // shown by the column's mask
+  Number,      // shown as it is
+  Timestamp,   // a Date; 0: none
+  Attributes,  // bits; kAttributesInvalid: none
+  Choice,      // one of the column's three words
+};
+
+/// A text with its number.
+struct Word {
+  int id;
+  TextView german;
+};
+
+/// One column of a list. A list is a table of these, in the order of their ids from 1 on; the row
+/// number in front of them (id 0) is the view's own.
+struct Column {
+  int id;  // its number in the settings file
+  int captionId;
+  TextView caption;
+  TextView key;  // name of the field in formats that name fields
+  CellKind kind;
+  TextView mask = {};           // of a Count
+  const Word* words = nullptr;  // of a Choice: for values above zero, below it, and zero itself
+
+  bool isText() const { return kind == CellKind::PlainText; }
+  bool isReal() const { return kind == CellKind::Percent || kind == CellKind::Timestamp; }
+
+  /// Text and dates stand at the left, everything that is counted at the right.
+  bool isLeftAligned() const {
+    return isText() || kind == CellKind::Timestamp || kind == CellKind::Attributes ||
+           kind == CellKind::Choice;
+  }
+};
+
+/// The columns of one list.
+using Columns = std::span<const Column>;
+
+/// What the settings say of a list's columns, each by column id.
+struct ColumnLayout {
+  std::span<const std::uint8_t> visible;     // 1: shown; empty: all are
+  std::span<const std::int32_t> positions;  // empty: as in the table
+};
+
+/// The columns to show, in display order. The first column of the table is always there.
+std::vector<const Column*> visibleColumns(Columns columns, const ColumnLayout& layout);
+
+}  // namespace ombrelian

@@ -1,0 +1,124 @@
+#include "lists/Grid.h"
+
+#include <algorithm>
+#include <cassert>
+#include <numeric>
+
+#include "format/Attributes.h"
+#include "platform/Locale.h"
+
+namespace ombrelian {
+namespace {
+
+/// Orders places by what `compare` says of two of them: negative, 0 or positive.
+template <class Compare>
+void sortBy(std::vector<std::uint32_t>& order, bool descending, Compare compare) {
+  std::stable_sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
+    return descending ? compare(b, a) < 0 : compare(a, b) < 0;
+  });
+}
+
+template <class Value>
+int threeWay(Value a, Value b) {
+  return a < b ? -1 : int(b < a);
+}
+
+}  // namespace
+
+Grid::Grid(Columns columns) : columns_(columns) { clear(); }
+
+const Column& Grid::column(TextView key) const {
+  const auto found = std::find_if(columns_.begin(), columns_.end(),
+                                  [&](const Column& column) { return column.key == key; });
+  assert(found != columns_.end());
+  return *found;
+}
+
+Grid::RowIndex Grid::addRow() {
+  for (const Column& column : columns_) {
+    Cell empty = {0};
+    if (column.isReal()) empty.real = 0;
+    if (column.kind == CellKind::Attributes) empty.number = kAttributesInvalid;
+    cells_.push_back(empty);
+  }
+  bands_.push_back(0);
+  return bands_.size() - 1;
+}
+
+void Grid::set(RowIndex row, const Column& column, TextView value) {
+  std::int64_t& last = lastTexts_[std::size_t(column.id - 1)];
+  if (value.empty()) {
+    cell(row, column).number = 0;
+    return;
+  }
+  if (texts_[std::size_t(last)] != value) {
+    last = std::int64_t(texts_.size());
+    texts_.push_back(pool_.keep(value));
+  }
+  cell(row, column).number = last;
+}
+
+Text Grid::cellText(const CellFormat& format, RowIndex row, const Column& column) const {
+  if (column.isText()) return Text(text(row, column));
+  if (column.isReal()) return format.shown(column, real(row, column));
+  return format.shown(column, number(row, column));
+}
+
+std::vector<std::uint32_t> Grid::sortedOrder(const Column& column, bool descending) const {
+  std::vector<std::uint32_t> order(rowCount());
+  std::iota(order.begin(), order.end(), 0U);
+  if (column.isText()) {
+    const TextRules& rules = platform::localeTextRules();
+    sortBy(order, descending, [&](std::uint32_t a, std::uint32_t b) {
+      if (number(a, column) == number(b, column)) return 0;  // one text
+      return rules.compare(text(a, column), text(b, column), false);
+    });
+  } else if (column.kind == CellKind::Attributes) {
+    sortBy(order, descending, [&](std::uint32_t a, std::uint32_t b) {
+      if (number(a, column) == number(b, column)) return 0;
+      return xFormatFileAttribute(std::uint32_t(number(a, column)), false, {})
+          .compare(xFormatFileAttribute(std::uint32_t(number(b, column)), false, {}));
+    });
+  } else if (column.isReal()) {
+    sortBy(order, descending, [&](std::uint32_t a, std::uint32_t b) {
+      return threeWay(real(a, column), real(b, column));
+    });
+  } else {
+    sortBy(order, descending, [&](std::uint32_t a, std::uint32_t b) {
+      return threeWay(number(a, column), number(b, column));
+    });
+  }
+  return order;
+}
+
+void Grid::reorder(const std::vector<std::uint32_t>& order) {
+  std::vector<Cell> cells;
+  std::vector<std::uint8_t> bands;
+  cells.reserve(cells_.size());
+  bands.reserve(bands_.size());
+  for (const std::uint32_t row : order) {
+    const auto begin = cells_.begin() + std::ptrdiff_t(row * columns_.size());
+    cells.insert(cells.end(), begin, begin + std::ptrdiff_t(columns_.size()));
+    bands.push_back(bands_[row]);
+  }
+  cells_.swap(cells);
+  bands_.swap(bands);
+}
+
+void Grid::sort(const Column& column, bool descending) {
+  reorder(sortedOrder(column, descending));
+  sortColumn_ = &column;
+  sortedDescending_ = descending;
+}
+
+void Grid::clear() {
+  cells_.clear();
+  bands_.clear();
+  pool_.clear();
+  texts_.assign(1, TextView());
+  lastTexts_.assign(columns_.size(), 0);
+  sortColumn_ = nullptr;
+  sortedDescending_ = false;
+}
+
+}  // namespace ombrelian

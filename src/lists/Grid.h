@@ -1,0 +1,81 @@
+#pragma once
+
+#include "core/tree/NamePool.h"
+#include "lists/CellFormat.h"
+
+namespace ombrelian {
+
+/// The rows of one list: raw values, eight bytes a cell, in the columns of its table. Window,
+/// exports, print and clipboard all read this.
+class Grid {
+ public:
+  using RowIndex = std::size_t;
+
+  /// `columns` must outlive the grid; their ids count from 1.
+  explicit Grid(Columns columns);
+
+  Columns columns() const { return columns_; }
+
+  /// The column of that field key, which must exist.
+  const Column& column(TextView key) const;
+
+  RowIndex rowCount() const { return bands_.size(); }
+
+  /// Appends a row of empty cells.
+  RowIndex addRow();
+
+  /// Values by the kind of the column: of texts, of Percent and Timestamp, of all others.
+  void set(RowIndex row, const Column& column, TextView value);
+  void set(RowIndex row, const Column& column, double value) { cell(row, column).real = value; }
+  void set(RowIndex row, const Column& column, std::int64_t value) {
+    cell(row, column).number = value;
+  }
+  TextView text(RowIndex row, const Column& column) const {
+    return texts_[std::size_t(cell(row, column).number)];
+  }
+  double real(RowIndex row, const Column& column) const { return cell(row, column).real; }
+  std::int64_t number(RowIndex row, const Column& column) const { return cell(row, column).number; }
+
+  /// The cell as `format` shows it.
+  Text cellText(const CellFormat& format, RowIndex row, const Column& column) const;
+
+  /// Orders the rows by raw value, texts by the locale; equals keep their order.
+  void sort(const Column& column, bool descending);
+
+  /// The column that the rows were sorted by last; null: none.
+  const Column* sortColumn() const { return sortColumn_; }
+  bool sortedDescending() const { return sortedDescending_; }
+
+  /// Which background a row has, 0 or 1, where a list sets its rows apart; it moves with the row.
+  int band(RowIndex row) const { return bands_[row]; }
+  void setBand(RowIndex row, int band) { bands_[row] = std::uint8_t(band); }
+
+  /// All rows go, and the memory of the last sort.
+  void clear();
+
+ private:
+  union Cell {
+    std::int64_t number;  // of texts the place in texts_
+    double real;
+  };
+
+  std::size_t place(RowIndex row, const Column& column) const {
+    return row * columns_.size() + std::size_t(column.id - 1);
+  }
+  Cell& cell(RowIndex row, const Column& column) { return cells_[place(row, column)]; }
+  const Cell& cell(RowIndex row, const Column& column) const { return cells_[place(row, column)]; }
+
+  std::vector<std::uint32_t> sortedOrder(const Column& column, bool descending) const;
+  void reorder(const std::vector<std::uint32_t>& order);
+
+  Columns columns_;
+  std::vector<Cell> cells_;  // row after row
+  std::vector<std::uint8_t> bands_;
+  std::vector<TextView> texts_;          // in pool_; 0 is the empty text
+  std::vector<std::int64_t> lastTexts_;  // by column, what came last: neighbours are often equal
+  NamePool pool_;
+  const Column* sortColumn_ = nullptr;
+  bool sortedDescending_ = false;
+};
+
+}  // namespace ombrelian

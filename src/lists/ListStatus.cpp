@@ -1,0 +1,47 @@
+#include "lists/ListStatus.h"
+
+#include <algorithm>
+
+#include "platform/Locale.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+bool isAscii(TextView text) {
+  return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 128; });
+}
+
+}  // namespace
+
+Text statusCount(std::int64_t count) { return xFormatFileSize(0, count, false, false); }
+
+Text fileCountText(std::int64_t count) { return TL(9100, u"%1 Datei(en)", {statusCount(count)}); }
+
+Text folderCountText(std::int64_t count) { return TL(9101, u"%1 Ordner", {statusCount(count)}); }
+
+Text selectedFilesText(std::int64_t count, TextView size) {
+  return TL(9102, u"%1 ausgewählte Datei(en) mit %2", {statusCount(count), size});
+}
+
+Text selectedFoldersText(std::int64_t count, TextView size) {
+  return TL(9103, u"%1 ausgewählte Ordner mit %2", {statusCount(count), size});
+}
+
+std::int64_t sumOfSizes(const Grid& grid, const std::vector<Grid::RowIndex>& rows) {
+  const Column& size = grid.column(u"size");
+  std::int64_t sum = 0;
+  for (const Grid::RowIndex row : rows)
+    sum += grid.number(row, size);
+  return sum;
+}
+
+Text lowerCase(TextView text) {
+  return isAscii(text) ? asciiLower(text) : platform::localeTextRules().lower(text);
+}
+
+Text upperCase(TextView text) {
+  return isAscii(text) ? asciiUpper(text) : platform::localeTextRules().upper(text);
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "lists/Grid.h"
+#include "lists/SumTable.h"
+#include "services/FileTypes.h"
+
+namespace ombrelian {
+
+/// One row for each extension of a run.
+class ExtensionList {
+ public:
+  explicit ExtensionList(FileTypes& types);
+
+  void reset();
+  void feed(TextView extension, std::int64_t size);
+
+  /// Fills the rows; `total` is what percentages are shares of. The sums go.
+  void List_Ext_SetDifferentSizes(std::int64_t total);
+  Text List_EXT_ShowStat() const;
+
+  Grid& grid() { return grid_; }
+
+ private:
+  FileTypes& types_;
+  SumTable sums_{1};
+  Grid grid_;
+  Text key_;  // "." and the extension in upper case; kept for its memory
+};
+
+/// One row for each owner of a run.
+class OwnerList {
+ public:
+  OwnerList();
+
+  void reset();
+  void feed(TextView owner, std::int64_t size, std::int32_t files, std::int32_t folders) {
+    sums_.add(owner, size, files, folders);
+  }
+
+  void List_Owner_SetDifferentSizes(std::int64_t total);
+  Text List_Owner_ShowStat() const;
+
+  Grid& grid() { return grid_; }
+
+ private:
+  SumTable sums_{0};
+  Grid grid_;
+};
+
+}  // namespace ombrelian

@@ -1,0 +1,132 @@
+#pragma once
+
+#include <array>
+
+#include "filters/mCompare.h"
+#include "lists/Grid.h"
+#include "lists/ListTables.h"
+#include "platform/FindData.h"
+#include "services/FileTypes.h"
+
+namespace ombrelian {
+
+/// Local time of file times in whole seconds since 30 December 1899; 0: none. The files of a walk
+/// share few quarters of an hour, within which no time zone changes its distance from UTC.
+class LocalClock {
+ public:
+  std::int64_t seconds(FileTime time);
+
+ private:
+  struct Quarter {
+    std::int64_t number = INT64_MIN;  // of the quarter of an hour in UTC
+    std::int64_t offset = 0;          // seconds to add
+  };
+
+  static std::int64_t converted(FileTime time);
+
+  std::array<Quarter, 256> quarters_;
+};
+
+/// What one of the top lists collects while the walk goes on: the objects with the largest or the
+/// smallest keys. It never holds more than its limit and 101 rows.
+///
+/// Until the limit and 100 rows were accepted they stand in the order of the walk. Then they are
+/// sorted and trimmed, and each one accepted later takes its place among them and drives the last
+/// one out, which is what sorting and trimming again would do. An earlier object stands before a
+/// later one with the same key.
+class TopCollector {
+ public:
+  struct Row {
+    std::int64_t key = 0;   // what is compared: bytes, or seconds of local time
+    std::int64_t size = 0;  // bytes
+    std::int32_t files = 0;
+    std::int32_t folders = 0;
+    Text name;  // of a folder its path without final separator
+    Text path;  // of the folder, ends in a separator
+  };
+
+  explicit TopCollector(bool wantsLargest) : wantsLargest_(wantsLargest) {}
+
+  void reset(std::int32_t limit);
+
+  /// Whether an object with that key gets a row. A threshold of 0 counts as none, so that keys of
+  /// 0 never make one; an object with the key of the threshold stays out.
+  bool admits(std::int64_t key) const {
+    return count_ < limit_ || (wantsLargest_ ? key > threshold_ : key < threshold_);
+  }
+
+  /// Adds a row for an object that was admitted, and returns it to be filled.
+  Row& accept(std::int64_t key);
+
+  std::size_t rowCount() const { return order_.size(); }
+  std::int64_t threshold() const { return threshold_; }
+
+  /// Sorts and trims for the last time and hands out the rows; then it is empty.
+  std::vector<Row> take();
+
+ private:
+  static constexpr std::int32_t kBatch = 100;
+
+  bool isBefore(std::int64_t a, std::int64_t b) const { return wantsLargest_ ? a > b : a < b; }
+  std::uint32_t takeSlot();
+  void insertSorted(std::uint32_t slot);
+  void sortAndTrim();
+
+  const bool wantsLargest_;
+  bool isSorted_ = false;
+  std::int32_t limit_ = 0;
+  std::int32_t count_ = 0;  // accepted since the reset; trimming leaves it alone
+  std::int64_t threshold_ = 0;
+  std::vector<Row> rows_;             // slots, used again with the memory of their texts
+  std::vector<std::uint32_t> order_;  // slots in use
+  std::vector<std::uint32_t> free_;
+};
+
+/// The largest, smallest, newest and oldest files and the largest and smallest folders of a run.
+class TopLists {
+ public:
+  /// All are kept by reference.
+  TopLists(const Options& options, mCompare& filters, FileTypes& types);
+
+  void reset();
+
+  // One step of the walk; texts as in DerivedLists. Lists that are off take no part.
+  void feedFile(TextView name, TextView folder, std::int64_t size, const platform::FindData& data);
+  void feedFolder(TextView path, std::int64_t ownSize, std::int32_t ownFiles,
+                  std::int32_t ownFolders);
+
+  /// Sorts and trims the lists that are on, and reads what the walk left out for the rows that
+  /// were kept.
+  void finish();
+
+  bool isOn(ListId list) const;
+  Grid& grid(ListId list) { return grids_[std::size_t(list)]; }
+  const TopCollector& collector(ListId list) const { return collectors_[std::size_t(list)]; }
+
+  /// The date that decides in the newest or oldest list.
+  std::uint8_t dateKind(ListId list) const;
+
+  Text List_TOP_ShowFileStat(ListId list) const;
+  Text Toplist_ShowSelectedFilesize(ListId list, const std::vector<Grid::RowIndex>& rows) const;
+
+ private:
+  void offerFile(ListId list, std::int64_t key, TextView name, TextView folder, std::int64_t size);
+  void offerFolder(ListId list, TextView path, std::int64_t ownSize, std::int32_t ownFiles,
+                   std::int32_t ownFolders);
+  void offerDate(ListId list, TextView name, TextView folder, std::int64_t size,
+                 const platform::FindData& data);
+  TopCollector& rows(ListId list) { return collectors_[std::size_t(list)]; }
+  void fillGrid(ListId list);
+  void List_TOP_GetAllNodeValues(ListId list);
+  void List_TOP_GetFileValues(Grid& grid, Grid::RowIndex row);
+
+  const Options& options_;
+  mCompare& filters_;
+  FileTypes& types_;
+  LocalClock clock_;
+  std::int64_t date_ = 0;  // of the last file asked for one
+  std::array<TopCollector, kTopLists> collectors_;
+  std::vector<Grid> grids_;
+};
+
+}  // namespace ombrelian

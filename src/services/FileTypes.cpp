@@ -1,0 +1,20 @@
+#include "services/FileTypes.h"
+
+#include "platform/FileTypes.h"
+#include "support/Guard.h"
+
+namespace ombrelian {
+
+Text SystemFileTypes::typeText(TextView extension) {
+  return Guarded(u"FileTypes", u"typeText", [&] {
+    const auto [known, isNew] = typeTexts_.try_emplace(Text(extension));
+    if (isNew) known->second = platform::GetFileTypeName(extension);
+    return known->second;
+  });
+}
+
+Text SystemFileTypes::iconName(TextView extension) {
+  return Guarded(u"FileTypes", u"iconName", [&] { return platform::GetFileTypeIcon(extension); });
+}
+
+}  // namespace ombrelian
