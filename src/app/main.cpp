@@ -1,3 +1,4 @@
+#include "core/frame/ListRun.h"
 #include "core/frame/SilentRun.h"
 #include "core/frame/StartUp.h"
 #include "fs/PathText.h"
@@ -9,30 +10,38 @@ using namespace ombrelian;
 using Mode = CommandLine::Mode;
 
 void printHelp(Console& console) {
-  const Text help = TL(9007,
-                       u"Ombrelian zeigt, wo der Speicherplatz geblieben ist.%!"
-                       u"%!"
-                       u"Aufruf:%!"
-                       u"  ombrelian -s[EBENEN] [-dZIFFER[TEXT]] ZIEL QUELLE...%!"
-                       u"%!"
-                       u"Liest jeden Ordner QUELLE ein und speichert die Ordnerliste als ZIEL.%!"
-                       u"Die Endung von ZIEL bestimmt das Format: .txt oder .csv.%!"
-                       u"%!"
-                       u"  -s[EBENEN]        Ebenen unter jeder Quelle, die eine Zeile bekommen%!"
-                       u"                    (ohne Zahl alle; 0 nur die Quellen)%!"
-                       u"  -dZIFFER[TEXT]    Trennzeichen: 0 Komma, 1 Semikolon, 2 Tabulator,%!"
-                       u"                    3 Leerzeichen, 4 der TEXT hinter der Ziffer%!"
-                       u"  --                Ende der Optionen; danach folgen nur noch Pfade%!"
-                       u"  -h, --help        zeigt diese Hilfe%!"
-                       u"  --version         zeigt die Version%!"
-                       u"%!"
-                       u"Rückgabewert:%!"
-                       u"  0  alles gelesen und gespeichert%!"
-                       u"  1  gespeichert, aber etwas war nicht lesbar oder eine Quelle fehlte%!"
-                       u"  2  nichts gespeichert%!"
-                       u"%!"
-                       u"Beispiel:%!"
-                       u"  ombrelian -s2 bericht.txt ~/Bilder /var");
+  const Text help =
+      TL(9007,
+         u"Ombrelian zeigt, wo der Speicherplatz geblieben ist.%!"
+         u"%!"
+         u"Aufruf:%!"
+         u"  ombrelian -s[EBENEN] [-dZIFFER[TEXT]] ZIEL QUELLE...%!"
+         u"  ombrelian --lists [--rows N] [--json] QUELLE%!"
+         u"%!"
+         u"Liest jeden Ordner QUELLE ein und speichert die Ordnerliste als ZIEL.%!"
+         u"Die Endung von ZIEL bestimmt das Format: .txt oder .csv.%!"
+         u"%!"
+         u"  -s[EBENEN]        Ebenen unter jeder Quelle, die eine Zeile bekommen%!"
+         u"                    (ohne Zahl alle; 0 nur die Quellen)%!"
+         u"  -dZIFFER[TEXT]    Trennzeichen: 0 Komma, 1 Semikolon, 2 Tabulator,%!"
+         u"                    3 Leerzeichen, 4 der TEXT hinter der Ziffer%!"
+         u"  --lists           gibt alle Listen eines Laufs über QUELLE aus: größte,%!"
+         u"                    kleinste, neuste und älteste Dateien, größte und%!"
+         u"                    kleinste Ordner, Hardlinks, Junctions, Besitzer,%!"
+         u"                    Dateiendungen%!"
+         u"  --rows N          Zeilen jeder Liste (sonst 20; mit --json alle)%!"
+         u"  --json            je Liste ein JSON-Objekt in einer Zeile%!"
+         u"  --                Ende der Optionen; danach folgen nur noch Pfade%!"
+         u"  -h, --help        zeigt diese Hilfe%!"
+         u"  --version         zeigt die Version%!"
+         u"%!"
+         u"Rückgabewert:%!"
+         u"  0  alles gelesen und gespeichert%!"
+         u"  1  gespeichert, aber etwas war nicht lesbar oder eine Quelle fehlte%!"
+         u"  2  nichts gespeichert%!"
+         u"%!"
+         u"Beispiel:%!"
+         u"  ombrelian -s2 bericht.txt ~/Bilder /var");
   console.print(replaceAll(help, u"\r\n", u"\n"));
 }
 
@@ -59,7 +68,7 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
     console.message(line.error, UserInterface::Severity::Error);
     return kExitNothing;
   }
-  if (line.mode != Mode::Silent) {
+  if (line.mode != Mode::Silent && line.mode != Mode::Lists) {
     console.message(TL(9008,
                        u"Das Fenster gibt es in dieser Version noch nicht. "
                        u"'--help' zeigt, wie ein Bericht ohne Fenster entsteht."),
@@ -80,7 +89,8 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
   }
   session.log.setFile(startUp.logFile());
   startUp.errorLog().watchStop(&session.context.ScanCancelState);
-  return runSilently(line, session, console);
+  return line.mode == Mode::Lists ? runLists(line, session, console)
+                                  : runSilently(line, session, console);
 }
 
 }  // namespace

@@ -21,9 +21,8 @@ std::vector<const Column*> visibleColumns(Columns columns, const ColumnLayout& l
     const auto id = std::size_t(column->id);
     return id < layout.positions.size() ? layout.positions[id] : column->id;
   };
-  std::stable_sort(shown.begin(), shown.end(), [&](const Column* a, const Column* b) {
-    return position(a) < position(b);
-  });
+  std::stable_sort(shown.begin(), shown.end(),
+                   [&](const Column* a, const Column* b) { return position(a) < position(b); });
   return shown;
 }
 

@@ -52,7 +52,7 @@ using Columns = std::span<const Column>;
 
 /// What the settings say of a list's columns, each by column id.
 struct ColumnLayout {
-  std::span<const std::uint8_t> visible;     // 1: shown; empty: all are
+  std::span<const std::uint8_t> visible;    // 1: shown; empty: all are
   std::span<const std::int32_t> positions;  // empty: as in the table
 };
 

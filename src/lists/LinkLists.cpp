@@ -58,8 +58,7 @@ void JunctionList::feed(TextView path, TextView target, std::uint32_t tag) {
   const Grid::RowIndex row = grid_.addRow();
   grid_.set(row, grid_.column(u"junction"), path);
   grid_.set(row, grid_.column(u"target"), target);
-  grid_.set(row, grid_.column(u"type"),
-            std::int64_t(tag == platform::kTagSymbolicLink ? 0 : 1));
+  grid_.set(row, grid_.column(u"type"), std::int64_t(tag == platform::kTagSymbolicLink ? 0 : 1));
 }
 
 void JunctionList::finish() { sortAsOpened(grid_, ListId::Junctions); }

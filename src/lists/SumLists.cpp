@@ -49,8 +49,7 @@ void ExtensionList::List_Ext_SetDifferentSizes(std::int64_t total) {
       const bool isNone = key == u".";
       const Text extension = lowerCase(key.substr(1));
       grid_.set(row, grid_.column(u"extname"), isNone ? TextView(none) : key);
-      grid_.set(row, grid_.column(u"type"),
-                TextView(isNone ? none : types_.typeText(extension)));
+      grid_.set(row, grid_.column(u"type"), TextView(isNone ? none : types_.typeText(extension)));
       grid_.set(row, grid_.column(u"exe"),
                 TextView(isNone ? Text() : types_.associatedProgram(extension)));
     }

@@ -89,10 +89,9 @@ TopCollector::Row& TopCollector::accept(std::int64_t key) {
 
 void TopCollector::insertSorted(std::uint32_t slot) {
   const std::int64_t key = rows_[slot].key;
-  const auto place =
-      std::upper_bound(order_.begin(), order_.end(), key, [&](std::int64_t k, std::uint32_t other) {
-        return isBefore(k, rows_[other].key);
-      });
+  const auto place = std::upper_bound(
+      order_.begin(), order_.end(), key,
+      [&](std::int64_t k, std::uint32_t other) { return isBefore(k, rows_[other].key); });
   order_.insert(place, slot);
   free_.push_back(order_.back());
   order_.pop_back();
@@ -121,11 +120,12 @@ std::vector<TopCollector::Row> TopCollector::take() {
 }
 
 TopLists::TopLists(const Options& options, mCompare& filters, FileTypes& types)
-    : options_(options),
-      filters_(filters),
-      types_(types),
-      collectors_{TopCollector(true), TopCollector(false), TopCollector(true),
-                  TopCollector(false), TopCollector(true), TopCollector(false)} {
+    : options_(options), filters_(filters), types_(types), collectors_{TopCollector(true),
+                                                                       TopCollector(false),
+                                                                       TopCollector(true),
+                                                                       TopCollector(false),
+                                                                       TopCollector(true),
+                                                                       TopCollector(false)} {
   for (int list = 0; list < kTopLists; ++list)
     grids_.emplace_back(listFacts(ListId(list)).columns);
 }
@@ -269,9 +269,8 @@ Text TopLists::List_TOP_ShowFileStat(ListId list) const {
 
 Text TopLists::Toplist_ShowSelectedFilesize(ListId list,
                                             const std::vector<Grid::RowIndex>& rows) const {
-  const Text size =
-      FormatSize(listSizes(options_, list), sumOfSizes(grids_[std::size_t(list)], rows), true,
-                 false, true);
+  const Text size = FormatSize(listSizes(options_, list),
+                               sumOfSizes(grids_[std::size_t(list)], rows), true, false, true);
   const auto count = std::int64_t(rows.size());
   return isFolderList(list) ? selectedFoldersText(count, size) : selectedFilesText(count, size);
 }

@@ -40,7 +40,8 @@ class ArgumentReader {
       return std::move(line_);
     }
     bool optionsEnd = false;
-    for (const Text& argument : arguments_) {
+    for (; at_ < arguments_.size(); ++at_) {
+      const Text& argument = arguments_[at_];
       if (optionsEnd || argument.size() < 2 || argument.front() != u'-') {
         paths_.push_back(argument);
       } else if (argument == u"--") {
@@ -58,6 +59,12 @@ class ArgumentReader {
   bool readOption(const Text& option) {
     if (option == u"--help" || option == u"-h") return stop(CommandLine::Mode::Help);
     if (option == u"--version") return stop(CommandLine::Mode::Version);
+    if (option == u"--lists") {
+      wantsLists_ = true;
+      return true;
+    }
+    if (option == u"--json") return line_.json = true;
+    if (option == u"--rows" && readRows()) return true;
     if (option.starts_with(u"-s") && std::all_of(option.begin() + 2, option.end(), isDigit)) {
       line_.mode = CommandLine::Mode::Silent;
       if (option.size() > 2) line_.levels = toLevels(TextView(option).substr(2));
@@ -68,11 +75,22 @@ class ArgumentReader {
       line_.customDelimiter = option.substr(3);
       return true;
     }
-    line_.error = TL(9000,
-                     u"Die Option '%1' ist nicht bekannt. '--help' nennt alle Optionen; vor einem "
-                     u"Pfad, der mit '-' beginnt, muss '--' stehen.",
-                     {option});
-    return stop(CommandLine::Mode::Invalid);
+    if (option == u"--rows") {
+      return fail(TL(9018, u"Hinter '--rows' muss die Anzahl der Zeilen stehen."));
+    }
+    return fail(TL(9000,
+                   u"Die Option '%1' ist nicht bekannt. '--help' nennt alle Optionen; vor einem "
+                   u"Pfad, der mit '-' beginnt, muss '--' stehen.",
+                   {option}));
+  }
+
+  /// Takes the number behind "--rows".
+  bool readRows() {
+    std::int64_t number = -1;
+    const bool isNumber = at_ + 1 < arguments_.size() && parseNumber(arguments_[at_ + 1], number);
+    if (!isNumber || number < 0) return false;
+    line_.rows = toLevels(arguments_[++at_]);
+    return true;
   }
 
   bool stop(CommandLine::Mode mode) {
@@ -80,13 +98,34 @@ class ArgumentReader {
     return false;
   }
 
+  bool fail(Text error) {
+    line_.error = std::move(error);
+    return stop(CommandLine::Mode::Invalid);
+  }
+
+  /// Whether the options for lists stand where they mean something.
+  bool checkLists() {
+    const bool hasOptions = line_.json || line_.rows >= 0;
+    if (!wantsLists_ && !hasOptions) return true;
+    if (!wantsLists_ || line_.mode == CommandLine::Mode::Silent) {
+      return fail(TL(9016,
+                     u"'--rows' und '--json' gelten nur mit '--lists', und '--lists' nicht "
+                     u"zusammen mit '-s'."));
+    }
+    if (paths_.size() != 1) {
+      return fail(TL(9017, u"Zu '--lists' gehört genau ein Quellordner."));
+    }
+    line_.mode = CommandLine::Mode::Lists;
+    return true;
+  }
+
   void distributePaths() {
+    if (!checkLists()) return;
     const bool isSilent = line_.mode == CommandLine::Mode::Silent;
     if (isSilent && paths_.size() < 2) {
-      line_.mode = CommandLine::Mode::Invalid;
-      line_.error = TL(9001,
-                       u"Hinter '-s' müssen eine Zieldatei und mindestens ein Quellordner stehen. "
-                       u"'--help' zeigt ein Beispiel.");
+      fail(TL(9001,
+              u"Hinter '-s' müssen eine Zieldatei und mindestens ein Quellordner stehen. "
+              u"'--help' zeigt ein Beispiel."));
       return;
     }
     for (std::size_t i = 0; i < paths_.size(); ++i) {
@@ -101,7 +140,9 @@ class ArgumentReader {
 
   CommandLine line_;
   std::vector<Text> arguments_;
+  std::size_t at_ = 0;  // the argument in work
   std::vector<Text> paths_;
+  bool wantsLists_ = false;
 };
 
 /// Takes what stands between the next pair of double quotes from `at` on; false: there is none.

@@ -9,7 +9,7 @@ namespace ombrelian {
 
 /// What the program was started to do.
 struct CommandLine {
-  enum class Mode { Interactive, Silent, Restart, Help, Version, Invalid };
+  enum class Mode { Interactive, Silent, Lists, Restart, Help, Version, Invalid };
 
   Mode mode = Mode::Interactive;
   bool translatorMode = false;  // "-TLMODUS" stood in the line
@@ -18,6 +18,8 @@ struct CommandLine {
   std::int32_t levels = -1;     // Silent: deepest level with rows; -1: all
   std::int32_t delimiter = -1;  // Silent: entry of the delimiter list; -1: the stored choice
   Text customDelimiter;         // Silent: goes before the entry unless empty
+  bool json = false;            // Lists: for machines
+  std::int32_t rows = -1;       // Lists: rows of each list; -1: as many as suits the form
   Text error;                   // Invalid: what to tell the user
 };
 

@@ -29,9 +29,9 @@ Text shortened(const Text& line, std::size_t width) {
   return line.substr(0, head) + u"\u2026" + line.substr(line.size() - (width - head - 1));
 }
 
-void writeAll(FILE* stream, std::string_view bytes) {
-  std::fwrite(bytes.data(), 1, bytes.size(), stream);
-  std::fflush(stream);
+bool writeAll(FILE* stream, std::string_view bytes) {
+  const std::size_t written = std::fwrite(bytes.data(), 1, bytes.size(), stream);
+  return std::fflush(stream) == 0 && written == bytes.size();
 }
 
 }  // namespace
@@ -43,6 +43,11 @@ Console::~Console() { clearProgress(); }
 void Console::print(TextView line) {
   clearProgress();
   writeAll(stdout, toBytes(line) + "\n");
+}
+
+bool Console::write(std::string_view bytes) {
+  clearProgress();
+  return writeAll(stdout, bytes);
 }
 
 void Console::scanProgress(TextView folder, std::int64_t files, std::int64_t folders,

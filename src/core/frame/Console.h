@@ -15,6 +15,9 @@ class Console : public UserInterface, public LogListener {
   /// One line to standard output.
   void print(TextView line);
 
+  /// Bytes to standard output, as they are; false if not all of them could be written.
+  bool write(std::string_view bytes);
+
   void scanBegins() override {}
   void scanEnds() override { clearProgress(); }
   void scanProgress(TextView folder, std::int64_t files, std::int64_t folders,

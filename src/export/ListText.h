@@ -1,0 +1,14 @@
+#pragma once
+
+#include "export/ListJson.h"
+
+namespace ombrelian {
+
+/// Writes a list for the eye: its title with its status line, the captions of `columns`, and the
+/// first `limit` rows, all aligned, and an empty line. What would break a line is shown as a mark.
+/// False: the sink took no more.
+bool writeListText(TextView title, TextView status, const Grid& grid,
+                   const std::vector<const Column*>& columns, const CellFormat& format,
+                   std::size_t limit, const ByteSink& sink);
+
+}  // namespace ombrelian
