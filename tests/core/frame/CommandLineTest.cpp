@@ -100,5 +100,36 @@ TEST(CommandLineTest, LinesWithQuotedPaths) {
   EXPECT_TRUE(KZ_GetFoldersFromCommand(u"").empty());
 }
 
+TEST(CommandLineTest, Lists) {
+  const struct {
+    std::vector<Text> arguments;
+    Mode mode;
+    std::int32_t rows;
+    bool json;
+  } cases[] = {
+      {{u"--lists", u"/a"}, Mode::Lists, -1, false},
+      {{u"/a", u"--json", u"--rows", u"7", u"--lists"}, Mode::Lists, 7, true},
+      {{u"--lists", u"--rows", u"99999999999", u"--", u"/a"}, Mode::Lists, INT32_MAX, false},
+      {{u"--lists"}, Mode::Invalid, -1, false},
+      {{u"--lists", u"/a", u"/b"}, Mode::Invalid, -1, false},
+      {{u"--lists", u"/a", u"--rows"}, Mode::Invalid, -1, false},
+      {{u"--lists", u"--rows", u"-1", u"/a"}, Mode::Invalid, -1, false},
+      {{u"--lists", u"--rows", u"x", u"/a"}, Mode::Invalid, -1, false},
+      {{u"--json", u"/a"}, Mode::Invalid, -1, true},
+      {{u"-s", u"--lists", u"/t", u"/a"}, Mode::Invalid, -1, false},
+      {{u"--lists", u"--help"}, Mode::Help, -1, false},
+  };
+  for (const auto& c : cases) {
+    const CommandLine line = parseArguments(c.arguments);
+    EXPECT_EQ(line.mode, c.mode) << toBytes(line.error);
+    EXPECT_EQ(line.error.empty(), c.mode != Mode::Invalid);
+    EXPECT_EQ(line.rows, c.rows);
+    EXPECT_EQ(line.json, c.json);
+    if (c.mode == Mode::Lists) {
+      EXPECT_EQ(line.sources, Sources{u"/a"});
+    }
+  }
+}
+
 }  // namespace
 }  // namespace ombrelian

@@ -1,0 +1,245 @@
+// The grid, and the lists that keep all they are fed: sums by extension and owner, links.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+
+#include "lists/LinkLists.h"
+#include "lists/ListTables.h"
+#include "lists/SumLists.h"
+#include "tests/testing/ScopedLocale.h"
+
+namespace ombrelian {
+namespace {
+
+/// Makes texts up from the extension.
+class NamedTypes : public FileTypes {
+ public:
+  Text typeText(TextView extension) override { return u"type " + Text(extension); }
+  Text associatedProgram(TextView extension) override { return u"/bin/" + Text(extension); }
+  Text iconName(TextView) override { return {}; }
+};
+
+class ListsTest : public ::testing::Test {
+ protected:
+  const ScopedLocale locale{"C"};
+  Options options;
+  NamedTypes types;
+};
+
+constexpr Column kTable[] = {
+    {1, 3571, u"Name", u"name", CellKind::PlainText},
+    {2, 3583, u"Größe", u"size", CellKind::Size},
+    {3, 3698, u"Prozent", u"percent", CellKind::Percent},
+    {4, 3586, u"Attribute", u"attr", CellKind::Attributes},
+};
+
+std::vector<Text> firstColumn(const Grid& grid) {
+  std::vector<Text> texts;
+  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
+    texts.emplace_back(grid.text(row, grid.columns()[0]));
+  return texts;
+}
+
+TEST_F(ListsTest, RowsAreOrderedByRawValue) {
+  Grid grid(kTable);
+  const struct {
+    TextView name;
+    std::int64_t size;
+    double percent;
+    std::uint32_t attributes;
+  } rows[] = {{u"b", 900, 2.5, 0x20},
+              {u"A", 1000, 2.5, 0x1},
+              {u"c", (1LL << 53) + 1, 10, 0x20},
+              {u"B", 1LL << 53, 0, 0x2}};
+  const struct {
+    TextView key;
+    bool descending;
+    std::vector<Text> expected;
+  } cases[] = {
+      {u"size", false, {u"b", u"A", u"B", u"c"}},   {u"size", true, {u"c", u"B", u"A", u"b"}},
+      {u"percent", true, {u"c", u"b", u"A", u"B"}},  // equals stay as they were
+      {u"name", false, {u"A", u"b", u"B", u"c"}},    // by the locale, without case
+      {u"attr", false, {u"b", u"c", u"B", u"A"}},    // A, A, H, R
+  };
+  for (const auto& c : cases) {
+    grid.clear();
+    for (const auto& from : rows) {
+      const Grid::RowIndex row = grid.addRow();
+      grid.set(row, kTable[0], from.name);
+      grid.set(row, kTable[1], from.size);
+      grid.set(row, kTable[2], from.percent);
+      grid.set(row, kTable[3], std::int64_t(from.attributes));
+    }
+    grid.sort(grid.column(c.key), c.descending);
+    EXPECT_EQ(firstColumn(grid), c.expected) << toBytes(c.key);
+    EXPECT_EQ(grid.sortColumn(), &grid.column(c.key));
+  }
+}
+
+TEST_F(ListsTest, CellsAreShownByKindMaskAndSettings) {
+  Grid grid(kTable);
+  grid.addRow();
+  const CellFormat bytes(kTable, {kUnitBytes, false, false}, {});
+  EXPECT_EQ(grid.cellText(bytes, 0, kTable[1]), u"");
+  EXPECT_EQ(grid.cellText(bytes, 0, kTable[3]), u"");  // nothing known, not "no attributes"
+  grid.set(0, kTable[1], std::int64_t(1'536'000));
+  grid.set(0, kTable[2], 33.333);
+  grid.set(0, kTable[3], std::int64_t(0x21));
+  const CellFormat kilobytes(kTable, {kUnitKB, true, true}, {});
+  EXPECT_EQ(grid.cellText(bytes, 0, kTable[1]), u"1,536,000");
+  EXPECT_EQ(grid.cellText(kilobytes, 0, kTable[1]), u"1,500.00 KB");
+  EXPECT_EQ(grid.cellText(bytes, 0, kTable[2]), u"33%");
+  EXPECT_EQ(grid.cellText(kilobytes, 0, kTable[2]), u"33.33%");
+  EXPECT_EQ(kilobytes.plain(kTable[1], std::int64_t(1'536'100)), u"1500.1");
+}
+
+TEST_F(ListsTest, ColumnsFollowTheSettings) {
+  const std::uint8_t visible[] = {0, 0, 1, 0, 1};
+  const std::int32_t positions[] = {0, 3, 2, 1, 1};
+  const auto ids = [](const ColumnLayout& layout) {
+    std::vector<int> result;
+    for (const Column* column : visibleColumns(kTable, layout))
+      result.push_back(column->id);
+    return result;
+  };
+  EXPECT_EQ(ids({visible, positions}), (std::vector<int>{4, 2, 1}));  // the first one always
+  EXPECT_EQ(ids({visible, {}}), (std::vector<int>{1, 2, 4}));
+  EXPECT_EQ(ids({{}, positions}), (std::vector<int>{3, 4, 2, 1}));
+}
+
+TEST_F(ListsTest, ManyExtensionsLoseNothing) {
+  constexpr int kExtensions = 50'000;
+  ExtensionList list(types);
+  list.reset();
+  std::map<Text, std::pair<std::int64_t, std::int64_t>> expected;  // size and files
+  std::mt19937 random(3);
+  std::int64_t total = 0;
+  for (int i = 0; i < 4 * kExtensions; ++i) {
+    const int number = i < kExtensions ? i : int(random() % kExtensions);
+    const std::int64_t size = std::int64_t(random()) << 10;
+    list.feed(u"x" + toText(number), size);
+    auto& [sum, files] = expected[u".X" + toText(number)];
+    sum += size;
+    ++files;
+    total += size;
+  }
+  list.List_Ext_SetDifferentSizes(total);
+  const Grid& grid = list.grid();
+  ASSERT_EQ(grid.rowCount(), std::size_t(kExtensions));
+  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
+    const auto& [size, files] = expected[Text(grid.text(row, grid.column(u"extname")))];
+    ASSERT_EQ(grid.number(row, grid.column(u"size")), size);
+    ASSERT_EQ(grid.number(row, grid.column(u"files")), files);
+    if (row > 0) {
+      ASSERT_LE(size, grid.number(row - 1, grid.column(u"size")));
+    }
+  }
+  EXPECT_EQ(list.List_EXT_ShowStat(), u"50,000 Dateiendungen");
+}
+
+TEST_F(ListsTest, ExtensionsKnowNoCase) {
+  ExtensionList list(types);
+  for (int run = 0; run < 2; ++run) {  // a second run must not add to the first
+    list.reset();
+    for (const auto& [extension, size] : {std::pair(u"TXT", 1),
+                                          {u"txt", 2},
+                                          {u"", 4},
+                                          {u"PROFILE", 0},
+                                          {u"\u00E4", 8},
+                                          {u"\u00C4", 16},
+                                          {u"\xDCFF", 32}})
+      list.feed(extension, size);
+    list.List_Ext_SetDifferentSizes(50);
+    const Grid& grid = list.grid();
+    EXPECT_EQ(firstColumn(grid),
+              (std::vector<Text>{u".\xDCFF", u".\u00C4", u"[Ohne Endung]", u".TXT", u".PROFILE"}));
+    EXPECT_EQ(grid.number(3, grid.column(u"files")), 2);
+    EXPECT_EQ(grid.real(3, grid.column(u"percent")), 6);
+    EXPECT_EQ(grid.real(4, grid.column(u"percent")), 0);
+    EXPECT_EQ(grid.text(3, grid.column(u"type")), u"type txt");
+    EXPECT_EQ(grid.text(3, grid.column(u"exe")), u"/bin/txt");
+    EXPECT_EQ(grid.text(2, grid.column(u"type")), u"[Ohne Endung]");
+  }
+}
+
+TEST_F(ListsTest, OwnersKnowCaseAndCountFolders) {
+  OwnerList list;
+  list.reset();
+  list.feed(u"root", 5, 1, 0);
+  list.feed(u"Root", 3, 1, 0);
+  list.feed(u"nobody", 0, 0, 1);
+  list.feed(u"root", 5, 1, 0);
+  list.feed(u"root", 0, 0, 1);
+  list.List_Owner_SetDifferentSizes(0);
+  const Grid& grid = list.grid();
+  EXPECT_EQ(firstColumn(grid), (std::vector<Text>{u"root", u"Root", u"nobody"}));
+  EXPECT_EQ(grid.number(0, grid.column(u"size")), 10);
+  EXPECT_EQ(grid.number(0, grid.column(u"files")), 2);
+  EXPECT_EQ(grid.number(0, grid.column(u"folders")), 1);
+  EXPECT_EQ(grid.real(0, grid.column(u"percent")), 0);  // of nothing
+}
+
+TEST_F(ListsTest, BandsSetFilesApart) {
+  HardlinkList list(options, types);
+  const std::uint64_t indices[] = {0x200000007, 5, 0x100000005, 10, 9, 5};
+  platform::FindData data;
+  for (const std::uint64_t index : indices) {
+    data.identity.index = index;
+    list.feed(u"a.txt", u"/x/", 1, 2, data);
+  }
+  list.List_Hardlinks_ShowDups();
+  const Grid& grid = list.grid();
+  std::vector<std::pair<Text, int>> rows;
+  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
+    rows.emplace_back(grid.text(row, grid.column(u"id")), grid.band(row));
+  EXPECT_EQ(rows,
+            (std::vector<std::pair<Text, int>>{
+                {u"10-0", 0}, {u"5-0", 1}, {u"5-0", 1}, {u"5-1", 0}, {u"7-2", 1}, {u"9-0", 0}}));
+  EXPECT_EQ(grid.text(0, grid.column(u"ext")), u"TXT");
+  EXPECT_EQ(grid.text(0, grid.column(u"type")), u"type txt");
+  EXPECT_EQ(list.List_Hardlinks_ShowFileStat(), u"6 Datei(en)");
+  EXPECT_TRUE(list.List_Hardlinks_ShowFileStat({0, 1}).starts_with(
+      u"6 Datei(en) / 2 ausgewählte Datei(en) mit "));
+}
+
+TEST_F(ListsTest, ManyHardlinkRowsLoseNothing) {
+  constexpr std::int64_t kRows = 300'000;
+  HardlinkList list(options, types);
+  platform::FindData data;
+  for (std::int64_t i = 0; i < kRows; ++i) {
+    data.identity.index = std::uint64_t(i * 7919 % (kRows / 3)) + 1;
+    list.feed(toText(i) + u".dat", u"/folder" + toText(i / 100) + u"/", i, 3, data);
+  }
+  list.finish();
+  const Grid& grid = list.grid();
+  ASSERT_EQ(grid.rowCount(), std::size_t(kRows));
+  std::vector<bool> seen(kRows);
+  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
+    const std::int64_t i = grid.number(row, grid.column(u"size"));
+    ASSERT_FALSE(seen[std::size_t(i)]);
+    seen[std::size_t(i)] = true;
+    ASSERT_EQ(grid.text(row, grid.column(u"name")), toText(i) + u".dat");
+    ASSERT_EQ(grid.text(row, grid.column(u"path")), u"/folder" + toText(i / 100) + u"/");
+    // The three names of a file stand together.
+    ASSERT_EQ(grid.text(row, grid.column(u"id")), grid.text(row / 3 * 3, grid.column(u"id")));
+  }
+}
+
+TEST_F(ListsTest, JunctionsTellTheirKind) {
+  JunctionList list;
+  list.feed(u"/b", u"", platform::kTagMountPoint);
+  list.feed(u"/a", u"../x", platform::kTagSymbolicLink);
+  list.finish();
+  const Grid& grid = list.grid();
+  const CellFormat format(grid.columns(), {}, {});
+  EXPECT_EQ(firstColumn(grid), (std::vector<Text>{u"/a", u"/b"}));
+  EXPECT_EQ(grid.cellText(format, 0, grid.column(u"type")), u"Symbolischer Link");
+  EXPECT_EQ(grid.cellText(format, 1, grid.column(u"type")), u"Abzweigungspunkt");
+  EXPECT_EQ(list.List_Junctions_ShowStat(), u"2 Junction(s)");
+}
+
+}  // namespace
+}  // namespace ombrelian

@@ -1,0 +1,236 @@
+#include "lists/TopLists.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+#include "platform/Locale.h"
+#include "platform/Time.h"
+#include "tests/testing/ScopedLocale.h"
+
+namespace ombrelian {
+namespace {
+
+/// Knows nothing of any file.
+class NoFileTypes : public FileTypes {
+ public:
+  Text typeText(TextView) override { return {}; }
+  Text associatedProgram(TextView) override { return {}; }
+  Text iconName(TextView) override { return {}; }
+};
+
+struct Object {
+  std::int64_t key;
+  Text name;
+
+  bool operator==(const Object&) const = default;
+};
+
+void PrintTo(const Object& object, std::ostream* out) {
+  *out << object.key << " " << toBytes(object.name);
+}
+
+std::vector<Object> objects(const std::vector<std::int64_t>& keys) {
+  std::vector<Object> result;
+  for (const std::int64_t key : keys)
+    result.push_back({key, toText(std::int64_t(result.size()))});
+  return result;
+}
+
+/// What the list must hold in the end: everything sorted, and cut.
+std::vector<Object> sorted(std::vector<Object> all, bool largest, std::size_t limit) {
+  std::stable_sort(all.begin(), all.end(), [&](const Object& a, const Object& b) {
+    return largest ? a.key > b.key : a.key < b.key;
+  });
+  all.resize(std::min(limit, all.size()));
+  return all;
+}
+
+std::vector<Object> collected(const std::vector<Object>& all, bool largest, std::int32_t limit) {
+  TopCollector collector(largest);
+  collector.reset(limit);
+  for (const Object& object : all) {
+    if (collector.admits(object.key)) collector.accept(object.key).name = object.name;
+    EXPECT_LE(collector.rowCount(), std::size_t(limit + 101));
+  }
+  std::vector<Object> result;
+  for (const TopCollector::Row& row : collector.take())
+    result.push_back({row.key, row.name});
+  return result;
+}
+
+TEST(TopListsTest, AListHoldsWhatSortingEverythingGives) {
+  std::vector<std::int64_t> rising(3000);
+  std::iota(rising.begin(), rising.end(), 1);
+  const std::vector<std::int64_t> falling(rising.rbegin(), rising.rend());
+  std::vector<std::int64_t> shuffled = rising;
+  std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(7));
+  std::vector<std::int64_t> ties = shuffled;
+  for (std::int64_t& key : ties)
+    key = key % 37 + 1;
+  std::vector<std::int64_t> waves = ties;
+  for (std::size_t i = 0; i < waves.size(); ++i)
+    waves[i] += std::int64_t(i / 500) * 20;
+  const std::vector<std::int64_t> same(3000, 7);
+  const std::vector<std::int64_t> few = {3, 1, 2};
+  for (const auto& keys : {rising, falling, shuffled, ties, waves, same, few}) {
+    const std::vector<Object> all = objects(keys);
+    for (const std::int32_t limit : {5, 20, 999}) {
+      for (const bool largest : {true, false})
+        EXPECT_EQ(collected(all, largest, limit), sorted(all, largest, std::size_t(limit)))
+            << limit << " of " << keys[0] << ", " << keys[1] << "...";
+    }
+  }
+}
+
+TEST(TopListsTest, TheThresholdFollowsTheRows) {
+  TopCollector collector(true);
+  collector.reset(5);
+  for (int i = 0; i < 5; ++i)
+    collector.accept(7 + i);
+  EXPECT_EQ(collector.threshold(), 7);
+  EXPECT_FALSE(collector.admits(7));
+  EXPECT_TRUE(collector.admits(8));
+  for (int i = 0; i < 100; ++i)
+    collector.accept(100 + i);
+  EXPECT_EQ(collector.rowCount(), 105U);
+  EXPECT_EQ(collector.threshold(), 7);  // stays until rows go
+  collector.accept(50);
+  EXPECT_EQ(collector.rowCount(), 5U);
+  EXPECT_EQ(collector.threshold(), 195);
+  collector.accept(196);
+  EXPECT_EQ(collector.rowCount(), 5U);
+  EXPECT_EQ(collector.threshold(), 196);
+}
+
+TEST(TopListsTest, TheClockAgreesWithTheSystem) {
+  constexpr std::int64_t kHour = 3600;
+  for (const char* zone : {"UTC", "Europe/Berlin", "Australia/Lord_Howe", "Asia/Kathmandu"}) {
+    setenv("TZ", zone, 1);
+    tzset();
+    LocalClock clock;
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 60'000; ++i) {
+      // From 1960 on, in steps that meet every change of the clocks' year; and at random.
+      const std::int64_t unix =
+          i % 2 != 0 ? std::int64_t(random() % 3'000'000'000U) - 300'000'000
+                     : (std::int64_t(i) - 5000) * 5 * kHour + std::int64_t(random() % 1800);
+      const FileTime time = fileTimeFromUnix(unix, 999'999'999);
+      DateParts parts;
+      ASSERT_TRUE(platform::FileTimeToLocalSystemTime(time, parts));
+      ASSERT_EQ(clock.seconds(time), std::llround(toDate(parts) * 86'400)) << zone << " " << unix;
+    }
+    EXPECT_EQ(clock.seconds(0), 0);
+    EXPECT_EQ(clock.seconds(kInvalidFileTime), 0);
+  }
+  unsetenv("TZ");
+  tzset();
+}
+
+class TopListsFeedTest : public ::testing::Test {
+ protected:
+  void feed(TextView name, std::int64_t size, const platform::FindData& data = {}) {
+    lists.feedFile(name, u"/no/such/", size, data);
+  }
+
+  std::vector<Text> names(ListId list) {
+    lists.finish();
+    std::vector<Text> result;
+    Grid& grid = lists.grid(list);
+    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
+      result.emplace_back(grid.text(row, grid.column(u"name")));
+    return result;
+  }
+
+  const ScopedLocale locale{"C"};
+  Options options;
+  mCompare filters{platform::localeTextRules()};
+  NoFileTypes types;
+  TopLists lists{options, filters, types};
+};
+
+using Names = std::vector<Text>;
+
+TEST_F(TopListsFeedTest, WhatTheSmallestFilesIgnore) {
+  const struct {
+    std::int32_t number;
+    Names expected;
+  } cases[] = {{0, {u"c", u"d"}}, {-1, {u"a", u"b", u"c", u"d"}}, {100, {u"d"}}};
+  options.CreateList100SmallestFiles = 1;
+  for (const auto& c : cases) {
+    options.CreateList100SmallestFilesIgnoreNumber = c.number;
+    lists.reset();
+    for (const auto& [name, size] : {std::pair(u"a", 0), {u"b", 0}, {u"c", 100}, {u"d", 101}})
+      feed(name, size);
+    EXPECT_EQ(names(ListId::SmallestFiles), c.expected) << c.number;
+  }
+}
+
+TEST_F(TopListsFeedTest, FoldersCountByTheirOwnFiles) {
+  options.CreateList100LargestFolders = 1;
+  options.CreateList100SmallestFolders = 1;
+  lists.reset();
+  lists.feedFolder(u"/x/onlyfolders/", 0, 0, 3);
+  lists.feedFolder(u"/x/empty files/", 0, 2, 0);
+  lists.feedFolder(u"/x/some/", 10, 1, 1);
+  lists.feedFolder(u"/", 20, 1, 2);
+  EXPECT_EQ(names(ListId::LargestFolders), (Names{u"/", u"/x/some", u"/x/empty files"}));
+  EXPECT_EQ(names(ListId::SmallestFolders), (Names{u"/x/some", u"/"}));
+  Grid& grid = lists.grid(ListId::SmallestFolders);
+  EXPECT_EQ(grid.number(0, grid.column(u"files")), 1);
+  EXPECT_EQ(grid.number(1, grid.column(u"folders")), 2);
+  EXPECT_EQ(grid.text(0, grid.column(u"path")), u"/x/some/");
+}
+
+TEST_F(TopListsFeedTest, TheDateThatWasChosenDecides) {
+  options.CreateList100NewestFiles = 1;
+  options.CreateList100OldestFiles = 1;
+  const auto day = [](int n) { return fileTimeFromUnix(86'400 * n, 0); };
+  const struct {
+    std::uint8_t newest;
+    std::uint8_t oldest;
+    Text first;
+    Text last;
+  } cases[] = {{1, 1, u"a", u"c"}, {2, 3, u"b", u"a"}, {3, 2, u"c", u"c"}};
+  for (const auto& c : cases) {
+    options.CreateList100NewestFilesDate = c.newest;
+    options.CreateList100OldestFilesDate = c.oldest;
+    lists.reset();
+    const int days[3][3] = {{9003, 9002, 9001}, {9002, 9003, 9002}, {9001, 9001, 9003}};
+    for (int i = 0; i < 3; ++i) {
+      platform::FindData data;
+      data.ftLastWriteTime = day(days[i][0]);
+      data.ftCreationTime = day(days[i][1]);
+      data.ftLastAccessTime = day(days[i][2]);
+      feed(Text(1, char16_t(u'a' + i)), 1, data);
+    }
+    const Names newest = names(ListId::NewestFiles);
+    ASSERT_EQ(newest.size(), 3U);
+    EXPECT_EQ(newest.front(), c.first) << int(c.newest);
+    Grid& oldest = lists.grid(ListId::OldestFiles);
+    EXPECT_EQ(oldest.text(0, oldest.column(u"name")), c.last) << int(c.oldest);
+  }
+}
+
+TEST_F(TopListsFeedTest, LimitsAreHeldAndFilteredExtensionsStayOut) {
+  options.CreateList100LargestFiles = 1;
+  options.CreateList100LargestFilesInclude = 1;
+  options.CreateList100LargestFilesIncludeText = u"jpg";
+  options.TopMaxCount[0] = 4;
+  filters.SetTopFilesExtFilter(options);
+  lists.reset();
+  for (int size = 1; size <= 300; ++size) {
+    feed(toText(size) + (size % 2 == 0 ? u".JPG" : u".png"), size);
+    EXPECT_LE(lists.collector(ListId::LargestFiles).rowCount(), 106U);
+  }
+  EXPECT_EQ(names(ListId::LargestFiles),
+            (Names{u"300.JPG", u"298.JPG", u"296.JPG", u"294.JPG", u"292.JPG"}));
+  EXPECT_EQ(lists.List_TOP_ShowFileStat(ListId::LargestFiles), u"5 Datei(en)");
+  EXPECT_EQ(lists.Toplist_ShowSelectedFilesize(ListId::LargestFiles, {0, 1}).substr(0, 27),
+            u"2 ausgewählte Datei(en) mit");
+}
+
+}  // namespace
+}  // namespace ombrelian
