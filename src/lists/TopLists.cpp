@@ -15,6 +15,9 @@ namespace {
 constexpr std::int32_t kLeastRows = 5;
 constexpr std::int32_t kMostRows = 999;
 
+constexpr std::int64_t kSecondsPerDay = 86'400;
+constexpr std::int64_t kDaysTo1970 = 25'569;  // from 30 December 1899 on
+
 constexpr std::uint8_t Options::*kOnFlags[kTopLists] = {
     &Options::CreateList100LargestFiles,   &Options::CreateList100SmallestFiles,
     &Options::CreateList100NewestFiles,    &Options::CreateList100OldestFiles,
@@ -32,7 +35,6 @@ bool isDateList(ListId list) { return list == ListId::NewestFiles || list == Lis
 std::int64_t LocalClock::converted(FileTime time) {
   DateParts parts;
   if (!platform::FileTimeToLocalSystemTime(time, parts)) return 0;
-  constexpr std::int64_t kDaysTo1970 = 25'569;
   const std::int64_t days = daysFromCivil(parts.year, parts.month, parts.day) + kDaysTo1970;
   return ((days * 24 + parts.hour) * 60 + parts.minute) * 60 + parts.second;
 }
@@ -40,7 +42,7 @@ std::int64_t LocalClock::converted(FileTime time) {
 std::int64_t LocalClock::seconds(FileTime time) {
   // Before, some zones changed at odd minutes.
   constexpr FileTime kYear1980 =
-      (kUnixEpochInFileSeconds + std::int64_t(3652) * 86'400) * kFileTimePerSecond;
+      (kUnixEpochInFileSeconds + 3652 * kSecondsPerDay) * kFileTimePerSecond;
   if (time < kYear1980 || time == kInvalidFileTime) return converted(time);
   const std::int64_t second = time / kFileTimePerSecond;
   const std::int64_t number = second / 900;
@@ -51,6 +53,14 @@ std::int64_t LocalClock::seconds(FileTime time) {
     quarter = {number, local - second};
   }
   return second + quarter.offset;
+}
+
+std::int64_t LocalClock::bound(FileTime time, bool atMost) {
+  constexpr std::int64_t kMostFromUtc = kSecondsPerDay;  // no zone is farther away
+  if (time == 0 || time == kInvalidFileTime) return 0;
+  const std::int64_t utc =
+      time / kFileTimePerSecond - kUnixEpochInFileSeconds + kDaysTo1970 * kSecondsPerDay;
+  return atMost ? utc + kMostFromUtc : utc - kMostFromUtc;
 }
 
 void TopCollector::reset(std::int32_t limit) {
@@ -163,18 +173,20 @@ void TopLists::offerDate(ListId list, TextView name, TextView folder, std::int64
                          const platform::FindData& data) {
   switch (dateKind(list)) {
     case 1:
-      date_ = clock_.seconds(data.ftLastWriteTime);
+      date_ = data.ftLastWriteTime;
       break;
     case 2:
-      date_ = clock_.seconds(data.ftCreationTime);
+      date_ = data.ftCreationTime;
       break;
     case 3:
-      date_ = clock_.seconds(data.ftLastAccessTime);
+      date_ = data.ftLastAccessTime;
       break;
     default:  // of an edited settings file: the date of the file before stands
       break;
   }
-  offerFile(list, date_, name, folder, size);
+  // Local time costs more than all else here, and most files are far from getting in.
+  if (!rows(list).admits(LocalClock::bound(date_, list == ListId::NewestFiles))) return;
+  offerFile(list, clock_.seconds(date_), name, folder, size);
 }
 
 void TopLists::offerFile(ListId list, std::int64_t key, TextView name, TextView folder,

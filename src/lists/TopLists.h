@@ -16,6 +16,9 @@ class LocalClock {
  public:
   std::int64_t seconds(FileTime time);
 
+  /// What seconds() gives at the most, or with `atMost` false at the least; asks nobody.
+  static std::int64_t bound(FileTime time, bool atMost);
+
  private:
   struct Quarter {
     std::int64_t number = INT64_MIN;  // of the quarter of an hour in UTC
@@ -124,7 +127,7 @@ class TopLists {
   mCompare& filters_;
   FileTypes& types_;
   LocalClock clock_;
-  std::int64_t date_ = 0;  // of the last file asked for one
+  FileTime date_ = 0;  // of the last file asked for one
   std::array<TopCollector, kTopLists> collectors_;
   std::vector<Grid> grids_;
 };

@@ -9,6 +9,7 @@
 #include "platform/Locale.h"
 #include "platform/Time.h"
 #include "tests/testing/ScopedLocale.h"
+#include "tests/testing/ScopedZone.h"
 
 namespace ombrelian {
 namespace {
@@ -108,8 +109,7 @@ TEST(TopListsTest, TheThresholdFollowsTheRows) {
 TEST(TopListsTest, TheClockAgreesWithTheSystem) {
   constexpr std::int64_t kHour = 3600;
   for (const char* zone : {"UTC", "Europe/Berlin", "Australia/Lord_Howe", "Asia/Kathmandu"}) {
-    setenv("TZ", zone, 1);
-    tzset();
+    const testing::ScopedZone scope(zone);
     LocalClock clock;
     std::mt19937_64 random(1);
     for (int i = 0; i < 60'000; ++i) {
@@ -120,13 +120,14 @@ TEST(TopListsTest, TheClockAgreesWithTheSystem) {
       const FileTime time = fileTimeFromUnix(unix, 999'999'999);
       DateParts parts;
       ASSERT_TRUE(platform::FileTimeToLocalSystemTime(time, parts));
-      ASSERT_EQ(clock.seconds(time), std::llround(toDate(parts) * 86'400)) << zone << " " << unix;
+      const std::int64_t seconds = std::llround(toDate(parts) * 86'400);
+      ASSERT_EQ(clock.seconds(time), seconds) << zone << " " << unix;
+      ASSERT_LT(LocalClock::bound(time, false), seconds);
+      ASSERT_GT(LocalClock::bound(time, true), seconds);
     }
     EXPECT_EQ(clock.seconds(0), 0);
     EXPECT_EQ(clock.seconds(kInvalidFileTime), 0);
   }
-  unsetenv("TZ");
-  tzset();
 }
 
 class TopListsFeedTest : public ::testing::Test {
@@ -144,6 +145,7 @@ class TopListsFeedTest : public ::testing::Test {
     return result;
   }
 
+  const testing::ScopedZone zone{"UTC"};  // where time never goes back
   const ScopedLocale locale{"C"};
   Options options;
   mCompare filters{platform::localeTextRules()};
@@ -211,6 +213,35 @@ TEST_F(TopListsFeedTest, TheDateThatWasChosenDecides) {
     EXPECT_EQ(newest.front(), c.first) << int(c.newest);
     Grid& oldest = lists.grid(ListId::OldestFiles);
     EXPECT_EQ(oldest.text(0, oldest.column(u"name")), c.last) << int(c.oldest);
+  }
+}
+
+TEST_F(TopListsFeedTest, DatesAreSortedLikeEverything) {
+  options.CreateList100NewestFiles = 1;
+  options.CreateList100OldestFiles = 1;
+  for (const std::int64_t step : {7, 3600, 86'400}) {  // close together, and years apart
+    lists.reset();
+    std::vector<Object> all;
+    std::mt19937 random(5);
+    for (int i = 0; i < 2000; ++i) {
+      const std::int64_t unix = 1'000'000'000 + std::int64_t(random() % 1500) * step;
+      platform::FindData data;
+      data.ftLastWriteTime = fileTimeFromUnix(unix, std::uint32_t(random() % 1'000'000'000));
+      all.push_back({unix, toText(i)});
+      feed(all.back().name, 1, data);
+    }
+    const auto expected = [&](bool newest) {
+      Names result;
+      for (const Object& object : sorted(all, newest, 20))
+        result.push_back(object.name);
+      return result;
+    };
+    EXPECT_EQ(names(ListId::NewestFiles), expected(true)) << step;
+    Names oldest;
+    Grid& grid = lists.grid(ListId::OldestFiles);
+    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
+      oldest.emplace_back(grid.text(row, grid.column(u"name")));
+    EXPECT_EQ(oldest, expected(false)) << step;
   }
 }
 

@@ -1,37 +1,17 @@
 #include "platform/Time.h"
 
 #include <gtest/gtest.h>
+
 #include <time.h>
+#include "tests/testing/ScopedZone.h"
 
 #include "format/DatePattern.h"
 
 namespace ombrelian::platform {
 namespace {
 
-/// Central European rules for the life of the object, whatever zones the system knows.
-class ScopedZone {
- public:
-  ScopedZone() {
-    const char* const old = getenv("TZ");
-    had_ = old != nullptr;
-    if (had_) old_ = old;
-    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-    tzset();
-  }
-  ~ScopedZone() {
-    had_ ? setenv("TZ", old_.c_str(), 1) : unsetenv("TZ");
-    tzset();
-  }
-  ScopedZone(const ScopedZone&) = delete;
-  ScopedZone& operator=(const ScopedZone&) = delete;
-
- private:
-  bool had_;
-  std::string old_;
-};
-
 TEST(TimeTest, FileDatesAroundTheChangesOfTheClock) {
-  const ScopedZone zone;
+  const testing::ScopedZone zone{"CET-1CEST,M3.5.0,M10.5.0/3"};
   const struct {
     std::int64_t unixTime;
     TextView local;
