@@ -18,6 +18,19 @@ BUILD = Path(__file__).resolve().parent.parent / "build" / "bench"
 KIB_PER_MIB = 1024
 
 
+# Two lists work at a time; these leave out little, so that nearly everything is compared with all.
+FILTERS = (
+    "FolderList_FilterFolderExclude_Active=1",
+    "FolderList_FilterFolderExclude_Text=no such,*/node_modules/*,[x-z]?none*,*äöü,temp#",
+    "FolderList_FilterFolderInclude_Active=1",
+    "FolderList_FilterFolderInclude_Text=*,*/*,*e*,*t*,*",
+    "FolderList_FilterFilesInclude_Active=0",
+    "FolderList_FilterFilesInclude_Text=*,*/*,*e*,*t*,*",
+    "FolderList_FilterFilesExclude_Active=1",
+    "FolderList_FilterFilesExclude_Text=*.nosuch,no such.*,*/cache/*.tmp,[!a-z0-9]#*,thumbs.db",
+)
+
+
 class Failure(Exception):
     """A program did not do what it was started for; there is nothing to compare then."""
 
@@ -25,8 +38,9 @@ class Failure(Exception):
 class Contender:
     """A program under measurement: its command line, and the seconds and memory of each round."""
 
-    def __init__(self, name, template, tree, target):
+    def __init__(self, name, template, tree, target, environment):
         self.name = name
+        self.environment = environment
         self.command = [
             word.replace("{tree}", str(tree)).replace("{target}", str(target))
             for word in shlex.split(template)
@@ -34,14 +48,14 @@ class Contender:
         self.target = target if "{target}" in template else None
         self.walls, self.cpus, self.peaks = [], [], []
 
-    def run(self, environment, reports):
+    def run(self, reports):
         """One run from start to end: seconds of wall clock, seconds of CPU, peak KiB. Its output
         goes to a file, as a terminal would slow it."""
         if self.target:
             self.target.unlink(missing_ok=True)
         result, output = reports / "result", reports / "output"
         command = [str(BUILD / "bench" / "measure"), str(result), str(output), *self.command]
-        if subprocess.run(command, env=environment, check=False).returncode != 0:
+        if subprocess.run(command, env=self.environment, check=False).returncode != 0:
             raise Failure(f"{self.name} could not be measured")
         code, wall, cpu, peak = result.read_text().split()
         self.verify(int(code), output)
@@ -54,8 +68,8 @@ class Contender:
         said = output.read_text(errors="replace").strip() or "(nothing)"
         raise Failure(f"{self.name} failed: {shlex.join(self.command)}\n  {fault}; it said: {said}")
 
-    def measure(self, environment, reports):
-        wall, cpu, peak = self.run(environment, reports)
+    def measure(self, reports):
+        wall, cpu, peak = self.run(reports)
         self.walls.append(wall)
         self.cpus.append(cpu)
         self.peaks.append(peak)
@@ -76,6 +90,8 @@ def parse_arguments():
     parser.add_argument("--rounds", type=int, default=7)
     parser.add_argument("--save", choices=["none", "csv", "txt"], default="none",
                         help="save all levels in this format; none: the top level alone, as CSV")
+    parser.add_argument("--filters", action="store_true",
+                        help="measure a scan with five patterns in each filter list as well")
     parser.add_argument("--program", metavar="COMMAND",
                         help='another command to measure, with "{tree}" and, where it writes a '
                              'report, "{target}" in it')
@@ -96,11 +112,13 @@ def make_tree(options):
         raise Failure("the tree could not be made")
 
 
-def private_environment(reports):
+def private_environment(reports, name, options=()):
     """The caller's settings must not decide what a scan does, nor a measurement change them."""
-    settings = reports / "settings"
+    settings = reports / f"settings-{name}"
     shutil.rmtree(settings, ignore_errors=True)
-    settings.mkdir()
+    (settings / "Ombrelian").mkdir(parents=True)
+    lines = "".join(f"{line}\r\n" for line in ("[Optionen]", *options))
+    (settings / "Ombrelian" / "Ombrelian3.ini").write_bytes(lines.encode("utf-16"))
     return {**os.environ, "XDG_CONFIG_HOME": str(settings), "XDG_DATA_HOME": str(settings),
             "XDG_CACHE_HOME": str(settings)}
 
@@ -124,23 +142,30 @@ def contest(options):
     make_tree(options)
     reports = BUILD / "reports"
     reports.mkdir(parents=True, exist_ok=True)
-    environment = private_environment(reports)
+    plain = private_environment(reports, "plain")
     target = reports / f"report.{'txt' if options.save == 'txt' else 'csv'}"
     levels = "-s0" if options.save == "none" else "-s"
     own = f"{shlex.quote(str(BUILD / 'src' / 'ombrelian'))} {levels} {{target}} {{tree}}"
     walk = f"{shlex.quote(str(BUILD / 'bench' / 'bare_walk'))} {{tree}}"
-    contenders = [Contender("bare walk", walk, options.tree, target),
-                  Contender("program", options.program or own, options.tree, target)]
+    contenders = [Contender("bare walk", walk, options.tree, target, plain),
+                  Contender("program", options.program or own, options.tree, target, plain)]
+    if options.filters:
+        filtered = private_environment(reports, "filters", FILTERS)
+        contenders.append(Contender("with filters", own, options.tree, target, filtered))
     for contender in contenders:
-        contender.run(environment, reports)
+        contender.run(reports)
     for _ in range(options.rounds):
         for contender in contenders:
-            contender.measure(environment, reports)
+            contender.measure(reports)
     return contenders
 
 
+def ratio(contender, base):
+    return statistics.median(contender.walls) / statistics.median(base.walls)
+
+
 def report(options, contenders):
-    walk, program = contenders
+    walk, program, *others = contenders
     print(machine())
     print(f"{options.files} files in {options.folders} folders, "
           f"{'flat, ' if options.flat else ''}{file_system(options.tree)}; "
@@ -151,8 +176,9 @@ def report(options, contenders):
     print(f"{'':<12} {'median s':>9} {'least s':>9} {'most s':>9} {'CPU s':>9} {'peak MiB':>11}")
     for contender in contenders:
         print(contender.row())
-    ratio = statistics.median(program.walls) / statistics.median(walk.walls)
-    print(f"ratio of the medians: {ratio:.3f}")
+    print(f"ratio of the medians: {ratio(program, walk):.3f}")
+    for other in others:
+        print(f"{other.name} to program: {ratio(other, program):.3f}")
 
 
 def main():

@@ -5,13 +5,25 @@
 namespace ombrelian {
 namespace {
 
+bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+
+char32_t joinSurrogates(char16_t high, char16_t low) {
+  return 0x10000 + ((char32_t(high) - 0xD800) << 10) + (char32_t(low) - 0xDC00);
+}
+
 /// Takes the code point at `at` and moves on; a lone surrogate is one by itself.
 char32_t takeCodePoint(TextView text, std::size_t& at) {
   const char16_t unit = text[at++];
-  const bool isPair = unit >= 0xD800 && unit <= 0xDBFF && at < text.size() && text[at] >= 0xDC00 &&
-                      text[at] <= 0xDFFF;
-  if (!isPair) return unit;
-  return 0x10000 + ((char32_t(unit) - 0xD800) << 10) + (char32_t(text[at++]) - 0xDC00);
+  if (!isHighSurrogate(unit) || at == text.size() || !isLowSurrogate(text[at])) return unit;
+  return joinSurrogates(unit, text[at++]);
+}
+
+/// Takes the code point that ends at `end` and moves before it.
+char32_t takeCodePointBefore(TextView text, std::size_t& end) {
+  const char16_t unit = text[--end];
+  if (!isLowSurrogate(unit) || end == 0 || !isHighSurrogate(text[end - 1])) return unit;
+  return joinSurrogates(text[--end], unit);
 }
 
 }  // namespace
@@ -50,6 +62,9 @@ void LikePattern::compile() {
         tokens_.push_back({Kind::Character, false, fold(takeCodePoint(text_, at))});
     }
   }
+  const auto isRun = [](const Token& token) { return token.kind == Kind::AnyRun; };
+  headEnd_ = std::size_t(std::find_if(tokens_.begin(), tokens_.end(), isRun) - tokens_.begin());
+  tailBegin_ = std::size_t(tokens_.rend() - std::find_if(tokens_.rbegin(), tokens_.rend(), isRun));
 }
 
 /// `at` stands behind the "["; false if the set is malformed.
@@ -93,30 +108,56 @@ bool LikePattern::matchesOne(const Token& token, char32_t codePoint) const {
 }
 
 bool LikePattern::matches(TextView subject) const {
-  std::size_t token = 0;
+  // Most patterns are decided at one of the two ends.
   std::size_t at = 0;
-  // Where to go on when what follows the last "*" does not fit: that run takes one more.
-  std::size_t retryToken = tokens_.size() + 1;
-  std::size_t retryAt = 0;
-  for (;;) {
-    if (token < tokens_.size() && tokens_[token].kind == Kind::AnyRun) {
+  if (!matchesHead(subject, at)) return false;
+  if (headEnd_ == tokens_.size()) return at == subject.size();
+  std::size_t end = subject.size();
+  return matchesTail(subject, at, end) && matchesMiddle(subject, at, end);
+}
+
+/// What stands before the first run fits the beginning; `at` moves behind it.
+bool LikePattern::matchesHead(TextView subject, std::size_t& at) const {
+  for (std::size_t token = 0; token < headEnd_; ++token) {
+    if (at == subject.size() || !matchesOne(tokens_[token], takeCodePoint(subject, at))) {
+      return false;
+    }
+  }
+  return true;
+}
+
+/// What stands behind the last run fits the end, not before `at`; `end` moves before it.
+bool LikePattern::matchesTail(TextView subject, std::size_t at, std::size_t& end) const {
+  for (std::size_t token = tokens_.size(); token-- > tailBegin_;) {
+    if (end <= at || !matchesOne(tokens_[token], takeCodePointBefore(subject, end))) return false;
+  }
+  return end >= at;
+}
+
+/// What stands between the first and the last run fits somewhere between `at` and `end`.
+bool LikePattern::matchesMiddle(TextView subject, std::size_t at, std::size_t end) const {
+  std::size_t token = headEnd_ + 1;
+  // Where to go on when what follows a run does not fit: the run takes one more.
+  std::size_t retryToken = token;
+  std::size_t retryAt = at;
+  while (token < tailBegin_) {
+    if (tokens_[token].kind == Kind::AnyRun) {
       retryToken = ++token;
       retryAt = at;
       continue;
     }
-    if (at == subject.size() && token == tokens_.size()) return true;
+    if (at == end) return false;  // a longer run would leave even less
     std::size_t next = at;
-    if (at < subject.size() && token < tokens_.size() &&
-        matchesOne(tokens_[token], takeCodePoint(subject, next))) {
+    if (matchesOne(tokens_[token], takeCodePoint(subject, next))) {
       ++token;
       at = next;
-      continue;
+    } else {
+      takeCodePoint(subject, retryAt);
+      token = retryToken;
+      at = retryAt;
     }
-    if (retryToken > tokens_.size() || retryAt == subject.size()) return false;
-    takeCodePoint(subject, retryAt);
-    token = retryToken;
-    at = retryAt;
   }
+  return true;
 }
 
 }  // namespace ombrelian

@@ -21,8 +21,12 @@ class LikePattern {
   const Text& text() const { return text_; }
   bool isMalformed() const { return isMalformed_; }
 
-  /// Whether the pattern fits all of `subject`. Allocates nothing. Not for a malformed one.
+  /// Whether the pattern fits all of `subject`. Allocates nothing; the time grows with the product
+  /// of both lengths at most. Not for a malformed one.
   bool matches(TextView subject) const;
+
+  /// Whether it begins with "*": what fits a name then fits every path that ends in it.
+  bool startsWithRun() const { return headEnd_ == 0 && !tokens_.empty(); }
 
  private:
   enum class Kind : std::uint8_t { Character, AnyCharacter, AnyRun, Digit, Set };
@@ -40,6 +44,9 @@ class LikePattern {
   };
 
   void compile();
+  bool matchesHead(TextView subject, std::size_t& at) const;
+  bool matchesTail(TextView subject, std::size_t at, std::size_t& end) const;
+  bool matchesMiddle(TextView subject, std::size_t at, std::size_t end) const;
   bool compileSet(std::size_t& at);
   char32_t fold(char32_t codePoint) const;
   bool matchesOne(const Token& token, char32_t codePoint) const;
@@ -47,6 +54,8 @@ class LikePattern {
   const TextRules* rules_;
   Text text_;
   std::vector<Token> tokens_;
+  std::size_t headEnd_ = 0;    // the first AnyRun, or the end
+  std::size_t tailBegin_ = 0;  // behind the last AnyRun
   std::vector<Range> ranges_;  // of all sets
   char16_t asciiFold_[128];
   bool isMalformed_ = false;

@@ -75,7 +75,8 @@ mCompare::Answer mCompare::fits(const LikePattern& pattern, TextView name, TextV
     }
     return Answer::Malformed;
   }
-  const bool isFit = pattern.matches(name) || (!path.empty() && pattern.matches(path));
+  const bool isFit = (!path.empty() && pattern.matches(path)) ||
+                     ((path.empty() || !pattern.startsWithRun()) && pattern.matches(name));
   return isFit ? Answer::Yes : Answer::No;
 }
 

@@ -1,8 +1,7 @@
 #include "lists/Log.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <regex>
 
 #include "tests/testing/ScopedLocale.h"
 #include "tests/testing/TestFolder.h"
@@ -27,10 +26,9 @@ TEST_F(LogTest, ALineForEachEntryByTheFormOfDates) {
   log.LogProtokoll(u"first \xDCFF");
   options.DateFormat = u"dd.mm.yyyy";
   log.LogProtokoll(u"second", true);
-  EXPECT_TRUE(
-      std::regex_match(file(), std::regex("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d - first \xFF\n"
-                                          "\\d\\d\\.\\d\\d\\.\\d{4} - second\n")))
-      << file();
+  EXPECT_THAT(file(), ::testing::MatchesRegex(
+                          "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2} - first \xFF\n"
+                          "[0-9]{2}\\.[0-9]{2}\\.[0-9]{4} - second\n"));
   // The form of dates shows in the rows that are there already, not in the lines.
   EXPECT_EQ(log.dateText(log.rows()[0]), log.dateText(log.rows()[1]));
   EXPECT_EQ(log.Show_Log(), folder.text("Ombrelian.log"));
