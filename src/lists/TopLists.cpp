@@ -12,9 +12,6 @@
 namespace ombrelian {
 namespace {
 
-constexpr std::int32_t kLeastRows = 5;
-constexpr std::int32_t kMostRows = 999;
-
 constexpr std::int64_t kSecondsPerDay = 86'400;
 constexpr std::int64_t kDaysTo1970 = 25'569;  // from 30 December 1899 on
 
@@ -151,7 +148,7 @@ void TopLists::reset() {
   date_ = 0;
   for (std::size_t list = 0; list < kTopLists; ++list) {
     grids_[list].clear();
-    collectors_[list].reset(std::clamp(options_.TopMaxCount[list], kLeastRows, kMostRows));
+    collectors_[list].reset(std::clamp(options_.TopMaxCount[list], kLeastTopRows, kMostTopRows));
   }
 }
 

@@ -10,6 +10,10 @@
 
 namespace ombrelian {
 
+/// The limits of a top list's limit.
+inline constexpr std::int32_t kLeastTopRows = 5;
+inline constexpr std::int32_t kMostTopRows = 999;
+
 /// Local time of file times in whole seconds since 30 December 1899; 0: none. The files of a walk
 /// share few quarters of an hour, within which no time zone changes its distance from UTC.
 class LocalClock {

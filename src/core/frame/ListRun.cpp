@@ -12,7 +12,6 @@ namespace ombrelian {
 namespace {
 
 constexpr std::int32_t kDefaultRows = 20;  // of each list as text
-constexpr std::int32_t kMostTopRows = 999;
 
 /// For this run alone: nothing of it is stored.
 void turnAllListsOn(Options& options, std::int32_t rows) {
