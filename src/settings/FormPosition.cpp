@@ -11,7 +11,6 @@ namespace {
 
 constexpr TextView kModule = u"modMain";
 constexpr TextView kLoad = u"LoadFormPosition";
-constexpr std::int32_t kMinimised = 1;
 constexpr std::int32_t kMaximised = 2;
 
 /// In the order in which they are written.
@@ -56,6 +55,7 @@ FormPosition LoadFormPosition(TextView form, bool positionOnly, const FormPositi
     position.Top = onScreen(position.Top, screen.Height);
     position.Width = positionOnly ? present.Width : std::min(position.Width, screen.Width);
     position.Height = positionOnly ? present.Height : std::min(position.Height, screen.Height);
+    // No window starts minimised.
     if (position.WindowState != kMaximised) position.WindowState = 0;
     return position;
   });

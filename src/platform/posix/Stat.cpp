@@ -85,7 +85,11 @@ int readFindData(int folder, const char* name, int flags, std::uint64_t parentDe
   data.allocatedSize = std::int64_t(told.stx_blocks) * kBlockSize;
   data.ftLastWriteTime = toFileTime(told.stx_mtime);
   data.ftLastAccessTime = toFileTime(told.stx_atime);
-  if ((told.stx_mask & STATX_BTIME) != 0) data.ftCreationTime = toFileTime(told.stx_btime);
+  // A file system that has a place for it but never filled it says 0.
+  const bool wasBorn = told.stx_btime.tv_sec != 0 || told.stx_btime.tv_nsec != 0;
+  if ((told.stx_mask & STATX_BTIME) != 0 && wasBorn) {
+    data.ftCreationTime = toFileTime(told.stx_btime);
+  }
   data.linkCount = told.stx_nlink;
   data.ownerId = told.stx_uid;
   data.identity = {deviceOf(told), told.stx_ino};
