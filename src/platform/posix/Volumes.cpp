@@ -110,7 +110,12 @@ ErrorCode GetVolumeInformationW(TextView path, VolumeInformation& information) {
   const std::vector<Mount> mounts = readMounts();
   const Text resolved = GetFinalPathNameW(path);
   const Mount* mount = findMountHolding(mounts, toBytes(resolved.empty() ? path : resolved));
-  if (mount == nullptr) return kNotReady;
+  if (mount == nullptr) {
+    // A changed root hides its own mount; what a system runs on keeps owners.
+    information.fileSystem = u"?";
+    information.keepsOwners = true;
+    return kSuccess;
+  }
   information.fileSystem = fromBytes(mount->type);
   information.keepsOwners = keepsOwners(mount->type);
   information.label = labelOf(mount->device);
