@@ -90,6 +90,8 @@ def parse_arguments():
     parser.add_argument("--rounds", type=int, default=7)
     parser.add_argument("--save", choices=["none", "csv", "txt"], default="none",
                         help="save all levels in this format; none: the top level alone, as CSV")
+    parser.add_argument("--lists", action="store_true",
+                        help="measure a scan that prints every list as well")
     parser.add_argument("--filters", action="store_true",
                         help="measure a scan with five patterns in each filter list as well")
     parser.add_argument("--program", metavar="COMMAND",
@@ -149,6 +151,9 @@ def contest(options):
     walk = f"{shlex.quote(str(BUILD / 'bench' / 'bare_walk'))} {{tree}}"
     contenders = [Contender("bare walk", walk, options.tree, target, plain),
                   Contender("program", options.program or own, options.tree, target, plain)]
+    if options.lists:
+        lists = f"{shlex.quote(str(BUILD / 'src' / 'ombrelian'))} --lists {{tree}}"
+        contenders.append(Contender("every list", lists, options.tree, target, plain))
     if options.filters:
         filtered = private_environment(reports, "filters", FILTERS)
         contenders.append(Contender("with filters", own, options.tree, target, filtered))
