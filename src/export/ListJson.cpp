@@ -77,17 +77,15 @@ void appendJsonText(TextView text, std::string& out) {
   out += '"';
   for (std::size_t at = 0; at < text.size(); ++at) {
     const char16_t unit = text[at];
+    const bool isPair = isHigh(unit) && at + 1 < text.size() && isLow(text[at + 1]);
+    const bool isLone = !isPair && (isHigh(unit) || isLow(unit));
     if (unit == u'"' || unit == u'\\') {
       out += '\\';
       out += char(unit);
-    } else if (unit < 0x20 || unit == 0x7F) {
+    } else if (unit < 0x20 || unit == 0x7F || isLone) {
       appendEscape(unit, out);
-    } else if (unit < 0x80) {
-      out += char(unit);
-    } else if (isHigh(unit) && at + 1 < text.size() && isLow(text[at + 1])) {
+    } else if (isPair) {
       appendBytes(text.substr(at++, 2), out);
-    } else if (isHigh(unit) || isLow(unit)) {
-      appendEscape(unit, out);
     } else {
       appendBytes(text.substr(at, 1), out);
     }
