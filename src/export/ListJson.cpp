@@ -5,14 +5,12 @@
 #include <cstdio>
 
 #include "format/Attributes.h"
+#include "support/Surrogates.h"
 
 namespace ombrelian {
 namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t(64) * 1024;
-
-bool isHigh(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
-bool isLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
 void appendEscape(char16_t unit, std::string& out) {
   char escape[8];
@@ -77,8 +75,9 @@ void appendJsonText(TextView text, std::string& out) {
   out += '"';
   for (std::size_t at = 0; at < text.size(); ++at) {
     const char16_t unit = text[at];
-    const bool isPair = isHigh(unit) && at + 1 < text.size() && isLow(text[at + 1]);
-    const bool isLone = !isPair && (isHigh(unit) || isLow(unit));
+    const bool isPair =
+        isHighSurrogate(unit) && at + 1 < text.size() && isLowSurrogate(text[at + 1]);
+    const bool isLone = !isPair && (isHighSurrogate(unit) || isLowSurrogate(unit));
     if (unit == u'"' || unit == u'\\') {
       out += '\\';
       out += char(unit);

@@ -2,15 +2,10 @@
 
 #include <algorithm>
 
+#include "support/Surrogates.h"
+
 namespace ombrelian {
 namespace {
-
-bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
-bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
-
-char32_t joinSurrogates(char16_t high, char16_t low) {
-  return 0x10000 + ((char32_t(high) - 0xD800) << 10) + (char32_t(low) - 0xDC00);
-}
 
 /// Takes the code point at `at` and moves on; a lone surrogate is one by itself.
 char32_t takeCodePoint(TextView text, std::size_t& at) {

@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <charconv>
 
+#include "support/Surrogates.h"
+
 namespace ombrelian {
 namespace {
 
 constexpr char16_t kEscapeFirst = 0xDC80;
 constexpr char16_t kEscapeLast = 0xDCFF;
 constexpr char16_t kEscapeBase = 0xDC00;
-
-bool isHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool isLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
 struct Decoded {
   char32_t codePoint;
@@ -118,9 +117,8 @@ void appendBytes(TextView text, std::string& out) {
     if (unit < 0x80) {
       out.push_back(char(unit));
     } else if (isHighSurrogate(unit) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
-      const char32_t high = char32_t(unit) - 0xD800;
-      const char32_t low = char32_t(text[++i]) - 0xDC00;
-      appendCodePoint(0x10000 + (high << 10) + low, out);
+      appendCodePoint(joinSurrogates(unit, text[i + 1]), out);
+      ++i;
     } else if (unit >= kEscapeFirst && unit <= kEscapeLast) {
       out.push_back(char(unit - kEscapeBase));
     } else {

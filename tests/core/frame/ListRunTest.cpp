@@ -6,6 +6,7 @@
 
 #include "core/frame/SilentRun.h"
 #include "lists/ListTables.h"
+#include "tests/testing/ConsoleRun.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/ScopedLocale.h"
 #include "tests/testing/TestFolder.h"
@@ -17,24 +18,8 @@ using testing::Call;
 using testing::ScopedFault;
 using testing::TestFolder;
 
-struct Outcome {
-  int status = -1;
-  std::string output;
-  std::string errors;
-};
-
-Outcome run(std::vector<Text> arguments) {
-  ::testing::internal::CaptureStdout();
-  ::testing::internal::CaptureStderr();
-  Outcome result;
-  {
-    Console console;
-    Session session;
-    result.status = runLists(parseArguments(arguments), session, console);
-  }
-  result.output = ::testing::internal::GetCapturedStdout();
-  result.errors = ::testing::internal::GetCapturedStderr();
-  return result;
+testing::Outcome run(const std::vector<Text>& arguments) {
+  return testing::runOnConsole(runLists, arguments);
 }
 
 std::size_t occurrences(const std::string& text, const std::string& part) {
@@ -58,7 +43,7 @@ class ListRunTest : public ::testing::Test {
 };
 
 TEST_F(ListRunTest, EveryListComesOut) {
-  const Outcome json = run({u"--lists", u"--json", source.text()});
+  const testing::Outcome json = run({u"--lists", u"--json", source.text()});
   EXPECT_EQ(json.status, kExitDone) << json.errors;
   EXPECT_EQ(std::count(json.output.begin(), json.output.end(), '\n'), kLists);
   for (int list = 0; list < kLists; ++list) {
@@ -69,7 +54,7 @@ TEST_F(ListRunTest, EveryListComesOut) {
   EXPECT_EQ(occurrences(json.output, "\"links\":2"), 2U);
   EXPECT_EQ(occurrences(json.output, "\"target\":\"sub\""), 1U);
 
-  const Outcome text = run({u"--lists", source.text()});
+  const testing::Outcome text = run({u"--lists", source.text()});
   EXPECT_EQ(text.status, kExitDone);
   EXPECT_EQ(occurrences(text.output, "Liste mit "), std::size_t(kLists));
   EXPECT_EQ(occurrences(text.output, "\n.E"), 20U);
@@ -82,7 +67,8 @@ TEST_F(ListRunTest, RowsLimitsAndWidens) {
     std::size_t extensions;
   } cases[] = {{u"0", 0, 0}, {u"2", 2, 2}, {u"25", 25, 25}, {u"99999999999", 31, 31}};
   for (const auto& c : cases) {
-    const Outcome json = run({u"--lists", u"--rows", Text(c.rows), u"--json", source.text()});
+    const testing::Outcome json =
+        run({u"--lists", u"--rows", Text(c.rows), u"--json", source.text()});
     const std::string first = json.output.substr(0, json.output.find('\n'));
     EXPECT_EQ(occurrences(first, "\"name\":"), c.files) << toBytes(c.rows);
     EXPECT_EQ(occurrences(json.output, "\"extname\":"), c.extensions) << toBytes(c.rows);
@@ -92,7 +78,7 @@ TEST_F(ListRunTest, RowsLimitsAndWidens) {
 TEST_F(ListRunTest, TheExitStatusTellsWhatWasMissed) {
   EXPECT_EQ(run({u"--lists", source.text("missing")}).status, kExitNothing);
   const ScopedFault fault({.call = Call::Openat, .name = "sub", .error = EACCES});
-  const Outcome outcome = run({u"--lists", source.text()});
+  const testing::Outcome outcome = run({u"--lists", source.text()});
   EXPECT_EQ(outcome.status, kExitPartial);
   EXPECT_NE(outcome.errors.find("/sub/"), std::string::npos) << outcome.errors;
   EXPECT_FALSE(outcome.output.empty());

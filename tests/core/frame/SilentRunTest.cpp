@@ -9,6 +9,7 @@
 #include <cstdio>
 
 #include "export/FolderSave.h"
+#include "tests/testing/ConsoleRun.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/ScopedLocale.h"
 #include "tests/testing/TestFolder.h"
@@ -20,25 +21,8 @@ using testing::Call;
 using testing::ScopedFault;
 using testing::TestFolder;
 
-/// A silent run of its own session; what it prints is kept.
-struct Outcome {
-  int status = -1;
-  std::string output;
-  std::string errors;
-};
-
-Outcome run(std::vector<Text> arguments) {
-  ::testing::internal::CaptureStdout();
-  ::testing::internal::CaptureStderr();
-  Outcome result;
-  {
-    Console console;
-    Session session;
-    result.status = runSilently(parseArguments(arguments), session, console);
-  }
-  result.output = ::testing::internal::GetCapturedStdout();
-  result.errors = ::testing::internal::GetCapturedStderr();
-  return result;
+testing::Outcome run(const std::vector<Text>& arguments) {
+  return testing::runOnConsole(runSilently, arguments);
 }
 
 class SilentRunTest : public ::testing::Test {
@@ -61,7 +45,7 @@ TEST_F(SilentRunTest, TextReport) {
   source.file("b/deep/inner", 234);
   source.file("a", 17);
   const TestFolder second;
-  const Outcome done = run({u"-s", out.text("report.txt"), source.text(), second.text()});
+  const testing::Outcome done = run({u"-s", out.text("report.txt"), source.text(), second.text()});
   EXPECT_EQ(done.status, kExitDone) << done.errors;
   EXPECT_EQ(done.errors, "");
   EXPECT_EQ(filesFoldersBytes(done.output), (std::array<long long, 3>{3, 2, 5251}));
@@ -141,15 +125,15 @@ TEST_F(SilentRunTest, StatusTellsWhatWasMissed) {
   const Text target = out.text("r.txt");
   {
     const ScopedFault denied({Call::Openat, "denied", EACCES});
-    const Outcome partial = run({u"-s", target, source.text()});
+    const testing::Outcome partial = run({u"-s", target, source.text()});
     EXPECT_EQ(partial.status, kExitPartial);
     EXPECT_NE(partial.errors.find(source.path("denied/")), std::string::npos);
     EXPECT_NE(partial.output.find("Fehler 1,"), std::string::npos);
   }
-  const Outcome missing = run({u"-s", target, source.text("nowhere"), source.text()});
+  const testing::Outcome missing = run({u"-s", target, source.text("nowhere"), source.text()});
   EXPECT_EQ(missing.status, kExitPartial);
   EXPECT_NE(missing.errors.find(source.path("nowhere")), std::string::npos);
-  const Outcome nothing = run({u"-s", out.text("n.txt"), source.text("nowhere")});
+  const testing::Outcome nothing = run({u"-s", out.text("n.txt"), source.text("nowhere")});
   EXPECT_EQ(nothing.status, kExitNothing);
   EXPECT_EQ(nothing.output, "");
   EXPECT_EQ(testing::namesIn(out.path()), std::vector<std::string>{"r.txt"});
@@ -193,7 +177,7 @@ TEST_F(SilentRunTest, AnImpossibleTargetIsToldBeforeTheScan) {
   ASSERT_EQ(mkfifo(out.path("pipe.txt").c_str(), 0600), 0);
   for (const Text& target : {out.text("folder.txt"), out.text("pipe.txt"),
                              out.text("missing/r.txt"), out.text("r.unknown.xlsx")}) {
-    const Outcome refused = run({u"-s", target, source.text()});
+    const testing::Outcome refused = run({u"-s", target, source.text()});
     EXPECT_EQ(refused.status, kExitNothing);
     EXPECT_NE(refused.errors.find(toBytes(target)), std::string::npos) << refused.errors;
     EXPECT_EQ(refused.output, "");
@@ -241,7 +225,7 @@ std::array<long long, 3> countWithFind(const std::string& path) {
 }
 
 TEST_F(SilentRunTest, CountsOfARealDiskAreThoseOfFind) {
-  const Outcome usr = run({u"-s1", out.text("usr.csv"), u"/usr"});
+  const testing::Outcome usr = run({u"-s1", out.text("usr.csv"), u"/usr"});
   EXPECT_LE(usr.status, kExitPartial) << usr.errors;
   EXPECT_EQ(filesFoldersBytes(usr.output), countWithFind("/usr"));
 }
