@@ -36,6 +36,7 @@ BACK_ENDS = ("platform/posix/", "platform/win32/")
 LIBRARIES = [
     (re.compile(r"unicode/.*"), "platform/posix/"),
     (re.compile(r"xlsxwriter(/.*|\.h)"), "export/"),
+    (re.compile(r"minizip/.*"), "export/"),
 ]
 
 QT_HEADER = re.compile(r"Q[A-Za-z0-9]+(/.*)?")

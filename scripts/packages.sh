@@ -3,10 +3,10 @@
 # shellcheck shell=bash disable=SC2034
 
 # To build the program.
-packages_base=(g++ cmake ninja-build ccache libicu-dev)
+packages_base=(g++ cmake ninja-build ccache libicu-dev libxlsxwriter-dev libminizip-dev pkg-config esbuild)
 
 # To build and run the tests.
-packages_test=(libgtest-dev libgmock-dev)
+packages_test=(libgtest-dev libgmock-dev python3 python3-openpyxl chromium)
 
 # For the checks beside the tests.
 packages_ci=(git python3 clang-format clang-tidy valgrind locales tzdata)

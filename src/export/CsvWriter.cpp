@@ -6,31 +6,27 @@ namespace ombrelian {
 
 void CsvWriter::beginDocument() {
   line_.clear();
-  for (const FolderColumn* const column : columns_) {
-    appendCell(platform::localeTextRules().upper(report_.caption(*column)));
+  for (const Column* const column : list_.columns) {
+    openCell();
+    line_ += platform::localeTextRules().upper(list_.format.caption(*column));
+    line_ += u'"';
   }
-  file_.SaveLineToFile(line_, true);
+  writeLine(line_);
 }
 
-void CsvWriter::row(NodeIndex node, const Text& name) {
-  FormatPrintValuesForCSV(node, name);
-  file_.SaveLineToFile(line_, true);
-}
-
-void CsvWriter::FormatPrintValuesForCSV(NodeIndex node, const Text& name) {
+void CsvWriter::row(const ReportRow& row) {
   line_.clear();
-  for (const FolderColumn* const column : columns_) {
-    if (column->id == FolderColumnId::Name) {
-      appendCell(name);
-    } else {
-      appendCell(report_.rawText(*column, node));
-    }
+  for (const Column* const column : list_.columns) {
+    openCell();
+    cells_.appendNamed(list_.shape.csvCell, row, *column, line_);
+    line_ += u'"';
   }
+  writeRowLine(line_);
 }
 
-void CsvWriter::appendCell(TextView text) {
+void CsvWriter::openCell() {
   if (!line_.empty()) line_ += settings_.delimiter;
-  line_.append(u"\"").append(text).append(u"\"");
+  line_ += u'"';
 }
 
 }  // namespace ombrelian

@@ -5,6 +5,34 @@
 
 namespace ombrelian {
 
+void FolderRows::feed(ReportSink& sink) const {
+  Walk walk{sink};
+  NodeIndex source = start_;
+  while (source != kNoNode && giveSource(walk, source))
+    source = single_ ? kNoNode : report_.tree()[source].nextSibling;
+}
+
+/// False: the sink wants no more.
+bool FolderRows::giveSource(Walk& walk, NodeIndex source) const {
+  const Text name = startName(source);
+  if (!walk.sink.beginSource({name, report_.tree().created(sourceOf(source))})) return false;
+  const bool goesOn = giveRow(walk, source, name, true) && giveChildren(walk, source, name);
+  walk.sink.endSource();
+  return goesOn;
+}
+
+NodeIndex FolderRows::sourceOf(NodeIndex node) const {
+  while (report_.tree()[node].parent != kNoNode)
+    node = report_.tree()[node].parent;
+  return node;
+}
+
+bool FolderRows::giveRow(Walk& walk, NodeIndex node, TextView name, bool isStart) const {
+  return walk.sink.row({node, ++walk.number, name, report_.tree()[node].level, isStart});
+}
+
+/// What the row `node` is called when a save begins with it: a source's own path, else the full
+/// path.
 Text FolderRows::startName(NodeIndex node) const {
   const FolderTree& tree = report_.tree();
   if (tree[node].level == 0) return Text(tree[node].name());
@@ -38,10 +66,10 @@ bool FolderRows::isFollowed(NodeIndex node) const {
   return false;
 }
 
-bool FolderRows::visitChildren(NodeIndex start, const Visitor& visit) const {
+/// The rows below `start`, whose path is `path`.
+bool FolderRows::giveChildren(Walk& walk, NodeIndex start, Text path) const {
   const FolderTree& tree = report_.tree();
   if (!isStartFollowed(start)) return true;
-  Text path = startName(start);
   std::vector<std::size_t> lengths;  // of path above each level that is being visited
   Text name;
   NodeIndex node = tree[start].firstChild;
@@ -53,7 +81,7 @@ bool FolderRows::visitChildren(NodeIndex start, const Visitor& visit) const {
     } else {
       appendName(name, u"[").append(row.name()).append(u"]");
     }
-    if (isWritten(row) && !visit(node, name)) return false;
+    if (isWritten(row) && !giveRow(walk, node, name, false)) return false;
     if (row.has(FolderNode::IsFolder) && isFollowed(node)) {
       lengths.push_back(path.size());
       path = name;

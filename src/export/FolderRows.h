@@ -1,9 +1,6 @@
 #pragma once
 
-#include <functional>
-#include <optional>
-
-#include "core/tree/FolderTree.h"
+#include "export/ReportSave.h"
 #include "lists/FolderReport.h"
 
 namespace ombrelian {
@@ -16,29 +13,38 @@ struct LevelLimit {
   std::int32_t levels = 0;  // of Number: the deepest level that has rows; 0: sources only
 };
 
-/// The rows of a save below one start row, in the order in which they are written. Both the
-/// measuring of widths and every writer go over them this way.
-class FolderRows {
+/// The rows of the folder report from a start row on, in the order in which they are written. Rows
+/// below a source are called by their full path, pseudo folders with the name in brackets.
+class FolderRows : public ReportFeed {
  public:
-  /// Called for each row with its node and the name that it has in a report; false ends the walk.
-  using Visitor = std::function<bool(NodeIndex node, const Text& name)>;
+  /// Keeps `report` by reference. `start`: the first source, for all of them; or a row to save
+  /// with what is below it alone if `single`.
+  FolderRows(const FolderReport& report, LevelLimit limit, NodeIndex start, bool single)
+      : report_(report), limit_(limit), start_(start), single_(single) {}
 
-  FolderRows(const FolderReport& report, LevelLimit limit) : report_(report), limit_(limit) {}
-
-  /// What the row `node` is called when a save begins with it: a source's own path, else the full
-  /// path.
-  Text startName(NodeIndex node) const;
-
-  /// The children of `start` and what is below; false if the visitor ended the walk.
-  bool visitChildren(NodeIndex start, const Visitor& visit) const;
+  std::uint64_t rowCount() const override { return report_.tree().nodeCount(); }
+  void feed(ReportSink& sink) const override;
 
  private:
+  /// What a walk keeps.
+  struct Walk {
+    ReportSink& sink;
+    std::uint64_t number = 0;  // of the last row
+  };
+
+  Text startName(NodeIndex node) const;
+  NodeIndex sourceOf(NodeIndex node) const;
+  bool giveRow(Walk& walk, NodeIndex node, TextView name, bool isStart) const;
+  bool giveSource(Walk& walk, NodeIndex source) const;
+  bool giveChildren(Walk& walk, NodeIndex start, Text path) const;
   bool isWritten(const FolderNode& node) const;
   bool isStartFollowed(NodeIndex start) const;
   bool isFollowed(NodeIndex node) const;
 
   const FolderReport& report_;
   const LevelLimit limit_;
+  const NodeIndex start_;
+  const bool single_;
 };
 
 }  // namespace ombrelian

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "core/tree/FolderTree.h"
-#include "export/ReportFile.h"
-#include "lists/FolderReport.h"
+#include <memory>
+
+#include "export/ReportList.h"
+#include "support/Error.h"
 
 namespace ombrelian {
 
@@ -12,6 +13,12 @@ enum class ReportFormat { TXT = 0, CSV = 1, HTML = 2, XML = 3, XLSX = 4 };
 /// The format that a file's name asks for by its ending; TXT for every other.
 ReportFormat formatOfFileName(TextView name);
 
+/// The format of that ending, without its point, in either case; none for every other.
+std::optional<ReportFormat> formatOfExtension(TextView extension);
+
+/// The ending that files of a format have, without the point: "txt", "csv", ...
+TextView fileExtension(ReportFormat format);
+
 /// What the user chose for a save, beyond the format and the rows.
 struct SaveSettings {
   Text delimiter = u"\t";     // between cells; TXT and CSV
@@ -19,28 +26,37 @@ struct SaveSettings {
   bool dividingLine = false;  // TXT: a line of hyphens behind each row
 };
 
-/// Writes one report in one format. A save calls, in this order: measure() for every row if
-/// wantsWidths(), beginDocument(), and for each source beginSource(), row() for each row below it,
-/// endSource(); then endDocument(), also when the user ended the save early.
+/// Writes one report in one format. A save calls, in this order: open(); measure() for every row if
+/// wantsWidths(); beginDocument(); for each source beginSource(), row() for the source's own row
+/// and each below it, endSource(); endDocument(), also when the user ended the save early;
+/// commit(). Between open() and commit() nothing but failure() tells of failures.
 class ReportWriter {
  public:
   virtual ~ReportWriter() = default;
 
+  /// Begins a report that will stand at `target` (absolute) once it is whole.
+  virtual Failure open(TextView target) = 0;
+
   virtual bool wantsWidths() const { return false; }
 
-  /// A row that will be written; `name` as for row().
-  virtual void measure(NodeIndex /*node*/, const Text& /*name*/) {}
+  /// A row that will be written.
+  virtual void measure(const ReportRow& /*row*/) {}
 
   virtual void beginDocument() = 0;
-
-  /// The source's own row; `name` is its path.
-  virtual void beginSource(NodeIndex source, const Text& name) = 0;
-
-  /// A row below it; `name` is the full path, of a pseudo folder with the name in brackets.
-  virtual void row(NodeIndex node, const Text& name) = 0;
-
+  virtual void beginSource(const ReportSource& source) = 0;
+  virtual void row(const ReportRow& row) = 0;
   virtual void endSource() {}
   virtual void endDocument() {}
+
+  /// The first failure so far; nothing that is written after it counts.
+  virtual const Failure& failure() const = 0;
+
+  /// Puts the report in place; after a failure there is none.
+  virtual Failure commit() = 0;
 };
+
+/// A writer of that format; keeps `list` by reference.
+std::unique_ptr<ReportWriter> makeReportWriter(ReportFormat format, const ReportList& list,
+                                               SaveSettings settings);
 
 }  // namespace ombrelian

@@ -1,45 +1,49 @@
 #pragma once
 
-#include "export/ReportWriter.h"
+#include "export/TextReport.h"
 
 namespace ombrelian {
 
 /// Aligned columns for reading. Every column is as wide as its widest cell, which is why the rows
 /// are measured first.
-class TxtWriter : public ReportWriter {
+class TxtWriter : public TextReport {
  public:
-  /// All are kept by reference but the settings.
-  TxtWriter(ReportFile& file, const FolderReport& report, SaveSettings settings);
+  TxtWriter(const ReportList& list, SaveSettings settings);
 
   bool wantsWidths() const override { return true; }
-  void measure(NodeIndex node, const Text& name) override;
+  void measure(const ReportRow& row) override;
   void beginDocument() override;
-  void beginSource(NodeIndex source, const Text& name) override;
-  void row(NodeIndex node, const Text& name) override;
+  void beginSource(const ReportSource& source) override;
+  void row(const ReportRow& row) override;
 
  private:
   struct Slot {
-    const FolderColumn* column;
+    const Column* column;
     Text caption;
     std::size_t width;  // UTF-16 code units
   };
 
+  std::size_t indentOf(const ReportRow& row) const { return settings_.indent ? row.level : 0; }
+  bool isWholePercent(const Column& column) const {
+    return list_.shape.wholePercents && column.kind == CellKind::Percent;
+  }
+  void writeTitle();
   Text composeHeader() const;
   Text composeDividingLine() const;
-  Text FormatPrintValuesForTXT(NodeIndex node, const Text& name) const;
-  Text formatName(NodeIndex node, const Text& name, std::size_t width) const;
-  void writeRow(NodeIndex node, const Text& name);
-  void writeDividingLine();
+  void FormatPrintValuesForTXT(const ReportRow& row);
+  void appendCell(const Slot& slot, const ReportRow& row);
 
-  ReportFile& file_;
-  const FolderReport& report_;
-  const SaveSettings settings_;
   std::vector<Slot> slots_;
-  Text header_;
   Text dividingLine_;
+  Text line_;  // of the row in work
+  Text cell_;  // of the cell in work
 };
 
-/// Pads a text that is shorter than `width` (code units) with blanks; a longer one stays whole.
+/// Appends `text`, and as many blanks as it is shorter than `width` (code units): behind it if
+/// `leftAlign`, else in front. A longer text stays whole.
+void appendWithSpacer(TextView text, std::size_t width, bool leftAlign, Text& out);
+
+/// The same as a text of its own.
 Text FormatTextWithSpacer(TextView text, std::size_t width, bool leftAlign);
 
 }  // namespace ombrelian

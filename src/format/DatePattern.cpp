@@ -185,15 +185,24 @@ Text defaultDateFormat() {
   return symbols.shortDate + u" " + time;
 }
 
-Text formatGeneralDate(Date date) {
-  if (date == 0 || !isDateLike(date)) return {};
-  const platform::DateSymbols& symbols = platform::dateSymbols();
+GeneralDate::GeneralDate()
+    : date_(platform::dateSymbols().shortDate), time_(platform::dateSymbols().time) {}
+
+void GeneralDate::append(Date date, Text& out) const {
+  if (date == 0 || !isDateLike(date)) return;
   const DateParts parts = toParts(date);
+  const bool hasDate = std::trunc(date) != 0;
   const bool hasTime = parts.hour != 0 || parts.minute != 0 || parts.second != 0;
+  const std::size_t before = out.size();
+  if (hasDate) date_.append(date, out);
+  const bool isEmpty = out.size() == before;
+  if (!isEmpty && hasTime) out += u' ';
+  if (isEmpty || hasTime) time_.append(date, out);
+}
+
+Text formatGeneralDate(Date date) {
   Text out;
-  if (std::trunc(date) != 0) DatePattern(symbols.shortDate).append(date, out);
-  if (!out.empty() && hasTime) out += u' ';
-  if (out.empty() || hasTime) DatePattern(symbols.time).append(date, out);
+  GeneralDate().append(date, out);
   return out;
 }
 

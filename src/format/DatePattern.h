@@ -54,7 +54,20 @@ class DatePattern {
 Text defaultDateFormat();
 
 /// The locale's short date and time; without the time of day where that is 0, without the date
-/// where its day is 0, empty where there is no date.
+/// where its day is 0, empty where there is no date. Made for many dates.
+class GeneralDate {
+ public:
+  /// In the locale of now.
+  GeneralDate();
+
+  void append(Date date, Text& out) const;
+
+ private:
+  DatePattern date_;
+  DatePattern time_;
+};
+
+/// One date in that form.
 Text formatGeneralDate(Date date);
 
 /// A span of time as "hh:nn:ss"; the hours go on past 24. A negative span counts as 0.

@@ -159,23 +159,21 @@ CellMask::CellMask(TextView mask) {
   }
 }
 
-Text CellMask::format(std::int64_t value) const {
-  if (kind_ == Kind::OfDate) return format(double(value));
-  Text out;
-  if (kind_ == Kind::Nothing || (positiveOnly_ && value <= 0)) return out;
+void CellMask::append(std::int64_t value, Text& out) const {
+  if (kind_ == Kind::OfDate) return append(double(value), out);
+  if (kind_ == Kind::Nothing || (positiveOnly_ && value <= 0)) return;
   appendNumber(number_, {value < 0, magnitude(value), 0, number_.decimals}, out);
-  return out += suffix_;
+  out += suffix_;
 }
 
-Text CellMask::format(double value) const {
-  Text out;
-  if (kind_ == Kind::Nothing || (positiveOnly_ && !(value > 0))) return out;
+void CellMask::append(double value, Text& out) const {
+  if (kind_ == Kind::Nothing || (positiveOnly_ && !(value > 0))) return;
   if (kind_ == Kind::OfDate) {
     date_.append(value, out);
   } else {
     appendNumber(number_, roundDecimal(value, number_.decimals), out);
   }
-  return out += suffix_;
+  out += suffix_;
 }
 
 }  // namespace ombrelian

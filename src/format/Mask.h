@@ -63,10 +63,10 @@ class CellMask {
 
   bool isDate() const { return kind_ == Kind::OfDate; }
 
-  /// The cell of a number, or of a date where the mask is one of dates. An empty cell is the
-  /// caller's business: it shows nothing under any mask.
-  Text format(std::int64_t value) const;
-  Text format(double value) const;
+  /// Appends the cell of a number, or of a date where the mask is one of dates. An empty cell is
+  /// the caller's business: it shows nothing under any mask.
+  void append(std::int64_t value, Text& out) const;
+  void append(double value, Text& out) const;
 
  private:
   enum class Kind { Nothing, OfNumber, OfDate };

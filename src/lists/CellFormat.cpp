@@ -7,15 +7,22 @@
 namespace ombrelian {
 namespace {
 
+/// Whole numbers in plain digits.
+constexpr NumberMask kPlainMask = {1, 0, false};
+
 /// A number as a data format takes it: the locale's decimal separator, no groups, no empty places.
-Text plainNumber(double value) {
+void appendPlainNumber(double value, Text& out) {
   const Decimal number = roundDecimal(value, 2);
-  Text text = toText(std::int64_t(number.whole));
-  if (number.fraction == 0) return text;
-  text += platform::numberSymbols().decimal;
-  text += char16_t(u'0' + number.fraction / 10);
-  if (number.fraction % 10 != 0) text += char16_t(u'0' + number.fraction % 10);
-  return text;
+  if (number.negative && (number.whole != 0 || number.fraction != 0)) out += u'-';
+  appendNumber(kPlainMask, {false, number.whole, 0, 0}, out);
+  if (number.fraction == 0) return;
+  out += platform::numberSymbols().decimal;
+  out += char16_t(u'0' + number.fraction / 10);
+  if (number.fraction % 10 != 0) out += char16_t(u'0' + number.fraction % 10);
+}
+
+void appendPlainNumber(std::int64_t value, Text& out) {
+  appendNumber(kPlainMask, {value < 0, magnitude(value), 0, 0}, out);
 }
 
 Text chosenWord(const Word* words, std::int64_t value) {
@@ -40,43 +47,86 @@ CellFormat::CellFormat(Columns columns, const SizeSettings& sizes, const Text& d
 
 Text CellFormat::caption(const Column& column) const {
   if (column.kind == CellKind::Size) return sizeColumn_.header;
+  if (&column == &kRowNumberColumn) return Text(column.caption);
   return TL(column.captionId, column.caption);
 }
 
-Text CellFormat::shown(const Column& column, std::int64_t value) const {
-  const CellMask& mask = masks_[std::size_t(column.id)];
+TextView CellFormat::fieldKey(const Column& column) const {
+  return column.kind == CellKind::Size ? sizeColumn_.field : column.key;
+}
+
+void CellFormat::appendShown(const CellSource& cells, CellSource::RowIndex row,
+                             const Column& column, Text& out) const {
+  switch (column.kind) {
+    case CellKind::PlainText:
+      out += cells.text(row, column);
+      break;
+    case CellKind::Percent:
+      masks_[std::size_t(column.id)].append(cells.real(row, column), out);
+      break;
+    case CellKind::Timestamp:
+      if (const Date date = cells.real(row, column); date != 0) datePattern_.append(date, out);
+      break;
+    default:
+      appendShownNumber(column, cells.number(row, column), out);
+      break;
+  }
+}
+
+void CellFormat::appendShownNumber(const Column& column, std::int64_t value, Text& out) const {
+  const auto& mask = [&]() -> const CellMask& { return masks_[std::size_t(column.id)]; };
   switch (column.kind) {
     case CellKind::Size:
-      if (sizes_.unit == kUnitBytes) return mask.format(value);
-      return mask.format(sizeInUnit(value, SizeUnit(sizes_.unit)));
+      if (hasUnit(column)) {
+        mask().append(sizeInUnit(value, SizeUnit(sizes_.unit)), out);
+      } else {
+        mask().append(value, out);
+      }
+      break;
     case CellKind::Count:
-      return mask.format(value);
+      mask().append(value, out);
+      break;
     case CellKind::Attributes:
-      return xFormatFileAttribute(std::uint32_t(value), false, {});
+      out += xFormatFileAttribute(std::uint32_t(value), false, {});
+      break;
     case CellKind::Choice:
-      return chosenWord(column.words, value);
+      out += chosenWord(column.words, value);
+      break;
     default:
-      return toText(value);
+      appendPlainNumber(value, out);
+      break;
   }
 }
 
-Text CellFormat::shown(const Column& column, double value) const {
-  if (column.kind == CellKind::Percent) return masks_[std::size_t(column.id)].format(value);
-  return value == 0 ? Text() : datePattern_.format(value);
+void CellFormat::appendPlain(const CellSource& cells, CellSource::RowIndex row,
+                             const Column& column, Text& out) const {
+  switch (column.kind) {
+    case CellKind::Percent:
+      appendPlainNumber(cells.real(row, column), out);
+      break;
+    case CellKind::Timestamp:
+      plainDate_.append(cells.real(row, column), out);
+      break;
+    case CellKind::Size:
+      if (hasUnit(column)) {
+        appendPlainNumber(value(cells, row, column), out);
+        break;
+      }
+      [[fallthrough]];
+    case CellKind::Count:
+      appendPlainNumber(cells.number(row, column), out);
+      break;
+    default:
+      appendShown(cells, row, column, out);
+      break;
+  }
 }
 
-Text CellFormat::plain(const Column& column, std::int64_t value) const {
-  if (column.kind == CellKind::Attributes || column.kind == CellKind::Choice) {
-    return shown(column, value);
-  }
-  if (column.kind == CellKind::Size && sizes_.unit != kUnitBytes) {
-    return plainNumber(sizeInUnit(value, SizeUnit(sizes_.unit)));
-  }
-  return toText(value);
-}
-
-Text CellFormat::plain(const Column& column, double value) const {
-  return column.kind == CellKind::Percent ? plainNumber(value) : formatGeneralDate(value);
+double CellFormat::value(const CellSource& cells, CellSource::RowIndex row,
+                         const Column& column) const {
+  if (column.isReal()) return cells.real(row, column);
+  const std::int64_t number = cells.number(row, column);
+  return hasUnit(column) ? sizeInUnit(number, SizeUnit(sizes_.unit)) : double(number);
 }
 
 }  // namespace ombrelian

@@ -5,7 +5,7 @@
 #include "format/DatePattern.h"
 #include "format/Mask.h"
 #include "format/Sizes.h"
-#include "lists/Column.h"
+#include "lists/CellSource.h"
 
 namespace ombrelian {
 
@@ -21,18 +21,33 @@ class CellFormat {
   /// Title of a column, with the unit where it stands there.
   Text caption(const Column& column) const;
 
-  /// The cell as it is shown.
-  Text shown(const Column& column, std::int64_t value) const;
-  Text shown(const Column& column, double value) const;
+  /// Name of the column's field in formats that name fields; of a size the one of its unit.
+  TextView fieldKey(const Column& column) const;
+
+  // Both append the cell of a row to `out`.
+
+  /// As it is shown.
+  void appendShown(const CellSource& cells, CellSource::RowIndex row, const Column& column,
+                   Text& out) const;
 
   /// The plain form that data formats take: unmasked, a size in the list's unit.
-  Text plain(const Column& column, std::int64_t value) const;
-  Text plain(const Column& column, double value) const;
+  void appendPlain(const CellSource& cells, CellSource::RowIndex row, const Column& column,
+                   Text& out) const;
+
+  /// What stands behind a cell that is counted, a size in the list's unit; only for such columns
+  /// and Percent and Timestamp.
+  double value(const CellSource& cells, CellSource::RowIndex row, const Column& column) const;
 
  private:
+  void appendShownNumber(const Column& column, std::int64_t value, Text& out) const;
+  bool hasUnit(const Column& column) const {
+    return column.kind == CellKind::Size && sizes_.unit != kUnitBytes;
+  }
+
   SizeSettings sizes_;
   SizeColumn sizeColumn_;
   DatePattern datePattern_;
+  GeneralDate plainDate_;
   std::vector<CellMask> masks_;  // by column id; empty where the kind needs none
 };
 

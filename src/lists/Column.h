@@ -27,7 +27,7 @@ struct Word {
 };
 
 /// One column of a list. A list is a table of these, in the order of their ids from 1 on; the row
-/// number in front of them (id 0) is the view's own.
+/// number in front of them, kRowNumberColumn, is no part of the table.
 struct Column {
   int id;  // its number in the settings file
   int captionId;
@@ -50,6 +50,9 @@ struct Column {
 /// The columns of one list.
 using Columns = std::span<const Column>;
 
+/// Where a row stands, counted from 1; no list keeps it among its values.
+inline constexpr Column kRowNumberColumn = {0, 0, u"#", u"linenumber", CellKind::Number};
+
 /// What the settings say of a list's columns, each by column id.
 struct ColumnLayout {
   std::span<const std::uint8_t> visible;    // 1: shown; empty: all are
@@ -58,5 +61,8 @@ struct ColumnLayout {
 
 /// The columns to show, in display order. The first column of the table is always there.
 std::vector<const Column*> visibleColumns(Columns columns, const ColumnLayout& layout);
+
+/// The same with the row number where the user has it shown.
+std::vector<const Column*> visibleColumnsAndNumber(Columns columns, const ColumnLayout& layout);
 
 }  // namespace ombrelian

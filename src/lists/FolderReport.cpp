@@ -77,20 +77,13 @@ std::vector<const FolderColumn*> FolderReport::visibleColumns() const {
                                    {options_.FolderColumnVisible, options_.FolderColumnIndex});
 }
 
-Text FolderReport::cellText(const FolderColumn& column, NodeIndex index) const {
-  if (column.isText()) return textValue(column, index);
-  if (column.isReal()) return format_.shown(column, realValue(column, index));
-  return format_.shown(column, numberValue(column, index));
+std::vector<const FolderColumn*> FolderReport::reportColumns() const {
+  return visibleColumnsAndNumber(kColumns,
+                                 {options_.FolderColumnVisible, options_.FolderColumnIndex});
 }
 
-Text FolderReport::rawText(const FolderColumn& column, NodeIndex index) const {
-  if (column.isText()) return textValue(column, index);
-  if (column.isReal()) return format_.plain(column, realValue(column, index));
-  return format_.plain(column, numberValue(column, index));
-}
-
-std::int64_t FolderReport::numberValue(const FolderColumn& column, NodeIndex index) const {
-  const FolderNode& node = tree_[index];
+std::int64_t FolderReport::number(RowIndex row, const Column& column) const {
+  const FolderNode& node = tree_[NodeIndex(row)];
   if (column.kind == CellKind::Size) return node.size;
   if (column.kind == CellKind::Attributes) return node.attributes;
   return countOf(column.id, node);
@@ -101,22 +94,24 @@ double FolderReport::percent(NodeIndex index) const {
   return node.parent == kNoNode ? 100 : percentOf(node.size, tree_[node.parent].size);
 }
 
-double FolderReport::realValue(const FolderColumn& column, NodeIndex index) const {
-  if (column.kind == CellKind::Percent) return percent(index);
+double FolderReport::real(RowIndex row, const Column& column) const {
+  if (column.kind == CellKind::Percent) return percent(NodeIndex(row));
   DateParts parts;
-  if (!platform::FileTimeToLocalSystemTime(fileTime(column.id, tree_[index]), parts)) return 0;
+  if (!platform::FileTimeToLocalSystemTime(fileTime(column.id, tree_[NodeIndex(row)]), parts)) {
+    return 0;
+  }
   return toDate(parts);
 }
 
-Text FolderReport::textValue(const FolderColumn& column, NodeIndex index) const {
-  const FolderNode& node = tree_[index];
+TextView FolderReport::text(RowIndex row, const Column& column) const {
+  const FolderNode& node = tree_[NodeIndex(row)];
   switch (column.id) {
     case Id::Name:
-      return Text(node.name());
+      return node.name();
     case Id::Owner:
-      return node.has(FolderNode::HasOwner) ? tree_.ownerText(node.owner) : Text();
+      return node.has(FolderNode::HasOwner) ? TextView(tree_.ownerText(node.owner)) : TextView();
     default:
-      return Text(tree_.junctionTarget(index));
+      return tree_.junctionTarget(NodeIndex(row));
   }
 }
 

@@ -34,7 +34,7 @@ using FolderColumn = Column;
 
 /// The folder report as data: its columns, and what stands in each row's cells. The rows are the
 /// nodes of the tree; what a view adds to them (what is expanded, what is selected) is kept here.
-class FolderReport {
+class FolderReport : public CellSource {
  public:
   /// Both are kept by reference.
   FolderReport(const FolderTree& tree, const Options& options);
@@ -47,15 +47,15 @@ class FolderReport {
   /// The columns to show, in display order. Name is always there.
   std::vector<const FolderColumn*> visibleColumns() const;
 
-  /// Title of a column, with the unit where it stands there.
-  Text caption(const FolderColumn& column) const { return format_.caption(column); }
+  /// The columns of reports: the same, and the row number where the user has it shown.
+  std::vector<const FolderColumn*> reportColumns() const;
 
-  /// The cell as it is shown; of the name column the row's own name.
-  Text cellText(const FolderColumn& column, NodeIndex node) const;
+  const CellFormat& format() const { return format_; }
 
-  /// The value behind the cell in the plain form that data formats take: unmasked, a size in the
-  /// report's unit.
-  Text rawText(const FolderColumn& column, NodeIndex node) const;
+  // The rows are the nodes; of the name column the row's own name.
+  TextView text(RowIndex node, const Column& column) const override;
+  double real(RowIndex node, const Column& column) const override;
+  std::int64_t number(RowIndex node, const Column& column) const override;
 
   /// Share of the direct parent's size in percent; 100 on a source.
   double percent(NodeIndex node) const;
@@ -68,10 +68,6 @@ class FolderReport {
   void select(NodeIndex node) { selected_ = node; }
 
  private:
-  std::int64_t numberValue(const FolderColumn& column, NodeIndex node) const;
-  double realValue(const FolderColumn& column, NodeIndex node) const;
-  Text textValue(const FolderColumn& column, NodeIndex node) const;
-
   const FolderTree& tree_;
   const Options& options_;
   CellFormat format_;

@@ -58,12 +58,6 @@ void Grid::set(RowIndex row, const Column& column, TextView value) {
   cell(row, column).number = last;
 }
 
-Text Grid::cellText(const CellFormat& format, RowIndex row, const Column& column) const {
-  if (column.isText()) return Text(text(row, column));
-  if (column.isReal()) return format.shown(column, real(row, column));
-  return format.shown(column, number(row, column));
-}
-
 std::vector<std::uint32_t> Grid::sortedOrder(const Column& column, bool descending) const {
   std::vector<std::uint32_t> order(rowCount());
   std::iota(order.begin(), order.end(), 0U);

@@ -7,10 +7,8 @@ namespace ombrelian {
 
 /// The rows of one list: raw values, eight bytes a cell, in the columns of its table. Window,
 /// exports, print and clipboard all read this.
-class Grid {
+class Grid : public CellSource {
  public:
-  using RowIndex = std::size_t;
-
   /// `columns` must outlive the grid; their ids count from 1.
   explicit Grid(Columns columns);
 
@@ -30,14 +28,20 @@ class Grid {
   void set(RowIndex row, const Column& column, std::int64_t value) {
     cell(row, column).number = value;
   }
-  TextView text(RowIndex row, const Column& column) const {
+  TextView text(RowIndex row, const Column& column) const override {
     return texts_[std::size_t(cell(row, column).number)];
   }
-  double real(RowIndex row, const Column& column) const { return cell(row, column).real; }
-  std::int64_t number(RowIndex row, const Column& column) const { return cell(row, column).number; }
+  double real(RowIndex row, const Column& column) const override { return cell(row, column).real; }
+  std::int64_t number(RowIndex row, const Column& column) const override {
+    return cell(row, column).number;
+  }
 
   /// The cell as `format` shows it.
-  Text cellText(const CellFormat& format, RowIndex row, const Column& column) const;
+  Text cellText(const CellFormat& format, RowIndex row, const Column& column) const {
+    Text text;
+    format.appendShown(*this, row, column, text);
+    return text;
+  }
 
   /// Orders the rows by raw value, texts by the locale; equals keep their order.
   void sort(const Column& column, bool descending);

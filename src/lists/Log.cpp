@@ -12,6 +12,11 @@ namespace {
 /// As other text files of the system have it.
 TextView lineEnd() { return platform::kNativeSeparator == u'\\' ? u"\r\n" : u"\n"; }
 
+constexpr Column kColumns[] = {
+    {1, 3841, u"Zeit", u"date", CellKind::Timestamp},
+    {2, 3551, u"Info", u"text", CellKind::PlainText},
+};
+
 }  // namespace
 
 void Log::LogProtokoll(TextView text, bool isError) {
@@ -31,6 +36,19 @@ void Log::appendToFile(const LogRow& row) {
   if (error != platform::kSuccess) return;
   platform::WriteFile(file, toBytes(dateText(row).append(u" - ").append(row.text) += lineEnd()));
 }
+
+Grid Log::asGrid() const {
+  Grid grid(kColumns);
+  for (const LogRow& row : rows_) {
+    const Grid::RowIndex at = grid.addRow();
+    grid.set(at, kColumns[0], row.date);
+    grid.set(at, kColumns[1], TextView(row.text));
+    grid.setBand(at, row.group);
+  }
+  return grid;
+}
+
+Text Log::title() { return TL(3549, u"Protokoll"); }
 
 Text Log::dateText(const LogRow& row) {
   const Text format = options_.DateFormat.empty() ? defaultDateFormat() : options_.DateFormat;

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "format/DatePattern.h"
+#include "lists/Grid.h"
 #include "settings/Options.h"
 #include "support/Date.h"
 #include "support/Text.h"
@@ -47,6 +48,12 @@ class Log {
 
   /// The rows go; the file stays.
   void clearRows() { rows_.clear(); }
+
+  /// The rows as a list of their own, in the order in which they came.
+  Grid asGrid() const;
+
+  /// Title of saved and printed lists.
+  static Text title();
 
   /// The date of a row as it is shown, by the present form of dates.
   Text dateText(const LogRow& row);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "platform/FindData.h"
@@ -58,6 +59,7 @@ class FileHandle {
   friend ErrorCode ReadFile(FileHandle&, char*, std::size_t, std::size_t&);
   friend ErrorCode CloseHandle(FileHandle&);
   friend ErrorCode CopyFileSecurity(TextView, FileHandle&);
+  friend std::string GetHandlePath(const FileHandle&, TextView);
 
   static constexpr std::intptr_t kNone = -1;
   std::intptr_t handle_ = kNone;
@@ -67,6 +69,7 @@ inline constexpr int kCreateNew = 1;     // write; kAlreadyExists if something o
 inline constexpr int kOpenExisting = 3;  // read and write in place
 inline constexpr int kOpenAppend = 4;    // write behind the end, made if missing
 inline constexpr int kOpenRead = 5;      // read only
+inline constexpr int kOpenFolder = 6;    // a folder, for GetHandlePath
 
 /// A new file is readable by whom the process's file mask says.
 FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error);
@@ -79,6 +82,11 @@ ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t
 
 /// Gives `file` the access rights of what `path` leads to, and its owner where this user may.
 ErrorCode CopyFileSecurity(TextView path, FileHandle& file);
+
+/// A path by which code that opens files by itself can open once more what `file` is open for, or
+/// files in it if it is a folder; short whatever the length of `path`, its own. Valid while `file`
+/// is open.
+std::string GetHandlePath(const FileHandle& file, TextView path);
 
 /// Some file systems tell only here that what was written did not reach the disk.
 ErrorCode CloseHandle(FileHandle& file);

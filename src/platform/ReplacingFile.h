@@ -25,6 +25,11 @@ class ReplacingFile {
   /// Gives the file, after open(), the access rights of the one that it replaces, if there is one.
   void keepAccess();
 
+  /// Paths by which a library that opens files by itself can write the file under way instead of
+  /// write(), and put temporary files beside it; valid from open() to commit().
+  std::string libraryPath() const { return GetHandlePath(file_, temporary_); }
+  std::string libraryFolder();
+
   /// Once a write failed, every later one says the same and commit() puts nothing in place.
   Failure write(std::string_view bytes);
 
@@ -35,6 +40,7 @@ class ReplacingFile {
   void discard();
 
   platform::FileHandle file_;
+  platform::FileHandle folder_;  // open while a library needs it
   Text target_;
   Text temporary_;  // empty: nothing to remove
   Failure failure_;

@@ -93,7 +93,10 @@ TEST_F(ListsTest, CellsAreShownByKindMaskAndSettings) {
   EXPECT_EQ(grid.cellText(kilobytes, 0, kTable[1]), u"1,500.00 KB");
   EXPECT_EQ(grid.cellText(bytes, 0, kTable[2]), u"33%");
   EXPECT_EQ(grid.cellText(kilobytes, 0, kTable[2]), u"33.33%");
-  EXPECT_EQ(kilobytes.plain(kTable[1], std::int64_t(1'536'100)), u"1500.1");
+  Text plain;
+  grid.set(0, kTable[1], std::int64_t(1'536'100));
+  kilobytes.appendPlain(grid, 0, kTable[1], plain);
+  EXPECT_EQ(plain, u"1500.1");
 }
 
 TEST_F(ListsTest, ColumnsFollowTheSettings) {
@@ -107,6 +110,9 @@ TEST_F(ListsTest, ColumnsFollowTheSettings) {
   };
   EXPECT_EQ(ids({visible, positions}), (std::vector<int>{4, 2, 1}));  // the first one always
   EXPECT_EQ(ids({visible, {}}), (std::vector<int>{1, 2, 4}));
+  const std::uint8_t numbered[] = {1, 1, 0, 0, 0};
+  EXPECT_EQ(visibleColumnsAndNumber(kTable, {visible, {}}).size(), 3U);
+  EXPECT_EQ(visibleColumnsAndNumber(kTable, {numbered, {}}).front(), &kRowNumberColumn);
   EXPECT_EQ(ids({{}, positions}), (std::vector<int>{3, 4, 2, 1}));
 }
 

@@ -17,7 +17,10 @@ class QuietInterface : public UserInterface {
   void scanEnds() override {}
   void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override {}
   void saveProgress(std::uint64_t, std::uint64_t) override {}
-  bool saveCancelled() override { return saveIsCancelled; }
+  bool saveCancelled() override {
+    if (asksUntilSaveIsCancelled > 0) --asksUntilSaveIsCancelled;
+    return asksUntilSaveIsCancelled == 0;
+  }
   void yield() override {
     if (onYield) onYield();
   }
@@ -25,8 +28,8 @@ class QuietInterface : public UserInterface {
   void message(TextView text, Severity) override { messages.emplace_back(text); }
   bool ask(TextView) override { return false; }
 
-  std::function<void()> onYield;  // set: every entry of a walk yields
-  bool saveIsCancelled = false;
+  std::function<void()> onYield;      // set: every entry of a walk yields
+  int asksUntilSaveIsCancelled = -1;  // -1: it is not
   std::vector<Text> messages;
 };
 

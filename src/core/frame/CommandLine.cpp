@@ -64,6 +64,7 @@ class ArgumentReader {
       return true;
     }
     if (option == u"--json") return line_.json = true;
+    if (option == u"--save" || option == u"--format") return readValue(option);
     if (option == u"--rows" && readRows()) return true;
     if (option.starts_with(u"-s") && std::all_of(option.begin() + 2, option.end(), isDigit)) {
       line_.mode = CommandLine::Mode::Silent;
@@ -82,6 +83,20 @@ class ArgumentReader {
                    u"Die Option '%1' ist nicht bekannt. '--help' nennt alle Optionen; vor einem "
                    u"Pfad, der mit '-' beginnt, muss '--' stehen.",
                    {option}));
+  }
+
+  /// Takes the text behind "--save" or "--format".
+  bool readValue(const Text& option) {
+    const Text value = at_ + 1 < arguments_.size() ? arguments_[++at_] : Text();
+    if (option == u"--save") {
+      if (value.empty()) return fail(TL(9019, u"Hinter '--save' muss ein Ordner stehen."));
+      line_.saveFolder = platform::GetFullPathNameW(value);
+      return true;
+    }
+    line_.format = formatOfExtension(value);
+    return line_.format.has_value() ||
+           fail(TL(9004, u"Das Format '%1' gibt es nicht; es gibt txt, csv, html, xml und xlsx.",
+                   {value}));
   }
 
   /// Takes the number behind "--rows".
@@ -105,12 +120,18 @@ class ArgumentReader {
 
   /// Whether the options for lists stand where they mean something.
   bool checkLists() {
-    const bool hasOptions = line_.json || line_.rows >= 0;
+    const bool saves = !line_.saveFolder.empty() || line_.format.has_value();
+    const bool hasOptions = line_.json || line_.rows >= 0 || saves;
     if (!wantsLists_ && !hasOptions) return true;
     if (!wantsLists_ || line_.mode == CommandLine::Mode::Silent) {
       return fail(TL(9016,
-                     u"'--rows' und '--json' gelten nur mit '--lists', und '--lists' nicht "
-                     u"zusammen mit '-s'."));
+                     u"'--rows', '--json', '--save' und '--format' gelten nur mit '--lists', und "
+                     u"'--lists' nicht zusammen mit '-s'."));
+    }
+    if (saves && (line_.json || line_.rows >= 0 || line_.saveFolder.empty())) {
+      return fail(TL(9342,
+                     u"'--save' speichert alle Zeilen in Dateien und gilt nicht zusammen mit "
+                     u"'--rows' oder '--json'; '--format' gilt nur mit '--save'."));
     }
     if (paths_.size() != 1) {
       return fail(TL(9017, u"Zu '--lists' gehört genau ein Quellordner."));

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <vector>
 
+#include "export/ReportWriter.h"
 #include "support/Text.h"
 
 namespace ombrelian {
@@ -12,15 +14,17 @@ struct CommandLine {
   enum class Mode { Interactive, Silent, Lists, Restart, Help, Version, Invalid };
 
   Mode mode = Mode::Interactive;
-  bool translatorMode = false;  // "-TLMODUS" stood in the line
-  std::deque<Text> sources;     // in the order of the line
-  Text target;                  // Silent: the report to write
-  std::int32_t levels = -1;     // Silent: deepest level with rows; -1: all
-  std::int32_t delimiter = -1;  // Silent: entry of the delimiter list; -1: the stored choice
-  Text customDelimiter;         // Silent: goes before the entry unless empty
-  bool json = false;            // Lists: for machines
-  std::int32_t rows = -1;       // Lists: rows of each list; -1: as many as suits the form
-  Text error;                   // Invalid: what to tell the user
+  bool translatorMode = false;         // "-TLMODUS" stood in the line
+  std::deque<Text> sources;            // in the order of the line
+  Text target;                         // Silent: the report to write
+  std::int32_t levels = -1;            // Silent: deepest level with rows; -1: all
+  std::int32_t delimiter = -1;         // Silent: entry of the delimiter list; -1: the stored choice
+  Text customDelimiter;                // Silent: goes before the entry unless empty
+  bool json = false;                   // Lists: for machines
+  Text saveFolder;                     // Lists: where each list is saved; empty: they are printed
+  std::optional<ReportFormat> format;  // Lists: of the saved ones; none: the stored choice
+  std::int32_t rows = -1;              // Lists: rows of each list; -1: as many as suits the form
+  Text error;                          // Invalid: what to tell the user
 };
 
 /// Whether translator mode is asked for. This is known before a text for an error is needed.

@@ -4,6 +4,7 @@
 
 #include "export/FolderSave.h"
 #include "format/Sizes.h"
+#include "platform/ReplacingFile.h"
 #include "platform/Time.h"
 #include "support/Translate.h"
 
@@ -14,14 +15,8 @@ using Severity = UserInterface::Severity;
 
 /// What is known before the scan to keep the report from being saved after it; empty: nothing.
 Text findObstacle(const Text& target) {
-  if (!FolderSave::canWrite(formatOfFileName(target))) {
-    return TL(9004, u"Das Format von '%1' wird noch nicht geschrieben; es gibt TXT und CSV.",
-              {target});
-  }
   const Failure failure = platform::ReplacingFile::check(target);
-  return failure ? TL(9005, u"Der Bericht '%1' kann nicht geschrieben werden: %2",
-                      {target, failure->text})
-                 : Text();
+  return failure ? unwritableText(target, *failure) : Text();
 }
 
 Text seconds(std::uint64_t milliseconds) {
@@ -40,6 +35,10 @@ Text summary(const ScanTotals& sum, std::uint64_t milliseconds, const Text& targ
 
 }  // namespace
 
+Text unwritableText(const Text& target, const Error& error) {
+  return TL(9005, u"Der Bericht '%1' kann nicht geschrieben werden: %2", {target, error.text});
+}
+
 int runSilently(const CommandLine& line, Session& session, Console& console) {
   if (const Text obstacle = findObstacle(line.target); !obstacle.empty()) {
     console.message(obstacle, Severity::Error);
@@ -55,9 +54,7 @@ int runSilently(const CommandLine& line, Session& session, Console& console) {
   FolderSave save(session.folderReport, session.options, console);
   const Failure failure = save.SAVE(line.target, line.levels, line.delimiter, line.customDelimiter);
   if (failure) {
-    console.message(TL(9005, u"Der Bericht '%1' kann nicht geschrieben werden: %2",
-                       {line.target, failure->text}),
-                    Severity::Error);
+    console.message(unwritableText(line.target, *failure), Severity::Error);
     return kExitNothing;
   }
   console.print(summary(result.sum, platform::GetTickCount() - start, line.target));

@@ -74,6 +74,8 @@ int openFlags(int disposition) {
       return O_WRONLY | O_CREAT | O_APPEND;
     case kOpenExisting:
       return O_RDWR;
+    case kOpenFolder:
+      return O_PATH | O_DIRECTORY;
     default:
       return O_RDONLY;
   }
@@ -206,6 +208,11 @@ ErrorCode CopyFileSecurity(TextView path, FileHandle& file) {
       fchown(fd, told.st_uid, told.st_gid) == 0 || fchown(fd, -1, told.st_gid) == 0;
   const mode_t kept = isSameGroup ? 0777 : 0707;
   return fchmod(fd, told.st_mode & kept) == 0 ? kSuccess : lastError();
+}
+
+std::string GetHandlePath(const FileHandle& file, TextView path) {
+  std::string alias = "/proc/self/fd/" + std::to_string(file.handle_);
+  return access(alias.c_str(), F_OK) == 0 ? alias : toBytes(path);
 }
 
 ErrorCode CloseHandle(FileHandle& file) {

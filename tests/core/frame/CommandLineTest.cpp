@@ -118,6 +118,13 @@ TEST(CommandLineTest, Lists) {
       {{u"--json", u"/a"}, Mode::Invalid, -1, true},
       {{u"-s", u"--lists", u"/t", u"/a"}, Mode::Invalid, -1, false},
       {{u"--lists", u"--help"}, Mode::Help, -1, false},
+      {{u"--lists", u"--save", u"/out", u"--format", u"Html", u"/a"}, Mode::Lists, -1, false},
+      {{u"--lists", u"--save", u"/out", u"/a"}, Mode::Lists, -1, false},
+      {{u"--lists", u"--save", u"/out", u"--format", u"htm", u"/a"}, Mode::Invalid, -1, false},
+      {{u"--lists", u"--save", u"/out", u"--json", u"/a"}, Mode::Invalid, -1, true},
+      {{u"--lists", u"--format", u"csv", u"/a"}, Mode::Invalid, -1, false},
+      {{u"--lists", u"/a", u"--save"}, Mode::Invalid, -1, false},
+      {{u"--save", u"/out", u"/a"}, Mode::Invalid, -1, false},
   };
   for (const auto& c : cases) {
     const CommandLine line = parseArguments(c.arguments);

@@ -75,6 +75,36 @@ TEST_F(ListRunTest, RowsLimitsAndWidens) {
   }
 }
 
+TEST_F(ListRunTest, SavesEveryListUnderItsName) {
+  const TestFolder out;
+  const Text folder = out.text("new");
+  const auto save = [&](TextView format) {
+    return run({u"--lists", u"--save", folder, u"--format", Text(format), u"-d1", source.text()});
+  };
+  for (const TextView format : {u"csv", u"html"}) {
+    const testing::Outcome outcome = save(format);
+    EXPECT_EQ(outcome.status, kExitDone) << outcome.errors;
+    EXPECT_EQ(occurrences(outcome.output, "." + toBytes(format) + "\n"), kLists + 2U);
+  }
+  const std::string path = out.path("new/");
+  EXPECT_EQ(testing::namesIn(path).size(), 2 * (kLists + 2U));
+  EXPECT_EQ(testing::lines(testing::readReport(path + "extensions.csv")).size(), 32U);
+  EXPECT_EQ(testing::lines(testing::readReport(path + "junctions.csv"))[1],
+            u"\"" + source.text("link") + u"\";\"sub\";\"Symbolischer Link\"");
+  EXPECT_EQ(testing::lines(testing::readReport(path + "folders.csv")).size(), 4U);
+  EXPECT_GT(testing::lines(testing::readReport(path + "log.csv")).size(), 2U);
+
+  // What cannot be written is told before the scan, or list by list.
+  const testing::Outcome missing = run({u"--lists", u"--save", out.text("no/such"), source.text()});
+  EXPECT_EQ(missing.status, kExitNothing);
+  EXPECT_NE(missing.errors.find("no/such"), std::string::npos) << missing.errors;
+  out.folder("new/owners.xml");
+  const testing::Outcome taken = save(u"xml");
+  EXPECT_EQ(taken.status, kExitNothing);
+  EXPECT_NE(taken.errors.find("owners.xml"), std::string::npos) << taken.errors;
+  EXPECT_EQ(occurrences(taken.output, ".xml\n"), kLists + 1U);
+}
+
 TEST_F(ListRunTest, TheExitStatusTellsWhatWasMissed) {
   EXPECT_EQ(run({u"--lists", source.text("missing")}).status, kExitNothing);
   const ScopedFault fault({.call = Call::Openat, .name = "sub", .error = EACCES});

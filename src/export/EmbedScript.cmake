@@ -1,0 +1,21 @@
+# cmake -DESBUILD=... -DSOURCE=script.js -DHEADER=Script.h -P EmbedScript.cmake
+# Minifies a script and writes a header that has it as one line of text.
+execute_process(COMMAND ${ESBUILD} --minify --target=es2017 --charset=ascii --legal-comments=none
+                        --log-level=warning ${SOURCE}
+                OUTPUT_VARIABLE script OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE "\n" "" script "${script}")
+if(NOT script MATCHES "^var stIsIE=!1;.*window\\.onload=sorttable\\.init;$")
+  message(FATAL_ERROR "${SOURCE}: does not begin and end as pages expect once it is minified")
+endif()
+# A literal of more than some 64,000 characters is not portable; this one has a few thousand.
+file(WRITE ${HEADER} "#pragma once
+
+#include \"support/Text.h\"
+
+namespace ombrelian {
+
+/// The script that sorts the tables of a page; made from export/html/sorttable.js.
+inline constexpr TextView kSortScript = uR\"script(${script})script\";
+
+}  // namespace ombrelian
+")

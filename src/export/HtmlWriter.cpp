@@ -1,0 +1,137 @@
+#include "export/HtmlWriter.h"
+
+#include <charconv>
+
+#include "export/SortScript.h"
+#include "format/DatePattern.h"
+#include "format/Mask.h"
+#include "platform/Locale.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kScriptBegin = u"<script type='text/javascript'>";
+constexpr TextView kScriptEnd = u"</script>";
+constexpr TextView kAscending = u"<span id='sorttable_sortfwdind'>&nbsp;&#x25B4;</span>";
+constexpr TextView kDescending = u"<span id='sorttable_sortrevind'>&nbsp;&#x25BE;</span>";
+constexpr TextView kKeyBegin = u" sorttable_customkey='";
+
+// Numbers as scripts read them, whatever the locale.
+
+void appendDays(Date date, Text& out) {
+  constexpr int kDigits = 15;  // as many as every date keeps
+  char digits[32];
+  const auto end =
+      std::to_chars(digits, std::end(digits), date, std::chars_format::general, kDigits);
+  out.append(std::begin(digits), end.ptr);
+}
+
+void appendExact(double value, Text& out) {
+  char digits[400];
+  const auto end = std::to_chars(digits, std::end(digits), value, std::chars_format::fixed);
+  out.append(std::begin(digits), end.ptr);
+}
+
+}  // namespace
+
+void HtmlWriter::beginSource(const ReportSource& source) {
+  if (tableIsOpen_) SaveHtmlTableEnd(true);
+  SaveHtmlHeader(source);
+  tableIsOpen_ = true;
+}
+
+void HtmlWriter::endDocument() {
+  if (tableIsOpen_) SaveHtmlTableEnd(false);
+}
+
+void HtmlWriter::SaveHtmlHeader(const ReportSource& source) {
+  line_ = u"<!DOCTYPE html><html><head>";
+  writeLine(line_.append(kScriptBegin).append(kSortScript).append(kScriptEnd));
+  writeLine(GetTableHtmlStyles());
+  writeLine(u"</head><body>");
+  writeTitleRow(source);
+  writeLine(u"<tr>");
+  for (const Column* const column : list_.columns)
+    writeColumnHeader(*column);
+  writeLine(u"</tr></thead><tbody>");
+}
+
+void HtmlWriter::writeTitleRow(const ReportSource& source) {
+  line_ = u"<div id='mystyle' class='style3'><table class='sortable'><thead><tr>";
+  line_.append(u"<th class='header1' colspan='")
+      .append(toText(std::int64_t(list_.columns.size())))
+      .append(u"'>Ombrelian - ")
+      .append(list_.title)
+      .append(u"<span style=\"font-size:12px;\">");
+  if (!source.path.empty()) {
+    line_.append(u"<br>").append(TL(2245, u"Pfad: %1", {describeSource(source.path, true)}));
+  }
+  line_.append(u"<br>")
+      .append(TL(2246, u"Erstellt: %1", {formatGeneralDate(source.created)}))
+      .append(u"</span></th></tr>");
+  writeLine(line_);
+}
+
+void HtmlWriter::writeColumnHeader(const Column& column) {
+  // Dates sort through the keys of their cells.
+  const bool sortsAsText = column.isLeftAligned() && column.kind != CellKind::Timestamp;
+  line_ = sortsAsText ? u"<th class='sorttable_alpha'>" : u"<th>";
+  line_ += list_.format.caption(column);
+  if (&column == list_.sortColumn) line_ += list_.sortedDescending ? kDescending : kAscending;
+  writeLine(line_ += u"</th>");
+}
+
+void HtmlWriter::row(const ReportRow& row) { SaveHtmlRowData(row); }
+
+void HtmlWriter::SaveHtmlRowData(const ReportRow& row) {
+  writeLine(u"<tr>");
+  for (const Column* const column : list_.columns) {
+    line_ = column->isLeftAligned() ? u"<td" : u"<td class='r'";
+    appendCell(row, *column);
+    writeLine(line_ += u"</td>");
+  }
+  writeLine(u"</tr>");
+}
+
+/// Appends the rest of the opening tag and the value.
+void HtmlWriter::appendCell(const ReportRow& row, const Column& column) {
+  value_.clear();
+  if (column.kind == CellKind::Percent) {
+    static const NumberMask kMask = parseNumberMask(u"##0.00");
+    appendNumber(kMask, roundDecimal(list_.cells.real(row.index, column), kMask.decimals), value_);
+    value_ += u'%';
+  } else if (row.isStart) {
+    cells_.append(CellForm::ShownOrPlain, row, column, value_);
+  } else {
+    cells_.appendNamed(CellForm::ShownOrPlain, row, column, value_);
+  }
+  if (column.kind == CellKind::Timestamp) {
+    appendDateKey(row, column);
+  } else if (!column.isLeftAligned() && column.kind != CellKind::Percent) {
+    appendNumberKey(row, column);
+  }
+  line_.append(u">").append(value_);
+}
+
+void HtmlWriter::appendDateKey(const ReportRow& row, const Column& column) {
+  if (value_.empty()) return;
+  line_ += kKeyBegin;
+  appendDays(list_.cells.real(row.index, column), line_);
+  line_ += u'\'';
+}
+
+/// A number that is shown with separators or a unit sorts by what is behind it, a plain one by
+/// itself.
+void HtmlWriter::appendNumberKey(const ReportRow& row, const Column& column) {
+  if (value_.find_first_not_of(u"0123456789-") == Text::npos) return;
+  line_ += kKeyBegin;
+  appendExact(list_.format.value(list_.cells, row.index, column), line_);
+  line_ += u'\'';
+}
+
+void HtmlWriter::SaveHtmlTableEnd(bool MoreTables) {
+  writeLine(MoreTables ? u"</tbody></table>" : u"</tbody></table></div></body></html>");
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,58 @@
+#include "export/ListSave.h"
+
+#include <algorithm>
+
+#include "platform/SystemError.h"
+#include "support/Guard.h"
+
+namespace ombrelian {
+namespace {
+
+/// All rows of a grid, from one source.
+class GridRows : public ReportFeed {
+ public:
+  GridRows(const Grid& grid, const ReportSource& source) : grid_(grid), source_(source) {}
+
+  std::uint64_t rowCount() const override { return grid_.rowCount(); }
+
+  void feed(ReportSink& sink) const override {
+    if (!sink.beginSource(source_)) return;
+    bool goesOn = true;
+    for (Grid::RowIndex row = 0; row < grid_.rowCount() && goesOn; ++row)
+      goesOn = sink.row({.index = row, .number = row + 1});
+    sink.endSource();
+  }
+
+ private:
+  const Grid& grid_;
+  const ReportSource& source_;
+};
+
+bool contains(const std::vector<const Column*>& columns, const Column* column) {
+  return std::find(columns.begin(), columns.end(), column) != columns.end();
+}
+
+}  // namespace
+
+Failure saveList(const ListToSave& list, const Options& options, ReportFormat format,
+                 TextView target, TextView delimiter, UserInterface& ui) {
+  Failure failure = Error{std::int32_t(platform::kGeneralFailure), u"SAVE", u""};
+  Guarded(
+      u"frmSaveFiles", u"SAVE",
+      [&] {
+        const CellFormat cells(list.grid.columns(), list.sizes, options.DateFormat);
+        ReportList report = {list.title, kFlatShape, list.grid, cells,
+                             visibleColumnsAndNumber(list.grid.columns(), list.layout)};
+        if (contains(report.columns, list.grid.sortColumn())) {
+          report.sortColumn = list.grid.sortColumn();
+          report.sortedDescending = list.grid.sortedDescending();
+        }
+        const SaveSettings settings = {Text(delimiter), false, options.SaveFiles.DividingLine == 1};
+        failure =
+            saveReport(format, target, report, settings, GridRows(list.grid, list.source), ui);
+      },
+      {Text(target)});
+  return failure;
+}
+
+}  // namespace ombrelian

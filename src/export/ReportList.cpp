@@ -1,0 +1,32 @@
+#include "export/ReportList.h"
+
+#include "fs/z_Filesystem.h"
+#include "platform/Volumes.h"
+
+namespace ombrelian {
+
+void ReportCells::append(CellForm form, const ReportRow& row, const Column& column,
+                         Text& out) const {
+  if (&column == &kRowNumberColumn) {
+    out += toText(std::int64_t(row.number));
+    return;
+  }
+  const std::size_t before = out.size();
+  if (form != CellForm::Plain) list_.format.appendShown(list_.cells, row.index, column, out);
+  const bool wantsPlain =
+      form == CellForm::Plain || (form == CellForm::ShownOrPlain && out.size() == before);
+  if (wantsPlain) list_.format.appendPlain(list_.cells, row.index, column, out);
+}
+
+Text driveLabelOf(const Text& path) {
+  Text ignored;
+  return platform::IsDriveRoot(path) ? xGetDriveLabelW(path, ignored) : Text();
+}
+
+Text describeSource(const Text& path, bool labelsDrives) {
+  Text described = xRemoveBackslash(path);
+  const Text label = labelsDrives ? driveLabelOf(path) : Text();
+  return label.empty() ? described : described + u" [" + label + u"]";
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,157 @@
+#include "export/ReportSave.h"
+
+#include "export/CsvWriter.h"
+#include "export/HtmlWriter.h"
+#include "export/TxtWriter.h"
+#include "export/XlsxWriter.h"
+#include "export/XmlWriter.h"
+#include "platform/Time.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr std::uint64_t kProgressIntervalMs = 1000;
+constexpr std::uint64_t kRowsBetweenClocks = 256;
+
+struct Ending {
+  TextView text;  // lower case, the last four characters of a name
+  TextView extension;
+  ReportFormat format;
+};
+
+constexpr Ending kEndings[] = {{u".txt", u"txt", ReportFormat::TXT},
+                               {u".csv", u"csv", ReportFormat::CSV},
+                               {u"html", u"html", ReportFormat::HTML},
+                               {u".xml", u"xml", ReportFormat::XML},
+                               {u"xlsx", u"xlsx", ReportFormat::XLSX}};
+
+constexpr TextView kDelimiters[] = {u",", u";", u"\t", u" "};
+constexpr std::int32_t kTab = 2;
+
+/// Lets the user follow a save and end it.
+class Progress {
+ public:
+  Progress(UserInterface& ui, std::uint64_t rows)
+      : ui_(ui), rows_(rows), lastTick_(platform::GetTickCount()) {}
+
+  /// Tells of one more row; false: the user wants no more.
+  bool goesOn() {
+    if (row_++ % kRowsBetweenClocks == 0) look();
+    return !ui_.saveCancelled();
+  }
+
+ private:
+  void look() {
+    const std::uint64_t now = platform::GetTickCount();
+    if (now > lastTick_ + kProgressIntervalMs) {
+      ui_.saveProgress(row_, rows_);
+      ui_.yield();
+      lastTick_ = now;
+    } else if (ui_.GetInputState()) {
+      ui_.yield();
+    }
+  }
+
+  UserInterface& ui_;
+  const std::uint64_t rows_;
+  std::uint64_t row_ = 0;
+  std::uint64_t lastTick_;
+};
+
+class MeasuringSink : public ReportSink {
+ public:
+  MeasuringSink(ReportWriter& writer, UserInterface& ui) : writer_(writer), ui_(ui) {}
+
+  bool beginSource(const ReportSource&) override { return !ui_.saveCancelled(); }
+  bool row(const ReportRow& row) override {
+    writer_.measure(row);
+    return !ui_.saveCancelled();
+  }
+  void endSource() override {}
+
+ private:
+  ReportWriter& writer_;
+  UserInterface& ui_;
+};
+
+class WritingSink : public ReportSink {
+ public:
+  WritingSink(ReportWriter& writer, Progress& progress) : writer_(writer), progress_(progress) {}
+
+  bool beginSource(const ReportSource& source) override {
+    if (!goesOn()) return false;
+    writer_.beginSource(source);
+    return true;
+  }
+  bool row(const ReportRow& row) override {
+    writer_.row(row);
+    return goesOn();
+  }
+  void endSource() override { writer_.endSource(); }
+
+ private:
+  bool goesOn() { return !writer_.failure() && progress_.goesOn(); }
+
+  ReportWriter& writer_;
+  Progress& progress_;
+};
+
+}  // namespace
+
+ReportFormat formatOfFileName(TextView name) {
+  const Text end = asciiLower(name.substr(name.size() < 4 ? 0 : name.size() - 4));
+  for (const Ending& ending : kEndings) {
+    if (end == ending.text) return ending.format;
+  }
+  return ReportFormat::TXT;
+}
+
+std::optional<ReportFormat> formatOfExtension(TextView extension) {
+  const Text wanted = asciiLower(extension);
+  for (const Ending& ending : kEndings) {
+    if (wanted == ending.extension) return ending.format;
+  }
+  return {};
+}
+
+TextView fileExtension(ReportFormat format) { return kEndings[std::size_t(format)].extension; }
+
+std::unique_ptr<ReportWriter> makeReportWriter(ReportFormat format, const ReportList& list,
+                                               SaveSettings settings) {
+  switch (format) {
+    case ReportFormat::CSV:
+      return std::make_unique<CsvWriter>(list, std::move(settings));
+    case ReportFormat::HTML:
+      return std::make_unique<HtmlWriter>(list, std::move(settings));
+    case ReportFormat::XML:
+      return std::make_unique<XmlWriter>(list, std::move(settings));
+    case ReportFormat::XLSX:
+      return std::make_unique<XlsxWriter>(list);
+    case ReportFormat::TXT:
+      break;
+  }
+  return std::make_unique<TxtWriter>(list, std::move(settings));
+}
+
+Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
+                   const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui) {
+  const std::unique_ptr<ReportWriter> writer = makeReportWriter(format, list, settings);
+  if (Failure failure = writer->open(target)) return failure;
+  if (writer->wantsWidths()) {
+    MeasuringSink sink(*writer, ui);
+    feed.feed(sink);
+  }
+  Progress progress(ui, feed.rowCount());
+  WritingSink sink(*writer, progress);
+  writer->beginDocument();
+  feed.feed(sink);
+  writer->endDocument();
+  return writer->commit();
+}
+
+Text delimiterText(std::int32_t choice, TextView chars) {
+  if (choice == kCustomDelimiter) return Text(chars);
+  return Text(kDelimiters[choice >= 0 && choice < kCustomDelimiter ? choice : kTab]);
+}
+
+}  // namespace ombrelian

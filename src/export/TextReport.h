@@ -1,0 +1,38 @@
+#pragma once
+
+#include "export/ReportFile.h"
+#include "export/ReportWriter.h"
+
+namespace ombrelian {
+
+/// What the formats that are text have in common.
+class TextReport : public ReportWriter {
+ public:
+  /// `list` is kept by reference.
+  TextReport(const ReportList& list, SaveSettings settings)
+      : list_(list), settings_(std::move(settings)), cells_(list) {}
+
+  Failure open(TextView target) override { return file_.open(target); }
+  const Failure& failure() const override { return file_.failure(); }
+  Failure commit() override { return file_.commit(); }
+
+ protected:
+  void writeLine(TextView line) { file_.SaveLineToFile(line, true); }
+
+  /// A line that has its end only where the shape of the list or a further line asks for it.
+  void writeRowLine(TextView line) {
+    if (lineIsOpen_) file_.SaveLineToFile({}, true);
+    file_.SaveLineToFile(line, list_.shape.endsLastLine);
+    lineIsOpen_ = !list_.shape.endsLastLine;
+  }
+
+  const ReportList& list_;
+  const SaveSettings settings_;
+  const ReportCells cells_;
+
+ private:
+  ReportFile file_;
+  bool lineIsOpen_ = false;
+};
+
+}  // namespace ombrelian

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "export/TextReport.h"
+
+namespace ombrelian {
+
+/// One element a line, with tabs that follow the tree. Every source is a "list" element of its own
+/// side by side with the others; a reader takes the file apart at these.
+class XmlWriter : public TextReport {
+ public:
+  using TextReport::TextReport;
+
+  void beginDocument() override;
+  void beginSource(const ReportSource& source) override;
+  void row(const ReportRow& row) override;
+  void endSource() override;
+
+ private:
+  void FormatPrintValuesForXML(const ReportRow& row, std::size_t tabs);
+  void writeElement(std::size_t tabs, TextView key, TextView value);
+  void closeRowsDownTo(std::uint32_t level);
+
+  std::vector<std::uint32_t> openLevels_;  // of the rows whose element is open, outermost first
+  Text line_;
+  Text value_;
+};
+
+/// Replaces "<", ">", "&", "'" and the double quote, in this order: what the first two become is
+/// escaped once more. Readers of these files undo both.
+Text XML_replace_illegal_chars(TextView text);
+
+}  // namespace ombrelian

@@ -1,0 +1,237 @@
+// Whole reports against files that were read by eye. After a wanted change
+//
+//   scripts/golden.sh
+//
+// writes them anew; look at the difference before it is committed. The files are UTF-8, their line
+// ends are plain (a line feed that is no line end stands as "\n"), the script and the style of a
+// page are left out, and a workbook stands there as what a reader that is not ours finds in it.
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+
+#include "export/FolderSave.h"
+#include "export/HtmlWriter.h"
+#include "export/ListSave.h"
+#include "export/SortScript.h"
+#include "lists/Log.h"
+#include "platform/FindData.h"
+#include "tests/testing/ScanFixture.h"
+#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/ScopedZone.h"
+
+namespace ombrelian {
+namespace {
+
+const std::string kFolder = std::string(OMBRELIAN_SOURCE_DIR) + "/tests/export/golden/";
+
+/// What a program prints.
+std::string outputOf(const std::string& command) {
+  std::string output;
+  FILE* const pipe = popen(command.c_str(), "r");
+  std::array<char, 4096> buffer;
+  while (const std::size_t got = fread(buffer.data(), 1, buffer.size(), pipe))
+    output.append(buffer.data(), got);
+  EXPECT_EQ(pclose(pipe), 0) << command;
+  return output;
+}
+
+/// A text report as a golden file has it.
+std::string readable(const std::string& path) {
+  Text text = replaceAll(testing::readReport(path), u"\r\n", u"\r");
+  text = replaceAll(replaceAll(text, u"\n", u"\\n"), u"\r", u"\n");
+  text = replaceAll(text, kSortScript, u"...");
+  return toBytes(replaceAll(text, GetTableHtmlStyles(), u"<style>...</style>"));
+}
+
+std::string readReportOf(const std::string& path, ReportFormat format) {
+  if (format != ReportFormat::XLSX) return readable(path);
+  return outputOf("/usr/bin/python3 '" + kFolder + "../dump_xlsx.py' '" + path + "'");
+}
+
+class GoldenReportTest : public ::testing::Test {
+ protected:
+  void compare(const std::string& name, const std::string& report) {
+    const std::string path = kFolder + name;
+    if (std::getenv("OMBRELIAN_WRITE_GOLDEN") != nullptr) {
+      std::ofstream(path, std::ios::binary) << report;
+    }
+    EXPECT_EQ(report, testing::readFile(path)) << name;
+  }
+
+  const testing::ScopedZone zone{"UTC"};
+  testing::TestFolder out;
+  testing::QuietInterface ui;
+  Options options;
+};
+
+class GoldenFolderTest : public GoldenReportTest {
+ protected:
+  NodeIndex add(NodeIndex parent, TextView name, std::int64_t size, bool isFolder = true) {
+    const NodeIndex node =
+        parent == kNoNode ? tree.addRoot(name) : tree.addChild(parent, name, isFolder);
+    tree[node].size = size;
+    tree[node].files = std::int32_t(size / 1000);
+    return node;
+  }
+
+  void SetUp() override {
+    root = add(kNoNode, u"/src", 4'200'000);
+    deep = add(root, u"deep", 2'800'000);
+    add(deep, u"inner", 1'000'000);
+    add(deep, u"Dateien", 1'800'000, false);
+    odd = add(root, u"<a href='x'>&]]>\"\n_x0041_", 900);
+    add(odd, u"\u05D0\u05D1 \xDCFF ", 0);
+    add(root, u"Dateien", 1'399'100, false);
+    tree.setCreated(root, toDate({2026, 11, 22, 13, 14, 15}));
+    const NodeIndex other = add(kNoNode, u"/other & more", 0);
+    tree.setCreated(other, toDate({2026, 11, 23}));
+    FolderNode& node = tree[deep];
+    node.folders = node.subfolders = 1;
+    node.hardlinks = 1234;
+    node.errors = 2;
+    node.junctions = 3;
+    node.attributes = platform::kAttributeDirectory | platform::kAttributeHidden;
+    node.owner = tree.ownerNumber(u"someone");
+    node.set(FolderNode::HasOwner);
+    node.dateModified = fileTimeFromUnix(1'000'036'000, 999'999'999);  // 9 September 2001
+    node.dateCreate = fileTimeFromUnix(-3'000'000'000, 0);             // 1874
+    tree.setJunctionTarget(deep, u"/else \"where\"");
+  }
+
+  /// Saves in each of the formats, and compares.
+  void check(const std::string& name, const std::vector<ReportFormat>& formats,
+             std::int32_t levels) {
+    report.applySettings();
+    for (const ReportFormat format : formats) {
+      const std::string extension = toBytes(fileExtension(format));
+      const std::string file = name + "." + extension;
+      FolderSave save(report, options, ui);
+      const Failure failure = save.SAVE(out.text(file), levels, kKeepDelimiter, {});
+      EXPECT_FALSE(failure.has_value()) << toBytes(failure->text);
+      const bool isBook = format == ReportFormat::XLSX;
+      compare(isBook ? file + ".dump" : file, readReportOf(out.path(file), format));
+    }
+  }
+
+  using Format = ReportFormat;
+
+  FolderTree tree;
+  FolderReport report{tree, options};
+  NodeIndex root = kNoNode;
+  NodeIndex deep = kNoNode;
+  NodeIndex odd = kNoNode;
+};
+
+TEST_F(GoldenFolderTest, EveryColumnOfTwoSources) {
+  const ScopedLocale german("de_DE");
+  options.FolderColumnVisible.fill(1);
+  options.FileSizeFormat = 1;
+  options.DateFormat = u"dd.mm.yyyy hh:nn";
+  options.Delimiter = 1;
+  check("folders-all", {Format::TXT, Format::CSV, Format::HTML, Format::XML, Format::XLSX},
+        kAllLevels);
+}
+
+TEST_F(GoldenFolderTest, ASelectedRowWithIndentAndLines) {
+  const ScopedLocale english("en_US");
+  options.FolderOpt = 1;
+  options.ShowIndent = 1;
+  options.DividingLine = 1;
+  options.Delimiter = kCustomDelimiter;
+  options.LevelOpt = 1;
+  options.Levels = 2;
+  report.select(deep);
+  check("folders-selected", {Format::TXT, Format::HTML, Format::XML}, kKeepLevels);
+}
+
+TEST_F(GoldenFolderTest, WhatIsExpanded) {
+  const ScopedLocale posix("C");
+  options.FolderColumnVisible = {1, 0, 0, 1, 1};  // hidden sizes; the name stays
+  options.FolderColumnIndex[4] = 1;               // files stand in front
+  options.LevelOpt = 2;
+  report.setExpanded(root, true);
+  report.setExpanded(odd, true);
+  check("folders-expanded", {Format::TXT, Format::CSV, Format::HTML, Format::XML}, kKeepLevels);
+}
+
+TEST_F(GoldenFolderTest, ACancelledSaveIsWellFormed) {
+  const ScopedLocale posix("C");
+  for (const Format format : {Format::CSV, Format::HTML, Format::XML, Format::XLSX}) {
+    ui.asksUntilSaveIsCancelled = 5;
+    check("folders-cancelled", {format}, kAllLevels);
+  }
+}
+
+/// One file a format with every list in it, one below the other.
+class GoldenListTest : public GoldenReportTest {
+ protected:
+  /// Two rows in which every column has a value that tells it from the others.
+  Grid sample(ListId list) {
+    Grid grid(listFacts(list).columns);
+    for (int i = 0; i < 2; ++i) {
+      const Grid::RowIndex row = grid.addRow();
+      for (const Column& column : grid.columns())
+        fill(grid, row, column, i);
+    }
+    sortAsOpened(grid, list);
+    return grid;
+  }
+
+  static void fill(Grid& grid, Grid::RowIndex row, const Column& column, int i) {
+    const Text suffix = i == 0 ? u" <&'\"> " : u"";
+    switch (column.kind) {
+      case CellKind::PlainText:
+        return grid.set(row, column, TextView(Text(column.key) + suffix));
+      case CellKind::Percent:
+        return grid.set(row, column, i == 0 ? 66.667 : 0.0);
+      case CellKind::Timestamp:
+        return grid.set(row, column, i == 0 ? toDate({2026, 11, 22, 1, 2, column.id}) : 0.0);
+      case CellKind::Attributes:
+        return grid.set(row, column, std::int64_t(platform::kAttributeHidden));
+      case CellKind::Choice:
+        return grid.set(row, column, std::int64_t(i));
+      default:
+        return grid.set(row, column, std::int64_t(i == 0 ? 123'456'789 : 0) * column.id);
+    }
+  }
+
+  std::string saved(const ListToSave& list, ReportFormat format) {
+    const std::string path = out.path("list." + toBytes(fileExtension(format)));
+    const Failure failure = saveList(list, options, format, fromBytes(path), u";", ui);
+    EXPECT_FALSE(failure.has_value()) << toBytes(failure->text);
+    return "=== " + toBytes(list.title) + "\n" + readReportOf(path, format) + "\n";
+  }
+
+  std::string allLists(ReportFormat format) {
+    const ReportSource source = {u"/src/", toDate({2026, 11, 22, 13, 14, 15})};
+    std::string all;
+    for (const ListId list :
+         {ListId::LargestFiles, ListId::NewestFiles, ListId::SmallestFolders, ListId::Hardlinks,
+          ListId::Junctions, ListId::Owners, ListId::Extensions}) {
+      const Grid grid = sample(list);
+      all += saved({listTitle(options, list), grid, listLayout(options, list),
+                    listSizes(options, list), source},
+                   format);
+    }
+    Grid log = Log(options).asGrid();
+    fill(log, log.addRow(), log.columns()[0], 0);
+    fill(log, log.addRow(), log.columns()[1], 0);
+    return all + saved({Log::title(), log, {}, {}, {{}, source.created}}, format);
+  }
+};
+
+TEST_F(GoldenListTest, EveryListInEveryFormat) {
+  const ScopedLocale posix("C");
+  options.HardlinkColumnVisible.fill(1);
+  for (const ReportFormat format : {ReportFormat::TXT, ReportFormat::CSV, ReportFormat::HTML,
+                                    ReportFormat::XML, ReportFormat::XLSX}) {
+    options.SaveFiles.DividingLine = format == ReportFormat::TXT ? 1 : 0;
+    compare(
+        "lists." + toBytes(fileExtension(format)) + (format == ReportFormat::XLSX ? ".dump" : ""),
+        allLists(format));
+  }
+}
+
+}  // namespace
+}  // namespace ombrelian
