@@ -1,4 +1,4 @@
-# cmake -DESBUILD=... -DSOURCE=script.js -DHEADER=Script.h -P EmbedScript.cmake
+# cmake -DESBUILD=... -DSOURCE=script.js -DTEMPLATE=Script.h.in -DHEADER=Script.h -P EmbedScript.cmake
 # Minifies a script and writes a header that has it as one line of text.
 execute_process(COMMAND ${ESBUILD} --minify --target=es2017 --charset=ascii --legal-comments=none
                         --log-level=warning ${SOURCE}
@@ -7,15 +7,4 @@ string(REPLACE "\n" "" script "${script}")
 if(NOT script MATCHES "^var stIsIE=!1;.*window\\.onload=sorttable\\.init;$")
   message(FATAL_ERROR "${SOURCE}: does not begin and end as pages expect once it is minified")
 endif()
-# A literal of more than some 64,000 characters is not portable; this one has a few thousand.
-file(WRITE ${HEADER} "#pragma once
-
-#include \"support/Text.h\"
-
-namespace ombrelian {
-
-/// The script that sorts the tables of a page; made from export/html/sorttable.js.
-inline constexpr TextView kSortScript = uR\"script(${script})script\";
-
-}  // namespace ombrelian
-")
+configure_file(${TEMPLATE} ${HEADER} @ONLY)
