@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <utility>
 
 #include "export/WorkbookCheck.h"
 #include "support/Surrogates.h"
@@ -176,7 +177,8 @@ void XlsxWriter::take(int error) {
 }
 
 void XlsxWriter::fail(Text text) {
-  if (!failure_) failure_ = Error{std::int32_t(platform::kGeneralFailure), Text(kSource), text};
+  if (!failure_)
+    failure_ = Error{std::int32_t(platform::kGeneralFailure), Text(kSource), std::move(text)};
 }
 
 /// The library tells too little of why the disk took no more; a write of our own tells it.
