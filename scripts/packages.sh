@@ -3,7 +3,8 @@
 # shellcheck shell=bash disable=SC2034
 
 # To build the program.
-packages_base=(g++ cmake ninja-build ccache libicu-dev libxlsxwriter-dev libminizip-dev pkg-config esbuild)
+packages_base=(g++ cmake ninja-build ccache libicu-dev libxlsxwriter-dev libminizip-dev zlib1g-dev
+               pkg-config esbuild)
 
 # To build and run the tests.
 packages_test=(libgtest-dev libgmock-dev python3 python3-openpyxl chromium)
