@@ -15,17 +15,11 @@ void trimEnd(Text& line) { line.erase(line.find_last_not_of(u' ') + 1); }
 
 }  // namespace
 
-void appendWithSpacer(TextView text, std::size_t width, bool leftAlign, Text& out) {
+void FormatTextWithSpacer(TextView text, std::size_t width, bool leftAlign, Text& out) {
   const std::size_t blanks = text.size() < width ? width - text.size() : 0;
   if (!leftAlign) out.append(blanks, u' ');
   out += text;
   if (leftAlign) out.append(blanks, u' ');
-}
-
-Text FormatTextWithSpacer(TextView text, std::size_t width, bool leftAlign) {
-  Text padded;
-  appendWithSpacer(text, width, leftAlign, padded);
-  return padded;
 }
 
 TxtWriter::TxtWriter(const ReportList& list, SaveSettings settings)
@@ -59,7 +53,8 @@ Text TxtWriter::composeHeader() const {
     if (&slot != slots_.data()) line += settings_.delimiter;
     const bool leftAlign = !list_.shape.alignsCaptions || slot.column->isLeftAligned();
     // What letters become in upper case has no other length here.
-    appendWithSpacer(platform::localeTextRules().upper(slot.caption), slot.width, leftAlign, line);
+    FormatTextWithSpacer(platform::localeTextRules().upper(slot.caption), slot.width, leftAlign,
+                         line);
   }
   const bool endsInTarget = !slots_.empty() && slots_.back().column->id == FolderColumnId::Target;
   if (list_.shape.trimsLines || endsInTarget) trimEnd(line);
@@ -114,7 +109,7 @@ void TxtWriter::appendCell(const Slot& slot, const ReportRow& row) {
   cell_.clear();
   cells_.appendNamed(list_.shape.txtCell, row, *slot.column, cell_);
   line_.append(indent, u' ');
-  appendWithSpacer(cell_, slot.width - indent, slot.column->isLeftAligned(), line_);
+  FormatTextWithSpacer(cell_, slot.width - indent, slot.column->isLeftAligned(), line_);
 }
 
 }  // namespace ombrelian

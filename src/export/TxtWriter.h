@@ -41,9 +41,6 @@ class TxtWriter : public TextReport {
 
 /// Appends `text`, and as many blanks as it is shorter than `width` (code units): behind it if
 /// `leftAlign`, else in front. A longer text stays whole.
-void appendWithSpacer(TextView text, std::size_t width, bool leftAlign, Text& out);
-
-/// The same as a text of its own.
-Text FormatTextWithSpacer(TextView text, std::size_t width, bool leftAlign);
+void FormatTextWithSpacer(TextView text, std::size_t width, bool leftAlign, Text& out);
 
 }  // namespace ombrelian

@@ -1,40 +1,28 @@
 #include "export/XmlWriter.h"
 
+#include <iterator>
+
 #include "format/DatePattern.h"
 
 namespace ombrelian {
 namespace {
 
-struct Replacement {
-  char16_t unit;
-  TextView entity;
-};
-
-/// What a character becomes after all replacements.
-constexpr Replacement kReplacements[] = {{u'<', u"&amp;lt;"},
-                                         {u'>', u"&amp;gt;"},
-                                         {u'&', u"&amp;"},
-                                         {u'\'', u"&apos;"},
-                                         {u'"', u"&quot;"}};
-
 constexpr TextView kSpecial = u"<>&'\"";
 
-void appendReplaced(TextView text, Text& out) {
+/// What each of these becomes after all replacements.
+constexpr TextView kEntities[] = {u"&amp;lt;", u"&amp;gt;", u"&amp;", u"&apos;", u"&quot;"};
+static_assert(std::size(kEntities) == kSpecial.size());
+
+}  // namespace
+
+void XML_replace_illegal_chars(TextView text, Text& out) {
   for (;;) {
     const auto at = text.find_first_of(kSpecial);
     out += text.substr(0, at);
     if (at == TextView::npos) return;
-    out += kReplacements[kSpecial.find(text[at])].entity;
+    out += kEntities[kSpecial.find(text[at])];
     text.remove_prefix(at + 1);
   }
-}
-
-}  // namespace
-
-Text XML_replace_illegal_chars(TextView text) {
-  Text replaced;
-  appendReplaced(text, replaced);
-  return replaced;
 }
 
 void XmlWriter::beginDocument() { writeLine(u"<?xml version=\"1.0\" encoding=\"UTF-16\"?>"); }
@@ -77,7 +65,7 @@ void XmlWriter::writeElement(std::size_t tabs, TextView key, TextView value) {
     line_ += u"/>";
   } else {
     line_ += u'>';
-    appendReplaced(value, line_);
+    XML_replace_illegal_chars(value, line_);
     line_.append(u"</").append(key).append(u">");
   }
   writeLine(line_);

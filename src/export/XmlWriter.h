@@ -25,8 +25,8 @@ class XmlWriter : public TextReport {
   Text value_;
 };
 
-/// Replaces "<", ">", "&", "'" and the double quote, in this order: what the first two become is
-/// escaped once more. Readers of these files undo both.
-Text XML_replace_illegal_chars(TextView text);
+/// Appends `text` to `out` with "<", ">", "&", "'" and the double quote replaced, in this order:
+/// what the first two become is escaped once more. Readers of these files undo both.
+void XML_replace_illegal_chars(TextView text, Text& out);
 
 }  // namespace ombrelian
