@@ -66,6 +66,13 @@ bool printAll(const CommandLine& line, Session& session, ListFeeder& lists, Cons
   return false;
 }
 
+/// The stored choice of a format; HTML for a number that is none.
+ReportFormat storedFormat(const Options& options) {
+  const std::int32_t number = options.SaveFiles.FileFormat;
+  const bool isFormat = number >= 0 && number <= std::int32_t(ReportFormat::XLSX);
+  return isFormat ? ReportFormat(number) : ReportFormat::HTML;
+}
+
 /// Saves every list of a run under its own name in one folder.
 class ListSaver {
  public:
@@ -73,7 +80,7 @@ class ListSaver {
       : options_(session.options),
         console_(console),
         folder_(line.saveFolder),
-        format_(line.format.value_or(ReportFormat(options_.SaveFiles.FileFormat))) {
+        format_(line.format.value_or(storedFormat(options_))) {
     delimiter_ = line.customDelimiter;
     const std::int32_t entry = line.delimiter >= 0 ? line.delimiter : options_.SaveFiles.Delimiter;
     if (delimiter_.empty()) delimiter_ = delimiterText(entry, options_.SaveFiles.DelimiterChars);
