@@ -35,6 +35,8 @@ void printHelp(Console& console) {
          u"  --save ORDNER     speichert stattdessen die Ordnerliste, alle Listen und das%!"
          u"                    Protokoll in ORDNER, jede unter ihrem Namen%!"
          u"  --format FORMAT   txt, csv, html, xml oder xlsx (sonst die gespeicherte Wahl)%!"
+         u"  --helpers N       Threads, die vorauslesen; 0 bis 64 (sonst so viele, wie sich%!"
+         u"                    auf dem Laufwerk lohnen)%!"
          u"  --                Ende der Optionen; danach folgen nur noch Pfade%!"
          u"  -h, --help        zeigt diese Hilfe%!"
          u"  --version         zeigt die Version%!"

@@ -7,15 +7,21 @@
 
 namespace ombrelian::platform {
 
+inline constexpr int kHelpersByDevice = -1;
+inline constexpr int kMaxHelpers = 64;
+
 /// Lists the folders of one source in the order of a depth-first walk: a stack of find handles, of
 /// which the innermost is read. It goes to any depth with a bounded number of descriptors, and no
 /// step costs more the deeper the walk is. The names are those of the calls that it stands for.
 ///
-/// Entries come in the order of the file system, without "." and "..". Not copyable; used by one
-/// thread.
+/// Entries come in the order of the file system, without "." and "..". Helpers, threads of its own,
+/// may read the folders that come next ahead; how many there are changes no answer. Not copyable;
+/// used by one thread.
 class FolderWalk {
  public:
-  FolderWalk();
+  /// `helpers`: how many threads read ahead; kHelpersByDevice: as many as pay on the source's
+  /// device.
+  explicit FolderWalk(int helpers = kHelpersByDevice);
   ~FolderWalk();
   FolderWalk(const FolderWalk&) = delete;
   FolderWalk& operator=(const FolderWalk&) = delete;

@@ -5,8 +5,10 @@
 #include <stdarg.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <cstring>
+#include <mutex>
 #include <vector>
 
 namespace ombrelian::testing {
@@ -24,13 +26,21 @@ std::vector<Active>& actives() {
   return list;
 }
 
+/// The program's threads come here while a test sets faults and takes them away.
+std::mutex& guard() {
+  static std::mutex mutex;
+  return mutex;
+}
+
 /// errno that the call is to fail with; 0: it goes through.
 int faultFor(Call call, const char* name) {
+  const std::lock_guard lock(guard());
   for (Active& active : actives()) {
     const Fault& fault = active.fault;
     if (!active.isOn || fault.call != call) continue;
     if (!fault.name.empty() && (name == nullptr || !std::strstr(name, fault.name.c_str())))
       continue;
+    if (fault.exceptThread == gettid()) continue;
     if (active.seen++ < fault.skip || active.hits >= fault.times) continue;
     ++active.hits;
     return fault.error;
@@ -51,16 +61,21 @@ auto guarded(Call call, const char* name, Real real) -> decltype(real()) {
 }  // namespace
 
 ScopedFault::ScopedFault(Fault fault) : slot_(actives().size()) {
+  const std::lock_guard lock(guard());
   actives().push_back({std::move(fault)});
 }
 
 ScopedFault::~ScopedFault() {
+  const std::lock_guard lock(guard());
   actives()[slot_].isOn = false;
   while (!actives().empty() && !actives().back().isOn)
     actives().pop_back();
 }
 
-int ScopedFault::hits() const { return actives()[slot_].hits; }
+int ScopedFault::hits() const {
+  const std::lock_guard lock(guard());
+  return actives()[slot_].hits;
+}
 
 }  // namespace ombrelian::testing
 

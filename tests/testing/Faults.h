@@ -15,6 +15,7 @@ struct Fault {
   int error = 0;          // errno that the call answers with
   int skip = 0;           // matching calls that go through first
   int times = INT_MAX;    // calls that fail after those
+  int exceptThread = 0;   // whose calls go through, as gettid() tells it; 0: none's
 };
 
 /// Lets calls fail while it lives.

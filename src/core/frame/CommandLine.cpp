@@ -66,6 +66,11 @@ class ArgumentReader {
     if (option == u"--json") return line_.json = true;
     if (option == u"--save" || option == u"--format") return readValue(option);
     if (option == u"--rows" && readRows()) return true;
+    if (option == u"--helpers") {
+      return readHelpers() ||
+             fail(TL(9345, u"Hinter '--helpers' muss eine Zahl von 0 bis %1 stehen.",
+                     {toText(std::int64_t(platform::kMaxHelpers))}));
+    }
     if (option.starts_with(u"-s") && std::all_of(option.begin() + 2, option.end(), isDigit)) {
       line_.mode = CommandLine::Mode::Silent;
       if (option.size() > 2) line_.levels = toLevels(TextView(option).substr(2));
@@ -105,6 +110,16 @@ class ArgumentReader {
     const bool isNumber = at_ + 1 < arguments_.size() && parseNumber(arguments_[at_ + 1], number);
     if (!isNumber || number < 0) return false;
     line_.rows = toLevels(arguments_[++at_]);
+    return true;
+  }
+
+  /// Takes the number behind "--helpers".
+  bool readHelpers() {
+    std::int64_t number = -1;
+    const bool isNumber = at_ + 1 < arguments_.size() && parseNumber(arguments_[at_ + 1], number);
+    if (!isNumber || number < 0 || number > platform::kMaxHelpers) return false;
+    line_.helpers = int(number);
+    ++at_;
     return true;
   }
 

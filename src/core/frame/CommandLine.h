@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "export/ReportWriter.h"
+#include "platform/FolderWalk.h"
 #include "support/Text.h"
 
 namespace ombrelian {
@@ -24,7 +25,8 @@ struct CommandLine {
   Text saveFolder;                     // Lists: where each list is saved; empty: they are printed
   std::optional<ReportFormat> format;  // Lists: of the saved ones; none: the stored choice
   std::int32_t rows = -1;              // Lists: rows of each list; -1: as many as suits the form
-  Text error;                          // Invalid: what to tell the user
+  int helpers = platform::kHelpersByDevice;  // threads that read ahead
+  Text error;                                // Invalid: what to tell the user
 };
 
 /// Whether translator mode is asked for. This is known before a text for an error is needed.

@@ -153,6 +153,7 @@ int runLists(const CommandLine& line, Session& session, Console& console) {
   const ListSaver saver(line, session, console);
   if (saves && !saver.prepare()) return kExitNothing;
   session.log.setListener(&console);
+  session.context.helpers = line.helpers;
   session.SourceQueue = line.sources;
   SystemFileTypes types;
   ListFeeder lists(session.options, session.filters, types);

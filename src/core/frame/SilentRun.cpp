@@ -46,6 +46,7 @@ int runSilently(const CommandLine& line, Session& session, Console& console) {
   }
   const std::uint64_t start = platform::GetTickCount();
   session.context.SilentMode = true;
+  session.context.helpers = line.helpers;
   session.log.setListener(&console);
   session.SourceQueue = line.sources;
   ScanRun run(session.scanState(console, nullptr));

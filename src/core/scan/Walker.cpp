@@ -37,7 +37,8 @@ Walker::Walker(const ScanState& state, DerivedLists* lists)
       ui_(state.ui),
       filters_(state.filters),
       lists_(lists),
-      texts_(WalkTexts::translated()) {}
+      texts_(WalkTexts::translated()),
+      walk_(state.context.helpers) {}
 
 ScanTotals Walker::Report_ScanFolders(TextView path, NodeIndex node) {
   path_ = path;

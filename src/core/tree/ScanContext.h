@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/tree/FolderTree.h"
+#include "platform/FolderWalk.h"
 #include "support/CStringCollection.h"
 
 namespace ombrelian {
@@ -18,7 +19,8 @@ struct ScanContext {
   bool SilentMode = false;  // neither yields nor can be cancelled
   bool SuppressDerivedLists = false;  // of a run with more than one source
   bool ReadHardlinkCounts = false;
-  bool IsNTFS = false;  // the source's file system keeps owners
+  int helpers = platform::kHelpersByDevice;  // of FolderWalk
+  bool IsNTFS = false;                       // the source's file system keeps owners
   int ScanCancelState = kScanIdle;
   bool ScanBusy = false;
   CStringCollection HardlinkSeen;  // identities whose size was counted in this run

@@ -124,6 +124,9 @@ TEST(CommandLineTest, Lists) {
       {{u"--lists", u"--save", u"/out", u"--json", u"/a"}, Mode::Invalid, -1, true},
       {{u"--lists", u"--format", u"csv", u"/a"}, Mode::Invalid, -1, false},
       {{u"--lists", u"/a", u"--save"}, Mode::Invalid, -1, false},
+      {{u"--lists", u"--helpers", u"64", u"/a"}, Mode::Lists, -1, false},
+      {{u"--lists", u"--helpers", u"65", u"/a"}, Mode::Invalid, -1, false},
+      {{u"--lists", u"/a", u"--helpers"}, Mode::Invalid, -1, false},
       {{u"--save", u"/out", u"/a"}, Mode::Invalid, -1, false},
   };
   for (const auto& c : cases) {

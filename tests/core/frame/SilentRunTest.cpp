@@ -8,9 +8,11 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "core/frame/ListRun.h"
 #include "export/FolderSave.h"
 #include "tests/testing/ConsoleRun.h"
 #include "tests/testing/Faults.h"
+#include "tests/testing/RandomTree.h"
 #include "tests/testing/ScopedLocale.h"
 #include "tests/testing/TestFolder.h"
 
@@ -222,6 +224,30 @@ std::array<long long, 3> countWithFind(const std::string& path) {
   }
   EXPECT_EQ(pclose(find), 0);
   return counts;
+}
+
+TEST_F(SilentRunTest, HelpersChangeNoByteOfAReport) {
+  for (unsigned seed = 11; seed <= 20; ++seed) {
+    const TestFolder tree(TestFolder::Place::Memory);
+    testing::makeRandomTree(tree, seed);
+    std::string report, lists;
+    for (const TextView helpers : {u"0", u"1", u"2", u"8", u"32"}) {
+      const Text target = out.text("report.csv");
+      ASSERT_EQ(run({u"-s", u"--helpers", Text(helpers), target, tree.text()}).status, kExitDone);
+      const std::string bytes = testing::readFile(toBytes(target));
+      const std::string printed =
+          testing::runOnConsole(runLists,
+                                {u"--lists", u"--json", u"--helpers", Text(helpers), tree.text()})
+              .output;
+      if (helpers == u"0") {
+        report = bytes;
+        lists = printed;
+        EXPECT_GT(report.size() + lists.size(), 100'000U);
+      }
+      EXPECT_TRUE(bytes == report) << toBytes(helpers) << " helpers, seed " << seed;
+      EXPECT_TRUE(printed == lists) << toBytes(helpers) << " helpers, seed " << seed;
+    }
+  }
 }
 
 TEST_F(SilentRunTest, CountsOfARealDiskAreThoseOfFind) {

@@ -78,10 +78,11 @@ TEST_F(WalkerTest, FailuresOfASource) {
 }
 
 TEST_F(WalkerTest, AListingThatBreaksOffKeepsWhatWasRead) {
-  folder.file("folder/file", 9);
-  // The source is listed first, then its folder; the folder's second question fails.
-  const ScopedFault io({Call::Getdents, {}, EIO, 2, 1});
-  const NodeIndex root = scan(folder.text());
+  const testing::TestFolder memory(testing::TestFolder::Place::Memory);
+  memory.file("folder/file", 9);
+  // Each folder takes two questions there, the source's come first; the folder's second one fails.
+  const ScopedFault io({Call::Getdents, {}, EIO, 3, 1});
+  const NodeIndex root = scan(memory.text());
   EXPECT_EQ(totals(root), (ScanTotals{9, 1, 1, 1, 0, 0}));
   EXPECT_TRUE(tree[find(root, u"folder")].has(FolderNode::IsError));
 }

@@ -1,0 +1,119 @@
+#include "platform/posix/EntryReader.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/vfs.h>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <numeric>
+
+#include "platform/posix/Errors.h"
+#include "platform/posix/Stat.h"
+
+namespace ombrelian::platform {
+namespace {
+
+/// Room for any entry: the kernel refuses to read into less.
+constexpr std::size_t kLeastRoom = 4096;
+
+/// Stands for the place of a name while its entry turned out to be gone.
+constexpr std::uint32_t kGone = std::numeric_limits<std::uint32_t>::max();
+
+const dirent64* entryAt(const char* buffer, std::size_t at) {
+  return reinterpret_cast<const dirent64*>(buffer + at);
+}
+
+std::int64_t positionBehind(const char* buffer, std::size_t begin, std::size_t end) {
+  const dirent64* last = nullptr;
+  for (std::size_t at = begin; at < end; at += last->d_reclen)
+    last = entryAt(buffer, at);
+  return last == nullptr ? 0 : last->d_off;
+}
+
+}  // namespace
+
+EntriesRead readEntries(int folder, char* buffer, bool marksEnd) {
+  EntriesRead read;
+  while (!read.isEnd && kEntryBufferSize - read.size >= kLeastRoom) {
+    const ssize_t got = getdents64(folder, buffer + read.size, kEntryBufferSize - read.size);
+    if (got <= 0) {
+      read.isEnd = true;
+      if (got < 0 && errno != ENOENT) read.error = errno;
+      return read;
+    }
+    const std::size_t begin = read.size;
+    read.size += std::size_t(got);
+    read.isEnd = marksEnd && positionBehind(buffer, begin, read.size) ==
+                                 std::numeric_limits<std::int64_t>::max();
+  }
+  return read;
+}
+
+bool marksEndOfFolder(int fd) {
+  struct statfs told;
+  return fstatfs(fd, &told) == 0 && told.f_type == EXT4_SUPER_MAGIC;
+}
+
+bool isDotEntry(const dirent64& entry) {
+  const char* const name = entry.d_name;
+  return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+bool askEntry(int folder, std::uint64_t device, const dirent64& entry, FindData& data) {
+  const int error = readFindData(folder, entry.d_name, AT_SYMLINK_NOFOLLOW, device, data);
+  if (error == 0) return true;
+  if (error == ENOENT) return false;
+  fillFromKind(entry.d_type, entry.d_name, data);
+  data.statError = translateErrno(error);
+  return true;
+}
+
+const EntriesRead& EntryReader::list(int folder, bool marksEnd) {
+  return read_ = readEntries(folder, buffer_.get(), marksEnd);
+}
+
+void EntryReader::findEntries() {
+  found_.clear();
+  for (std::size_t at = 0; at < read_.size;) {
+    const dirent64* const entry = entryAt(buffer_.get(), at);
+    at += entry->d_reclen;
+    if (!isDotEntry(*entry)) found_.push_back(entry);
+  }
+}
+
+void EntryReader::ask(int folder, std::uint64_t device, bool inInodeOrder, EntryBatch& batch) {
+  findEntries();
+  const auto nameEnds = [](const dirent64* entry) { return std::strlen(entry->d_name) + 1; };
+  std::size_t nameBytes = 0;
+  for (const dirent64* const entry : found_)
+    nameBytes += nameEnds(entry);
+  batch.names.reserve(nameBytes);
+  batch.entries.resize(found_.size());
+  const auto askAt = [&](std::size_t i) {
+    if (!askEntry(folder, device, *found_[i], batch.entries[i].data)) {
+      batch.entries[i].name = kGone;
+    }
+  };
+  if (inInodeOrder) {
+    order_.resize(found_.size());
+    std::iota(order_.begin(), order_.end(), 0);
+    std::sort(order_.begin(), order_.end(), [&](std::uint32_t left, std::uint32_t right) {
+      return found_[left]->d_ino < found_[right]->d_ino;
+    });
+    std::for_each(order_.begin(), order_.end(), askAt);
+  } else {
+    for (std::size_t i = 0; i < found_.size(); ++i)
+      askAt(i);
+  }
+  for (std::size_t i = 0; i < found_.size(); ++i) {
+    if (batch.entries[i].name == kGone) continue;
+    batch.entries[i].name = std::uint32_t(batch.names.size());
+    batch.names.append(found_[i]->d_name, nameEnds(found_[i]));
+  }
+  std::erase_if(batch.entries, [](const EntryBatch::Entry& entry) { return entry.name == kGone; });
+}
+
+}  // namespace ombrelian::platform

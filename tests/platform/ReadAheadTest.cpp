@@ -1,0 +1,317 @@
+#include "platform/posix/ReadAhead.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <filesystem>
+#include <random>
+#include <thread>
+
+#include "platform/FolderWalk.h"
+#include "platform/posix/Medium.h"
+#include "tests/testing/Faults.h"
+#include "tests/testing/RandomTree.h"
+#include "tests/testing/TestFolder.h"
+
+namespace ombrelian::platform {
+namespace {
+
+using ombrelian::testing::Call;
+using ombrelian::testing::makeRandomTree;
+using ombrelian::testing::ScopedFault;
+using ombrelian::testing::TestFolder;
+
+constexpr int kHelperCounts[] = {1, 2, 8, 32};
+
+/// What one entry told, and at which depth.
+std::string line(const FindData& entry, const std::string& name, std::size_t depth) {
+  return std::to_string(depth) + " " + name + " " + std::to_string(entry.dwFileAttributes) + " " +
+         std::to_string(entry.nFileSizeLow) + " " + std::to_string(entry.linkCount) + " " +
+         std::to_string(entry.identity.index) + " " + std::to_string(entry.statError);
+}
+
+/// Walks the source and writes down all it hears. By their names some folders are passed by and
+/// some listings are left early, as filters and a cancel do it.
+std::vector<std::string> diaryOf(const Text& source, int helpers) {
+  std::vector<std::string> diary;
+  FolderWalk walk(helpers);
+  EXPECT_EQ(walk.FindFirstFileW(source), kSuccess);
+  while (walk.depth() > 0) {
+    const FindData* const entry = walk.FindNextFileW();
+    const std::string name = entry == nullptr ? "" : toBytes(walk.name());
+    const std::size_t fate = std::hash<std::string>()(name) % 2000;
+    if (entry == nullptr || (fate == 0 && walk.depth() > 1)) {
+      diary.push_back("leave " + std::to_string(walk.listError()));
+      walk.FindClose();
+      continue;
+    }
+    diary.push_back(line(*entry, name, walk.depth()));
+    if (!entry->isFolder() || fate < 100) continue;
+    if (entry->isReparse() && fate < 1800) continue;
+    if (const ErrorCode error = walk.FindFirstFileW(); error != kSuccess) {
+      diary.push_back("closed " + std::to_string(error));
+    }
+  }
+  return diary;
+}
+
+std::size_t countIn(const char* folder) {
+  return std::size_t(std::distance(std::filesystem::directory_iterator(folder),
+                                   std::filesystem::directory_iterator()));
+}
+
+/// That a test leaves as many threads and descriptors as it found.
+class ReadAheadTest : public ::testing::Test {
+ protected:
+  ~ReadAheadTest() override {
+    EXPECT_EQ(countIn("/proc/self/fd"), descriptors_);
+    EXPECT_EQ(countIn("/proc/self/task"), threads_);
+  }
+
+ private:
+  const std::size_t descriptors_ = countIn("/proc/self/fd");
+  const std::size_t threads_ = countIn("/proc/self/task");
+};
+
+TEST_F(ReadAheadTest, HelpersChangeNoAnswer) {
+  for (unsigned seed = 1; seed <= 10; ++seed) {
+    const TestFolder folder(seed % 2 == 0 ? TestFolder::Place::Disk : TestFolder::Place::Memory);
+    makeRandomTree(folder, seed);
+    const std::vector<std::string> alone = diaryOf(folder.text(), 0);
+    ASSERT_GT(alone.size(), 500U);
+    for (const int helpers : kHelperCounts) {
+      ASSERT_EQ(diaryOf(folder.text(), helpers), alone) << helpers << " helpers, seed " << seed;
+    }
+  }
+}
+
+TEST_F(ReadAheadTest, FailuresAreThoseOfAWalkAlone) {
+  const TestFolder folder;
+  makeRandomTree(folder, 77);
+  for (const testing::Fault& fault :
+       {testing::Fault{Call::Openat, "d1", EACCES}, testing::Fault{Call::Openat, "c5", ENOENT},
+        testing::Fault{Call::Statx, "d", EACCES}, testing::Fault{Call::Statx, "n1", ENOENT}}) {
+    const ScopedFault active(fault);
+    const std::vector<std::string> alone = diaryOf(folder.text(), 0);
+    EXPECT_GT(active.hits(), 0);
+    for (const int helpers : kHelperCounts) {
+      EXPECT_EQ(diaryOf(folder.text(), helpers), alone) << helpers << " " << fault.name;
+    }
+  }
+}
+
+TEST_F(ReadAheadTest, ABrokenListingKeepsWhatWasRead) {
+  const TestFolder folder(TestFolder::Place::Memory);
+  for (int i = 0; i < 5000; ++i)
+    folder.file("wide/" + std::string(30, 'f') + std::to_string(i));
+  for (const int helpers : {0, 2}) {
+    const ScopedFault fault({Call::Getdents, {}, EIO, 5, 1});  // the source takes two questions
+    FolderWalk walk(helpers);
+    ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
+    ASSERT_NE(walk.FindNextFileW(), nullptr);
+    ASSERT_EQ(walk.FindFirstFileW(), kSuccess);
+    int entries = 0;
+    while (walk.FindNextFileW() != nullptr)
+      ++entries;
+    EXPECT_EQ(walk.listError(), kInputOutputError);
+    EXPECT_GT(entries, 1000) << helpers;
+    EXPECT_LT(entries, 5000) << helpers;
+  }
+}
+
+// What helpers cannot open for want of descriptors, the walk, which closes far levels, still can.
+TEST_F(ReadAheadTest, AShortageOfHelpersIsNoneOfTheWalk) {
+  const TestFolder folder;
+  makeRandomTree(folder, 5);
+  const std::vector<std::string> alone = diaryOf(folder.text(), 0);
+  const pid_t walker = gettid();
+  const ScopedFault fault({.call = Call::Openat, .error = EMFILE, .exceptThread = walker});
+  EXPECT_EQ(diaryOf(folder.text(), 4), alone);
+  EXPECT_GT(fault.hits(), 0);
+}
+
+/// Reads everything below `folder` with the plan; returns the number of entries. `most` is the
+/// largest number of descriptors that was seen.
+std::size_t readAll(const std::string& path, const ReadPlan& plan, std::size_t& most) {
+  std::size_t entries = 0;
+  ReadAhead ahead(plan);
+  std::vector<ListingPointer> stack = {ReadAhead::begin(
+      std::make_shared<Descriptor>(open(path.c_str(), O_RDONLY | O_DIRECTORY)), 0)};
+  while (!stack.empty()) {
+    const ListingPointer listing = std::move(stack.back());
+    stack.pop_back();
+    std::list<ListingPart> parts;
+    while (ahead.take(listing, parts)) {
+    }
+    EXPECT_EQ(listing->error, 0);
+    most = std::max(most, countIn("/proc/self/fd"));
+    for (ListingPart& part : parts) {
+      entries += part.batch.entries.size();
+      for (ListingPart::Subfolder& subfolder : part.subfolders)
+        stack.push_back(std::move(subfolder.listing));
+    }
+  }
+  return entries;
+}
+
+TEST_F(ReadAheadTest, BoundsHoldBackTheHelpersAlone) {
+  const TestFolder folder;
+  constexpr std::size_t kFolders = 1000;
+  for (std::size_t i = 0; i < kFolders; ++i)
+    folder.folder("f" + std::to_string(i) + "/inner");
+  for (const std::size_t memory : {std::size_t(1), std::size_t(20'000), std::size_t(1) << 24}) {
+    for (const unsigned descriptors : {1U, 10U}) {
+      std::size_t most = 0;
+      const ReadPlan plan = {.helpers = 4, .memory = memory, .descriptors = descriptors};
+      EXPECT_EQ(readAll(folder.path(), plan, most), 2 * kFolders);
+      // Those of the program itself, one more for each thread, and those that the stack above
+      // holds.
+      EXPECT_LT(most, 40U + kFolders / 2) << memory << " " << descriptors;
+    }
+  }
+}
+
+TEST_F(ReadAheadTest, QuestionsInInodeOrderBringTheSameAnswer) {
+  const TestFolder folder;
+  for (int i = 0; i < 500; ++i)
+    folder.file("f" + std::to_string(i * 7919 % 500), i);
+  const Descriptor open(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY));
+  EntryReader reader;
+  ASSERT_EQ(reader.list(open.get(), marksEndOfFolder(open.get())).error, 0);
+  EntryBatch plain, ordered;
+  reader.ask(open.get(), 0, false, plain);
+  const ScopedFault gone({.call = Call::Statx, .name = "f33", .error = ENOENT});
+  reader.ask(open.get(), 0, true, ordered);
+  ASSERT_EQ(plain.entries.size(), 500U);
+  ASSERT_EQ(ordered.entries.size(), 500U - std::size_t(gone.hits()));
+  auto at = ordered.entries.begin();
+  for (const EntryBatch::Entry& entry : plain.entries) {
+    if (std::string(plain.nameOf(entry)).starts_with("f33")) continue;
+    EXPECT_STREQ(ordered.nameOf(*at), plain.nameOf(entry));
+    EXPECT_EQ(at->data.nFileSizeLow, entry.data.nFileSizeLow);
+    ++at;
+  }
+}
+
+/// Changes a tree without rest: names come, go and move, folders turn into files and back.
+class Vandal {
+ public:
+  explicit Vandal(std::string folder) : folder_(std::move(folder)), thread_([this] { run(); }) {}
+  ~Vandal() {
+    isDone_ = true;
+    thread_.join();
+  }
+
+ private:
+  std::string name() {
+    std::string path = folder_;
+    for (unsigned level = 1 + unsigned(random_() % 3); level > 0; --level)
+      path += "/v" + std::to_string(random_() % 6);
+    return path;
+  }
+
+  void run() {
+    std::error_code ignored;
+    while (!isDone_) {
+      const std::string path = name();
+      switch (random_() % 5) {
+        case 0:
+          std::filesystem::remove_all(path, ignored);
+          break;
+        case 1:
+          std::filesystem::rename(path, name(), ignored);
+          break;
+        case 2:
+          close(open(path.c_str(), O_CREAT | O_WRONLY, 0600));
+          break;
+        default:
+          std::filesystem::create_directories(path, ignored);
+      }
+    }
+  }
+
+  const std::string folder_;
+  std::mt19937 random_;
+  std::atomic<bool> isDone_ = false;
+  std::thread thread_;
+};
+
+// Every walk comes to an end, and leaves nothing behind when it is broken off anywhere.
+TEST_F(ReadAheadTest, ATreeThatChangesUnderTheWalk) {
+  const TestFolder folder(TestFolder::Place::Memory);
+  makeRandomTree(folder, 9);
+  const Vandal vandal(folder.path());
+  const Vandal second(folder.path());
+  std::mt19937 random;
+  for (int round = 0; round < 300; ++round) {
+    FolderWalk walk(kHelperCounts[round % 4]);
+    ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
+    const bool isCancelled = round % 2 == 0;
+    for (auto left = unsigned(random() % 2000); walk.depth() > 0 && (!isCancelled || left > 0);
+         --left) {
+      const FindData* const entry = walk.FindNextFileW();
+      if (entry == nullptr) {
+        walk.FindClose();
+      } else if (entry->isFolder() && !entry->isReparse()) {
+        static_cast<void>(walk.FindFirstFileW());
+      }
+    }
+  }
+}
+
+/// A disk as sysfs describes it.
+void makeDisk(const TestFolder& sys, const std::string& name, const char* rotational,
+              const char* vendor) {
+  const auto write = [&](const std::string& file, const char* text) {
+    sys.file(name + file);
+    FILE* const stream = std::fopen(sys.path(name + file).c_str(), "w");
+    std::fprintf(stream, "%s\n", text);
+    std::fclose(stream);
+  };
+  write("/queue/rotational", rotational);
+  write("/device/vendor", vendor);
+  write("/" + name + "1/partition", "1");
+  sys.folder(name + "/slaves");
+}
+
+TEST(MediumTest, ToldByTheKernel) {
+  const TestFolder sys;
+  makeDisk(sys, "sda", "1", "ATA     ");
+  makeDisk(sys, "sdb", "0", "ATA     ");
+  makeDisk(sys, "sdc", "1", "QEMU    ");
+  makeDisk(sys, "vda", "1", "0x1af4");
+  sys.symlink("vda/device/driver", "/sys/bus/virtio/drivers/virtio_blk");
+  makeDisk(sys, "nbd0", "0", "");
+  makeDisk(sys, "zram0", "0", "");
+  sys.folder("dm-0/slaves");
+  sys.symlink("dm-0/slaves/sdb1", "../../sdb/sdb1");
+  sys.folder("md0/slaves");
+  sys.symlink("md0/slaves/sda1", "../../sda/sda1");
+  sys.symlink("md0/slaves/dm-0", "../../dm-0");
+  const struct {
+    const char* device;
+    Medium medium;
+  } cases[] = {{"sda", Medium::Spinning},        {"sda/sda1", Medium::Spinning},
+               {"sdb/sdb1", Medium::SolidState}, {"sdc", Medium::SolidState},
+               {"vda/vda1", Medium::SolidState}, {"nbd0", Medium::Network},
+               {"zram0", Medium::Memory},        {"dm-0", Medium::SolidState},
+               {"md0", Medium::Spinning},        {"none", Medium::SolidState}};
+  for (const auto& c : cases)
+    EXPECT_EQ(mediumOfBlockDevice(sys.path(c.device)), c.medium) << c.device;
+}
+
+TEST(MediumTest, APlanForEach) {
+  EXPECT_EQ(planFor(Medium::Memory, 1).helpers, 0U);
+  EXPECT_EQ(planFor(Medium::Memory, 4).helpers, 3U);
+  EXPECT_LE(planFor(Medium::Spinning, 64).helpers, 1U);
+  EXPECT_TRUE(planFor(Medium::Spinning, 64).isInInodeOrder);
+  EXPECT_FALSE(planFor(Medium::SolidState, 4).isInInodeOrder);
+  EXPECT_GE(planFor(Medium::Network, 1).helpers, planFor(Medium::SolidState, 1).helpers);
+}
+
+}  // namespace
+}  // namespace ombrelian::platform
