@@ -44,13 +44,13 @@ std::vector<std::string> diaryOf(const Text& source, int helpers) {
     const FindData* const entry = walk.FindNextFileW();
     const std::string name = entry == nullptr ? "" : toBytes(walk.name());
     const std::size_t fate = std::hash<std::string>()(name) % 2000;
-    if (entry == nullptr || (fate == 0 && walk.depth() > 1)) {
+    if (entry == nullptr || (fate == 0 && walk.depth() > 2)) {
       diary.push_back("leave " + std::to_string(walk.listError()));
       walk.FindClose();
       continue;
     }
     diary.push_back(line(*entry, name, walk.depth()));
-    if (!entry->isFolder() || fate < 100) continue;
+    if (!entry->isFolder() || (fate < 100 && walk.depth() > 2)) continue;
     if (entry->isReparse() && fate < 1800) continue;
     if (const ErrorCode error = walk.FindFirstFileW(); error != kSuccess) {
       diary.push_back("closed " + std::to_string(error));
