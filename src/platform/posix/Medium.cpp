@@ -97,6 +97,7 @@ Medium mediumOf(int folder, std::uint64_t device) {
 
 ReadPlan planFor(Medium medium, unsigned cores) {
   ReadPlan plan;
+  plan.processors = cores;
   switch (medium) {
     case Medium::Memory:
       plan.helpers = std::clamp(cores, 1U, 16U) - 1;

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <signal.h>
 
+#include <algorithm>
 #include <new>
 #include <system_error>
 #include <utility>
@@ -13,6 +14,16 @@ namespace {
 
 /// Bytes that the allocator and the order of work take for a subfolder, about.
 constexpr std::size_t kSubfolderBytes = sizeof(Listing) + 128;
+
+using Clock = std::chrono::steady_clock;
+
+/// What a part takes at most where the kernel has everything in its caches, with a busy machine in
+/// mind; a device takes several times as long for a single block.
+constexpr std::chrono::nanoseconds kQuickFolder = std::chrono::microseconds(60);
+constexpr std::chrono::nanoseconds kQuickEntry = std::chrono::microseconds(6);
+constexpr int kSlowPartWeight = 4;      // a quick one takes one off
+constexpr int kSlownessForMore = 16;    // then one helper more works
+constexpr int kSlownessForFewer = -32;  // then one less
 
 /// Whether a later try by the walk, which holds fewer folders open, may do better.
 bool isShortage(int error) { return error == EMFILE || error == ENFILE || error == ENOMEM; }
@@ -44,7 +55,8 @@ class SignalsBlocked {
 
 }  // namespace
 
-ReadAhead::ReadAhead(const ReadPlan& plan) : plan_(plan) {}
+ReadAhead::ReadAhead(const ReadPlan& plan)
+    : plan_(plan), allowed_(std::clamp(plan.processors - 1, 1U, std::max(1U, plan.helpers))) {}
 
 ReadAhead::~ReadAhead() {
   {
@@ -90,7 +102,7 @@ bool ReadAhead::take(const ListingPointer& listing, std::list<ListingPart>& part
 /// Works on what comes after it meanwhile; sleeps if there is nothing.
 void ReadAhead::waitFor(Lock& lock, const Listing& listing) {
   if (const auto place = nextInOrder(); place != order_.end() && hasRoom()) {
-    work(lock, place, ownReader_);
+    read(lock, place, ownReader_);
     return;
   }
   awaited_ = &listing;
@@ -104,7 +116,7 @@ void ReadAhead::readOneself(Lock& lock, const ListingPointer& listing) {
     listing->isWaiting = true;
   }
   wasStarved_ = wasStarved_ || isResting_;
-  work(lock, listing->place, ownReader_);
+  read(lock, listing->place, ownReader_);
   if (helpers_.empty() && !order_.empty()) startHelpers();
 }
 
@@ -123,11 +135,13 @@ void ReadAhead::help() {
   Lock lock(mutex_);
   while (!isStopping_) {
     const auto place = nextInOrder();
-    if (place != order_.end()) {
+    if (place != order_.end() && working_ < allowed_) {
       // The walk looks for resting helpers after it made room, so the question comes once more.
       isResting_ = !hasRoom();
       if (!isResting_ || hasRoom()) {
-        work(lock, place, reader);
+        ++working_;
+        read(lock, place, reader);
+        --working_;
         continue;
       }
     }
@@ -145,71 +159,123 @@ ReadAhead::Order::iterator ReadAhead::nextInOrder() {
   return place;
 }
 
+/// Counts the folder until the last who shares it closes it.
+SharedFolder ReadAhead::share(Descriptor folder) {
+  struct CountedFolder : Descriptor {
+    CountedFolder(Descriptor&& taken, std::shared_ptr<std::atomic<unsigned>> counter)
+        : Descriptor(std::move(taken)), count(std::move(counter)) {
+      ++*count;
+    }
+    ~CountedFolder() { --*count; }
+
+    std::shared_ptr<std::atomic<unsigned>> count;
+  };
+  return std::make_shared<CountedFolder>(std::move(folder), descriptors_);
+}
+
 bool ReadAhead::hasRoom() const {
   return bytes_.load() < plan_.memory && descriptors_->load() < plan_.descriptors;
 }
 
 void ReadAhead::wakeHelper() {
-  if (idle_ > 0) work_.notify_one();
+  if (idle_ > 0 && working_ < allowed_) work_.notify_one();
 }
 
-/// Reads one part of the listing at `place`. Called and left with the mutex locked.
-void ReadAhead::work(Lock& lock, Order::iterator place, EntryReader& reader) {
-  const ListingPointer listing = *place;
-  listing->isBeingListed = true;
-  if (idle_ > 0 && nextInOrder() != order_.end() && hasRoom()) work_.notify_one();
-  lock.unlock();
-  std::list<ListingPart> fresh(1);
+/// A device that makes a thread wait serves others meanwhile; else they would only take the
+/// processor from each other.
+void ReadAhead::adapt(std::chrono::nanoseconds taken, std::size_t entries) {
+  slowness_ += taken > kQuickFolder + kQuickEntry * entries ? kSlowPartWeight : -1;
+  if (slowness_ >= kSlownessForMore) {
+    slowness_ = 0;
+    if (allowed_ < plan_.helpers) ++allowed_;
+  } else if (slowness_ <= kSlownessForFewer) {
+    slowness_ = 0;
+    if (allowed_ > 1 && allowed_ >= plan_.processors) --allowed_;
+  }
+}
+
+/// One part of a listing on its way to the walk.
+struct ReadAhead::Work {
+  explicit Work(Order::iterator at) : listing(*at), place(at) {}
+
+  ListingPointer listing;
+  Order::iterator place;  // in the order; what lies below the part goes before it
+  Descriptor folder;      // while it belongs to this part alone
+  EntriesRead read;
+  int error = 0;                                             // errno; then nothing follows
+  std::list<ListingPart> fresh = std::list<ListingPart>(1);  // while only this thread knows of it
   ListingPart& part = fresh.front();
-  const EntriesRead read = list(*listing, reader);
-  if (isShortage(read.error) && &reader != &ownReader_ && listing->folder == nullptr) {
+  Order subfolders;  // those of the part
+};
+
+/// Reads one part of the listing at `place`. Called and left with the mutex locked.
+void ReadAhead::read(Lock& lock, Order::iterator place, EntryReader& reader) {
+  (*place)->isBeingListed = true;
+  if (nextInOrder() != order_.end() && hasRoom()) wakeHelper();
+  Work work(place);
+  lock.unlock();
+  const Clock::time_point begin = Clock::now();
+  list(work, reader);
+  if (isShortage(work.error) && &reader != &ownReader_ && work.listing->above != nullptr) {
     lock.lock();
-    giveBack(*listing);
+    giveBack(*work.listing);
     return;
   }
-  if (!read.isEnd) {  // others may go on with the rest
+  if (!work.read.isEnd) {
     lock.lock();
-    listing->isBeingListed = false;
-    ++listing->partsInWork;
-    listing->parts.splice(listing->parts.end(), fresh);
-    const auto rest = place;
-    place = order_.insert(place, nullptr);
-    if (listing->isDropped) {
-      listing->isWaiting = false;
-      order_.erase(rest);
-    }
-    wakeHelper();
+    leaveRest(work);
     lock.unlock();
   }
-  int error = read.error;
-  Order subfolders;
   try {
-    subfolders = ask(*listing, reader, read.isEnd, part);
+    ask(work, reader);
   } catch (const std::bad_alloc&) {
-    part = ListingPart();
-    error = ENOMEM;
+    work.part = ListingPart();
+    work.subfolders.clear();
+    work.error = ENOMEM;
   }
+  const auto taken = Clock::now() - begin;
   lock.lock();
-  if (error != 0) listing->error = error;
-  if (read.isEnd) {
-    listing->isBeingListed = false;
-    listing->isWaiting = false;
-    listing->isComplete = true;
-    if (!part.batch.entries.empty()) listing->parts.splice(listing->parts.end(), fresh);
+  adapt(taken, work.part.batch.entries.size());
+  publish(work);
+}
+
+/// Lets others go on with what follows this part.
+void ReadAhead::leaveRest(Work& work) {
+  Listing& listing = *work.listing;
+  listing.isBeingListed = false;
+  ++listing.partsInWork;
+  listing.parts.splice(listing.parts.end(), work.fresh);
+  const auto rest = work.place;
+  work.place = order_.insert(rest, nullptr);
+  if (listing.isDropped) {
+    listing.isWaiting = false;
+    order_.erase(rest);
+  }
+  wakeHelper();
+}
+
+void ReadAhead::publish(Work& work) {
+  Listing& listing = *work.listing;
+  if (work.error != 0) listing.error = work.error;
+  if (work.read.isEnd) {
+    listing.isBeingListed = false;
+    listing.isWaiting = false;
+    listing.isComplete = true;
+    if (!work.part.batch.entries.empty()) listing.parts.splice(listing.parts.end(), work.fresh);
   } else {
-    --listing->partsInWork;
+    --listing.partsInWork;
   }
-  part.isReady = true;
-  if (!listing->isDropped) {
-    bytes_ += part.bytes;
-    if (!subfolders.empty()) wakeHelper();
-    order_.splice(place, subfolders);
+  work.part.isReady = true;
+  if (!listing.isDropped) {
+    bytes_ += work.part.bytes;
+    if (!work.subfolders.empty()) wakeHelper();
+    order_.splice(work.place, work.subfolders);
   }
-  order_.erase(place);
-  if (listing->isComplete && listing->partsInWork == 0) {
-    listing->isWhole.store(true, std::memory_order_release);
+  order_.erase(work.place);
+  if (listing.isComplete && listing.partsInWork == 0) {
+    listing.isWhole.store(true, std::memory_order_release);
   }
-  if (awaited_ == listing.get()) ready_.notify_one();
+  if (awaited_ == &listing) ready_.notify_one();
 }
 
 /// Leaves to the walk what a helper has not the means for.
@@ -220,54 +286,50 @@ void ReadAhead::giveBack(Listing& listing) {
   if (awaited_ == &listing) ready_.notify_one();
 }
 
-SharedFolder ReadAhead::share(int fd) {
-  ++*descriptors_;
-  return SharedFolder(new Descriptor(fd), [count = descriptors_](const Descriptor* folder) {
-    delete folder;
-    --*count;
-  });
-}
-
-/// Returns 0 or errno.
-int ReadAhead::open(Listing& listing) {
-  if (listing.folder != nullptr) return 0;
-  const int fd = openat(listing.above->get(), listing.name.c_str(),
-                        O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW);
-  if (fd < 0) return errno;
-  listing.folder = share(fd);
-  listing.above.reset();
-  return 0;
-}
-
-EntriesRead ReadAhead::list(Listing& listing, EntryReader& reader) {
-  if (const int error = open(listing); error != 0) return {.isEnd = true, .error = error};
+/// Opens the folder of the listing, if that was not done yet, and reads its next entries.
+void ReadAhead::list(Work& work, EntryReader& reader) {
+  Listing& listing = *work.listing;
+  if (listing.folder == nullptr) {
+    work.folder.reset(openat(listing.above->get(), listing.name.c_str(),
+                             O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
+    if (!work.folder) {
+      work.read.isEnd = true;
+      work.error = errno;
+      return;
+    }
+    listing.above.reset();
+  }
   ++listing.partsListed;
-  return reader.list(listing.folder->get(), listing.marksEnd);
+  const int folder = work.folder ? work.folder.get() : listing.folder->get();
+  work.read = reader.list(folder, listing.marksEnd);
+  work.error = work.read.error;
+  if (!work.read.isEnd && work.folder) listing.folder = share(std::move(work.folder));
 }
 
-/// Fills the part and returns the listings of its subfolders.
-ReadAhead::Order ReadAhead::ask(Listing& listing, EntryReader& reader, bool isEnd,
-                                ListingPart& part) const {
-  Order subfolders;
-  if (listing.folder == nullptr) return subfolders;
-  reader.ask(listing.folder->get(), listing.device, plan_.isInInodeOrder, part.batch);
-  bool isFolderNeeded = !isEnd || listing.partsListed > 1;
-  for (std::size_t i = 0; i < part.batch.entries.size(); ++i) {
-    const EntryBatch::Entry& entry = part.batch.entries[i];
-    isFolderNeeded = isFolderNeeded || needsFolder(entry);
-    if (!canBeReadAhead(entry.data)) continue;
+/// Fills the part, and closes a folder that nothing is opened from.
+void ReadAhead::ask(Work& work, EntryReader& reader) {
+  Listing& listing = *work.listing;
+  if (!work.folder && listing.folder == nullptr) return;
+  ListingPart& part = work.part;
+  const int folder = work.folder ? work.folder.get() : listing.folder->get();
+  reader.ask(folder, listing.device, plan_.isInInodeOrder, part.batch);
+  const auto& entries = part.batch.entries;
+  if (work.folder && std::any_of(entries.begin(), entries.end(), needsFolder)) {
+    listing.folder = share(std::move(work.folder));
+  }
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (!canBeReadAhead(entries[i].data)) continue;
     ListingPointer below = std::make_shared<Listing>();
     below->above = listing.folder;
-    below->name = part.batch.nameOf(entry);
+    below->name = part.batch.nameOf(entries[i]);
     below->device = listing.device;
     below->marksEnd = listing.marksEnd;
     below->isWaiting = true;
-    below->place = subfolders.insert(subfolders.end(), below);
+    below->place = work.subfolders.insert(work.subfolders.end(), below);
     part.subfolders.push_back({std::uint32_t(i), std::move(below)});
   }
-  if (!isFolderNeeded) listing.folder.reset();
   part.bytes = part.batch.bytes() + part.subfolders.size() * kSubfolderBytes;
-  return subfolders;
+  work.folder.reset();
 }
 
 void ReadAhead::release(std::size_t bytes) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <list>
 #include <memory>
@@ -16,8 +17,9 @@ namespace ombrelian::platform {
 
 /// How the folders of one source are read.
 struct ReadPlan {
-  unsigned helpers = 0;                        // threads beside the walk's own
-  bool isInInodeOrder = false;                 // see EntryReader::ask
+  unsigned helpers = 0;         // threads beside the walk's own
+  unsigned processors = 1;      // more threads work only while the device makes them wait
+  bool isInInodeOrder = false;  // see EntryReader::ask
   std::size_t memory = std::size_t(16) << 20;  // bytes that may wait for the walk
   unsigned descriptors = 256;                  // open folders that may wait for it
 };
@@ -109,23 +111,26 @@ class ReadAhead {
  private:
   using Lock = std::unique_lock<std::mutex>;
   using Order = std::list<ListingPointer>;
+  struct Work;
 
   void startHelpers();
   void help();
   Order::iterator nextInOrder();
   bool hasRoom() const;
-  void work(Lock& lock, Order::iterator place, EntryReader& reader);
-  int open(Listing& listing);
-  EntriesRead list(Listing& listing, EntryReader& reader);
-  Order ask(Listing& listing, EntryReader& reader, bool isEnd, ListingPart& part) const;
+  void read(Lock& lock, Order::iterator place, EntryReader& reader);
+  void list(Work& work, EntryReader& reader);
+  void leaveRest(Work& work);
+  void ask(Work& work, EntryReader& reader);
+  void publish(Work& work);
   void giveBack(Listing& listing);
   void waitFor(Lock& lock, const Listing& listing);
   void readOneself(Lock& lock, const ListingPointer& listing);
   void wakeHelper();
+  void adapt(std::chrono::nanoseconds taken, std::size_t entries);
   void dropAll(std::vector<ListingPointer> listings);
   std::size_t dropOne(Listing& listing, std::vector<ListingPointer>& below);
   void release(std::size_t bytes);
-  SharedFolder share(int fd);
+  SharedFolder share(Descriptor folder);
 
   const ReadPlan plan_;
   EntryReader ownReader_;
@@ -136,7 +141,10 @@ class ReadAhead {
   std::condition_variable ready_;  // the walk waits for it
   Order order_;                    // null stands for a part in work
   const Listing* awaited_ = nullptr;
-  unsigned idle_ = 0;  // helpers that wait
+  unsigned idle_ = 0;     // helpers that wait
+  unsigned working_ = 0;  // helpers that read
+  unsigned allowed_;      // of them at a time
+  int slowness_ = 0;      // see adapt
   bool isStopping_ = false;
 
   std::atomic<std::size_t> bytes_ = 0;  // that wait for the walk
