@@ -150,7 +150,7 @@ std::size_t readAll(const std::string& path, const ReadPlan& plan, std::size_t& 
     EXPECT_EQ(listing->error, 0);
     most = std::max(most, countIn("/proc/self/fd"));
     for (ListingPart& part : parts) {
-      entries += part.batch.entries.size();
+      entries += part.batch.entries().size();
       for (ListingPart::Subfolder& subfolder : part.subfolders)
         stack.push_back(std::move(subfolder.listing));
     }
@@ -182,17 +182,16 @@ TEST_F(ReadAheadTest, QuestionsInInodeOrderBringTheSameAnswer) {
   const Descriptor open(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY));
   EntryReader reader;
   ASSERT_EQ(reader.list(open.get(), marksEndOfFolder(open.get())).error, 0);
-  EntryBatch plain, ordered;
-  reader.ask(open.get(), 0, false, plain);
+  const EntryBatch plain = reader.ask(open.get(), 0, false);
   const ScopedFault gone({.call = Call::Statx, .name = "f33", .error = ENOENT});
-  reader.ask(open.get(), 0, true, ordered);
-  ASSERT_EQ(plain.entries.size(), 500U);
-  ASSERT_EQ(ordered.entries.size(), 500U - std::size_t(gone.hits()));
-  auto at = ordered.entries.begin();
-  for (const EntryBatch::Entry& entry : plain.entries) {
+  const EntryBatch ordered = reader.ask(open.get(), 0, true);
+  ASSERT_EQ(plain.entries().size(), 500U);
+  ASSERT_EQ(ordered.entries().size(), 500U - std::size_t(gone.hits()));
+  auto at = ordered.entries().begin();
+  for (const EntryBatch::Entry& entry : plain.entries()) {
     if (std::string(plain.nameOf(entry)).starts_with("f33")) continue;
     EXPECT_STREQ(ordered.nameOf(*at), plain.nameOf(entry));
-    EXPECT_EQ(at->data.nFileSizeLow, entry.data.nFileSizeLow);
+    EXPECT_EQ(at->nFileSizeLow, entry.nFileSizeLow);
     ++at;
   }
 }

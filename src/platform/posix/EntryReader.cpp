@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <numeric>
 
 #include "platform/posix/Errors.h"
@@ -75,45 +76,59 @@ const EntriesRead& EntryReader::list(int folder, bool marksEnd) {
   return read_ = readEntries(folder, buffer_.get(), marksEnd);
 }
 
-void EntryReader::findEntries() {
+EntryBatch::EntryBatch(std::size_t entries, std::size_t nameBytes)
+    : memory_(std::make_unique_for_overwrite<std::byte[]>(entries * sizeof(Entry) + nameBytes)),
+      count_(entries),
+      namesAt_(entries * sizeof(Entry)) {
+  std::uninitialized_default_construct_n(reinterpret_cast<Entry*>(memory_.get()), entries);
+}
+
+void EntryBatch::addName(Entry& entry, const char* name, std::size_t size) {
+  entry.name = std::uint32_t(nameBytes_);
+  std::memcpy(reinterpret_cast<char*>(memory_.get()) + namesAt_ + nameBytes_, name, size);
+  nameBytes_ += size;
+}
+
+/// Finds what list() brought; returns the bytes of all names.
+std::size_t EntryReader::findEntries() {
   found_.clear();
+  std::size_t nameBytes = 0;
   for (std::size_t at = 0; at < read_.size;) {
     const dirent64* const entry = entryAt(buffer_.get(), at);
     at += entry->d_reclen;
-    if (!isDotEntry(*entry)) found_.push_back(entry);
+    if (isDotEntry(*entry)) continue;
+    found_.push_back({entry, std::strlen(entry->d_name) + 1});
+    nameBytes += found_.back().nameSize;
   }
+  return nameBytes;
 }
 
-void EntryReader::ask(int folder, std::uint64_t device, bool inInodeOrder, EntryBatch& batch) {
-  findEntries();
-  const auto nameEnds = [](const dirent64* entry) { return std::strlen(entry->d_name) + 1; };
-  std::size_t nameBytes = 0;
-  for (const dirent64* const entry : found_)
-    nameBytes += nameEnds(entry);
-  batch.names.reserve(nameBytes);
-  batch.entries.resize(found_.size());
+EntryBatch EntryReader::ask(int folder, std::uint64_t device, bool inInodeOrder) {
+  const std::size_t nameBytes = findEntries();
+  EntryBatch batch(found_.size(), nameBytes);
+  const auto entries = batch.entries();
+  bool isAnyGone = false;
   const auto askAt = [&](std::size_t i) {
-    if (!askEntry(folder, device, *found_[i], batch.entries[i].data)) {
-      batch.entries[i].name = kGone;
+    if (askEntry(folder, device, *found_[i].entry, entries[i])) {
+      batch.addName(entries[i], found_[i].entry->d_name, found_[i].nameSize);
+    } else {
+      entries[i].name = kGone;
+      isAnyGone = true;
     }
   };
   if (inInodeOrder) {
     order_.resize(found_.size());
     std::iota(order_.begin(), order_.end(), 0);
     std::sort(order_.begin(), order_.end(), [&](std::uint32_t left, std::uint32_t right) {
-      return found_[left]->d_ino < found_[right]->d_ino;
+      return found_[left].entry->d_ino < found_[right].entry->d_ino;
     });
     std::for_each(order_.begin(), order_.end(), askAt);
   } else {
     for (std::size_t i = 0; i < found_.size(); ++i)
       askAt(i);
   }
-  for (std::size_t i = 0; i < found_.size(); ++i) {
-    if (batch.entries[i].name == kGone) continue;
-    batch.entries[i].name = std::uint32_t(batch.names.size());
-    batch.names.append(found_[i]->d_name, nameEnds(found_[i]));
-  }
-  std::erase_if(batch.entries, [](const EntryBatch::Entry& entry) { return entry.name == kGone; });
+  if (isAnyGone) batch.remove([](const EntryBatch::Entry& entry) { return entry.name == kGone; });
+  return batch;
 }
 
 }  // namespace ombrelian::platform

@@ -2,9 +2,10 @@
 
 #include <dirent.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
-#include <string>
+#include <span>
 #include <vector>
 
 #include "platform/FindData.h"
@@ -38,18 +39,47 @@ bool isDotEntry(const dirent64& entry);
 /// cannot be asked about, `data` tells the kind and the error.
 bool askEntry(int folder, std::uint64_t device, const dirent64& entry, FindData& data);
 
-/// Part of a folder's listing in the order of the file system.
-struct EntryBatch {
-  struct Entry {
-    FindData data;
-    std::uint32_t name = 0;  // where in `names` it begins
+/// Part of a folder's listing in the order of the file system, in one piece of memory.
+class EntryBatch {
+ public:
+  struct Entry : FindData {
+    std::uint32_t name = 0;  // where it begins among the names; it lies in what pads FindData
   };
+  static_assert(sizeof(Entry) == sizeof(FindData));
 
-  std::vector<Entry> entries;
-  std::string names;  // each ends in NUL
+  EntryBatch() = default;
 
-  const char* nameOf(const Entry& entry) const { return names.data() + entry.name; }
-  std::size_t bytes() const { return entries.capacity() * sizeof(Entry) + names.capacity(); }
+  /// Room for so many entries, which are empty at first, and for so many bytes of names.
+  EntryBatch(std::size_t entries, std::size_t nameBytes);
+
+  std::span<Entry> entries() { return {reinterpret_cast<Entry*>(memory_.get()), count_}; }
+  std::span<const Entry> entries() const {
+    return {reinterpret_cast<const Entry*>(memory_.get()), count_};
+  }
+
+  /// Name of an entry, which ends in NUL. Valid as long as the batch.
+  const char* nameOf(const Entry& entry) const { return names() + entry.name; }
+
+  /// Adds the name of the next entry, NUL and all. Room for it was asked for before.
+  void addName(Entry& entry, const char* name, std::size_t size);
+
+  /// Leaves out the entries that `isGone` tells.
+  template <class Predicate>
+  void remove(Predicate isGone) {
+    const auto all = entries();
+    count_ = std::size_t(std::remove_if(all.begin(), all.end(), isGone) - all.begin());
+  }
+
+  /// Bytes of memory.
+  std::size_t bytes() const { return namesAt_ + nameBytes_; }
+
+ private:
+  const char* names() const { return reinterpret_cast<const char*>(memory_.get()) + namesAt_; }
+
+  std::unique_ptr<std::byte[]> memory_;  // the entries, then the names
+  std::size_t count_ = 0;
+  std::size_t namesAt_ = 0;
+  std::size_t nameBytes_ = 0;
 };
 
 /// Reads folders batch by batch. Not for several threads at a time.
@@ -61,15 +91,20 @@ class EntryReader {
   /// Asks about all entries that the last list() brought. Entries that are gone, "." and ".." are
   /// left out. `inInodeOrder`: the questions go in the order in which the inodes are likely to lie
   /// on the disk, which spares a spinning one most of its seeks; the answer's order is the same.
-  void ask(int folder, std::uint64_t device, bool inInodeOrder, EntryBatch& batch);
+  EntryBatch ask(int folder, std::uint64_t device, bool inInodeOrder);
 
  private:
-  void findEntries();
+  std::size_t findEntries();
 
   std::unique_ptr<char[]> buffer_ = std::make_unique_for_overwrite<char[]>(kEntryBufferSize);
   EntriesRead read_;
-  std::vector<const dirent64*> found_;  // in buffer_
-  std::vector<std::uint32_t> order_;    // of the questions
+  struct Found {
+    const dirent64* entry;  // in buffer_
+    std::size_t nameSize;   // with its NUL
+  };
+
+  std::vector<Found> found_;
+  std::vector<std::uint32_t> order_;  // of the questions
 };
 
 }  // namespace ombrelian::platform

@@ -291,16 +291,16 @@ const FindData* FolderWalk::Implementation::nextAsked(Level& level) {
 
 const FindData* FolderWalk::Implementation::nextListed(Level& level) {
   passBy(level);
-  while (level.parts.empty() || level.entry == level.parts.front().batch.entries.size()) {
+  while (level.parts.empty() || level.entry == level.parts.front().batch.entries().size()) {
     if (!level.parts.empty()) level.parts.pop_front();
     level.entry = 0;
     level.subfolder = 0;
     if (level.parts.empty() && !takePart(level)) return nullptr;
   }
   const EntryBatch& batch = level.parts.front().batch;
-  const EntryBatch::Entry& entry = batch.entries[level.entry++];
+  const EntryBatch::Entry& entry = batch.entries()[level.entry++];
   currentName_ = batch.nameOf(entry);
-  return &entry.data;
+  return &entry;
 }
 
 /// Where the listing of the current entry is kept; null if it is not read ahead.
@@ -338,7 +338,7 @@ void FolderWalk::Implementation::reattach(const Level& child) {
   }
   const bool isRead =
       level.parts.empty() ||
-      (level.parts.size() == 1 && level.entry == level.parts.front().batch.entries.size());
+      (level.parts.size() == 1 && level.entry == level.parts.front().batch.entries().size());
   if (level.at != level.size || !isRead) level.error = ENOENT;
   level.at = level.size;
   drop(level);

@@ -33,9 +33,7 @@ bool canBeReadAhead(const FindData& entry) {
 }
 
 /// Whether something is opened or read by the entry's name later.
-bool needsFolder(const EntryBatch::Entry& entry) {
-  return entry.data.isFolder() || entry.data.isReparse();
-}
+bool needsFolder(const EntryBatch::Entry& entry) { return entry.isFolder() || entry.isReparse(); }
 
 /// Keeps signals for the thread of the program while it lives: new threads inherit what is blocked.
 class SignalsBlocked {
@@ -55,8 +53,25 @@ class SignalsBlocked {
 
 }  // namespace
 
+void WorkPlace::insertBefore(WorkPlace& place) {
+  before = place.before;
+  after = &place;
+  before->after = this;
+  place.before = this;
+}
+
+void WorkPlace::remove() {
+  before->after = after;
+  after->before = before;
+  before = nullptr;
+  after = nullptr;
+}
+
 ReadAhead::ReadAhead(const ReadPlan& plan)
-    : plan_(plan), allowed_(std::clamp(plan.processors - 1, 1U, std::max(1U, plan.helpers))) {}
+    : plan_(plan), allowed_(std::clamp(plan.processors - 1, 1U, std::max(1U, plan.helpers))) {
+  order_.before = &order_;
+  order_.after = &order_;
+}
 
 ReadAhead::~ReadAhead() {
   {
@@ -87,7 +102,7 @@ bool ReadAhead::take(const ListingPointer& listing, std::list<ListingPart>& part
       if (isUnderWay) {
         waitFor(lock, *listing);
       } else {
-        readOneself(lock, listing);
+        readOneself(lock, *listing);
       }
     }
   }
@@ -101,8 +116,8 @@ bool ReadAhead::take(const ListingPointer& listing, std::list<ListingPart>& part
 
 /// Works on what comes after it meanwhile; sleeps if there is nothing.
 void ReadAhead::waitFor(Lock& lock, const Listing& listing) {
-  if (const auto place = nextInOrder(); place != order_.end() && hasRoom()) {
-    read(lock, place, ownReader_);
+  if (Listing* const next = nextInOrder(); next != nullptr && hasRoom()) {
+    read(lock, *next, ownReader_);
     return;
   }
   awaited_ = &listing;
@@ -110,14 +125,11 @@ void ReadAhead::waitFor(Lock& lock, const Listing& listing) {
   awaited_ = nullptr;
 }
 
-void ReadAhead::readOneself(Lock& lock, const ListingPointer& listing) {
-  if (!listing->isWaiting) {
-    listing->place = order_.insert(order_.begin(), listing);
-    listing->isWaiting = true;
-  }
+void ReadAhead::readOneself(Lock& lock, Listing& listing) {
+  if (!listing.place.isInOrder()) listing.place.insertBefore(*order_.after);
   wasStarved_ = wasStarved_ || isResting_;
-  read(lock, listing->place, ownReader_);
-  if (helpers_.empty() && !order_.empty()) startHelpers();
+  read(lock, listing, ownReader_);
+  if (helpers_.empty() && nextInOrder() != nullptr) startHelpers();
 }
 
 void ReadAhead::startHelpers() {
@@ -134,13 +146,13 @@ void ReadAhead::help() {
   EntryReader reader;
   Lock lock(mutex_);
   while (!isStopping_) {
-    const auto place = nextInOrder();
-    if (place != order_.end() && working_ < allowed_) {
+    Listing* const next = nextInOrder();
+    if (next != nullptr && working_ < allowed_) {
       // The walk looks for resting helpers after it made room, so the question comes once more.
       isResting_ = !hasRoom();
       if (!isResting_ || hasRoom()) {
         ++working_;
-        read(lock, place, reader);
+        read(lock, *next, reader);
         --working_;
         continue;
       }
@@ -151,12 +163,12 @@ void ReadAhead::help() {
   }
 }
 
-/// The first place in the order at which no thread is; there are few before it that one is at.
-ReadAhead::Order::iterator ReadAhead::nextInOrder() {
-  auto place = order_.begin();
-  while (place != order_.end() && (*place == nullptr || (*place)->isBeingListed))
-    ++place;
-  return place;
+/// The first listing in the order that no thread lists; null: none. Few places before it are taken.
+Listing* ReadAhead::nextInOrder() {
+  for (WorkPlace* place = order_.after; place != &order_; place = place->after) {
+    if (place->listing != nullptr && !place->listing->isBeingListed) return place->listing;
+  }
+  return nullptr;
 }
 
 /// Counts the folder until the last who shares it closes it.
@@ -196,29 +208,29 @@ void ReadAhead::adapt(std::chrono::nanoseconds taken, std::size_t entries) {
 
 /// One part of a listing on its way to the walk.
 struct ReadAhead::Work {
-  explicit Work(Order::iterator at) : listing(*at), place(at) {}
+  explicit Work(ListingPointer toRead) : listing(std::move(toRead)), place(&listing->place) {}
 
-  ListingPointer listing;
-  Order::iterator place;  // in the order; what lies below the part goes before it
-  Descriptor folder;      // while it belongs to this part alone
+  const ListingPointer listing;
+  WorkPlace* place;             // what lies below the part goes before it
+  WorkPlace ownPlace{nullptr};  // the part's, while others go on with the listing
+  Descriptor folder;            // while it belongs to this part alone
   EntriesRead read;
   int error = 0;                                             // errno; then nothing follows
   std::list<ListingPart> fresh = std::list<ListingPart>(1);  // while only this thread knows of it
   ListingPart& part = fresh.front();
-  Order subfolders;  // those of the part
 };
 
-/// Reads one part of the listing at `place`. Called and left with the mutex locked.
-void ReadAhead::read(Lock& lock, Order::iterator place, EntryReader& reader) {
-  (*place)->isBeingListed = true;
-  if (nextInOrder() != order_.end() && hasRoom()) wakeHelper();
-  Work work(place);
+/// Reads one part of the listing. Called and left with the mutex locked.
+void ReadAhead::read(Lock& lock, Listing& listing, EntryReader& reader) {
+  listing.isBeingListed = true;
+  if (nextInOrder() != nullptr && hasRoom()) wakeHelper();
+  Work work(listing.shared_from_this());
   lock.unlock();
   const Clock::time_point begin = Clock::now();
   list(work, reader);
-  if (isShortage(work.error) && &reader != &ownReader_ && work.listing->above != nullptr) {
+  if (isShortage(work.error) && &reader != &ownReader_ && listing.above != nullptr) {
     lock.lock();
-    giveBack(*work.listing);
+    giveBack(listing);
     return;
   }
   if (!work.read.isEnd) {
@@ -230,12 +242,11 @@ void ReadAhead::read(Lock& lock, Order::iterator place, EntryReader& reader) {
     ask(work, reader);
   } catch (const std::bad_alloc&) {
     work.part = ListingPart();
-    work.subfolders.clear();
     work.error = ENOMEM;
   }
   const auto taken = Clock::now() - begin;
   lock.lock();
-  adapt(taken, work.part.batch.entries.size());
+  adapt(taken, work.part.batch.entries().size());
   publish(work);
 }
 
@@ -245,12 +256,9 @@ void ReadAhead::leaveRest(Work& work) {
   listing.isBeingListed = false;
   ++listing.partsInWork;
   listing.parts.splice(listing.parts.end(), work.fresh);
-  const auto rest = work.place;
-  work.place = order_.insert(rest, nullptr);
-  if (listing.isDropped) {
-    listing.isWaiting = false;
-    order_.erase(rest);
-  }
+  work.place = &work.ownPlace;
+  work.place->insertBefore(listing.place);
+  if (listing.isDropped) listing.place.remove();
   wakeHelper();
 }
 
@@ -259,19 +267,19 @@ void ReadAhead::publish(Work& work) {
   if (work.error != 0) listing.error = work.error;
   if (work.read.isEnd) {
     listing.isBeingListed = false;
-    listing.isWaiting = false;
     listing.isComplete = true;
-    if (!work.part.batch.entries.empty()) listing.parts.splice(listing.parts.end(), work.fresh);
+    if (!work.part.batch.entries().empty()) listing.parts.splice(listing.parts.end(), work.fresh);
   } else {
     --listing.partsInWork;
   }
   work.part.isReady = true;
   if (!listing.isDropped) {
     bytes_ += work.part.bytes;
-    if (!work.subfolders.empty()) wakeHelper();
-    order_.splice(work.place, work.subfolders);
+    for (const ListingPart::Subfolder& subfolder : work.part.subfolders)
+      subfolder.listing->place.insertBefore(*work.place);
+    if (!work.part.subfolders.empty()) wakeHelper();
   }
-  order_.erase(work.place);
+  work.place->remove();
   if (listing.isComplete && listing.partsInWork == 0) {
     listing.isWhole.store(true, std::memory_order_release);
   }
@@ -281,8 +289,7 @@ void ReadAhead::publish(Work& work) {
 /// Leaves to the walk what a helper has not the means for.
 void ReadAhead::giveBack(Listing& listing) {
   listing.isBeingListed = false;
-  listing.isWaiting = false;
-  order_.erase(listing.place);
+  listing.place.remove();
   if (awaited_ == &listing) ready_.notify_one();
 }
 
@@ -312,20 +319,18 @@ void ReadAhead::ask(Work& work, EntryReader& reader) {
   if (!work.folder && listing.folder == nullptr) return;
   ListingPart& part = work.part;
   const int folder = work.folder ? work.folder.get() : listing.folder->get();
-  reader.ask(folder, listing.device, plan_.isInInodeOrder, part.batch);
-  const auto& entries = part.batch.entries;
+  part.batch = reader.ask(folder, listing.device, plan_.isInInodeOrder);
+  const auto entries = part.batch.entries();
   if (work.folder && std::any_of(entries.begin(), entries.end(), needsFolder)) {
     listing.folder = share(std::move(work.folder));
   }
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (!canBeReadAhead(entries[i].data)) continue;
+    if (!canBeReadAhead(entries[i])) continue;
     ListingPointer below = std::make_shared<Listing>();
     below->above = listing.folder;
     below->name = part.batch.nameOf(entries[i]);
     below->device = listing.device;
     below->marksEnd = listing.marksEnd;
-    below->isWaiting = true;
-    below->place = work.subfolders.insert(work.subfolders.end(), below);
     part.subfolders.push_back({std::uint32_t(i), std::move(below)});
   }
   part.bytes = part.batch.bytes() + part.subfolders.size() * kSubfolderBytes;
@@ -365,7 +370,7 @@ void ReadAhead::dropWaiting(std::list<ListingPart>& parts) {
     for (ListingPart::Subfolder& subfolder : part.subfolders) {
       Listing* const listing = subfolder.listing.get();
       if (listing == nullptr || listing->isBeingListed || listing->partsListed > 0) continue;
-      if (listing->isWaiting) order_.erase(listing->place);
+      if (listing->place.isInOrder()) listing->place.remove();
       subfolder.listing.reset();
     }
   }
@@ -389,10 +394,7 @@ void ReadAhead::dropAll(std::vector<ListingPointer> listings) {
 /// work on it throws away what it brings.
 std::size_t ReadAhead::dropOne(Listing& listing, std::vector<ListingPointer>& below) {
   listing.isDropped = true;
-  if (listing.isWaiting && !listing.isBeingListed) {
-    listing.isWaiting = false;
-    order_.erase(listing.place);
-  }
+  if (listing.place.isInOrder() && !listing.isBeingListed) listing.place.remove();
   std::size_t bytes = 0;
   for (auto part = listing.parts.begin(); part != listing.parts.end();) {
     if (!part->isReady) {

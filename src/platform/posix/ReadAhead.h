@@ -44,10 +44,26 @@ struct ListingPart {
   bool isReady = false;   // else some thread is at work on it
 };
 
+/// A place in the order of work: a link in a ring. Not copyable, as others point to it.
+struct WorkPlace {
+  explicit WorkPlace(Listing* toRead) : listing(toRead) {}
+  WorkPlace(const WorkPlace&) = delete;
+  WorkPlace& operator=(const WorkPlace&) = delete;
+
+  bool isInOrder() const { return after != nullptr; }
+  void insertBefore(WorkPlace& place);
+  void remove();
+
+  Listing* const
+      listing;  // to be read on here; null: a part that a thread is at, or the ring's end
+  WorkPlace* before = nullptr;
+  WorkPlace* after = nullptr;
+};
+
 /// A folder that is read or will be. Before a thread begins on it and after it is whole it belongs
 /// to the walk; in between the mutex of ReadAhead guards what its comment does not assign
 /// elsewhere.
-struct Listing {
+struct Listing : std::enable_shared_from_this<Listing> {
   // Where it is opened; the worker's.
   SharedFolder above;  // none once it is open
   std::string name;
@@ -60,12 +76,11 @@ struct Listing {
 
   int error = 0;  // errno that kept it from being opened or broke it off
 
-  std::list<ListingPart> parts;               // that the walk has not taken, in order
-  std::list<ListingPointer>::iterator place;  // in the order of work while isWaiting
-  bool isWaiting = false;                     // more can be listed, and it has a place
-  bool isBeingListed = false;                 // a thread is at it
-  bool isComplete = false;                    // nothing is left to list
-  bool isDropped = false;                     // the walk passed it by
+  std::list<ListingPart> parts;  // that the walk has not taken, in order
+  WorkPlace place{this};         // while more can be listed
+  bool isBeingListed = false;    // a thread is at it
+  bool isComplete = false;       // nothing is left to list
+  bool isDropped = false;        // the walk passed it by
   unsigned partsInWork = 0;
   std::atomic<bool> isWhole = false;  // complete, and no thread is at work on any part
 };
@@ -110,21 +125,20 @@ class ReadAhead {
 
  private:
   using Lock = std::unique_lock<std::mutex>;
-  using Order = std::list<ListingPointer>;
   struct Work;
 
   void startHelpers();
   void help();
-  Order::iterator nextInOrder();
+  Listing* nextInOrder();
   bool hasRoom() const;
-  void read(Lock& lock, Order::iterator place, EntryReader& reader);
+  void read(Lock& lock, Listing& listing, EntryReader& reader);
   void list(Work& work, EntryReader& reader);
   void leaveRest(Work& work);
   void ask(Work& work, EntryReader& reader);
   void publish(Work& work);
   void giveBack(Listing& listing);
   void waitFor(Lock& lock, const Listing& listing);
-  void readOneself(Lock& lock, const ListingPointer& listing);
+  void readOneself(Lock& lock, Listing& listing);
   void wakeHelper();
   void adapt(std::chrono::nanoseconds taken, std::size_t entries);
   void dropAll(std::vector<ListingPointer> listings);
@@ -139,7 +153,7 @@ class ReadAhead {
   std::mutex mutex_;
   std::condition_variable work_;   // helpers wait for it
   std::condition_variable ready_;  // the walk waits for it
-  Order order_;                    // null stands for a part in work
+  WorkPlace order_{nullptr};       // the ring's end
   const Listing* awaited_ = nullptr;
   unsigned idle_ = 0;     // helpers that wait
   unsigned working_ = 0;  // helpers that read
