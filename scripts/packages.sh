@@ -17,3 +17,6 @@ packages_fuzz=(clang libclang-rt-14-dev)
 
 # To build and run the benchmarks.
 packages_bench=(python3 libbenchmark-dev)
+
+# The programs that bench/compare measures beside ours.
+packages_peers=(ncdu gdu coreutils util-linux)

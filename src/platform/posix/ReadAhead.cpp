@@ -260,6 +260,7 @@ void ReadAhead::leaveRest(Work& work) {
   work.place->insertBefore(listing.place);
   if (listing.isDropped) listing.place.remove();
   wakeHelper();
+  if (awaited_ != nullptr) ready_.notify_one();  // the walk can go on with the rest too
 }
 
 void ReadAhead::publish(Work& work) {
@@ -283,7 +284,8 @@ void ReadAhead::publish(Work& work) {
   if (listing.isComplete && listing.partsInWork == 0) {
     listing.isWhole.store(true, std::memory_order_release);
   }
-  if (awaited_ == &listing) ready_.notify_one();
+  const bool hasMoreWork = awaited_ != nullptr && !work.part.subfolders.empty();
+  if (awaited_ == &listing || hasMoreWork) ready_.notify_one();
 }
 
 /// Leaves to the walk what a helper has not the means for.
