@@ -12,8 +12,7 @@
 
 namespace ombrelian::platform {
 
-/// Bytes of entries that one look into a folder brings at most: some 2,000 names. Larger buffers
-/// were measured and bring nothing, see docs/performance.md.
+/// Bytes of entries that one look into a folder brings at most: some 2,000 names.
 inline constexpr std::size_t kEntryBufferSize = std::size_t(64) * 1024;
 
 /// What a look into a folder brought.
