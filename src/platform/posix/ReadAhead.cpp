@@ -275,17 +275,18 @@ void ReadAhead::publish(Work& work) {
   }
   work.part.isReady = true;
   if (!listing.isDropped) {
-    bytes_ += work.part.bytes;
+    if (work.fresh.empty()) bytes_ += work.part.bytes;  // else nothing is left of it
     for (const ListingPart::Subfolder& subfolder : work.part.subfolders)
       subfolder.listing->place.insertBefore(*work.place);
     if (!work.part.subfolders.empty()) wakeHelper();
   }
   work.place->remove();
+  const bool hasMoreWork = awaited_ != nullptr && !work.part.subfolders.empty();
+  if (awaited_ == &listing || hasMoreWork) ready_.notify_one();
+  // From here on the walk may take the part at any time, without the mutex.
   if (listing.isComplete && listing.partsInWork == 0) {
     listing.isWhole.store(true, std::memory_order_release);
   }
-  const bool hasMoreWork = awaited_ != nullptr && !work.part.subfolders.empty();
-  if (awaited_ == &listing || hasMoreWork) ready_.notify_one();
 }
 
 /// Leaves to the walk what a helper has not the means for.
