@@ -84,7 +84,7 @@ ReadAhead::~ReadAhead() {
 }
 
 ListingPointer ReadAhead::begin(SharedFolder folder, std::uint64_t device) {
-  const ListingPointer listing = std::make_shared<Listing>();
+  ListingPointer listing = std::make_shared<Listing>();
   listing->marksEnd = marksEndOfFolder(folder->get());
   listing->folder = std::move(folder);
   listing->device = device;
