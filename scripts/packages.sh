@@ -6,6 +6,9 @@
 packages_base=(g++ cmake ninja-build ccache libicu-dev libxlsxwriter-dev libminizip-dev zlib1g-dev
                pkg-config esbuild)
 
+# To build the window too.
+packages_window=(qt6-base-dev libqt6svg6-dev)
+
 # To build and run the tests.
 packages_test=(libgtest-dev libgmock-dev python3 python3-openpyxl chromium)
 

@@ -20,6 +20,8 @@ export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 export TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1
 
 . "$scripts/prepare.sh"
-prepare "$preset" base test
+lists=(base test)
+[[ $preset == core ]] || lists+=(window)
+prepare "$preset" "${lists[@]}"
 exec ctest --test-dir "$ombrelian_root/build/$preset" --output-on-failure --no-tests=error \
   -j "$(nproc)" "$@"
