@@ -42,7 +42,24 @@ Grid::RowIndex Grid::addRow() {
     cells_.push_back(empty);
   }
   bands_.push_back(0);
-  return bands_.size() - 1;
+  ids_.push_back(std::uint32_t(rows_.size()));
+  rows_.push_back(std::uint32_t(ids_.size() - 1));
+  return ids_.size() - 1;
+}
+
+void Grid::removeRow(RowIndex row) {
+  const auto at = std::ptrdiff_t(row);
+  const auto width = std::ptrdiff_t(columns_.size());
+  rows_[ids_[row]] = kGone;
+  cells_.erase(cells_.begin() + at * width, cells_.begin() + (at + 1) * width);
+  bands_.erase(bands_.begin() + at);
+  ids_.erase(ids_.begin() + at);
+  noteRowsFrom(row);
+}
+
+void Grid::noteRowsFrom(RowIndex first) {
+  for (RowIndex row = first; row < ids_.size(); ++row)
+    rows_[ids_[row]] = std::uint32_t(row);
 }
 
 void Grid::set(RowIndex row, const Column& column, TextView value) {
@@ -88,15 +105,20 @@ std::vector<std::uint32_t> Grid::sortedOrder(const Column& column, bool descendi
 void Grid::reorder(const std::vector<std::uint32_t>& order) {
   std::vector<Cell> cells;
   std::vector<std::uint8_t> bands;
+  std::vector<std::uint32_t> ids;
   cells.reserve(cells_.size());
   bands.reserve(bands_.size());
+  ids.reserve(ids_.size());
   for (const std::uint32_t row : order) {
     const auto begin = cells_.begin() + std::ptrdiff_t(row * columns_.size());
     cells.insert(cells.end(), begin, begin + std::ptrdiff_t(columns_.size()));
     bands.push_back(bands_[row]);
+    ids.push_back(ids_[row]);
   }
   cells_.swap(cells);
   bands_.swap(bands);
+  ids_.swap(ids);
+  noteRowsFrom(0);
 }
 
 void Grid::sort(const Column& column, bool descending) {
@@ -108,6 +130,8 @@ void Grid::sort(const Column& column, bool descending) {
 void Grid::clear() {
   cells_.clear();
   bands_.clear();
+  ids_.clear();
+  rows_.clear();
   pool_.clear();
   texts_.assign(1, TextView());
   lastTexts_.assign(columns_.size(), 0);

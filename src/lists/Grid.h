@@ -17,10 +17,23 @@ class Grid : public CellSource {
   /// The column of that field key, which must exist.
   const Column& column(TextView key) const;
 
-  RowIndex rowCount() const { return bands_.size(); }
+  RowIndex rowCount() const { return ids_.size(); }
 
   /// Appends a row of empty cells.
   RowIndex addRow();
+
+  /// The row goes; those below it move up.
+  void removeRow(RowIndex row);
+
+  /// What stands for a row while rows move: it stays through sorts and removals, and no other row
+  /// gets it before clear().
+  std::uint32_t id(RowIndex row) const { return ids_[row]; }
+
+  /// Where the row with that id is now; kNoRow: it is gone, or never was.
+  RowIndex rowOf(std::uint32_t id) const {
+    return id < rows_.size() && rows_[id] != kGone ? rows_[id] : kNoRow;
+  }
+  static constexpr RowIndex kNoRow = RowIndex(-1);
 
   /// Values by the kind of the column: of texts, of Percent and Timestamp, of all others.
   void set(RowIndex row, const Column& column, TextView value);
@@ -63,6 +76,8 @@ class Grid : public CellSource {
     double real;
   };
 
+  static constexpr std::uint32_t kGone = std::uint32_t(-1);
+
   std::size_t place(RowIndex row, const Column& column) const {
     return row * columns_.size() + std::size_t(column.id - 1);
   }
@@ -71,10 +86,13 @@ class Grid : public CellSource {
 
   std::vector<std::uint32_t> sortedOrder(const Column& column, bool descending) const;
   void reorder(const std::vector<std::uint32_t>& order);
+  void noteRowsFrom(RowIndex first);
 
   Columns columns_;
   std::vector<Cell> cells_;  // row after row
   std::vector<std::uint8_t> bands_;
+  std::vector<std::uint32_t> ids_;       // by row
+  std::vector<std::uint32_t> rows_;      // by id; kGone: removed
   std::vector<TextView> texts_;          // in pool_; 0 is the empty text
   std::vector<std::int64_t> lastTexts_;  // by column, what came last: neighbours are often equal
   NamePool pool_;

@@ -79,6 +79,50 @@ TEST_F(ListsTest, RowsAreOrderedByRawValue) {
   }
 }
 
+TEST_F(ListsTest, AnIdFindsItsRowThroughSortsAndRemovals) {
+  Grid grid(kTable);
+  std::map<std::uint32_t, Text> names;
+  const auto add = [&](TextView name, std::int64_t size) {
+    const Grid::RowIndex row = grid.addRow();
+    grid.set(row, kTable[0], name);
+    grid.set(row, kTable[1], size);
+    EXPECT_TRUE(names.emplace(grid.id(row), name).second) << "given twice: " << grid.id(row);
+  };
+  const auto remove = [&](TextView name) {
+    for (const auto& [id, of] : names) {
+      if (of == name) grid.removeRow(grid.rowOf(id));
+    }
+  };
+  const auto expectRows = [&](const std::vector<Text>& expected) {
+    EXPECT_EQ(firstColumn(grid), expected);
+    for (const auto& [id, name] : names) {
+      const Grid::RowIndex row = grid.rowOf(id);
+      const bool isThere = std::find(expected.begin(), expected.end(), name) != expected.end();
+      ASSERT_EQ(row != Grid::kNoRow, isThere) << toBytes(name);
+      if (!isThere) continue;
+      EXPECT_EQ(grid.text(row, kTable[0]), name);
+      EXPECT_EQ(grid.id(row), id);
+    }
+  };
+  add(u"a", 3);
+  add(u"b", 1);
+  add(u"c", 4);
+  add(u"d", 2);
+  grid.sort(kTable[1], false);
+  expectRows({u"b", u"d", u"a", u"c"});
+  remove(u"d");
+  expectRows({u"b", u"a", u"c"});
+  add(u"e", 0);
+  grid.sort(kTable[1], true);
+  expectRows({u"c", u"a", u"b", u"e"});
+  remove(u"e");
+  remove(u"c");
+  add(u"f", 9);
+  expectRows({u"a", u"b", u"f"});
+  grid.clear();
+  expectRows({});
+}
+
 TEST_F(ListsTest, CellsAreShownByKindMaskAndSettings) {
   Grid grid(kTable);
   grid.addRow();
