@@ -1,3 +1,4 @@
+#include "core/frame/CommandTable.h"
 #include "core/frame/ListRun.h"
 #include "core/frame/SilentRun.h"
 #include "core/frame/StartUp.h"
@@ -40,6 +41,7 @@ void printHelp(Console& console) {
          u"  --                Ende der Optionen; danach folgen nur noch Pfade%!"
          u"  -h, --help        zeigt diese Hilfe%!"
          u"  --version         zeigt die Version%!"
+         u"  --commands        zeigt alle Befehle des Fensters als Tabelle%!"
          u"%!"
          u"Rückgabewert:%!"
          u"  0  alles gelesen und gespeichert%!"
@@ -69,6 +71,9 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
   if (line.mode == Mode::Version) {
     console.print(u"Ombrelian " + versionText());
     return kExitDone;
+  }
+  if (line.mode == Mode::Commands) {
+    return console.write(toBytes(commandPage())) ? kExitDone : kExitNothing;
   }
   if (line.mode == Mode::Invalid) {
     console.message(line.error, UserInterface::Severity::Error);

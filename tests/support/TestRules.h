@@ -31,6 +31,7 @@ class TestRules : public TextRules {
   int compare(TextView a, TextView b, bool binary) const override {
     return binary ? a.compare(b) : asciiLower(a).compare(asciiLower(b));
   }
+  std::string sortKey(TextView text) const override { return toBytes(asciiLower(text)); }
 
   mutable int asked = 0;
 

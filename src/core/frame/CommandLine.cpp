@@ -59,6 +59,7 @@ class ArgumentReader {
   bool readOption(const Text& option) {
     if (option == u"--help" || option == u"-h") return stop(CommandLine::Mode::Help);
     if (option == u"--version") return stop(CommandLine::Mode::Version);
+    if (option == u"--commands") return stop(CommandLine::Mode::Commands);
     if (option == u"--lists") {
       wantsLists_ = true;
       return true;

@@ -12,7 +12,7 @@ namespace ombrelian {
 
 /// What the program was started to do.
 struct CommandLine {
-  enum class Mode { Interactive, Silent, Lists, Restart, Help, Version, Invalid };
+  enum class Mode { Interactive, Silent, Lists, Restart, Help, Version, Commands, Invalid };
 
   Mode mode = Mode::Interactive;
   bool translatorMode = false;         // "-TLMODUS" stood in the line

@@ -65,12 +65,12 @@ Date FolderTree::created(NodeIndex root) const {
 
 void FolderTree::setCreated(NodeIndex root, Date date) { created_[root] = date; }
 
-void FolderTree::relinkChildren(NodeIndex parent, const std::vector<NodeIndex>& order) {
+void FolderTree::orderChildren(NodeIndex parent, const std::vector<NodeIndex>& order) {
   for (std::size_t i = 0; i + 1 < order.size(); ++i)
     nodes_[order[i]].nextSibling = order[i + 1];
   nodes_[order.back()].nextSibling = kNoNode;
-  nodes_[parent].firstChild = order.front();
-  nodes_[parent].lastChild = order.back();
+  (parent == kNoNode ? firstRoot_ : nodes_[parent].firstChild) = order.front();
+  (parent == kNoNode ? lastRoot_ : nodes_[parent].lastChild) = order.back();
 }
 
 void FolderTree::clear() { *this = FolderTree(); }

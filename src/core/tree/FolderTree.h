@@ -91,6 +91,7 @@ class FolderTree {
 
   /// Text of an owner number, and the number of an owner text.
   const Text& ownerText(std::uint32_t owner) const { return owners_[owner]; }
+  std::uint32_t ownerCount() const { return std::uint32_t(owners_.size()); }
   std::uint32_t ownerNumber(TextView text);
 
   /// System text of a failed listing; empty where none failed.
@@ -111,13 +112,15 @@ class FolderTree {
   template <class Before>
   void sortChildren(NodeIndex parent, Before before);
 
+  /// Puts the children of `parent`, or with kNoNode the sources, in the order of `order`, which
+  /// holds each of them once.
+  void orderChildren(NodeIndex parent, const std::vector<NodeIndex>& order);
+
  private:
   using Texts = std::unordered_map<NodeIndex, Text>;
 
   NodeIndex addNode(TextView name);
   static TextView find(const Texts& texts, NodeIndex node);
-  void relinkChildren(NodeIndex parent, const std::vector<NodeIndex>& order);
-
   SegmentedArray<FolderNode> nodes_;
   NamePool names_;
   NodeIndex firstRoot_ = kNoNode;
@@ -141,7 +144,7 @@ void FolderTree::sortChildren(NodeIndex parent, Before before) {
   }
   std::stable_sort(order_.begin(), order_.end(),
                    [&](NodeIndex a, NodeIndex b) { return before(nodes_[a], nodes_[b]); });
-  relinkChildren(parent, order_);
+  orderChildren(parent, order_);
 }
 
 }  // namespace ombrelian

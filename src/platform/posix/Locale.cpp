@@ -245,6 +245,24 @@ class LocaleRules : public TextRules {
                         std::int32_t(b.size()));
   }
 
+  std::string sortKey(TextView text) const override {
+    if (!collator_.isValid()) openCollator();
+    if (!collator_.isValid()) return toBytes(lower(text));
+    std::string key(text.size() * 3 + 16, '\0');
+    const auto make = [&] {
+      return ucol_getSortKey(collator_.getAlias(), text.data(), std::int32_t(text.size()),
+                             reinterpret_cast<std::uint8_t*>(key.data()),
+                             std::int32_t(key.size()));
+    };
+    std::int32_t size = make();
+    if (std::size_t(size) > key.size()) {
+      key.resize(std::size_t(size));
+      size = make();
+    }
+    key.resize(std::size_t(size));
+    return key;
+  }
+
  private:
   /// One code point for one, so that padded text keeps its width: a sharp s has no capital here.
   Text mapCase(TextView text, CaseMapping map) const {

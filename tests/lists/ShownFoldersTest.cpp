@@ -1,0 +1,145 @@
+#include "lists/ShownFolders.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+
+#include "platform/Locale.h"
+
+namespace ombrelian {
+namespace {
+
+class ShownFoldersTest : public ::testing::Test {
+ protected:
+  /// Three sources with folders below them at random; names and sizes repeat.
+  void grow(std::size_t folders) {
+    for (const TextView root : {u"/b", u"/a", u"/c"})
+      nodes_.push_back(tree_.addRoot(root));
+    while (nodes_.size() < folders) {
+      const NodeIndex parent = nodes_[random_() % nodes_.size()];
+      const Text name =
+          Text(1, char16_t(u'a' + random_() % 26)) + toText(std::int64_t(random_() % 9));
+      nodes_.push_back(tree_.addChild(parent, name, true));
+      tree_[nodes_.back()].size = std::int64_t(random_() % 100);
+      tree_[nodes_.back()].attributes = std::uint32_t(random_() % 8);
+    }
+  }
+
+  /// What has to be on show, told by the rule alone.
+  std::vector<NodeIndex> expected() const {
+    std::vector<NodeIndex> rows;
+    const std::function<void(NodeIndex)> add = [&](NodeIndex first) {
+      for (NodeIndex node = first; node != kNoNode; node = tree_[node].nextSibling) {
+        rows.push_back(node);
+        if (report_.isExpanded(node)) add(tree_[node].firstChild);
+      }
+    };
+    add(tree_.firstRoot());
+    return rows;
+  }
+
+  std::vector<NodeIndex> shown() const {
+    std::vector<NodeIndex> rows;
+    for (std::size_t row = 0; row < shown_.count(); ++row)
+      rows.push_back(shown_.node(row));
+    return rows;
+  }
+
+  const Column& column(int id) const {
+    options_.FolderColumnVisible.fill(1);
+    for (const Column* const column : report_.visibleColumns()) {
+      if (column->id == id) return *column;
+    }
+    std::abort();
+  }
+
+  std::mt19937 random_{7};
+  mutable Options options_;
+  FolderTree tree_;
+  FolderReport report_{tree_, options_};
+  ShownFolders shown_{report_};
+  std::vector<NodeIndex> nodes_;
+};
+
+TEST_F(ShownFoldersTest, ExpandingAndCollapsingKeepsTheRowsOfTheTree) {
+  grow(400);
+  shown_.rebuild();
+  for (int step = 0; step < 600; ++step) {
+    const std::size_t row = random_() % shown_.count();
+    const std::size_t before = shown_.count();
+    if (shown_.isExpanded(row)) {
+      const std::size_t gone = shown_.rowsBelow(row);
+      shown_.collapse(row);
+      ASSERT_EQ(shown_.count(), before - gone);
+    } else {
+      const std::size_t more = shown_.rowsToShow(row);
+      shown_.expand(row);
+      ASSERT_EQ(shown_.count(), before + (tree_[shown_.node(row)].hasChildren() ? more : 0));
+    }
+    ASSERT_EQ(shown(), expected()) << step;
+    ASSERT_EQ(shown_.rowOf(shown_.node(row)), row);
+  }
+  shown_.markSubtree(kNoNode, true);
+  shown_.rebuild();
+  EXPECT_EQ(shown_.count(), nodes_.size());
+  shown_.markLevels(1);
+  shown_.rebuild();
+  for (std::size_t row = 0; row < shown_.count(); ++row)
+    EXPECT_LE(tree_[shown_.node(row)].level, 1U);
+  EXPECT_EQ(shown(), expected());
+  shown_.markAbove(nodes_.back());
+  shown_.rebuild();
+  EXPECT_NE(shown_.rowOf(nodes_.back()), ShownFolders::kNoRow);
+}
+
+TEST_F(ShownFoldersTest, SortingOrdersSiblingsAndLosesNone) {
+  using Id = FolderColumnId;
+  grow(400);
+  shown_.markSubtree(kNoNode, true);
+  const TextRules& rules = platform::localeTextRules();
+  for (const bool descending : {false, true}) {
+    for (const int id : {Id::Name, Id::Size, Id::Attributes, Id::Depth}) {
+      sortFolders(tree_, report_, column(id), descending);
+      shown_.rebuild();
+      ASSERT_EQ(shown_.count(), nodes_.size());
+      for (const NodeIndex node : nodes_) {
+        const NodeIndex next = tree_[node].nextSibling;
+        if (next == kNoNode) continue;
+        const NodeIndex& first = descending ? next : node;
+        const NodeIndex& second = descending ? node : next;
+        const int names = rules.compare(tree_[first].name(), tree_[second].name(), false);
+        EXPECT_TRUE(id != Id::Name || names <= 0);
+        EXPECT_TRUE(id != Id::Size || tree_[first].size <= tree_[second].size);
+      }
+    }
+  }
+  EXPECT_EQ(tree_[tree_.lastRoot()].nextSibling, kNoNode);
+}
+
+TEST(TextRulesTest, SortKeysOrderAsComparisonDoes) {
+  const TextRules& rules = platform::localeTextRules();
+  const Text texts[] = {u"",
+                        u"a",
+                        u"A",
+                        u"\u00E4",
+                        u"b",
+                        u"B10",
+                        u"b9",
+                        u".x",
+                        u"_",
+                        u"zz\u4E00",
+                        Text(1, char16_t(0xDC80)),
+                        Text(500, u'q')};
+  for (const Text& a : texts) {
+    for (const Text& b : texts) {
+      const int order = rules.compare(a, b, false);
+      const int keys = rules.sortKey(a).compare(rules.sortKey(b));
+      EXPECT_EQ(order < 0, keys < 0) << toBytes(a) << " " << toBytes(b);
+      EXPECT_EQ(order == 0, keys == 0) << toBytes(a) << " " << toBytes(b);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ombrelian
