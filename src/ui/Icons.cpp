@@ -1,0 +1,155 @@
+#include "ui/Icons.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QGuiApplication>
+#include <QHash>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPalette>
+#include <QSvgRenderer>
+#include <algorithm>
+#include <map>
+#include <tuple>
+
+// A resource within a static library has to be asked for, outside of any namespace.
+static void loadIconResource() { Q_INIT_RESOURCE(icons); }
+
+namespace ombrelian::ui {
+namespace {
+
+// The colours in the files, which look right in any viewer, stand for those of the palette.
+constexpr char kLineMark[] = "currentColor";
+constexpr char kAccentMark[] = "#3a7bd5";
+constexpr char kDangerMark[] = "#d13b4a";
+constexpr char kWarningMark[] = "#c98a00";
+
+constexpr QRgb kWarningOnLight = 0xFFB27600;
+constexpr QRgb kWarningOnDark = 0xFFF0B429;
+
+struct Inks {
+  QColor line;
+  QColor accent;
+  QColor danger;
+  QColor warning;
+};
+
+Inks inksFor(const QPalette& palette, QIcon::Mode mode) {
+  if (mode == QIcon::Disabled || mode == QIcon::Selected) {
+    const QColor one = mode == QIcon::Disabled
+                           ? palette.color(QPalette::Disabled, QPalette::WindowText)
+                           : palette.color(QPalette::Active, QPalette::HighlightedText);
+    return {one, one, one, one};
+  }
+  const bool isDark = palette.color(QPalette::Active, QPalette::Window).lightnessF() < 0.5;
+  return {palette.color(QPalette::Active, QPalette::WindowText),
+          palette.color(QPalette::Active, QPalette::Link),
+          palette.color(QPalette::Active, QPalette::BrightText),
+          QColor(isDark ? kWarningOnDark : kWarningOnLight)};
+}
+
+QByteArray inked(QByteArray svg, const Inks& inks) {
+  const auto set = [&svg](const char* mark, const QColor& color) {
+    svg.replace(mark, color.name().toLatin1());
+  };
+  set(kLineMark, inks.line);
+  set(kAccentMark, inks.accent);
+  set(kDangerMark, inks.danger);
+  set(kWarningMark, inks.warning);
+  return svg;
+}
+
+/// A name, the side in device pixels and the mode.
+using PictureKey = std::tuple<QByteArray, int, int>;
+
+/// The pictures in the colours of one palette; those of another are dropped.
+class Pictures {
+ public:
+  static Pictures& get() {
+    static Pictures pictures;
+    return pictures;
+  }
+
+  QPixmap picture(const QByteArray& name, const QByteArray& svg, int side, QIcon::Mode mode) {
+    const QPalette palette = QGuiApplication::palette();
+    if (palette.cacheKey() != paletteKey_) {
+      pictures_.clear();
+      paletteKey_ = palette.cacheKey();
+    }
+    QPixmap& slot = pictures_[{name, side, mode}];
+    if (slot.isNull()) slot = draw(inked(svg, inksFor(palette, mode)), side);
+    return slot;
+  }
+
+ private:
+  Pictures() {
+    qAddPostRoutine([] { get().pictures_.clear(); });  // no pixmap may outlive the application
+  }
+
+  static QPixmap draw(const QByteArray& svg, int side) {
+    QPixmap pixmap(side, side);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    QSvgRenderer(svg).render(&painter);
+    return pixmap;
+  }
+
+  qint64 paletteKey_ = -1;
+  std::map<PictureKey, QPixmap> pictures_;
+};
+
+class Engine : public QIconEngine {
+ public:
+  Engine(QByteArray name, QByteArray svg) : name_(std::move(name)), svg_(std::move(svg)) {}
+
+  QIconEngine* clone() const override { return new Engine(*this); }
+  bool isNull() override { return svg_.isEmpty(); }
+  QString iconName() override { return QString::fromLatin1(name_); }
+
+  /// `size` is in device pixels; a wider or higher one gets the picture in its middle.
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+    const int side = std::min(size.width(), size.height());
+    if (side < 1) return {};
+    const QPixmap square = Pictures::get().picture(name_, svg_, side, mode);
+    if (square.size() == size) return square;
+    QPixmap centred(size);
+    centred.fill(Qt::transparent);
+    QPainter(&centred).drawPixmap((size.width() - side) / 2, (size.height() - side) / 2, square);
+    return centred;
+  }
+
+  /// Puts the picture on whole device pixels, wherever a fractional scale has moved `rect` to.
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+    const QTransform toDevice = painter->deviceTransform();
+    const QRectF device = toDevice.mapRect(QRectF(rect));
+    const int side = qRound(std::min(device.width(), device.height()));
+    if (side < 1) return;
+    const QPointF corner = device.center() - QPointF(side, side) / 2;
+    const QRectF target(qRound(corner.x()), qRound(corner.y()), side, side);
+    painter->drawPixmap(toDevice.inverted().mapRect(target),
+                        Pictures::get().picture(name_, svg_, side, mode), QRectF(0, 0, side, side));
+  }
+
+ private:
+  QByteArray name_;
+  QByteArray svg_;
+};
+
+QIcon load(const QByteArray& name) {
+  loadIconResource();
+  QFile file(QLatin1StringView(":/icons/") + QLatin1StringView(name) + QLatin1StringView(".svg"));
+  const bool found = file.open(QIODevice::ReadOnly);
+  Q_ASSERT_X(found, "icon", name.constData());
+  return found ? QIcon(new Engine(name, file.readAll())) : QIcon();
+}
+
+}  // namespace
+
+QIcon icon(const char* name) {
+  static QHash<QByteArray, QIcon> icons;
+  QIcon& slot = icons[QByteArray(name)];
+  if (slot.isNull()) slot = load(QByteArray(name));
+  return slot;
+}
+
+}  // namespace ombrelian::ui
