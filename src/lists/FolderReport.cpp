@@ -72,6 +72,8 @@ void FolderReport::applySettings() {
   format_ = CellFormat(kColumns, sizes, options_.DateFormat);
 }
 
+Columns FolderReport::columns() { return kColumns; }
+
 std::vector<const FolderColumn*> FolderReport::visibleColumns() const {
   return ombrelian::visibleColumns(kColumns,
                                    {options_.FolderColumnVisible, options_.FolderColumnIndex});

@@ -44,6 +44,9 @@ class FolderReport : public CellSource {
 
   const FolderTree& tree() const { return tree_; }
 
+  /// All of them, in the order of their ids.
+  static Columns columns();
+
   /// The columns to show, in display order. Name is always there.
   std::vector<const FolderColumn*> visibleColumns() const;
 

@@ -41,6 +41,11 @@ NodeIndex FolderTree::addChild(NodeIndex parent, TextView name, bool isFolder) {
   return child;
 }
 
+void FolderTree::rename(NodeIndex node, TextView name) {
+  nodes_[node].nameUnits = names_.keep(name).data();
+  nodes_[node].nameLength = std::uint32_t(name.size());
+}
+
 std::uint32_t FolderTree::ownerNumber(TextView text) {
   const auto [entry, isNew] = ownerNumbers_.try_emplace(Text(text), owners_.size());
   if (isNew) owners_.emplace_back(text);

@@ -89,6 +89,8 @@ class FolderTree {
   /// Adds a folder, or with `isFolder` false a pseudo folder, behind the last child of `parent`.
   NodeIndex addChild(NodeIndex parent, TextView name, bool isFolder);
 
+  void rename(NodeIndex node, TextView name);
+
   /// Text of an owner number, and the number of an owner text.
   const Text& ownerText(std::uint32_t owner) const { return owners_[owner]; }
   std::uint32_t ownerCount() const { return std::uint32_t(owners_.size()); }

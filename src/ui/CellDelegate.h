@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+#include "core/frame/ViewSettings.h"
+#include "ui/RowSource.h"
+
+namespace ombrelian::ui {
+
+/// Draws the cells of every list: levels of a tree with their signs, bars in percent columns,
+/// bands, faded levels, errors, and the lines between cells that the options ask for.
+class CellDelegate : public QStyledItemDelegate {
+  Q_OBJECT
+
+ public:
+  CellDelegate(const Options& options, ViewId view, QObject* parent);
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+  void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const override;
+  QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const override;
+
+  /// Width of what stands in front of the text in the name column: levels, sign, icon.
+  static int leading(const RowSource& rows, std::size_t row);
+
+ private:
+  void paintBackground(QPainter& painter, const QStyleOptionViewItem& option,
+                       const RowLook& look) const;
+  void paintBarCell(QPainter& painter, const QStyleOptionViewItem& option, double percent) const;
+  void paintText(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
+                 const RowLook& look) const;
+  void paintLines(QPainter& painter, const QRect& cell) const;
+  bool hasBars() const;
+
+  const Options& options_;
+  const ViewId view_;
+};
+
+}  // namespace ombrelian::ui

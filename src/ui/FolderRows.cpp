@@ -1,0 +1,132 @@
+#include "ui/FolderRows.h"
+
+#include "core/tree/Report.h"
+#include "export/ReportList.h"
+#include "fs/PathText.h"
+#include "fs/z_Filesystem.h"
+#include "support/Translate.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+namespace {
+
+bool isName(const Column& column) { return column.id == FolderColumnId::Name; }
+
+}  // namespace
+
+FolderRows::FolderRows(FolderTree& tree, FolderReport& report, const Options& options)
+    : tree_(tree), report_(report), options_(options), shown_(report) {
+  treeChanged();
+}
+
+Columns FolderRows::columns() const { return FolderReport::columns(); }
+
+std::size_t FolderRows::rowOf(Id id) const {
+  return id < tree_.nodeCount() ? shown_.rowOf(id) : kNoRow;
+}
+
+void FolderRows::treeChanged() {
+  sortColumn_ = &columns()[FolderColumnId::Size - 1];
+  sortedDescending_ = true;
+  shown_.rebuild();
+}
+
+void FolderRows::sort(const Column& column, bool descending) {
+  sortFolders(tree_, report_, column, descending);
+  sortColumn_ = &column;
+  sortedDescending_ = descending;
+  shown_.rebuild();
+}
+
+RowLook FolderRows::look(std::size_t row) const {
+  const FolderNode& node = tree_[shown_.node(row)];
+  RowLook look;
+  look.level = int(node.level);
+  look.canExpand = node.hasChildren();
+  look.isExpanded = look.canExpand && shown_.isExpanded(row);
+  look.isError = node.has(FolderNode::IsError);
+  look.icon = !node.has(FolderNode::IsFolder)    ? "files-group"
+              : look.isError                     ? "folder-error"
+              : node.has(FolderNode::IsJunction) ? "folder-link"
+              : node.parent == kNoNode           ? "drive-local"
+              : look.isExpanded                  ? "folder-open"
+                                                 : "folder";
+  return look;
+}
+
+Text FolderRows::rootCaption(NodeIndex root) const {
+  Text caption(tree_[root].name());
+  if (options_.FolderShowDriveLabel == 1) {
+    const Text label = driveLabelOf(caption);
+    if (!label.empty()) caption.append(u" (").append(label).append(u")");
+  }
+  if (const Date created = tree_.created(root);
+      options_.FolderShowCreateDate == 1 && created != 0) {
+    const Text pattern = options_.DateFormat.empty() ? defaultDateFormat() : options_.DateFormat;
+    caption.append(u" (").append(DatePattern(pattern).format(created)).append(u")");
+  }
+  return caption;
+}
+
+Text FolderRows::shown(std::size_t row, const Column& column) const {
+  const NodeIndex node = shown_.node(row);
+  if (!isName(column)) return RowSource::shown(row, column);
+  if (tree_[node].parent == kNoNode) return rootCaption(node);
+  return Text(tree_[node].name());
+}
+
+Text FolderRows::toolTip(std::size_t row, const Column& column) const {
+  if (!isName(column)) return RowSource::toolTip(row, column);
+  const NodeIndex index = shown_.node(row);
+  const FolderNode& node = tree_[index];
+  if (node.has(FolderNode::IsError)) return Text(tree_.errorText(index));
+  if (!node.has(FolderNode::IsJunction)) return path(row);
+  return TL(2224, u"Junction Zielordner").append(u":\r\n").append(tree_.junctionTarget(index));
+}
+
+Text FolderRows::path(std::size_t row) const {
+  NodeIndex node = shown_.node(row);
+  if (!tree_[node].has(FolderNode::IsFolder)) node = tree_[node].parent;
+  return Report_GetFullpathOfNode(tree_, node, false, false);
+}
+
+bool FolderRows::canRename(std::size_t row, const Column& column) const {
+  const FolderNode& node = tree_[shown_.node(row)];
+  return isName(column) && node.has(FolderNode::IsFolder) && node.parent != kNoNode;
+}
+
+bool FolderRows::isNameTaken(std::size_t row, const Text& name) const {
+  Text target(xGetPath(path(row)));
+  return xExistFile_W(appendName(target, name));
+}
+
+Text FolderRows::rename(std::size_t row, const Text& name) {
+  const Text old = path(row);
+  Text target(xGetPath(old));
+  Text error = xMoveFile_W(old, appendName(target, name));
+  if (error.empty()) tree_.rename(shown_.node(row), name);
+  return error;
+}
+
+/// Looks through the whole tree, not just what is on show.
+std::optional<RowSource::Id> FolderRows::find(const QString& text, std::size_t from,
+                                              bool backward) {
+  std::vector<NodeIndex> all;
+  std::size_t start = 0;
+  const NodeIndex current = from < count() ? shown_.node(from) : kNoNode;
+  for (NodeIndex root = tree_.firstRoot(); root != kNoNode; root = tree_[root].nextSibling) {
+    for (NodeIndex node = root; node != kNoNode; node = nextInSubtree(tree_, node, root)) {
+      if (node == current) start = all.size();
+      all.push_back(node);
+    }
+  }
+  for (std::size_t step = 1; step <= all.size(); ++step) {
+    const std::size_t at = (start + (backward ? all.size() - step : step)) % all.size();
+    if (!toQStringView(tree_[all[at]].name()).contains(text, Qt::CaseInsensitive)) continue;
+    if (shown_.rowOf(all[at]) == ShownFolders::kNoRow) shown_.markAbove(all[at]);
+    return all[at];
+  }
+  return std::nullopt;
+}
+
+}  // namespace ombrelian::ui

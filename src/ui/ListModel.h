@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <vector>
+
+#include "ui/RowSource.h"
+
+namespace ombrelian::ui {
+
+/// Any list as Qt's views take it. A column of the model is the id of the list's column; 0 is the
+/// row number. It holds nothing of the rows.
+class ListModel : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  /// `rows` must outlive the model.
+  explicit ListModel(RowSource& rows, QObject* parent = nullptr);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+
+  RowSource& rows() { return rows_; }
+  const RowSource& rows() const { return rows_; }
+
+  /// Null: the row number.
+  const Column* column(int section) const;
+
+  /// Orders the rows; what is selected and current stays so.
+  void sortBy(const Column& column, bool descending);
+
+  /// Runs `change`, which may put the rows in any order or put others in their place. The rows that
+  /// remain keep their selection.
+  void rearrange(const std::function<void()>& change);
+
+  /// Runs `change`, after which nothing is as it was.
+  void replace(const std::function<void()>& change);
+
+  /// Runs `change`, which adds `count` rows before row `first`, or takes that many away.
+  void insertRowsAt(std::size_t first, std::size_t count, const std::function<void()>& change);
+  void removeRowsAt(std::size_t first, std::size_t count, const std::function<void()>& change);
+
+  /// A frozen model has no rows, whatever is done to them meanwhile.
+  void setFrozen(bool frozen);
+
+  /// Units, dates or names are shown in another way.
+  void showAnew();
+
+ Q_SIGNALS:
+  /// Whether to replace what has the name that a row is to get; `answer` is "no" at first.
+  void nameTaken(const QString& name, bool* answer);
+  void renameFailed(const QString& error);
+
+ private:
+  QString accessibleText(std::size_t row, const Column& column) const;
+
+  RowSource& rows_;
+  bool isFrozen_ = false;
+};
+
+}  // namespace ombrelian::ui

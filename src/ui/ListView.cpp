@@ -1,0 +1,279 @@
+#include "ui/ListView.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <algorithm>
+
+#include "ui/CellDelegate.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+namespace {
+
+constexpr int kNameSection = 1;
+constexpr int kLeastColumnWidth = 28;
+constexpr int kMostFittedWidth = 640;
+constexpr int kCellMargin = 16;        // left and right of the text, together
+constexpr int kRowPadding = 7;         // above and below it, together
+constexpr int kMeasuredRows = 20'000;  // as many as fitting to all rows looks at in one go
+
+}  // namespace
+
+ListView::ListView(ListModel& model, Options& options, ViewId view, QWidget* parent)
+    : QTableView(parent), model_(model), options_(options), view_(view) {
+  setModel(&model_);
+  setItemDelegate(new CellDelegate(options_, view_, this));
+  setSelectionBehavior(SelectRows);
+  setSelectionMode(ExtendedSelection);
+  setEditTriggers(NoEditTriggers);
+  setHorizontalScrollMode(ScrollPerPixel);
+  setVerticalScrollMode(ScrollPerItem);
+  setWordWrap(false);
+  setTabKeyNavigation(false);
+  setCornerButtonEnabled(false);
+  setShowGrid(false);  // the delegate draws the lines that are wanted
+  setContextMenuPolicy(Qt::CustomContextMenu);
+  setMouseTracking(true);
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  QHeaderView* const header = horizontalHeader();
+  header->setSectionsMovable(true);
+  header->setSectionsClickable(true);
+  header->setHighlightSections(false);
+  header->setMinimumSectionSize(kLeastColumnWidth);
+  header->setSortIndicatorShown(true);
+  header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  header->setTextElideMode(Qt::ElideRight);
+  header->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(header, &QHeaderView::customContextMenuRequested, this,
+          [this, header](const QPoint& at) { Q_EMIT columnMenuWanted(header->mapToGlobal(at)); });
+  connect(header, &QHeaderView::sectionMoved, this, &ListView::columnMoved);
+  connect(header, &QHeaderView::sectionClicked, this, &ListView::sortByColumn);
+  connect(header, &QHeaderView::sectionHandleDoubleClicked, this,
+          [this](int section) { setColumnWidth(section, widthForAllRows(section)); });
+  applySettings();
+}
+
+void ListView::applySettings() {
+  isArranging_ = true;
+  const ViewSettings settings = viewSettings(options_, view_);
+  const int sections = model_.columnCount();
+  std::vector<int> order(std::size_t(sections - 1));
+  for (int section = 1; section < sections; ++section)
+    order[std::size_t(section - 1)] = section;
+  const auto position = [&](int section) {
+    const auto id = std::size_t(section);
+    return id < settings.positions.size() ? settings.positions[id] : section;
+  };
+  std::stable_sort(order.begin(), order.end(),
+                   [&](int a, int b) { return position(a) < position(b); });
+  for (int place = 0; place < int(order.size()); ++place)
+    horizontalHeader()->moveSection(horizontalHeader()->visualIndex(order[std::size_t(place)]),
+                                    place + 1);
+  for (int section = 0; section < sections; ++section) {
+    const auto id = std::size_t(section);
+    const bool byDefault = section > 0;
+    const bool shown = id < settings.visible.size() ? settings.visible[id] == 1 : byDefault;
+    setColumnHidden(section, section != kNameSection && !shown);
+  }
+  isArranging_ = false;
+  const int height = fontMetrics().height() + kRowPadding;
+  verticalHeader()->setMinimumSectionSize(height);
+  verticalHeader()->setDefaultSectionSize(height);
+  viewport()->update();
+}
+
+void ListView::setColumnVisible(int section, bool visible) {
+  if (section == kNameSection) return;
+  const ViewSettings settings = viewSettings(options_, view_);
+  if (std::size_t(section) < settings.visible.size())
+    settings.visible[std::size_t(section)] = visible ? 1 : 0;
+  setColumnHidden(section, !visible);
+  if (visible) setColumnWidth(section, widthForAllRows(section));
+}
+
+/// The row number stands first, and in the tree the name behind it; they do not move.
+void ListView::columnMoved(int section, int from, int to) {
+  if (isArranging_) return;
+  QHeaderView* const header = horizontalHeader();
+  const bool isTree = view_ == ViewId::Folders;
+  const int fixed = isTree ? 2 : 1;
+  if (from < fixed || to < fixed) {
+    isArranging_ = true;
+    header->moveSection(header->visualIndex(section), from);
+    isArranging_ = false;
+    return;
+  }
+  storePositions();
+}
+
+void ListView::storePositions() {
+  const ViewSettings settings = viewSettings(options_, view_);
+  for (std::size_t id = 1; id < settings.positions.size(); ++id)
+    settings.positions[id] = horizontalHeader()->visualIndex(int(id));
+}
+
+/// Numbers begin with the largest, texts with the first; the tree turns its order round each time.
+void ListView::sortByColumn(int section) {
+  const Column* const column = model_.column(section);
+  if (column == nullptr || model_.rowCount() == 0) return;
+  const RowSource& rows = model_.rows();
+  const bool again = rows.sortColumn() == column;
+  const bool byItself = !column->isLeftAligned() || column->kind == CellKind::Timestamp ||
+                        column->kind == CellKind::Percent;
+  const bool toggles = again || view_ == ViewId::Folders;
+  const bool descending = toggles ? !rows.sortedDescending() : byItself;
+  setCursor(Qt::WaitCursor);
+  model_.sortBy(*column, descending);
+  unsetCursor();
+  horizontalHeader()->setSortIndicator(section,
+                                       descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+  if (currentIndex().isValid()) scrollTo(currentIndex());
+  fitColumns();
+}
+
+void ListView::fitColumns() {
+  for (int section = 0; section < model_.columnCount(); ++section) {
+    if (!isColumnHidden(section)) setColumnWidth(section, widthForAllRows(section));
+  }
+}
+
+/// Looks at the rows on the screen, or with the option at all; of very many, at some from all over.
+int ListView::widthForAllRows(int section) const {
+  const ViewSettings settings = viewSettings(options_, view_);
+  const bool all = settings.optimizeAll != nullptr && *settings.optimizeAll == 1;
+  const int rows = model_.rowCount();
+  const int first = all ? 0 : std::max(0, rowAt(0));
+  const int onScreen = viewport()->height() / std::max(1, verticalHeader()->defaultSectionSize());
+  const int last = all ? rows : std::min(rows, first + onScreen + 1);
+  const int step = std::max(1, (last - first) / kMeasuredRows);
+  const QFontMetrics metrics = fontMetrics();
+  int width = horizontalHeader()->fontMetrics().horizontalAdvance(
+                  model_.headerData(section, Qt::Horizontal, Qt::DisplayRole).toString()) +
+              kCellMargin + 14;  // the sign of the order
+  for (int row = first; row < last; row += step) {
+    const QModelIndex index = model_.index(row, section);
+    int cell = metrics.horizontalAdvance(index.data(Qt::DisplayRole).toString()) + kCellMargin;
+    if (section == kNameSection) cell += CellDelegate::leading(model_.rows(), std::size_t(row));
+    width = std::max(width, cell);
+  }
+  const Column* const column = model_.column(section);
+  if (column != nullptr && column->kind == CellKind::Percent) width = std::max(width, 90);
+  return std::min(width, kMostFittedWidth);
+}
+
+int ListView::fullWidth() const {
+  return horizontalHeader()->length() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth() +
+         2;
+}
+
+std::vector<std::size_t> ListView::selectedRowNumbers() const {
+  std::vector<std::size_t> rows;
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    for (int row = range.top(); row <= range.bottom(); ++row)
+      rows.push_back(std::size_t(row));
+  }
+  std::sort(rows.begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  return rows;
+}
+
+std::size_t ListView::currentRow() const {
+  const QModelIndex current = currentIndex();
+  return current.isValid() ? std::size_t(current.row()) : RowSource::kNoRow;
+}
+
+void ListView::goTo(std::size_t row) {
+  const QModelIndex index = model_.index(int(row), kNameSection);
+  selectionModel()->setCurrentIndex(
+      index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  scrollTo(index);
+}
+
+void ListView::editName() {
+  const QModelIndex index = model_.index(currentIndex().row(), kNameSection);
+  if (index.isValid() && (model_.flags(index) & Qt::ItemIsEditable)) edit(index);
+}
+
+std::size_t ListView::parentRow(std::size_t row) const {
+  const int level = model_.rows().look(row).level;
+  while (row > 0 && model_.rows().look(row).level >= level)
+    --row;
+  return row;
+}
+
+/// In a tree left and right close, open and step between levels, as in every tree.
+void ListView::keyPressEvent(QKeyEvent* event) {
+  const std::size_t row = currentRow();
+  const bool isPlain =
+      event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier;
+  if (view_ == ViewId::Folders && row != RowSource::kNoRow && isPlain) {
+    const RowLook look = model_.rows().look(row);
+    switch (event->key()) {
+      case Qt::Key_Left:
+      case Qt::Key_Minus:
+        if (look.isExpanded) {
+          Q_EMIT expandWanted(row, false);
+        } else if (event->key() == Qt::Key_Left && look.level > 0) {
+          goTo(parentRow(row));
+        }
+        return;
+      case Qt::Key_Right:
+      case Qt::Key_Plus:
+        if (look.canExpand && !look.isExpanded) {
+          Q_EMIT expandWanted(row, true);
+        } else if (event->key() == Qt::Key_Right && look.isExpanded) {
+          goTo(row + 1);
+        }
+        return;
+      case Qt::Key_Asterisk:
+        Q_EMIT expandSubtreeWanted(row, true);
+        return;
+      default:
+        break;
+    }
+  }
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (isEnter && isPlain && row != RowSource::kNoRow && state() != EditingState) {
+    Q_EMIT rowActivated(row);
+    return;
+  }
+  QTableView::keyPressEvent(event);
+}
+
+bool ListView::toggleAt(const QPoint& position) {
+  const QModelIndex index = indexAt(position);
+  if (view_ != ViewId::Folders || index.column() != kNameSection) return false;
+  const auto row = std::size_t(index.row());
+  const RowLook look = model_.rows().look(row);
+  if (!look.canExpand) return false;
+  const int left = visualRect(index).left() + look.level * kIndent;
+  if (position.x() < left || position.x() >= left + kIndent + 4) return false;
+  Q_EMIT expandWanted(row, !look.isExpanded);
+  return true;
+}
+
+void ListView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && toggleAt(event->pos())) return;
+  QTableView::mousePressEvent(event);
+}
+
+void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
+  const QModelIndex index = indexAt(event->pos());
+  if (event->button() != Qt::LeftButton || !index.isValid()) return;
+  if (toggleAt(event->pos())) return;
+  Q_EMIT rowActivated(std::size_t(index.row()));
+}
+
+void ListView::changeEvent(QEvent* event) {
+  QTableView::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) applySettings();
+}
+
+void ListView::selectionChanged(const QItemSelection& now, const QItemSelection& before) {
+  QTableView::selectionChanged(now, before);
+  Q_EMIT selectedRowsChanged();
+}
+
+}  // namespace ombrelian::ui

@@ -1,0 +1,79 @@
+#include "ui/RowSource.h"
+
+#include <algorithm>
+
+#include "format/Attributes.h"
+#include "format/ToolTips.h"
+#include "fs/PathText.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+
+Text RowSource::shown(std::size_t row, const Column& column) const {
+  Text text;
+  format().appendShown(cells(), cellRow(row), column, text);
+  return text;
+}
+
+Text RowSource::toolTip(std::size_t row, const Column& column) const {
+  switch (column.kind) {
+    case CellKind::Size:
+      return FormatToolTipText_Size(cells().number(cellRow(row), column));
+    case CellKind::Attributes:
+      return FormatToolTipText_Attribute(shown(row, column));
+    case CellKind::Percent:
+    case CellKind::PlainText:
+    case CellKind::Choice:
+      return shown(row, column);
+    default:
+      return {};
+  }
+}
+
+bool RowSource::holds(std::size_t row, const QString& text) const {
+  const auto has = [&](const Column& column) {
+    return toQString(shown(row, column)).contains(text, Qt::CaseInsensitive);
+  };
+  return std::any_of(columns().begin(), columns().end(), has);
+}
+
+std::optional<RowSource::Id> RowSource::find(const QString& text, std::size_t from, bool backward) {
+  const std::size_t rows = count();
+  for (std::size_t step = 1; step <= rows; ++step) {
+    const std::size_t row = (from + (backward ? rows - step : step)) % rows;
+    if (holds(row, text)) return id(row);
+  }
+  return std::nullopt;
+}
+
+GridRows::GridRows(Grid& grid, const Options& options, std::function<SizeSettings()> sizes)
+    : grid_(grid), options_(options), sizes_(std::move(sizes)) {
+  GridRows::applySettings();
+}
+
+void GridRows::applySettings() {
+  format_ = CellFormat(grid_.columns(), sizes_(), options_.DateFormat);
+}
+
+const Column* GridRows::column(TextView key) const {
+  const Columns all = columns();
+  const auto found =
+      std::find_if(all.begin(), all.end(), [&](const Column& one) { return one.key == key; });
+  return found == all.end() ? nullptr : &*found;
+}
+
+Text GridRows::textOf(std::size_t row, TextView key) const {
+  const Column* const found = column(key);
+  return found == nullptr ? Text() : Text(grid_.text(row, *found));
+}
+
+/// Lists with a name and the path of its folder; junctions are a path of their own.
+Text GridRows::path(std::size_t row) const {
+  if (column(u"junction") != nullptr) return textOf(row, u"junction");
+  if (column(u"path") == nullptr || column(u"name") == nullptr) return {};
+  const Text name = textOf(row, u"name");
+  Text folder = textOf(row, u"path");
+  return appendName(folder, name);
+}
+
+}  // namespace ombrelian::ui
