@@ -327,7 +327,7 @@ void ReadAhead::ask(Work& work, EntryReader& reader) {
   if (work.folder && std::any_of(entries.begin(), entries.end(), needsFolder)) {
     listing.folder = share(std::move(work.folder));
   }
-  for (std::size_t i = 0; i < entries.size(); ++i) {
+  for (std::size_t i = 0; plan_.entersFolders && i < entries.size(); ++i) {
     if (!canBeReadAhead(entries[i])) continue;
     ListingPointer below = std::make_shared<Listing>();
     below->above = listing.folder;
