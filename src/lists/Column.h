@@ -50,6 +50,15 @@ struct Column {
 /// The columns of one list.
 using Columns = std::span<const Column>;
 
+/// Whether the ids of a table count from 1, and fill `slots` of settings with the row number's.
+constexpr bool idsCountFromOne(Columns columns, int slots) {
+  int id = 0;
+  for (const Column& column : columns) {
+    if (column.id != ++id) return false;
+  }
+  return id + 1 == slots;
+}
+
 /// Where a row stands, counted from 1; no list keeps it among its values.
 inline constexpr Column kRowNumberColumn = {0, 0, u"#", u"linenumber", CellKind::Number};
 

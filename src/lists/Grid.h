@@ -36,7 +36,11 @@ class Grid : public CellSource {
   static constexpr RowIndex kNoRow = RowIndex(-1);
 
   /// Values by the kind of the column: of texts, of Percent and Timestamp, of all others.
+  /// A text that another row has already is best taken from there: it is kept once.
   void set(RowIndex row, const Column& column, TextView value);
+  void setTextAs(RowIndex row, const Column& column, RowIndex other) {
+    cell(row, column).number = cell(other, column).number;
+  }
   void set(RowIndex row, const Column& column, double value) { cell(row, column).real = value; }
   void set(RowIndex row, const Column& column, std::int64_t value) {
     cell(row, column).number = value;

@@ -71,13 +71,6 @@ constexpr Column kExtensionTable[] = {
     {6, 9111, u"Verknüpfung", u"exe", CellKind::PlainText},
 };
 
-constexpr bool idsCountFromOne(Columns columns, int slots) {
-  int id = 0;
-  for (const Column& column : columns) {
-    if (column.id != ++id) return false;
-  }
-  return id + 1 == slots;  // the row number has a slot too
-}
 static_assert(idsCountFromOne(kTopFileTable, kTopColumns));
 static_assert(idsCountFromOne(kTopFolderTable, kTopColumns));
 static_assert(idsCountFromOne(kHardlinkTable, kHardlinkColumns));

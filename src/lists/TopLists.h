@@ -5,6 +5,7 @@
 #include "filters/mCompare.h"
 #include "lists/Grid.h"
 #include "lists/ListTables.h"
+#include "lists/LocalClock.h"
 #include "platform/FindData.h"
 #include "services/FileTypes.h"
 
@@ -13,26 +14,6 @@ namespace ombrelian {
 /// The limits of a top list's limit.
 inline constexpr std::int32_t kLeastTopRows = 5;
 inline constexpr std::int32_t kMostTopRows = 999;
-
-/// Local time of file times in whole seconds since 30 December 1899; 0: none. The files of a walk
-/// share few quarters of an hour, within which no time zone changes its distance from UTC.
-class LocalClock {
- public:
-  std::int64_t seconds(FileTime time);
-
-  /// What seconds() gives at the most, or with `atMost` false at the least; asks nobody.
-  static std::int64_t bound(FileTime time, bool atMost);
-
- private:
-  struct Quarter {
-    std::int64_t number = INT64_MIN;  // of the quarter of an hour in UTC
-    std::int64_t offset = 0;          // seconds to add
-  };
-
-  static std::int64_t converted(FileTime time);
-
-  std::array<Quarter, 256> quarters_;
-};
 
 /// What one of the top lists collects while the walk goes on: the objects with the largest or the
 /// smallest keys. It never holds more than its limit and 101 rows.

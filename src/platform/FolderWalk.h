@@ -10,6 +10,9 @@ namespace ombrelian::platform {
 inline constexpr int kHelpersByDevice = -1;
 inline constexpr int kMaxHelpers = 64;
 
+/// What a walk is going to enter.
+enum class WalkReach { Tree, OneFolder };
+
 /// Lists the folders of one source in the order of a depth-first walk: a stack of find handles, of
 /// which the innermost is read. It goes to any depth with a bounded number of descriptors, and no
 /// step costs more the deeper the walk is. The names are those of the calls that it stands for.
@@ -20,8 +23,8 @@ inline constexpr int kMaxHelpers = 64;
 class FolderWalk {
  public:
   /// `helpers`: how many threads read ahead; kHelpersByDevice: as many as pay on the source's
-  /// device.
-  explicit FolderWalk(int helpers = kHelpersByDevice);
+  /// device. OneFolder: nothing below the source is read ahead.
+  explicit FolderWalk(int helpers = kHelpersByDevice, WalkReach reach = WalkReach::Tree);
   ~FolderWalk();
   FolderWalk(const FolderWalk&) = delete;
   FolderWalk& operator=(const FolderWalk&) = delete;

@@ -35,6 +35,7 @@ inline constexpr ErrorCode kFileTooLarge = 223;
 inline constexpr ErrorCode kNotADirectory = 267;
 inline constexpr ErrorCode kInputOutputError = 1117;
 inline constexpr ErrorCode kQuotaExceeded = 1295;
+inline constexpr ErrorCode kTimeout = 1460;  // no answer in the time that there was
 inline constexpr ErrorCode kLinkLoop = 1921;
 
 /// True for the two codes that say: there is nothing of that name.

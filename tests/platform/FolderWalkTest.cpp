@@ -240,6 +240,22 @@ TEST(FolderWalkTest, AnEntryThatCannotBeAskedIsStillThere) {
   EXPECT_EQ(folders, 1);
 }
 
+TEST(FolderWalkTest, HelpersLeaveSubfoldersOfAOneFolderWalkAlone) {
+  const TestFolder folder;
+  for (int i = 0; i < 50; ++i)
+    folder.file("below" + std::to_string(i) + "/file");
+  const ScopedFault opened({Call::Openat, "below", EACCES});
+  FolderWalk walk(2, WalkReach::OneFolder);
+  ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
+  int entries = 0;
+  while (walk.FindNextFileW() != nullptr) {
+    EXPECT_EQ(walk.FindFirstFileW(), kAccessDenied);
+    ++entries;
+    EXPECT_EQ(opened.hits(), entries);  // by the walk itself
+  }
+  EXPECT_EQ(entries, 50);
+}
+
 TEST(FolderWalkTest, AFileThatVanishedIsPassedOver) {
   const TestFolder folder;
   folder.file("gone");

@@ -55,7 +55,7 @@ const dirent64* entryAt(const Level& level) {
 
 class FolderWalk::Implementation {
  public:
-  explicit Implementation(int helpers) : helpers_(helpers) {}
+  Implementation(int helpers, WalkReach reach) : helpers_(helpers), reach_(reach) {}
   ~Implementation();
   Implementation(const Implementation&) = delete;
   Implementation& operator=(const Implementation&) = delete;
@@ -90,6 +90,7 @@ class FolderWalk::Implementation {
   Buffer takeBuffer();
 
   const int helpers_;
+  const WalkReach reach_;
   std::unique_ptr<ReadAhead> readAhead_;  // null: the walk reads everything itself
   std::vector<Level> levels_;
   std::size_t detached_ = 0;  // levels from the outermost on that hold no descriptor
@@ -115,6 +116,7 @@ void FolderWalk::Implementation::prepare(const Level& source) {
   detached_ = 0;
   ReadPlan plan = planFor(source.folder->get(), source.identity.device);
   if (helpers_ >= 0) plan.helpers = unsigned(helpers_);
+  plan.entersFolders = reach_ == WalkReach::Tree;
   readAhead_ = plan.helpers > 0 ? std::make_unique<ReadAhead>(plan) : nullptr;
 }
 
@@ -389,7 +391,8 @@ Text FolderWalk::Implementation::reparseTarget(TextView path, ErrorCode& error) 
   return linkText(levels_.back().folder->get(), currentName_, error);
 }
 
-FolderWalk::FolderWalk(int helpers) : implementation_(std::make_unique<Implementation>(helpers)) {}
+FolderWalk::FolderWalk(int helpers, WalkReach reach)
+    : implementation_(std::make_unique<Implementation>(helpers, reach)) {}
 FolderWalk::~FolderWalk() = default;
 ErrorCode FolderWalk::FindFirstFileW(TextView path) { return implementation_->openSource(path); }
 ErrorCode FolderWalk::FindFirstFileW() { return implementation_->openCurrent(); }

@@ -2,12 +2,13 @@
 
 #include <errno.h>
 #include <fcntl.h>
-#include <signal.h>
 
 #include <algorithm>
 #include <new>
 #include <system_error>
 #include <utility>
+
+#include "platform/posix/SignalsBlocked.h"
 
 namespace ombrelian::platform {
 namespace {
@@ -34,22 +35,6 @@ bool canBeReadAhead(const FindData& entry) {
 
 /// Whether something is opened or read by the entry's name later.
 bool needsFolder(const EntryBatch::Entry& entry) { return entry.isFolder() || entry.isReparse(); }
-
-/// Keeps signals for the thread of the program while it lives: new threads inherit what is blocked.
-class SignalsBlocked {
- public:
-  SignalsBlocked() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  SignalsBlocked(const SignalsBlocked&) = delete;
-  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
- private:
-  sigset_t before_;
-};
 
 }  // namespace
 
@@ -327,7 +312,7 @@ void ReadAhead::ask(Work& work, EntryReader& reader) {
   if (work.folder && std::any_of(entries.begin(), entries.end(), needsFolder)) {
     listing.folder = share(std::move(work.folder));
   }
-  for (std::size_t i = 0; i < entries.size(); ++i) {
+  for (std::size_t i = 0; plan_.entersFolders && i < entries.size(); ++i) {
     if (!canBeReadAhead(entries[i])) continue;
     ListingPointer below = std::make_shared<Listing>();
     below->above = listing.folder;

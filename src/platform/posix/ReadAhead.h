@@ -19,6 +19,7 @@ namespace ombrelian::platform {
 struct ReadPlan {
   unsigned helpers = 0;         // threads beside the walk's own
   unsigned processors = 1;      // more threads work only while the device makes them wait
+  bool entersFolders = true;    // else subfolders are left to the walk
   bool isInInodeOrder = false;  // see EntryReader::ask
   std::size_t memory = std::size_t(16) << 20;  // bytes that may wait for the walk
   unsigned descriptors = 256;                  // open folders that may wait for it

@@ -9,9 +9,9 @@
 #include <cstdio>
 
 #include "platform/Files.h"
+#include "platform/posix/DriveProber.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/Mounts.h"
-#include "platform/posix/PathAt.h"
 
 namespace ombrelian::platform {
 namespace {
@@ -75,12 +75,26 @@ Text labelOf(std::uint64_t device) {
   return label;
 }
 
-bool isRealDrive(const Mount& mount) {
-  // A mounted single file, as containers have them, is no drive.
-  struct stat told;
-  return !isPseudoFileSystem(mount.type) &&
-         (isNetworkFileSystem(mount.type) ||
-          (stat(mount.mountPoint.c_str(), &told) == 0 && S_ISDIR(told.st_mode)));
+DriveProber& drives() {
+  static DriveProber prober(askDrive);
+  return prober;
+}
+
+/// A whole file system of that kind can be a drive; part of one, mounted elsewhere, is none.
+bool canBeDrive(const Mount& mount) { return mount.root == "/" && !isPseudoFileSystem(mount.type); }
+
+/// Whether what was told of a mount, if anything was, speaks for a drive: not if it lies hidden
+/// under another mount or behind a closed folder, nor if it is a single file, as containers have
+/// them. A network drive that refuses its answer is one still.
+bool isDrive(const Mount& mount, const DriveReport& told) {
+  if (told.error == kAccessDenied) return isNetworkFileSystem(mount.type);
+  return told.isFolder && !isMissing(told.error);
+}
+
+Text withoutFinalSlash(TextView path) {
+  while (path.size() > 1 && path.back() == u'/')
+    path.remove_suffix(1);
+  return Text(path);
 }
 
 }  // namespace
@@ -104,12 +118,15 @@ int GetDriveTypeW(TextView root) {
 }
 
 ErrorCode GetVolumeInformationW(TextView path, VolumeInformation& information) {
-  FindData data;
-  const ErrorCode error = GetFileInformation(path, data);
-  if (error != kSuccess) return error;
   const std::vector<Mount> mounts = readMounts();
-  const Text resolved = GetFinalPathNameW(path);
-  const Mount* mount = findMountHolding(mounts, toBytes(resolved.empty() ? path : resolved));
+  const Mount* mount = findMount(mounts, normalRoot(path));
+  if (mount == nullptr) {
+    FindData data;
+    const ErrorCode error = GetFileInformation(path, data);
+    if (error != kSuccess) return error;
+    const Text resolved = GetFinalPathNameW(path);
+    mount = findMountHolding(mounts, toBytes(resolved.empty() ? path : resolved));
+  }
   if (mount == nullptr) {
     // A changed root hides its own mount; what a system runs on keeps owners.
     information.fileSystem = u"?";
@@ -123,14 +140,45 @@ ErrorCode GetVolumeInformationW(TextView path, VolumeInformation& information) {
 }
 
 std::vector<Text> GetLogicalDriveStringsW() {
-  std::vector<Text> roots;
+  constexpr std::chrono::milliseconds kLimit(300);
   std::vector<Mount> mounts = readMounts();
-  for (const Mount& mount : mounts) {
-    if (mount.root != "/" || !isRealDrive(mount)) continue;
-    const Text root = fromBytes(mount.mountPoint);
-    if (std::find(roots.begin(), roots.end(), root) == roots.end()) roots.push_back(root);
+  std::erase_if(mounts, [](const Mount& mount) { return !canBeDrive(mount); });
+  std::vector<std::string> points;
+  for (const Mount& mount : mounts)
+    points.push_back(mount.mountPoint);
+  const std::vector<DriveReport> told = drives().ask(points, kLimit);
+  std::vector<Text> roots;
+  for (std::size_t i = 0; i < mounts.size(); ++i) {
+    const Text root = fromBytes(points[i]);
+    const bool isNew = std::find(roots.begin(), roots.end(), root) == roots.end();
+    if (isNew && isDrive(mounts[i], told[i])) roots.push_back(root);
   }
   return roots;
+}
+
+std::vector<DriveAnswer> ProbeDrives(const std::vector<Text>& roots, unsigned milliseconds) {
+  std::vector<std::string> points;
+  for (const Text& root : roots)
+    points.push_back(normalRoot(root));
+  const std::vector<DriveReport> told =
+      drives().ask(points, std::chrono::milliseconds(milliseconds));
+  return {told.begin(), told.end()};
+}
+
+Text WNetGetConnectionW(TextView root) {
+  const std::vector<Mount> mounts = readMounts();
+  const Mount* const mount = findMount(mounts, normalRoot(root));
+  const bool isRemote = mount != nullptr && isNetworkFileSystem(mount->type);
+  return isRemote ? fromBytes(mount->source) : Text();
+}
+
+Text FindNetworkDrive(TextView networkPath) {
+  const Text wanted = withoutFinalSlash(networkPath);
+  for (const Mount& mount : readMounts()) {
+    if (!isNetworkFileSystem(mount.type)) continue;
+    if (withoutFinalSlash(fromBytes(mount.source)) == wanted) return fromBytes(mount.mountPoint);
+  }
+  return {};
 }
 
 }  // namespace ombrelian::platform

@@ -1,0 +1,330 @@
+#include "lists/FileList.h"
+
+#include <unordered_map>
+
+#include "fs/Links.h"
+#include "fs/z_Filesystem.h"
+#include "lists/ListStatus.h"
+#include "lists/LocalClock.h"
+#include "platform/Accounts.h"
+#include "platform/FolderWalk.h"
+#include "platform/Locale.h"
+#include "platform/Time.h"
+#include "platform/Volumes.h"
+#include "support/Guard.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+using platform::FindData;
+using platform::kSuccess;
+
+constexpr TextView kModule = u"frmMain";
+
+constexpr Column kFileTable[] = {
+    {1, 3582, u"Dateiname", u"name", CellKind::PlainText},
+    {2, 3583, u"Größe", u"size", CellKind::Size},
+    {3, 3584, u"Endung", u"ext", CellKind::PlainText},
+    {4, 3585, u"Typ", u"type", CellKind::PlainText},
+    {5, 3586, u"Attribute", u"attr", CellKind::Attributes},
+    {6, 3587, u"Änderungsdatum", u"datemodified", CellKind::Timestamp},
+    {7, 3588, u"Erstellungsdatum", u"datecreate", CellKind::Timestamp},
+    {8, 3589, u"Letzter Zugriff", u"dateaccess", CellKind::Timestamp},
+    {9, 3801, u"Besitzer", u"owner", CellKind::PlainText},
+    {10, 3728, u"Pfad", u"path", CellKind::PlainText},
+    {11, 9114, u"Kompletter Pfad", u"fullpath", CellKind::PlainText},
+};
+static_assert(idsCountFromOne(kFileTable, kFileColumns));
+
+constexpr const Column& kName = kFileTable[0];
+constexpr const Column& kSize = kFileTable[1];
+constexpr const Column& kExtension = kFileTable[2];
+constexpr const Column& kType = kFileTable[3];
+constexpr const Column& kAttributes = kFileTable[4];
+constexpr const Column& kModified = kFileTable[5];
+constexpr const Column& kCreated = kFileTable[6];
+constexpr const Column& kAccessed = kFileTable[7];
+constexpr const Column& kOwner = kFileTable[8];
+constexpr const Column& kPath = kFileTable[9];
+constexpr const Column& kFullPath = kFileTable[10];
+
+/// Says when the user is to be asked whether a read goes on: often enough that a slow disk does
+/// not keep him waiting, and seldom enough that a quick one is not slowed.
+class Pause {
+ public:
+  bool isDue() {
+    ++entries_;
+    const bool isLate =
+        entries_ % kEntriesPerLook == 0 && platform::GetTickCount() - last_ >= kLongestMilliseconds;
+    if (!isLate && entries_ % kMostEntries != 0) return false;
+    last_ = platform::GetTickCount();
+    return true;
+  }
+
+ private:
+  static constexpr std::uint32_t kMostEntries = 512;
+  static constexpr std::uint32_t kEntriesPerLook = 16;
+  static constexpr std::uint64_t kLongestMilliseconds = 50;
+
+  std::uint32_t entries_ = 0;
+  std::uint64_t last_ = platform::GetTickCount();
+};
+
+/// Lets texts be looked up by a view of them.
+struct TextHash {
+  using is_transparent = void;
+  std::size_t operator()(TextView text) const { return std::hash<TextView>()(text); }
+};
+
+/// Whether a name stands for one object in the folder itself.
+bool isPlainName(TextView name) {
+  return name.find(platform::kNativeSeparator) == TextView::npos &&
+         name.find(u'\0') == TextView::npos;
+}
+
+/// Whether the folder still has the file under its old name: to give one of two names of a file to
+/// the other changes nothing on POSIX, and is no error there. Names that differ in case alone can
+/// be one name.
+bool isStillThere(TextView path, TextView oldName, TextView newName) {
+  if (lowerCase(oldName) == lowerCase(newName)) return false;
+  FindData data;
+  return platform::FindFirstFileW(LongPathPrefix(path), data) == kSuccess;
+}
+
+/// The owner as the list tells it; `keepsOwners`: whether the file system knows any.
+Text ownerText(bool keepsOwners, TextView account) {
+  if (!keepsOwners) return TL(4141, u"Jeder");
+  return account.empty() ? TL(3822, u"-Unbekannt-") : Text(account);
+}
+
+bool keepsOwners(TextView folder) {
+  platform::VolumeInformation volume;
+  return platform::GetVolumeInformationW(folder, volume) == kSuccess && volume.keepsOwners;
+}
+
+}  // namespace
+
+/// Reads one folder.
+class FileList::Reader {
+ public:
+  Reader(FileList& list, TextView folder)
+      : types_(list.types_),
+        filter_(list.filter_),
+        wantsOwners_(list.options_.FileColumnVisible[std::size_t(kOwner.id)] == 1),
+        keepsOwners_(wantsOwners_ && keepsOwners(folder)) {
+    read_.folder = folder;
+    read_.readAt = toDate(platform::GetLocalTime());
+  }
+
+  Contents& read(const GoOn& goOn) {
+    platform::FolderWalk walk(platform::kHelpersByDevice, platform::WalkReach::OneFolder);
+    platform::ErrorCode error = walk.FindFirstFileW(LongPathPrefix(read_.folder));
+    if (error == kSuccess) {
+      Pause pause;
+      while (const FindData* const entry = walk.FindNextFileW()) {
+        if (!entry->isFolder()) take(*entry, walk.name());
+        if (goOn && pause.isDue() && !goOn()) return read_;
+      }
+      error = walk.listError();
+    }
+    if (error != kSuccess) read_.failure = systemError(error, u"List_Files_ScanFolderR");
+    return read_;
+  }
+
+ private:
+  void take(const FindData& entry, TextView name) {
+    if (filter_.CheckFileFilterFileList(name)) return;
+    Grid& grid = read_.grid;
+    const Grid::RowIndex row = grid.addRow();
+    path_.assign(read_.folder).append(name);
+    grid.set(row, kName, name);
+    grid.set(row, kFullPath, TextView(path_));
+    grid.set(row, kPath, TextView(read_.folder));
+    setType(row, xGetExtension(name));
+    if (entry.statError == kSuccess) setFacts(row, entry);
+  }
+
+  /// Most files share few extensions, and with them their type.
+  void setType(Grid::RowIndex row, TextView extension) {
+    Grid& grid = read_.grid;
+    if (const auto known = firstRows_.find(extension); known != firstRows_.end()) {
+      grid.setTextAs(row, kExtension, known->second);
+      grid.setTextAs(row, kType, known->second);
+      return;
+    }
+    firstRows_.emplace(extension, row);
+    grid.set(row, kExtension, extension);
+    grid.set(row, kType, TextView(types_.typeText(lowerCase(extension))));
+  }
+
+  void setFacts(Grid::RowIndex row, const FindData& entry) {
+    Grid& grid = read_.grid;
+    const std::int64_t size = xGetFileSizeByWFD_W(entry);
+    read_.sum += size;
+    grid.set(row, kSize, size);
+    grid.set(row, kAttributes, std::int64_t(entry.dwFileAttributes));
+    grid.set(row, kModified, date(entry.ftLastWriteTime, entry, xGetFileModifyDateByWFD));
+    grid.set(row, kCreated, date(entry.ftCreationTime, entry, xGetFileCreateDateByWFD));
+    grid.set(row, kAccessed, date(entry.ftLastAccessTime, entry, xGetFileAccessDateByWFD));
+    if (wantsOwners_) grid.set(row, kOwner, owner(entry.ownerId));
+  }
+
+  /// What has no date, or one that no calendar has, is left to `slow`, which tells the fault log.
+  template <class Procedure>
+  Date date(FileTime time, const FindData& entry, Procedure slow) {
+    const std::int64_t seconds = clock_.seconds(time);
+    return seconds > 0 ? LocalClock::dateFromSeconds(seconds) : slow(entry, path_);
+  }
+
+  TextView owner(std::uint32_t id) {
+    const auto [known, isNew] = owners_.try_emplace(id);
+    if (isNew) known->second = ownerText(keepsOwners_, platform::LookupAccountName(id));
+    return known->second;
+  }
+
+  FileTypes& types_;
+  mCompare& filter_;
+  const bool wantsOwners_;
+  const bool keepsOwners_;
+  Contents read_;
+  LocalClock clock_;
+  Text path_;                                       // of the file in work
+  std::unordered_map<std::uint32_t, Text> owners_;  // by account
+  std::unordered_map<Text, Grid::RowIndex, TextHash, std::equal_to<>> firstRows_;  // by extension
+};
+
+FileList::Contents::Contents() : grid(kFileTable) {}
+
+FileList::FileList(Options& options, FileTypes& types)
+    : options_(options), types_(types), filter_(platform::localeTextRules()) {}
+
+bool FileList::List_Files_ScanFolder(Text& folder, bool force, const GoOn& goOn) {
+  if (isReading_) return false;
+  isReading_ = true;
+  const bool isNew = Guarded(kModule, u"List_Files_ScanFolder", [&] {
+    if (options_.FilelistVisible == 0) {
+      shown_ = Contents();
+      return true;
+    }
+    xAddBackslash(folder);
+    if (folder == shown_.folder && !force) return false;
+    List_Files_ScanFolderR(folder, goOn);
+    return true;
+  });
+  isReading_ = false;
+  return isNew;
+}
+
+void FileList::List_Files_ScanFolderR(TextView folder, const GoOn& goOn) {
+  filter_.SetFileFilterFileList(options_);
+  Reader reader(*this, folder);
+  Contents& read = reader.read(goOn);
+  const Column* const sorted = shown_.grid.sortColumn();
+  read.grid.sort(sorted != nullptr ? *sorted : kSize,
+                 sorted == nullptr || shown_.grid.sortedDescending());
+  shown_ = std::move(read);
+}
+
+bool FileList::List_Files_Refresh(const GoOn& goOn) {
+  if (shown_.folder.empty()) return false;
+  Text folder = shown_.folder;
+  return List_Files_ScanFolder(folder, true, goOn);
+}
+
+void FileList::clear() {
+  if (!isReading_) shown_ = Contents();
+}
+
+Text FileList::List_Files_ShowFileStat(const std::vector<Grid::RowIndex>& selected) const {
+  const SizeSettings sizes = fileSizes(options_);
+  const auto rows = std::int64_t(shown_.grid.rowCount());
+  Text status = fileCountText(rows);
+  if (rows > 0) {
+    status = TL(9104, u"%1 Datei(en) mit insgesamt %2",
+                {statusCount(rows), List_Files_FormatSize(sizes, shown_.sum, true, false, true)});
+  }
+  if (selected.empty()) return status;
+  const std::int64_t size = sumOfSizes(shown_.grid, selected);
+  return status += u" / " + selectedFilesText(std::int64_t(selected.size()),
+                                              xFormatFileSize(sizes.unit, size, true, false));
+}
+
+Text FileList::fullPath(Grid::RowIndex row) const { return Text(shown_.grid.text(row, kFullPath)); }
+
+TextView FileList::readOwner(Grid::RowIndex row) {
+  Grid& grid = shown_.grid;
+  if (grid.text(row, kOwner).empty()) {
+    const bool areKept = keepsOwners(shown_.folder);
+    grid.set(row, kOwner,
+             TextView(ownerText(areKept, areKept ? GetFileOwnerW(fullPath(row)) : Text())));
+  }
+  return grid.text(row, kOwner);
+}
+
+bool FileList::nameIsTaken(Grid::RowIndex row, TextView newName) const {
+  FindData own;
+  FindData other;
+  const Text path = fullPath(row);
+  const Text newPath = shown_.folder + Text(newName);
+  if (newName.empty() || !isPlainName(newName) || newPath == path) return false;
+  if (platform::FindFirstFileW(LongPathPrefix(newPath), other) != kSuccess) return false;
+  // Where case does not count, another spelling is the file itself.
+  const bool isItself = platform::FindFirstFileW(LongPathPrefix(path), own) == kSuccess &&
+                        own.identity == other.identity && own.linkCount < 2;
+  return !isItself;
+}
+
+Text FileList::rename(Grid::RowIndex row, TextView newName) {
+  return Guarded(kModule, u"lvwFiles_GridCellAfterEditing", [&]() -> Text {
+    const Text oldName(shown_.grid.text(row, kName));
+    if (newName.empty() || newName == oldName) return {};
+    if (!isPlainName(newName)) {
+      return TL(9400, u"Ein Dateiname darf kein '%1' enthalten.",
+                {TextView(&platform::kNativeSeparator, 1)});
+    }
+    const Text oldPath = fullPath(row);
+    if (Text error = xMoveFile_W(oldPath, shown_.folder + Text(newName)); !error.empty()) {
+      return error;
+    }
+    if (isStillThere(oldPath, oldName, newName)) {
+      return TL(9401, u"'%1' und '%2' sind zwei Namen derselben Datei.", {oldName, newName});
+    }
+    const std::uint32_t id = shown_.grid.id(row);
+    removeReplaced(row, newName);
+    setName(shown_.grid.rowOf(id), newName);
+    return {};
+  });
+}
+
+/// A file that had the name before is no more, and neither is its row.
+void FileList::removeReplaced(Grid::RowIndex row, TextView name) {
+  Grid& grid = shown_.grid;
+  for (Grid::RowIndex other = 0; other < grid.rowCount(); ++other) {
+    if (other == row || grid.text(other, kName) != name) continue;
+    shown_.sum -= grid.number(other, kSize);
+    return grid.removeRow(other);
+  }
+}
+
+void FileList::setName(Grid::RowIndex row, TextView name) {
+  Grid& grid = shown_.grid;
+  const TextView extension = xGetExtension(name);
+  grid.set(row, kName, name);
+  grid.set(row, kFullPath, TextView(shown_.folder + Text(name)));
+  grid.set(row, kExtension, extension);
+  grid.set(row, kType, TextView(types_.typeText(lowerCase(extension))));
+}
+
+Text FileList::title() { return TL(2244, u"Dateiliste"); }
+
+ColumnLayout fileLayout(const Options& options) {
+  return {options.FileColumnVisible, options.FileColumnIndex};
+}
+
+SizeSettings fileSizes(const Options& options) {
+  return {options.FileSizeFormatFiles, options.SizeFormatNachkommastellenFiles != 0,
+          options.SizeFormatShowSizeTextFiles == 1};
+}
+
+}  // namespace ombrelian

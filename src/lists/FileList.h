@@ -1,0 +1,99 @@
+#pragma once
+
+#include <functional>
+
+#include "filters/mCompare.h"
+#include "lists/Grid.h"
+#include "services/FileTypes.h"
+#include "support/Date.h"
+#include "support/Error.h"
+
+namespace ombrelian {
+
+/// The files directly in one folder, read from the disk when the folder is shown: it knows nothing
+/// of a scan, and so is never older than its last read.
+class FileList {
+ public:
+  /// Asked now and then while a folder is read, some times in a thousand files or twenty times a
+  /// second; false ends the read. It may serve what the user does meanwhile.
+  using GoOn = std::function<bool()>;
+
+  /// Both are kept by reference; the text of the file filter is trimmed in the options.
+  FileList(Options& options, FileTypes& types);
+
+  /// Shows `folder`, which gets its final separator. A folder that is shown already is read again
+  /// only with `force`; while the list is switched off it is emptied instead. Until a read is over
+  /// the list stays as it was; one that was ended leaves what it had. The rows are sorted as the
+  /// last ones were. Returns whether they are new. Calls from `goOn` do nothing.
+  bool List_Files_ScanFolder(Text& folder, bool force, const GoOn& goOn = {});
+
+  /// Reads the folder shown again.
+  bool List_Files_Refresh(const GoOn& goOn = {});
+
+  /// No folder is shown any more; does nothing while one is being read.
+  void clear();
+
+  /// With its final separator; empty: none.
+  const Text& folder() const { return shown_.folder; }
+
+  /// When it was read last, in local time; 0: never.
+  Date readAt() const { return shown_.readAt; }
+
+  /// Why the last read brought nothing, or not all; none if it was whole or was ended.
+  const Failure& failure() const { return shown_.failure; }
+
+  bool isReading() const { return isReading_; }
+
+  /// Bytes of all rows.
+  std::int64_t sum() const { return shown_.sum; }
+
+  /// With `selected` rows their number and size too.
+  Text List_Files_ShowFileStat(const std::vector<Grid::RowIndex>& selected = {}) const;
+
+  Text fullPath(Grid::RowIndex row) const;
+
+  /// Owner of a file. The cells of a hidden column stay empty until they are asked for here.
+  TextView readOwner(Grid::RowIndex row);
+
+  /// Whether something other than the file itself has that name in the folder; a rename would
+  /// replace it.
+  bool nameIsTaken(Grid::RowIndex row, TextView newName) const;
+
+  /// Renames a file, replacing without a question whatever has the name. Empty: it was done, or
+  /// there was nothing to do because the name is empty or the same; else the error text, and the
+  /// row is as it was. The row of a file that was replaced goes; others may move up.
+  Text rename(Grid::RowIndex row, TextView newName);
+
+  Grid& grid() { return shown_.grid; }
+
+  /// Title of saved and printed lists.
+  static Text title();
+
+ private:
+  struct Contents {
+    Contents();
+
+    Grid grid;
+    Text folder;
+    Date readAt = 0;
+    std::int64_t sum = 0;
+    Failure failure;
+  };
+  class Reader;
+
+  void List_Files_ScanFolderR(TextView folder, const GoOn& goOn);
+  void setName(Grid::RowIndex row, TextView name);
+  void removeReplaced(Grid::RowIndex row, TextView name);
+
+  Options& options_;
+  FileTypes& types_;
+  mCompare filter_;
+  Contents shown_;
+  bool isReading_ = false;
+};
+
+/// What the settings say of the file list. The layout's spans point into `options`.
+ColumnLayout fileLayout(const Options& options);
+SizeSettings fileSizes(const Options& options);
+
+}  // namespace ombrelian

@@ -1,0 +1,304 @@
+// The list of the files in one folder, over real folders.
+
+#include "lists/FileList.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "fs/z_Filesystem.h"
+#include "platform/Accounts.h"
+#include "tests/testing/Faults.h"
+#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/TestFolder.h"
+
+namespace ombrelian {
+namespace {
+
+using namespace ombrelian::testing;
+using Rows = std::vector<Grid::RowIndex>;
+
+/// Makes texts up from the extension, and counts the questions.
+class CountingTypes : public FileTypes {
+ public:
+  Text typeText(TextView extension) override {
+    ++questions;
+    return u"type " + Text(extension);
+  }
+  Text associatedProgram(TextView) override { return {}; }
+  Text iconName(TextView) override { return {}; }
+
+  int questions = 0;
+};
+
+class FileListTest : public ::testing::Test {
+ protected:
+  FileListTest() { options.FilelistVisible = 1; }
+
+  bool show(const FileList::GoOn& goOn = {}) {
+    Text path = folder.text();
+    return list.List_Files_ScanFolder(path, true, goOn);
+  }
+
+  std::vector<Text> names() {
+    std::vector<Text> all;
+    for (Grid::RowIndex row = 0; row < list.grid().rowCount(); ++row)
+      all.emplace_back(text(row, u"name"));
+    return all;
+  }
+
+  TextView text(Grid::RowIndex row, TextView key) {
+    return list.grid().text(row, list.grid().column(key));
+  }
+
+  Grid::RowIndex rowOf(TextView name) {
+    const std::vector<Text> all = names();
+    return Grid::RowIndex(std::find(all.begin(), all.end(), name) - all.begin());
+  }
+
+  const ScopedLocale locale{"C"};
+  TestFolder folder;
+  Options options;
+  CountingTypes types;
+  FileList list{options, types};
+};
+
+TEST_F(FileListTest, FilesAloneAreListedTheLargestFirst) {
+  folder.file("small.TXT", 5);
+  folder.file("large.txt", 5'000'000'000);
+  folder.file("none", 0);
+  folder.file("sub/inner", 77);
+  folder.symlink("link.txt", "large.txt");
+  folder.symlink("linkedFolder", "sub");
+  folder.file("bad\xff.TXT", 6);
+  Text path = folder.text();
+  ASSERT_TRUE(list.List_Files_ScanFolder(path, false));
+  EXPECT_EQ(path, folder.text() + u"/");
+  EXPECT_EQ(list.folder(), path);
+  const Text bad = fromBytes("bad\xff.TXT");
+  EXPECT_EQ(names(), (std::vector<Text>{u"large.txt", u"link.txt", bad, u"small.TXT", u"none"}));
+  EXPECT_EQ(list.sum(), 5'000'000'000 + 9 + 6 + 5);
+  EXPECT_EQ(text(2, u"fullpath"), folder.text() + u"/" + bad);
+  EXPECT_EQ(toBytes(list.fullPath(2)), folder.path("bad\xff.TXT"));
+  EXPECT_EQ(text(2, u"path"), path);
+  EXPECT_EQ(text(2, u"ext"), u"TXT");
+  EXPECT_EQ(text(2, u"type"), u"type txt");
+  EXPECT_EQ(text(3, u"type"), u"type txt");
+  EXPECT_EQ(text(4, u"type"), u"type ");
+  EXPECT_EQ(types.questions, 3);  // "txt" in two spellings, and none
+  const Grid& grid = list.grid();
+  EXPECT_EQ(grid.number(0, grid.column(u"attr")), 0x200);  // no block is written
+  EXPECT_EQ(grid.number(1, grid.column(u"attr")) & 0x400, 0x400);
+  EXPECT_FALSE(list.failure());
+}
+
+TEST_F(FileListTest, DatesAreThoseOfTheFileItself) {
+  const std::int64_t seconds[] = {1'720'000'000, 315'532'800, 86'400, -5'000'000'000, 0};
+  for (const std::int64_t second : seconds) {
+    const std::string path = folder.path("f" + std::to_string(second));
+    folder.file("f" + std::to_string(second));
+    const struct timespec times[2] = {{time_t(second + 60), 0}, {time_t(second), 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+  }
+  show();
+  const Grid& grid = list.grid();
+  ASSERT_EQ(grid.rowCount(), std::size(seconds));
+  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
+    const Text path = list.fullPath(row);
+    EXPECT_EQ(grid.real(row, grid.column(u"datemodified")), xGetFileModifyDate(path));
+    EXPECT_EQ(grid.real(row, grid.column(u"datecreate")), xGetFileCreateDate(path));
+    EXPECT_EQ(grid.real(row, grid.column(u"dateaccess")), xGetFileAccessDate(path));
+  }
+}
+
+TEST_F(FileListTest, TheSameFolderIsReadAgainOnlyWhenForced) {
+  folder.file("a");
+  Text path = folder.text();
+  EXPECT_TRUE(list.List_Files_ScanFolder(path, false));
+  folder.file("b");
+  Text again = folder.text();
+  EXPECT_FALSE(list.List_Files_ScanFolder(again, false));
+  EXPECT_EQ(names().size(), 1U);
+  EXPECT_TRUE(list.List_Files_ScanFolder(again, true));
+  EXPECT_EQ(names().size(), 2U);
+  folder.file("c");
+  EXPECT_TRUE(list.List_Files_Refresh());
+  EXPECT_EQ(names().size(), 3U);
+  options.FilelistVisible = 0;
+  EXPECT_TRUE(list.List_Files_ScanFolder(again, false));
+  EXPECT_EQ(names().size(), 0U);
+  EXPECT_EQ(list.folder(), u"");
+  EXPECT_FALSE(list.List_Files_Refresh());
+}
+
+TEST_F(FileListTest, TheOrderOfTheRowsOutlivesARead) {
+  folder.file("b", 1);
+  folder.file("a", 2);
+  show();
+  list.grid().sort(list.grid().column(u"name"), false);
+  folder.file("c", 3);
+  list.List_Files_Refresh();
+  EXPECT_EQ(names(), (std::vector<Text>{u"a", u"b", u"c"}));
+}
+
+TEST_F(FileListTest, TheFilterHoldsOnlyWhereItIsOn) {
+  folder.file("a.jpg");
+  folder.file("b.JPG");
+  folder.file("c.txt");
+  const struct {
+    std::uint8_t active;
+    TextView pattern;
+    std::size_t rows;
+  } cases[] = {{0, u"*.jpg", 3}, {1, u"*.jpg", 2}, {1, u"*.png", 0}, {1, u"*.png,c*", 1}};
+  for (const auto& c : cases) {
+    options.FileList_Filter_Active = c.active;
+    options.FileList_Filter_Text = c.pattern;
+    show();
+    EXPECT_EQ(names().size(), c.rows) << toBytes(c.pattern);
+  }
+}
+
+TEST_F(FileListTest, AReadThatIsEndedKeepsWhatItHad) {
+  constexpr int kFiles = 3000;
+  for (int i = 0; i < kFiles; ++i)
+    folder.file("f" + std::to_string(i), i);
+  int questions = 0;
+  show([&] { return ++questions < 3; });
+  EXPECT_EQ(questions, 3);
+  const std::size_t rows = list.grid().rowCount();
+  EXPECT_GT(rows, 0U);
+  EXPECT_LE(rows, 1536U);
+  EXPECT_FALSE(list.failure());
+  const Column& size = list.grid().column(u"size");
+  std::int64_t sum = list.grid().number(0, size);
+  for (Grid::RowIndex row = 1; row < rows; ++row) {
+    EXPECT_GE(list.grid().number(row - 1, size), list.grid().number(row, size));
+    sum += list.grid().number(row, size);
+  }
+  EXPECT_EQ(list.sum(), sum);
+}
+
+TEST_F(FileListTest, NothingChangesWhileAReadAsks) {
+  for (int i = 0; i < 600; ++i)
+    folder.file("f" + std::to_string(i));
+  folder.file("other/g");
+  Text other = folder.text("other");
+  list.List_Files_ScanFolder(other, false);
+  int questions = 0;
+  show([&] {
+    ++questions;
+    EXPECT_TRUE(list.isReading());
+    EXPECT_EQ(list.folder(), other);
+    EXPECT_FALSE(list.List_Files_Refresh());
+    list.clear();
+    EXPECT_EQ(names(), std::vector<Text>{u"g"});
+    return true;
+  });
+  EXPECT_GT(questions, 0);
+  EXPECT_EQ(names().size(), 600U);
+}
+
+TEST_F(FileListTest, WhatCannotBeReadIsTold) {
+  Text missing = folder.text("missing");
+  EXPECT_TRUE(list.List_Files_ScanFolder(missing, false));
+  EXPECT_EQ(names().size(), 0U);
+  ASSERT_TRUE(list.failure());
+  EXPECT_EQ(list.failure()->number, 2);
+  EXPECT_EQ(list.List_Files_ShowFileStat(), u"0 Datei(en)");
+
+  folder.file("dumb", 9);
+  const ScopedFault fault({Call::Statx, "dumb", EACCES});
+  show();
+  ASSERT_EQ(names(), std::vector<Text>{u"dumb"});
+  EXPECT_FALSE(list.failure());
+  const CellFormat format(list.grid().columns(), fileSizes(options), {});
+  EXPECT_EQ(list.grid().cellText(format, 0, list.grid().column(u"attr")), u"");
+}
+
+TEST_F(FileListTest, OwnersAreReadWhereTheyAreShownOrAskedFor) {
+  folder.file("mine");
+  options.FileColumnVisible[9] = 0;
+  show();
+  EXPECT_EQ(text(0, u"owner"), u"");
+  const Text user = platform::GetUserNameW();
+  EXPECT_EQ(list.readOwner(0), user);
+  EXPECT_EQ(text(0, u"owner"), user);
+  options.FileColumnVisible[9] = 1;
+  show();
+  EXPECT_EQ(text(0, u"owner"), user);
+  if (geteuid() != 0) return;
+  ASSERT_EQ(chown(folder.path("mine").c_str(), 3'999'999'999U, gid_t(-1)), 0);
+  show();
+  EXPECT_EQ(text(0, u"owner"), u"-Unbekannt-");
+}
+
+TEST_F(FileListTest, TheStatusTellsSumsInTheUnitsOfTheList) {
+  folder.file("a", 1024 * 1024);
+  folder.file("b", 3 * 1024 * 1024);
+  show();
+  EXPECT_EQ(list.List_Files_ShowFileStat(), u"2 Datei(en) mit insgesamt 4.00 MB");
+  EXPECT_EQ(list.List_Files_ShowFileStat(Rows{0}),
+            u"2 Datei(en) mit insgesamt 4.00 MB / 1 ausgewählte Datei(en) mit 3.00 MB");
+  options.FileSizeFormatFiles = 0;
+  EXPECT_EQ(list.List_Files_ShowFileStat(), u"2 Datei(en) mit insgesamt 4,194,304 Bytes");
+}
+
+TEST_F(FileListTest, ARenamedFileKeepsItsRow) {
+  folder.file("old.txt", 7);
+  folder.file("other", 9);
+  show();
+  const Grid::RowIndex row = rowOf(u"old.txt");
+  const std::uint32_t id = list.grid().id(row);
+  const Text target = fromBytes("new\xfe.JPG");
+  EXPECT_FALSE(list.nameIsTaken(row, target));
+  EXPECT_EQ(list.rename(row, target), u"");
+  EXPECT_EQ(list.grid().rowOf(id), row);
+  EXPECT_EQ(text(row, u"name"), target);
+  EXPECT_EQ(text(row, u"ext"), u"JPG");
+  EXPECT_EQ(text(row, u"type"), u"type jpg");
+  EXPECT_EQ(toBytes(list.fullPath(row)), folder.path("new\xfe.JPG"));
+  EXPECT_EQ(xExistFile(list.fullPath(row)), true);
+  EXPECT_EQ(xExistFile(folder.text("old.txt")), false);
+}
+
+TEST_F(FileListTest, ARenameReplacesAfterTheNameWasToldToBeTaken) {
+  folder.file("a", 7);
+  folder.file("b", 9);
+  show();
+  EXPECT_TRUE(list.nameIsTaken(rowOf(u"a"), u"b"));
+  EXPECT_EQ(list.rename(rowOf(u"a"), u"b"), u"");
+  EXPECT_EQ(names(), std::vector<Text>{u"b"});
+  EXPECT_EQ(list.sum(), 7);
+  EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>{"b"});
+}
+
+TEST_F(FileListTest, ARenameThatCannotBeLeavesAllAsItWas) {
+  folder.file("a", 7);
+  folder.file("sub/kept", 1);
+  folder.hardlink("twin", "a");
+  show();
+  const struct {
+    TextView name;
+    TextView error;
+  } cases[] = {
+      {u"", u""},
+      {u"a", u""},
+      {u"sub/a", u"Ein Dateiname darf kein '/' enthalten."},
+      {u"../a", u"Ein Dateiname darf kein '/' enthalten."},
+      {u"sub", u"Permission denied"},
+      {u"twin", u"'a' und 'twin' sind zwei Namen derselben Datei."},
+  };
+  EXPECT_TRUE(list.nameIsTaken(rowOf(u"a"), u"sub"));
+  EXPECT_TRUE(list.nameIsTaken(rowOf(u"a"), u"twin"));
+  EXPECT_FALSE(list.nameIsTaken(rowOf(u"a"), u"a"));
+  for (const auto& c : cases) {
+    EXPECT_EQ(list.rename(rowOf(u"a"), c.name), c.error) << toBytes(c.name);
+    EXPECT_EQ(list.grid().rowCount(), 2U);
+    EXPECT_EQ(text(rowOf(u"a"), u"fullpath"), folder.text("a"));
+    EXPECT_TRUE(xExistFile(folder.text("a")));
+  }
+}
+
+}  // namespace
+}  // namespace ombrelian

@@ -1,0 +1,210 @@
+#include "platform/posix/DriveProber.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <map>
+#include <mutex>
+#include <thread>
+
+#include "tests/testing/TestFolder.h"
+
+namespace ombrelian::platform {
+namespace {
+
+using namespace std::chrono_literals;
+using ombrelian::testing::TestFolder;
+
+/// What the questions of a test share with it; outlives both.
+struct Desk {
+  /// Counts a question, and holds it until the gate is open if it is about a hung drive.
+  DriveReport answer(const std::string& root) {
+    std::unique_lock lock(mutex);
+    ++begun[root];
+    ++all;
+    changed.notify_all();
+    if (root.starts_with("/hung")) changed.wait(lock, [&] { return isOpen; });
+    if (root == "/thrown") throw std::bad_alloc();
+    DriveReport report;
+    report.error = kSuccess;
+    report.space.totalBytes = std::int64_t(root.size());
+    ++done;
+    changed.notify_all();
+    return report;
+  }
+
+  void openGate() {
+    std::unique_lock lock(mutex);
+    isOpen = true;
+    changed.notify_all();
+    changed.wait(lock, [&] { return done == all; });
+  }
+
+  int count(const std::string& root) {
+    const std::lock_guard lock(mutex);
+    return begun[root];
+  }
+
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::map<std::string, int> begun;
+  int all = 0;
+  int done = 0;
+  bool isOpen = false;
+};
+
+class DriveProberTest : public ::testing::Test {
+ protected:
+  const std::shared_ptr<Desk> desk = std::make_shared<Desk>();
+  DriveProber prober{[desk = desk](const std::string& root) { return desk->answer(root); }};
+};
+
+TEST_F(DriveProberTest, AnswersComeInTheOrderOfTheRoots) {
+  const auto told = prober.ask({"/bbb", "/a", "/thrown", "/a", "/cc"}, 10s);
+  ASSERT_EQ(told.size(), 5U);
+  const std::int64_t sizes[] = {4, 2, 0, 2, 3};
+  for (std::size_t i = 0; i < told.size(); ++i) {
+    EXPECT_EQ(told[i].error, i == 2 ? kGeneralFailure : kSuccess);
+    EXPECT_EQ(told[i].space.totalBytes, sizes[i]);
+  }
+  EXPECT_EQ(desk->count("/a"), 1);
+  EXPECT_TRUE(prober.ask({}, 10s).empty());
+}
+
+TEST_F(DriveProberTest, AllDrivesAreAskedAtOnce) {
+  std::vector<std::string> roots;
+  for (unsigned i = 0; i < DriveProber::kMostThreads; ++i)
+    roots.push_back("/" + std::to_string(i));
+  struct Meeting {
+    std::mutex mutex;
+    std::condition_variable changed;
+    unsigned present = 0;
+  };
+  const auto meeting = std::make_shared<Meeting>();
+  DriveProber together([meeting](const std::string&) {
+    std::unique_lock lock(meeting->mutex);
+    ++meeting->present;
+    meeting->changed.notify_all();
+    meeting->changed.wait(lock, [&] { return meeting->present == DriveProber::kMostThreads; });
+    DriveReport report;
+    report.error = kSuccess;
+    return report;
+  });
+  for (const DriveReport& told : together.ask(roots, 20s))
+    EXPECT_EQ(told.error, kSuccess);
+}
+
+TEST_F(DriveProberTest, AHungDriveCostsTheLimitOnceAndTheOthersNothing) {
+  auto told = prober.ask({"/hung", "/good"}, 50ms);
+  EXPECT_EQ(told[0].error, kTimeout);
+  EXPECT_EQ(told[1].error, kSuccess);
+  for (int i = 0; i < 3; ++i) {
+    const auto begin = std::chrono::steady_clock::now();
+    told = prober.ask({"/hung", "/good"}, 20s);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
+    EXPECT_EQ(told[0].error, kTimeout);
+    EXPECT_EQ(told[1].error, kSuccess);
+  }
+  EXPECT_EQ(desk->count("/hung"), 1);
+  desk->openGate();
+  // The thread may still be about to hand its answer in.
+  for (int i = 0; i < 1000 && prober.ask({"/hung"}, 20s)[0].error != kSuccess; ++i)
+    std::this_thread::sleep_for(1ms);
+  EXPECT_EQ(prober.ask({"/hung"}, 20s)[0].error, kSuccess);
+}
+
+TEST_F(DriveProberTest, ThreadsDoNotPileUp) {
+  for (int round = 0; round < 3; ++round) {
+    std::vector<std::string> roots;
+    for (int i = 0; i < 50; ++i)
+      roots.push_back("/hung" + std::to_string(round) + "-" + std::to_string(i));
+    prober.ask(roots, 50ms);
+    const std::lock_guard lock(desk->mutex);
+    EXPECT_LE(desk->all, int(DriveProber::kMostThreads));
+  }
+  desk->openGate();
+}
+
+TEST(DriveProberDeathTest, NobodyWaitsForAHungDriveAtTheEnd) {
+  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        {
+          DriveProber prober([](const std::string&) -> DriveReport {
+            for (;;)
+              pause();
+          });
+          prober.ask({"/"}, 20ms);
+        }
+        std::exit(0);
+      },
+      ::testing::ExitedWithCode(0), "");
+}
+
+/// Mounts a file system that never answers on `folder`, for this process alone; false: it may not.
+bool mountHung(const std::string& folder) {
+  if (unshare(CLONE_NEWNS) != 0) return false;
+  if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return false;
+  const int device = open("/dev/fuse", O_RDWR | O_CLOEXEC);
+  const std::string options =
+      "fd=" + std::to_string(device) + ",rootmode=40000,user_id=0,group_id=0";
+  return device >= 0 && mount("hung", folder.c_str(), "fuse.hung", 0, options.c_str()) == 0;
+}
+
+constexpr int kMayNotMount = 77;
+
+/// Exit status of the process for the test below.
+int lookAtHungMount() {
+  const TestFolder folder;
+  if (!mountHung(folder.path())) return kMayNotMount;
+  const auto drives = GetLogicalDriveStringsW();
+  const bool isDrive = std::count(drives.begin(), drives.end(), folder.text()) == 1;
+  VolumeInformation volume;
+  const bool isKnown = GetVolumeInformationW(folder.text(), volume) == kSuccess;
+  const auto told = ProbeDrives({folder.text(), u"/"}, 100);
+  umount2(folder.path().c_str(), MNT_DETACH);
+  const bool isRight = isDrive && isKnown && volume.fileSystem == u"fuse.hung" &&
+                       told[0].error == kTimeout && told[1].error == kSuccess;
+  return isRight ? 0 : 1;
+}
+
+TEST(DriveProberDeathTest, AMountThatHangsIsADriveThatDoesNotAnswer) {
+  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+  const auto isRight = [](int status) {
+    return WIFEXITED(status) && WEXITSTATUS(status) % kMayNotMount == 0;
+  };
+  EXPECT_EXIT(_exit(lookAtHungMount()), isRight, "");
+}
+
+TEST(VolumesTest, SpaceIsThatOfTheFileSystem) {
+  struct statvfs told;
+  const TestFolder folder;
+  ASSERT_EQ(statvfs(folder.path().c_str(), &told), 0);
+  const auto answers = ProbeDrives({folder.text(), folder.text("missing")}, 10'000);
+  ASSERT_EQ(answers.size(), 2U);
+  EXPECT_EQ(answers[0].error, kSuccess);
+  EXPECT_EQ(answers[0].space.totalBytes, std::int64_t(told.f_blocks * told.f_frsize));
+  EXPECT_EQ(answers[0].space.clusterBytes, std::int64_t(told.f_frsize));
+  // Others write meanwhile.
+  EXPECT_NEAR(double(answers[0].space.freeBytes), double(told.f_bavail * told.f_frsize), 1e9);
+  EXPECT_EQ(answers[1].error, kFileNotFound);
+}
+
+TEST(VolumesTest, DrivesAreMountedFileSystems) {
+  const std::vector<Text> drives = GetLogicalDriveStringsW();
+  EXPECT_EQ(std::count(drives.begin(), drives.end(), u"/"), 1);
+  EXPECT_EQ(std::count(drives.begin(), drives.end(), u"/proc"), 0);
+  for (const Text& drive : drives)
+    EXPECT_TRUE(IsDriveRoot(drive)) << toBytes(drive);
+  EXPECT_EQ(WNetGetConnectionW(u"/"), u"");
+  EXPECT_EQ(FindNetworkDrive(u"//no-such-server/share"), u"");
+}
+
+}  // namespace
+}  // namespace ombrelian::platform
