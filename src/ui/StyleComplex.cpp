@@ -1,0 +1,172 @@
+#include <QPainter>
+#include <QStyleOption>
+#include <algorithm>
+
+#include "ui/StylePaint.h"
+#include "ui/StyleParts.h"
+#include "ui/Themes.h"
+
+namespace ombrelian::ui {
+namespace {
+
+constexpr qreal kSliderWidth = 6;
+constexpr qreal kSliderWidthHovered = 8;
+
+// ---- tool buttons ----
+
+bool opensMenuAsAWhole(const QStyleOptionToolButton& button) {
+  return (button.features & QStyleOptionToolButton::HasMenu) &&
+         !(button.features & QStyleOptionToolButton::MenuButtonPopup) &&
+         !(button.features & QStyleOptionToolButton::Arrow);
+}
+
+/// The chevron of a button that opens a menu: beside the label, at the height of its text.
+void paintMenuChevron(const QStyleOptionToolButton& button, QPainter& painter) {
+  QRectF area(button.rect);
+  area.setLeft(area.right() - kMenuChevronWidth - 3);
+  if (button.toolButtonStyle == Qt::ToolButtonTextUnderIcon)
+    area.setTop(area.bottom() - button.fontMetrics.height() - 4);
+  paintChevron(painter, area.adjusted(0, 0, -2, 0), Qt::DownArrow,
+               withAlpha(colorOf(button, QPalette::WindowText), 0.75), 6);
+}
+
+/// The second part of a button that does something by itself and has a menu too.
+void paintMenuPart(const QStyle& style, const QStyleOptionToolButton& button, QPainter& painter,
+                   const QWidget* widget) {
+  const QRectF area(
+      style.subControlRect(QStyle::CC_ToolButton, &button, QStyle::SC_ToolButtonMenu, widget));
+  const bool isTouched = isHovered(button);
+  if (isTouched || has(button, QStyle::State_On))
+    paintEdges(painter, area.adjusted(0, 5, 0, -5), Qt::LeftEdge, colorOf(button, QPalette::Dark));
+  paintChevron(painter, area, Qt::DownArrow, withAlpha(colorOf(button, QPalette::WindowText), 0.75),
+               6);
+}
+
+void paintToolButton(const QStyle& style, const QStyleOptionToolButton& button, QPainter& painter,
+                     const QWidget* widget) {
+  QStyleOptionToolButton part = button;
+  if (!(button.activeSubControls & QStyle::SC_ToolButton) &&
+      !(button.activeSubControls & QStyle::SC_ToolButtonMenu))
+    part.state &= ~QStyle::State_Sunken;
+  style.drawPrimitive(QStyle::PE_PanelButtonTool, &part, &painter, widget);
+  if (has(button, QStyle::State_HasFocus) && has(button, QStyle::State_KeyboardFocusChange))
+    paintBox(painter, QRectF(button.rect),
+             {{}, withAlpha(colorOf(button, QPalette::Link), 0.8), kControlRadius, kFocusWidth});
+
+  QStyleOptionToolButton label = button;
+  label.rect = style.subControlRect(QStyle::CC_ToolButton, &button, QStyle::SC_ToolButton, widget);
+  const bool hasChevron = opensMenuAsAWhole(button);
+  if (hasChevron) label.rect.setRight(label.rect.right() - kMenuChevronWidth + 2);
+  style.drawControl(QStyle::CE_ToolButtonLabel, &label, &painter, widget);
+  if (hasChevron) paintMenuChevron(button, painter);
+  if (button.features & QStyleOptionToolButton::MenuButtonPopup)
+    paintMenuPart(style, button, painter, widget);
+}
+
+// ---- fields with arrows ----
+
+void paintFieldFrame(const QStyleOption& option, QPainter& painter, const QColor& fill) {
+  const QColor line = colorOf(option, QPalette::Dark);
+  paintBox(painter, QRectF(option.rect),
+           {fill, isHovered(option) ? mixed(line, colorOf(option, QPalette::Text), 0.35) : line,
+            kControlRadius});
+  if (has(option, QStyle::State_HasFocus) && isEnabled(option))
+    paintBox(painter, QRectF(option.rect),
+             {{}, colorOf(option, QPalette::Link), kControlRadius, kFocusWidth});
+}
+
+void paintComboBox(const QStyle& style, const QStyleOptionComboBox& combo, QPainter& painter,
+                   const QWidget* widget) {
+  const QColor fill = colorOf(combo, combo.editable ? QPalette::Base : QPalette::Button);
+  if (combo.frame)
+    paintFieldFrame(combo, painter, fill);
+  else
+    painter.fillRect(combo.rect, fill);
+  const QRectF arrow(
+      style.subControlRect(QStyle::CC_ComboBox, &combo, QStyle::SC_ComboBoxArrow, widget));
+  paintChevron(painter, arrow, Qt::DownArrow, colorOf(combo, QPalette::ButtonText));
+}
+
+/// A step that can be taken, brighter while the mouse is on it.
+void paintStep(const QStyle& style, const QStyleOptionSpinBox& spin, QStyle::SubControl part,
+               QPainter& painter, const QWidget* widget) {
+  const bool isUp = part == QStyle::SC_SpinBoxUp;
+  const QRectF area(style.subControlRect(QStyle::CC_SpinBox, &spin, part, widget));
+  const bool isPossible =
+      isEnabled(spin) && (spin.stepEnabled & (isUp ? QAbstractSpinBox::StepUpEnabled
+                                                   : QAbstractSpinBox::StepDownEnabled));
+  if (isPossible && spin.activeSubControls == part)
+    paintBox(
+        painter, area.adjusted(1, 1, -1, -1),
+        {withAlpha(colorOf(spin, QPalette::Text), has(spin, QStyle::State_Sunken) ? 0.16 : 0.08),
+         {},
+         2});
+  paintChevron(
+      painter, area, isUp ? Qt::UpArrow : Qt::DownArrow,
+      spin.palette.color(isPossible ? QPalette::Normal : QPalette::Disabled, QPalette::Text), 6);
+}
+
+void paintSpinBox(const QStyle& style, const QStyleOptionSpinBox& spin, QPainter& painter,
+                  const QWidget* widget) {
+  if (spin.frame)
+    paintFieldFrame(spin, painter, colorOf(spin, QPalette::Base));
+  else
+    painter.fillRect(spin.rect, spin.palette.brush(QPalette::Base));
+  if (spin.buttonSymbols == QAbstractSpinBox::NoButtons) return;
+  paintStep(style, spin, QStyle::SC_SpinBoxUp, painter, widget);
+  paintStep(style, spin, QStyle::SC_SpinBoxDown, painter, widget);
+}
+
+// ---- scroll bars ----
+
+void paintScrollBar(const QStyle& style, const QStyleOptionSlider& bar, QPainter& painter,
+                    const QWidget* widget) {
+  painter.fillRect(bar.rect, bar.palette.brush(QPalette::Base));
+  if (bar.maximum <= bar.minimum || !isEnabled(bar)) return;
+  const QRectF area(
+      style.subControlRect(QStyle::CC_ScrollBar, &bar, QStyle::SC_ScrollBarSlider, widget));
+  const bool isTouched = has(bar, QStyle::State_MouseOver) || has(bar, QStyle::State_Sunken);
+  const bool isHeld =
+      has(bar, QStyle::State_Sunken) && (bar.activeSubControls & QStyle::SC_ScrollBarSlider);
+  const qreal width = isTouched ? kSliderWidthHovered : kSliderWidth;
+  QRectF slider = area;
+  if (bar.orientation == Qt::Horizontal)
+    slider.setHeight(width);
+  else
+    slider.setWidth(width);
+  slider.moveCenter(area.center());
+  paintBox(painter, slider,
+           {withAlpha(colorOf(bar, QPalette::Text), isHeld      ? 0.55
+                                                    : isTouched ? 0.42
+                                                                : 0.28),
+            {},
+            width / 2});
+}
+
+}  // namespace
+
+bool paintComplex(const QStyle& style, QStyle::ComplexControl control,
+                  const QStyleOptionComplex& option, QPainter& painter, const QWidget* widget) {
+  switch (control) {
+    case QStyle::CC_ToolButton:
+      if (const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(&option))
+        return paintToolButton(style, *button, painter, widget), true;
+      return false;
+    case QStyle::CC_ComboBox:
+      if (const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(&option))
+        return paintComboBox(style, *combo, painter, widget), true;
+      return false;
+    case QStyle::CC_SpinBox:
+      if (const auto* spin = qstyleoption_cast<const QStyleOptionSpinBox*>(&option))
+        return paintSpinBox(style, *spin, painter, widget), true;
+      return false;
+    case QStyle::CC_ScrollBar:
+      if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(&option))
+        return paintScrollBar(style, *bar, painter, widget), true;
+      return false;
+    default:
+      return false;
+  }
+}
+
+}  // namespace ombrelian::ui
