@@ -3,6 +3,7 @@
 #include "core/frame/SilentRun.h"
 #include "core/frame/StartUp.h"
 #include "fs/PathText.h"
+#include "platform/Process.h"
 #include "support/Translate.h"
 
 namespace {
@@ -62,6 +63,27 @@ Text joined(const std::vector<Text>& arguments) {
   return line;
 }
 
+/// The window is a program of its own, so that this one needs no Qt.
+int startWindow(const std::vector<Text>& arguments, Console& console) {
+  if (!platform::HasDisplay()) {
+    console.message(TL(9008,
+                       u"Hier gibt es keinen Bildschirm für ein Fenster. Ohne Fenster: "
+                       u"'ombrelian -s ZIEL QUELLE' oder 'ombrelian --lists QUELLE'; mehr zeigt "
+                       u"'--help'."),
+                    UserInterface::Severity::Error);
+    return kExitNothing;
+  }
+  Text program = platform::GetModuleFolder();
+  appendName(program, u"ombrelian-window");
+  platform::ReplaceProcess(program, arguments);
+  console.message(TL(9565,
+                     u"Das Programm mit dem Fenster, '%1', lässt sich nicht starten. Gebaut wird "
+                     u"es nur, wo Qt 6 ist.",
+                     {program}),
+                  UserInterface::Severity::Error);
+  return kExitNothing;
+}
+
 int run(const std::vector<Text>& arguments, const Translation& translation, Console& console) {
   const CommandLine line = parseArguments(arguments);
   if (line.mode == Mode::Help) {
@@ -80,11 +102,7 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
     return kExitNothing;
   }
   if (line.mode != Mode::Silent && line.mode != Mode::Lists) {
-    console.message(TL(9008,
-                       u"Das Fenster gibt es in dieser Version noch nicht. "
-                       u"'--help' zeigt, wie ein Bericht ohne Fenster entsteht."),
-                    UserInterface::Severity::Error);
-    return kExitNothing;
+    return startWindow(arguments, console);
   }
   StartUp startUp(line, joined(arguments), translation.LanguageId());
   Session session;

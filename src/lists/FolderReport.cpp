@@ -117,6 +117,11 @@ TextView FolderReport::text(RowIndex row, const Column& column) const {
   }
 }
 
+void FolderReport::forgetNodes() {
+  expanded_.clear();
+  selected_ = kNoNode;
+}
+
 void FolderReport::setExpanded(NodeIndex node, bool expanded) {
   if (node >= expanded_.size()) expanded_.resize(std::size_t(node) + 1);
   expanded_[node] = expanded;

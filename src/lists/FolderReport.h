@@ -66,6 +66,9 @@ class FolderReport : public CellSource {
   bool isExpanded(NodeIndex node) const { return node < expanded_.size() && expanded_[node]; }
   void setExpanded(NodeIndex node, bool expanded);
 
+  /// The tree was emptied: nothing is expanded or selected any more.
+  void forgetNodes();
+
   /// kNoNode: none.
   NodeIndex selected() const { return selected_; }
   void select(NodeIndex node) { selected_ = node; }

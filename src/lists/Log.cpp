@@ -48,6 +48,8 @@ Grid Log::asGrid() const {
   return grid;
 }
 
+Columns Log::columns() { return kColumns; }
+
 Text Log::title() { return TL(3549, u"Protokoll"); }
 
 Text Log::dateText(const LogRow& row) {

@@ -52,6 +52,9 @@ class Log {
   /// The rows as a list of their own, in the order in which they came.
   Grid asGrid() const;
 
+  /// Date and text.
+  static Columns columns();
+
   /// Title of saved and printed lists.
   static Text title();
 

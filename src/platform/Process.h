@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/SystemError.h"
 #include "support/Text.h"
 
 namespace ombrelian::platform {
@@ -20,6 +21,13 @@ Text GetModuleFolder();
 
 /// Present folder, without trailing separator but for a root.
 Text GetCurrentDirectoryW();
+
+/// Whether this process was told of a screen that a window could stand on.
+bool HasDisplay();
+
+/// Goes on as another program with these arguments, in the same process where the system can do
+/// that. Returns only if it could not be started.
+ErrorCode ReplaceProcess(TextView program, const std::vector<Text>& arguments);
 
 /// Facts for a fault report. What the system does not tell is empty or 0.
 struct SystemFacts {

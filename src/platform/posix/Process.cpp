@@ -100,6 +100,25 @@ Text GetCurrentDirectoryW() {
   return result;
 }
 
+bool HasDisplay() {
+  for (const TextView name : {u"DISPLAY", u"WAYLAND_DISPLAY", u"QT_QPA_PLATFORM"}) {
+    if (!GetEnvironmentVariableW(name).empty()) return true;
+  }
+  return false;
+}
+
+ErrorCode ReplaceProcess(TextView program, const std::vector<Text>& arguments) {
+  std::vector<std::string> bytes = {toBytes(program)};
+  for (const Text& argument : arguments)
+    bytes.push_back(toBytes(argument));
+  std::vector<char*> pointers;
+  for (std::string& argument : bytes)
+    pointers.push_back(argument.data());
+  pointers.push_back(nullptr);
+  execv(pointers.front(), pointers.data());
+  return translateError(errno);
+}
+
 SystemFacts GetSystemFacts() {
   SystemFacts facts;
   struct utsname names;

@@ -1,0 +1,360 @@
+#include "ui/MainWindow.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QScreen>
+#include <QStatusBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "core/frame/StartUp.h"
+#include "fs/PathText.h"
+#include "settings/FormPosition.h"
+#include "settings/Optionen.h"
+#include "settings/SavedFolders.h"
+#include "support/Translate.h"
+#include "ui/FolderRows.h"
+#include "ui/Icons.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+namespace {
+
+constexpr int kTwipsPerPixel = 15;  // at 96 dots an inch, which device independent pixels are
+constexpr TextView kForm = u"frmMain";
+constexpr int kFirstWidth = 1240;
+constexpr int kFirstHeight = 760;
+
+constexpr ViewId kHeaderViews[] = {ViewId::Drives,    ViewId::Files,     ViewId::LargestFiles,
+                                   ViewId::Hardlinks, ViewId::Junctions, ViewId::Owners,
+                                   ViewId::Extensions, ViewId::Log};
+
+}  // namespace
+
+MainWindow::MainWindow(Session& session, IniStore& settings)
+    : session_(session),
+      settings_(settings),
+      lists_(session.options, session.filters, types_),
+      files_(session.options, types_),
+      drives_(session.options) {
+  setWindowTitle(toQString(u"Ombrelian " + versionText()));
+  setWindowIcon(icon("app"));
+  setAcceptDrops(true);
+  isRightVisible_ = viewFlag(session_.options, visibleView(session_.options)) == 1;
+  commands_ = new CommandSet(Bar::Main, std::nullopt, session_.options, this);
+  header_ = new CommandSet(Bar::Header, std::nullopt, session_.options, this);
+  makePanes();
+  QToolBar* const bar =
+      commands_->makeToolBar([this](int id, QToolBar* on) { return placeOnMainBar(id, on); });
+  bar->setWindowTitle(QStringLiteral("Ombrelian"));
+  addToolBar(bar);
+  progress_ = new ProgressStrip(this);
+  splMain_ = new QSplitter(Qt::Horizontal, this);
+  splMain_->addWidget(panes_[std::size_t(ViewId::Folders)]);
+  splMain_->addWidget(makeRightSide());
+  splMain_->setChildrenCollapsible(false);
+  splMain_->setStretchFactor(0, 1);
+  splMain_->setStretchFactor(1, 1);
+  auto* const middle = new QWidget(this);
+  auto* const layout = new QVBoxLayout(middle);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(progress_);
+  layout->addWidget(splMain_, 1);
+  setCentralWidget(middle);
+  makeMenuBar();
+  makeStatusBar();
+  connectPanes();
+  loadSources();
+  loadPosition();
+  applyLook();
+  Change_Info_Visibility();
+  setBusy(false);
+  session_.log.setListener(this);
+  connect(&scheme_, &DesktopScheme::changed, this, &MainWindow::ChangeTheme);
+}
+
+MainWindow::~MainWindow() { session_.log.setListener(nullptr); }
+
+ListPane* MainWindow::addPane(ViewId view, RowSource& rows) {
+  auto* const pane = new ListPane(view, rows, session_.options, this);
+  panes_[std::size_t(view)] = pane;
+  return pane;
+}
+
+void MainWindow::makePanes() {
+  Options& options = session_.options;
+  folderRows_ = std::make_unique<FolderRows>(session_.tree, session_.folderReport, options);
+  driveRows_ = std::make_unique<DriveRows>(drives_, options);
+  fileRows_ = std::make_unique<FileRows>(files_, options);
+  logRows_ = std::make_unique<LogRows>(options);
+  for (const LogRow& row : session_.log.rows())
+    logRows_->add(row);
+  addPane(ViewId::Folders, *folderRows_);
+  addPane(ViewId::Drives, *driveRows_);
+  addPane(ViewId::Files, *fileRows_);
+  for (int number = 0; number < kLists; ++number) {
+    const auto view = ViewId(int(ViewId::LargestFiles) + number);
+    Grid& grid = lists_.grid(ListId(number));
+    const bool isOfFiles = view <= ViewId::OldestFiles || view == ViewId::Hardlinks;
+    foundRows_.push_back(isOfFiles ? std::make_unique<FoundFileRows>(grid, options, view)
+                                   : gridRows(grid, options, view));
+    addPane(view, *foundRows_.back());
+  }
+  addPane(ViewId::Log, *logRows_);
+  for (ListPane* const pane : panes_) {
+    pane->addToolBar([this, pane](int id, QToolBar* bar) -> QWidget* {
+      if (pane->viewId() != ViewId::Files || id != 465) return nullptr;
+      filePath_ = new QLabel(bar);
+      filePath_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+      filePath_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+      filePath_->setTextFormat(Qt::PlainText);
+      filePath_->setContentsMargins(6, 0, 6, 0);
+      return filePath_;
+    });
+  }
+  setEmptyTexts();
+  setRowCommands();
+}
+
+void MainWindow::setEmptyTexts() {
+  pane(ViewId::Folders)
+      .setEmptyText(toQString(
+          TL(9550, u"Oben eine Quelle wählen und Start drücken, rechts ein Laufwerk doppelt "
+                   u"anklicken oder einen Ordner hierher ziehen.")));
+  pane(ViewId::Drives).setEmptyText(toQString(TL(9551, u"Es wurde kein Laufwerk gefunden.")));
+  pane(ViewId::Files)
+      .setEmptyText(toQString(TL(9552, u"Links einen Ordner wählen, um seine Dateien zu sehen.")));
+  const QString notOn = toQString(
+      TL(9553, u"Diese Liste füllt ein Lauf über eine einzelne Quelle, wenn sie unter 'Listen' "
+               u"eingeschaltet ist."));
+  for (int view = int(ViewId::LargestFiles); view <= int(ViewId::Extensions); ++view)
+    pane(ViewId(view)).setEmptyText(notOn);
+  pane(ViewId::Log).setEmptyText(toQString(TL(9554, u"Das Protokoll ist leer.")));
+}
+
+void MainWindow::setRowCommands() {
+  const std::vector<int> ofFiles = {1001, 1002, 0, 504, 1005, 1006, 0, 1004, 320, 321, 0, 1003};
+  for (const ViewId view : {ViewId::Files, ViewId::LargestFiles, ViewId::SmallestFiles,
+                            ViewId::NewestFiles, ViewId::OldestFiles, ViewId::Hardlinks})
+    pane(view).setRowCommands(ofFiles);
+  for (const ViewId view :
+       {ViewId::LargestFolders, ViewId::SmallestFolders, ViewId::Junctions})
+    pane(view).setRowCommands({1001, 1002, 0, 504, 1005, 1006, 0, 1003});
+  for (const ViewId view : {ViewId::Owners, ViewId::Extensions, ViewId::Log})
+    pane(view).setRowCommands({504, 1006});
+  pane(ViewId::Folders)
+      .setRowCommands({1001, 1002, 0, 1007, 1008, 0, 504, 1005, 0, 1004, 507, 506, 0, 1003});
+  pane(ViewId::Drives).setRowCommands({361, 1001, 0, 504, 1005, 1025, 0, 1003});
+}
+
+QWidget* MainWindow::makeRightSide() {
+  right_ = new QWidget(this);
+  auto* const layout = new QVBoxLayout(right_);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  QToolBar* const bar = header_->makeToolBar({});
+  bar->setObjectName(QStringLiteral("header"));
+  layout->addWidget(bar);
+  stack_ = new QStackedWidget(right_);
+  for (int view = int(ViewId::Drives); view < kViews; ++view)
+    stack_->addWidget(&pane(ViewId(view)));
+  layout->addWidget(stack_, 1);
+  return right_;
+}
+
+QWidget* MainWindow::placeOnMainBar(int id, QToolBar* bar) {
+  if (id != 460) return nullptr;
+  SourceCombo_ = new QComboBox(bar);
+  SourceCombo_->setEditable(true);
+  SourceCombo_->setInsertPolicy(QComboBox::NoInsert);
+  SourceCombo_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  SourceCombo_->setMinimumWidth(220);
+  SourceCombo_->setMaxVisibleItems(24);
+  SourceCombo_->setAccessibleName(toQString(TL(9497, u"Quelle")));
+  SourceCombo_->setToolTip(
+      toQString(TL(9498, u"Ordner, Laufwerk oder Netzwerkpfad, der eingelesen wird")));
+  SourceCombo_->lineEdit()->setPlaceholderText(SourceCombo_->toolTip());
+  connect(SourceCombo_->lineEdit(), &QLineEdit::returnPressed, this,
+          [this] { StartSearchViaToolbar(); });
+  auto* const focus = new QAction(this);
+  focus->setShortcut(QKeySequence(QStringLiteral("Ctrl+L")));
+  connect(focus, &QAction::triggered, this, [this] {
+    SourceCombo_->setFocus();
+    SourceCombo_->lineEdit()->selectAll();
+  });
+  addAction(focus);
+  return SourceCombo_;
+}
+
+/// Everything is in the menus too, where the keyboard reaches it.
+void MainWindow::makeMenuBar() {
+  QMenu* const source = menuBar()->addMenu(toQString(TL(9560, u"&Quelle")));
+  for (const int id : {461, 462, 0, 463, 464, 0, 473, 474, 475, 476, 477, 0, 478, 450, 0, 388}) {
+    if (id == 0) {
+      source->addSeparator();
+    } else {
+      source->addAction(commands_->action(id));
+    }
+  }
+  QMenu* const list = menuBar()->addMenu(toQString(TL(9561, u"&Liste")));
+  connect(list, &QMenu::aboutToShow, this, [this, list] {
+    list->clear();
+    pane(focusedView()).commands().fillMenu(*list, 0);
+  });
+  QMenu* const view = menuBar()->addMenu(toQString(TL(9562, u"&Ansicht")));
+  header_->fillMenu(*view, 0);
+  view->addSeparator();
+  commands_->fillMenu(*view, 389);
+  view->addSeparator();
+  view->addAction(commands_->action(300));
+  commands_->fillMenu(*view, 1023);
+  QMenu* const help = menuBar()->addMenu(toQString(TL(9563, u"&Hilfe")));
+  commands_->fillMenu(*help, 1022);
+  help->addAction(commands_->action(459));
+}
+
+void MainWindow::makeStatusBar() {
+  statusLeft_ = new QLabel(this);
+  statusRight_ = new QLabel(this);
+  for (QLabel* const label : {statusLeft_, statusRight_}) {
+    label->setTextFormat(Qt::PlainText);
+    label->setContentsMargins(8, 1, 8, 1);
+  }
+  statusRight_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  statusBar()->addWidget(statusLeft_, 1);
+  statusBar()->addPermanentWidget(statusRight_);
+  statusBar()->setSizeGripEnabled(false);
+}
+
+void MainWindow::connectPanes() {
+  connect(commands_, &CommandSet::triggered, this, [this](int id) { executeMain(id); });
+  connect(header_, &CommandSet::triggered, this, [this](int id) { executeMain(id); });
+  for (ListPane* const pane : panes_) {
+    connect(pane, &ListPane::triggered, this,
+            [this](ViewId view, int id) { executeList(view, id); });
+    connect(pane, &ListPane::statusChanged, this, [this](ViewId view) {
+      if (view == ViewId::Folders) selectedFolderChanged();
+      StatusbarSetTextRightAUTO();
+    });
+    connect(&pane->list(), &ListView::rowActivated, this,
+            [this, pane](std::size_t row) { activateRow(pane->viewId(), row); });
+  }
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+    for (const ListPane* const pane : panes_) {
+      if (now != nullptr && pane->isAncestorOf(now)) lastFocused_ = pane->viewId();
+    }
+  });
+}
+
+ViewId MainWindow::focusedView() const {
+  if (lastFocused_ == ViewId::Folders && isLeftVisible_) return lastFocused_;
+  return isRightVisible_ ? rightView() : ViewId::Folders;
+}
+
+void MainWindow::loadSources() {
+  for (const Text& drive : platform::GetLogicalDriveStringsW())
+    SourceCombo_->addItem(toQString(drive));
+  const ComboFolders saved =
+      GetAllSavedComboFolders(settings_, session_.options.ComboText, xExistFolder_W);
+  for (const Text& folder : saved.folders)
+    SourceCombo_->addItem(toQString(folder));
+  SourceCombo_->setCurrentIndex(SourceCombo_->findText(toQString(saved.text), Qt::MatchExactly));
+  SourceCombo_->setEditText(toQString(saved.text));
+}
+
+void MainWindow::loadPosition() {
+  const QRect screen = this->screen()->availableGeometry();
+  resize(QSize(kFirstWidth, kFirstHeight).boundedTo(screen.size()));
+  const FormPosition present = {x() * kTwipsPerPixel, y() * kTwipsPerPixel,
+                                width() * kTwipsPerPixel, height() * kTwipsPerPixel, 0};
+  const ScreenSize size = {screen.width() * kTwipsPerPixel, screen.height() * kTwipsPerPixel};
+  const FormPosition wanted = LoadFormPosition(kForm, false, present, size, settings_);
+  setGeometry(wanted.Left / kTwipsPerPixel, wanted.Top / kTwipsPerPixel,
+              wanted.Width / kTwipsPerPixel, wanted.Height / kTwipsPerPixel);
+  if (wanted.WindowState == 2) setWindowState(Qt::WindowMaximized);
+  std::int64_t left = 0;
+  if (!parseNumber(settings_.INI_ReadString(kForm, u"FolderPaneWidth", u""), left) || left <= 0)
+    left = width() * 11 / 20;
+  splMain_->setSizes({int(left), std::max(1, width() - int(left))});
+}
+
+void MainWindow::savePosition() {
+  const QRect place = isMaximized() || isMinimized() ? normalGeometry() : geometry();
+  SaveFormPosition(kForm,
+                   {place.x() * kTwipsPerPixel, place.y() * kTwipsPerPixel,
+                    place.width() * kTwipsPerPixel, place.height() * kTwipsPerPixel,
+                    isMaximized() ? 2 : 0},
+                   settings_);
+  if (isLeftVisible_ && isRightVisible_) {
+    settings_.INI_WriteString(kForm, u"FolderPaneWidth",
+                              ombrelian::toText(splMain_->sizes().constFirst()));
+  }
+}
+
+void MainWindow::storeSettings() {
+  savePosition();
+  session_.options.ComboText = toText(SourceCombo_->currentText());
+  Optionen_Speichern(session_.options, settings_);
+  std::vector<Text> sources;
+  for (int i = 0; i < SourceCombo_->count(); ++i)
+    sources.push_back(toText(SourceCombo_->itemText(i)));
+  Optionen_Speichern_SaveAllComboFolders(sources, settings_);
+  drives_.Optionen_Speichern_Drives_SaveNetworkFolders(settings_);
+  settings_.flush();
+}
+
+/// While a scan runs, closing stops it, and the user closes again afterwards.
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (isScanning()) {
+    session_.context.ScanCancelState = kScanCancelRequested;
+    event->ignore();
+    return;
+  }
+  storeSettings();
+  event->accept();
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  if (wasShown_) return;
+  wasShown_ = true;
+  for (ListPane* const pane : panes_)
+    pane->rowsReplaced();
+  pane(ViewId::Folders).list().setFocus();
+  if (session_.options.DiskinfoVisible == 1) readDrives();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls() && !isScanning()) event->acceptProposedAction();
+}
+
+/// Folders become sources; of a file the folder that it lies in.
+void MainWindow::dropEvent(QDropEvent* event) {
+  std::deque<Text> sources;
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (!url.isLocalFile()) continue;
+    const Text path = fromBytes(QByteArray::fromPercentEncoding(
+                                    url.path(QUrl::FullyEncoded).toLatin1())
+                                    .toStdString());
+    sources.push_back(xExistFolder_W(path) ? path : Text(xGetPath(path)));
+  }
+  event->acceptProposedAction();
+  QMetaObject::invokeMethod(this, [this, sources] { scan(sources); }, Qt::QueuedConnection);
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    stopsReading_ = true;
+    if (isScanning()) session_.context.ScanCancelState = kScanCancelRequested;
+    return;
+  }
+  QMainWindow::keyPressEvent(event);
+}
+
+}  // namespace ombrelian::ui

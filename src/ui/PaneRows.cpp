@@ -1,0 +1,100 @@
+#include "ui/PaneRows.h"
+
+#include "fs/PathText.h"
+#include "format/ToolTips.h"
+#include "fs/z_Filesystem.h"
+#include "platform/Volumes.h"
+#include "settings/SavedFolders.h"
+
+namespace ombrelian::ui {
+namespace {
+
+std::function<SizeSettings()> sizesOf(Options& options, ViewId view) {
+  return [&options, view] { return viewSettings(options, view).sizes(); };
+}
+
+}  // namespace
+
+std::unique_ptr<GridRows> gridRows(Grid& grid, Options& options, ViewId view) {
+  return std::make_unique<GridRows>(grid, options, sizesOf(options, view));
+}
+
+FoundFileRows::FoundFileRows(Grid& grid, Options& options, ViewId view)
+    : GridRows(grid, options, sizesOf(options, view)) {}
+
+RowLook FoundFileRows::look(std::size_t row) const {
+  const Column& attributes = *column(u"attr");
+  const auto bits = std::uint32_t(grid_.number(row, attributes));
+  const bool isLink = bits != UINT32_MAX && (bits & platform::kAttributeReparsePoint) != 0;
+  return {.band = grid_.band(row), .icon = isLink ? "file-link" : "file"};
+}
+
+bool FoundFileRows::canRename(std::size_t, const Column& column) const { return column.id == 1; }
+
+bool FoundFileRows::isNameTaken(std::size_t row, const Text& name) const {
+  Text target(xGetPath(path(row)));
+  return xExistFile_W(appendName(target, name));
+}
+
+Text FoundFileRows::rename(std::size_t row, const Text& name) {
+  const Text old = path(row);
+  Text target(xGetPath(old));
+  Text error = xMoveFile_W(old, appendName(target, name));
+  if (error.empty()) grid_.set(row, *column(u"name"), TextView(name));
+  return error;
+}
+
+FileRows::FileRows(FileList& files, Options& options)
+    : FoundFileRows(files.grid(), options, ViewId::Files), files_(files) {}
+
+DriveRows::DriveRows(DriveList& drives, Options& options)
+    : GridRows(drives.grid(), options, sizesOf(options, ViewId::Drives)), drives_(drives) {}
+
+RowLook DriveRows::look(std::size_t row) const {
+  int kind = 0;
+  xGetDriveTypeString(drives_.folderOf(row), kind);
+  const char* icon = "drive-local";
+  if (kind == platform::kDriveRemovable) icon = "drive-removable";
+  if (kind == platform::kDriveRemote) icon = "drive-network";
+  if (kind == platform::kDriveCdRom) icon = "drive-optical";
+  if (kind == platform::kDriveRamDisk) icon = "drive-ram";
+  if (isNetworkPath(textOf(row, u"drive"))) icon = "drive-network";
+  return {.isError = drives_.hasError(row), .icon = icon};
+}
+
+Text DriveRows::toolTip(std::size_t row, const Column& column) const {
+  if (column.kind == CellKind::Percent) return shown(row, column);
+  const DriveToolTipValues values = drives_.toolTipValues(row);
+  if (column.key == u"SizeTotalBytes") return FormatToolTipText_DriveSize(values, DriveSizeKind::Total);
+  if (column.key == u"SizeFreeBytes") return FormatToolTipText_DriveSize(values, DriveSizeKind::Free);
+  if (column.key == u"SizeUsedBytes") return FormatToolTipText_DriveSize(values, DriveSizeKind::Used);
+  if (drives_.hasError(row)) return drives_.errorText(row);
+  return FormatToolTipText_DriveInfo(values);
+}
+
+LogRows::LogRows(const Options& options)
+    : LogRows(std::make_unique<Grid>(Log::columns()), options) {}
+
+LogRows::LogRows(std::unique_ptr<Grid> grid, const Options& options)
+    : GridRows(*grid, options, [] { return SizeSettings(); }), own_(std::move(grid)) {}
+
+void LogRows::add(const LogRow& row) {
+  const Grid::RowIndex at = grid_.addRow();
+  grid_.set(at, grid_.columns()[0], row.date);
+  grid_.set(at, grid_.columns()[1], TextView(row.text));
+  grid_.setBand(at, row.group);
+  const std::uint32_t id = grid_.id(at);
+  errors_.resize(std::size_t(id) + 1);
+  errors_[id] = row.isError;
+}
+
+void LogRows::clear() {
+  grid_.clear();
+  errors_.clear();
+}
+
+RowLook LogRows::look(std::size_t row) const {
+  return {.band = grid_.band(row), .isError = errors_[grid_.id(row)]};
+}
+
+}  // namespace ombrelian::ui

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "core/frame/ViewSettings.h"
+#include "lists/DriveList.h"
+#include "lists/FileList.h"
+#include "lists/Log.h"
+#include "ui/RowSource.h"
+
+namespace ombrelian::ui {
+
+/// Rows of a grid under the size settings of `view`.
+std::unique_ptr<GridRows> gridRows(Grid& grid, Options& options, ViewId view);
+
+/// Lists of files that a scan filled: rows can be renamed where they are files.
+class FoundFileRows : public GridRows {
+ public:
+  FoundFileRows(Grid& grid, Options& options, ViewId view);
+
+  RowLook look(std::size_t row) const override;
+  bool canRename(std::size_t row, const Column& column) const override;
+  Text rename(std::size_t row, const Text& name) override;
+  bool isNameTaken(std::size_t row, const Text& name) const override;
+};
+
+/// The files of one folder.
+class FileRows : public FoundFileRows {
+ public:
+  FileRows(FileList& files, Options& options);
+
+  Text path(std::size_t row) const override { return files_.fullPath(row); }
+  Text rename(std::size_t row, const Text& name) override { return files_.rename(row, name); }
+  bool isNameTaken(std::size_t row, const Text& name) const override {
+    return files_.nameIsTaken(row, name);
+  }
+
+ private:
+  FileList& files_;
+};
+
+/// Drives and network paths.
+class DriveRows : public GridRows {
+ public:
+  DriveRows(DriveList& drives, Options& options);
+
+  RowLook look(std::size_t row) const override;
+  Text toolTip(std::size_t row, const Column& column) const override;
+  Text path(std::size_t row) const override { return drives_.folderOf(row); }
+
+ private:
+  DriveList& drives_;
+};
+
+/// The lines of the log, which a view wants one by one as they come.
+class LogRows : public GridRows {
+ public:
+  explicit LogRows(const Options& options);
+
+  void add(const LogRow& row);
+  void clear();
+  RowLook look(std::size_t row) const override;
+  Grid& grid() { return grid_; }
+
+ private:
+  explicit LogRows(std::unique_ptr<Grid> grid, const Options& options);
+
+  std::unique_ptr<Grid> own_;
+  std::vector<bool> errors_;  // by id
+};
+
+}  // namespace ombrelian::ui

@@ -1,0 +1,56 @@
+#include "ui/ProgressStrip.h"
+
+#include <QHBoxLayout>
+
+#include "format/Sizes.h"
+#include "support/Translate.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+
+ProgressStrip::ProgressStrip(QWidget* parent)
+    : QWidget(parent), counts_(new QLabel(this)), path_(new QLabel(this)) {
+  auto* const layout = new QHBoxLayout(this);
+  layout->setContentsMargins(10, 4, 10, 4);
+  layout->setSpacing(14);
+  auto* const bar = new QProgressBar(this);
+  bar->setRange(0, 0);
+  bar->setTextVisible(false);
+  bar->setFixedWidth(120);
+  bar->setAccessibleName(toQString(TL(3839, u"Bearbeite :")));
+  layout->addWidget(bar);
+  layout->addWidget(counts_);
+  path_->setForegroundRole(QPalette::PlaceholderText);
+  path_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  path_->setTextFormat(Qt::PlainText);
+  layout->addWidget(path_, 1);
+  hide();
+}
+
+void ProgressStrip::begin() {
+  timer_.start();
+  show({}, 0, 0, 0);
+  QWidget::show();
+}
+
+void ProgressStrip::show(TextView folder, std::int64_t files, std::int64_t folders,
+                         std::int64_t bytes) {
+  const auto count = [](std::int64_t number) { return xFormatFileSize(0, number, false, false); };
+  const Text seconds = formatTimeSpan(timer_.elapsed() / 1000);
+  counts_->setText(toQString(TL(9549, u"%1 Dateien, %2 Ordner, %3 in %4",
+                                {count(files), count(folders),
+                                 xFormatFileSize(kUnitAutomatic, bytes, true, false), seconds})));
+  folder_ = shownOnOneLine(folder);
+  placePath();
+}
+
+void ProgressStrip::placePath() {
+  path_->setText(path_->fontMetrics().elidedText(folder_, Qt::ElideMiddle, path_->width()));
+}
+
+void ProgressStrip::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  placePath();
+}
+
+}  // namespace ombrelian::ui

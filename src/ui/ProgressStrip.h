@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QProgressBar>
+#include <QWidget>
+
+#include "support/Text.h"
+
+namespace ombrelian::ui {
+
+/// The line that tells how far a scan is: source, what was counted, the folder in work.
+class ProgressStrip : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ProgressStrip(QWidget* parent = nullptr);
+
+  /// Shows the strip with everything at zero.
+  void begin();
+  void end() { hide(); }
+
+  void show(TextView folder, std::int64_t files, std::int64_t folders, std::int64_t bytes);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void placePath();
+
+  QElapsedTimer timer_;
+  QLabel* counts_;
+  QLabel* path_;
+  QString folder_;
+};
+
+}  // namespace ombrelian::ui

@@ -1,0 +1,74 @@
+#include "ui/WindowRun.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTimer>
+#include <QTranslator>
+
+#include "core/frame/StartUp.h"
+#include "fs/PathText.h"
+#include "platform/Process.h"
+#include "support/Translate.h"
+#include "ui/Icons.h"
+#include "ui/MainWindow.h"
+#include "ui/QtText.h"
+#include "ui/Style.h"
+
+namespace ombrelian::ui {
+namespace {
+
+std::vector<Text> argumentsOf(int argc, char** argv) {
+  std::vector<Text> arguments;
+  for (int i = 1; i < argc; ++i)
+    arguments.push_back(fromBytes(argv[i]));
+  return arguments;
+}
+
+/// The first program of the two stands beside this one, and starts the window again.
+void restart() {
+  Text program = platform::GetModuleFolder();
+  appendName(program, u"ombrelian");
+  platform::ReplaceProcess(program, {u"-RESTART"});
+}
+
+}  // namespace
+
+void dressApplication(int languageId) {
+  QApplication::setStyle(new Style);
+  QApplication::setApplicationName(QStringLiteral("ombrelian"));
+  QApplication::setApplicationDisplayName(QStringLiteral("Ombrelian"));
+  QGuiApplication::setDesktopFileName(QStringLiteral("ombrelian"));
+  QApplication::setWindowIcon(icon("app"));
+  auto* const texts = new QTranslator(qApp);
+  const QLocale locale(languageId == kGerman ? QLocale::German : QLocale::English);
+  if (texts->load(locale, QStringLiteral("qtbase"), QStringLiteral("_"),
+                  QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    QApplication::installTranslator(texts);
+}
+
+int runWindow(int argc, char** argv) {
+  const std::vector<Text> arguments = argumentsOf(argc, argv);
+  Translation translation;
+  startLanguage(arguments, translation);
+  QApplication application(argc, argv);
+  dressApplication(translation.LanguageId());
+  const CommandLine line = parseArguments(arguments);
+  bool wantsRestart = false;
+  int status = 0;
+  {
+    StartUp startUp(line, {}, translation.LanguageId());
+    Session session;
+    session.loadOptions(startUp.settings());
+    session.log.setFile(startUp.logFile());
+    MainWindow window(session, startUp.settings());
+    window.show();
+    QTimer::singleShot(0, &window, [&] { window.scan(line.sources); });
+    status = QApplication::exec();
+    wantsRestart = window.wantsRestart();
+  }
+  if (wantsRestart) restart();
+  return status;
+}
+
+}  // namespace ombrelian::ui
