@@ -97,7 +97,7 @@ void HtmlWriter::SaveHtmlRowData(const ReportRow& row) {
 /// Appends the rest of the opening tag and the value.
 void HtmlWriter::appendCell(const ReportRow& row, const Column& column) {
   value_.clear();
-  if (column.kind == CellKind::Percent) {
+  if (column.kind == CellKind::Percent && list_.cells.hasValue(row.index, column)) {
     static const NumberMask kMask = parseNumberMask(u"##0.00");
     appendNumber(kMask, roundDecimal(list_.cells.real(row.index, column), kMask.decimals), value_);
     value_ += u'%';

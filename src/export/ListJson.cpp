@@ -37,6 +37,10 @@ void appendDate(Date date, std::string& out) {
 }
 
 void appendCell(const Grid& grid, Grid::RowIndex row, const Column& column, std::string& out) {
+  if (!grid.hasValue(row, column)) {
+    out += "null";
+    return;
+  }
   switch (column.kind) {
     case CellKind::PlainText:
       appendJsonText(grid.text(row, column), out);

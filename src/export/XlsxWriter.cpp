@@ -136,6 +136,7 @@ void XlsxWriter::writeCell(std::uint16_t place, const ReportRow& row, const Colu
     case CellKind::Percent:
     case CellKind::Count:
     case CellKind::Number:
+      if (!list_.cells.hasValue(row.index, column)) return;
       return writeNumber(place, list_.format.value(list_.cells, row.index, column), nullptr);
     default:
       value_.clear();

@@ -21,19 +21,17 @@ struct UnitFacts {
   SizeUnit unit;
   int shift;  // the divisor is 2^shift
   TextView word;
-  int headerTextId;      // of the word in grids; 0: is not translated
-  int statusTextId;      // of the word in status lines and the log
-  std::int32_t width;    // that FormatSize pads to
-  TextView fieldSuffix;  // of the keys of size values
-  TextView driveSuffix;  // of the keys of the drive list
+  int headerTextId;    // of the word in grids; 0: is not translated
+  int statusTextId;    // of the word in status lines and the log
+  std::int32_t width;  // that FormatSize pads to
 };
 
 constexpr std::array<UnitFacts, 5> kUnits = {{
-    {kUnitBytes, 0, u"Bytes", 3515, 3887, 15, u"", u"Bytes"},
-    {kUnitKB, 10, u"KB", 3516, 3888, 17, u"K", u"KB"},
-    {kUnitMB, 20, u"MB", 3517, 3889, 13, u"M", u"MB"},
-    {kUnitGB, 30, u"GB", 3518, 3890, 9, u"G", u"GB"},
-    {kUnitTB, 40, u"TB", 0, 0, 0, u"", u""},
+    {kUnitBytes, 0, u"Bytes", 3515, 3887, 15},
+    {kUnitKB, 10, u"KB", 3516, 3888, 17},
+    {kUnitMB, 20, u"MB", 3517, 3889, 13},
+    {kUnitGB, 30, u"GB", 3518, 3890, 9},
+    {kUnitTB, 40, u"TB", 0, 0, 0},
 }};
 
 /// Null for a code that names no fixed unit.
@@ -79,21 +77,34 @@ Text columnMask(const SizeSettings& settings, TextView unitWord) {
   return mask += u";;;";
 }
 
-/// A caption with and without the unit behind it.
-struct Caption {
+/// What a kind of size column is called.
+struct ColumnNames {
   int plainId;
-  TextView plain;
+  TextView plain;  // where the unit stands in the cells
   int unitId;
   TextView withUnit;
+  TextView fields[4];  // by unit
 };
 
-SizeColumn makeColumn(const SizeSettings& settings, const Caption& caption, TextView field) {
-  const UnitFacts& unit = listUnit(settings);
-  const Text word = TL(unit.headerTextId, unit.word);
-  return {settings.unitText ? TL(caption.plainId, caption.plain)
-                            : TL(caption.unitId, caption.withUnit, {word}),
-          columnMask(settings, word), field};
-}
+/// By SizeKind.
+constexpr ColumnNames kColumnNames[] = {
+    {3583, u"Größe", 3519, u"Größe (%1)", {u"size", u"sizeK", u"sizeM", u"sizeG"}},
+    {3579,
+     u"Belegt",
+     3520,
+     u"Belegt (%1)",
+     {u"SizeUsedBytes", u"SizeUsedKB", u"SizeUsedMB", u"SizeUsedGB"}},
+    {3580,
+     u"Frei",
+     3521,
+     u"Frei (%1)",
+     {u"SizeFreeBytes", u"SizeFreeKB", u"SizeFreeMB", u"SizeFreeGB"}},
+    {3581,
+     u"Gesamt",
+     3522,
+     u"Gesamt (%1)",
+     {u"SizeTotalBytes", u"SizeTotalKB", u"SizeTotalMB", u"SizeTotalGB"}},
+};
 
 /// The next decimal digit of remainder / whole; `remainder` becomes what is left. Adds up instead
 /// of multiplying by ten, which could overflow.
@@ -112,23 +123,13 @@ std::uint64_t nextDigit(std::uint64_t& remainder, std::uint64_t whole) {
 
 }  // namespace
 
-SizeColumn sizeColumn(const SizeSettings& settings) {
-  static constexpr TextView kFields[] = {u"size", u"sizeK", u"sizeM", u"sizeG"};
-  return makeColumn(settings, {3583, u"Größe", 3519, u"Größe (%1)"},
-                    kFields[listUnit(settings).unit]);
-}
-
-DriveSizeColumns driveSizeColumns(const SizeSettings& settings) {
-  static constexpr TextView kUsed[] = {u"SizeUsedBytes", u"SizeUsedKB", u"SizeUsedMB",
-                                       u"SizeUsedGB"};
-  static constexpr TextView kFree[] = {u"SizeFreeBytes", u"SizeFreeKB", u"SizeFreeMB",
-                                       u"SizeFreeGB"};
-  static constexpr TextView kTotal[] = {u"SizeTotalBytes", u"SizeTotalKB", u"SizeTotalMB",
-                                        u"SizeTotalGB"};
-  const SizeUnit unit = listUnit(settings).unit;
-  return {makeColumn(settings, {3579, u"Belegt", 3520, u"Belegt (%1)"}, kUsed[unit]),
-          makeColumn(settings, {3580, u"Frei", 3521, u"Frei (%1)"}, kFree[unit]),
-          makeColumn(settings, {3581, u"Gesamt", 3522, u"Gesamt (%1)"}, kTotal[unit])};
+SizeColumn sizeColumn(const SizeSettings& settings, SizeKind kind) {
+  const ColumnNames& names = kColumnNames[std::size_t(kind)];
+  const UnitFacts& unit = listUnit(settings);
+  const Text word = TL(unit.headerTextId, unit.word);
+  return {
+      settings.unitText ? TL(names.plainId, names.plain) : TL(names.unitId, names.withUnit, {word}),
+      columnMask(settings, word), names.fields[unit.unit]};
 }
 
 TextView percentMask(const SizeSettings& settings) {

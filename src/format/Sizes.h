@@ -30,15 +30,10 @@ struct SizeColumn {
   TextView field;  // key of the value that the column shows and sorts by
 };
 
-/// The three size columns of the drive list.
-struct DriveSizeColumns {
-  SizeColumn used;
-  SizeColumn free;
-  SizeColumn total;
-};
+/// Which size a column shows: that of the row, or one of the three of a drive.
+enum class SizeKind : std::uint8_t { OfRow, Used, Free, Total };
 
-SizeColumn sizeColumn(const SizeSettings& settings);
-DriveSizeColumns driveSizeColumns(const SizeSettings& settings);
+SizeColumn sizeColumn(const SizeSettings& settings, SizeKind kind = SizeKind::OfRow);
 
 /// The mask of the percent column beside a size column.
 TextView percentMask(const SizeSettings& settings);

@@ -34,29 +34,34 @@ Text chosenWord(const Word* words, std::int64_t value) {
 
 CellFormat::CellFormat(Columns columns, const SizeSettings& sizes, const Text& dateFormat)
     : sizes_(sizes),
-      sizeColumn_(sizeColumn(sizes)),
       datePattern_(dateFormat.empty() ? defaultDateFormat() : dateFormat),
+      sizeColumns_(columns.size() + 1),
       masks_(columns.size() + 1) {
   for (const Column& column : columns) {
     CellMask& mask = masks_[std::size_t(column.id)];
-    if (column.kind == CellKind::Size) mask = CellMask(sizeColumn_.mask);
+    if (column.kind == CellKind::Size) {
+      SizeColumn& size = sizeColumns_[std::size_t(column.id)];
+      size = sizeColumn(sizes, column.sizeKind);
+      mask = CellMask(size.mask);
+    }
     if (column.kind == CellKind::Percent) mask = CellMask(percentMask(sizes));
     if (column.kind == CellKind::Count) mask = CellMask(column.mask);
   }
 }
 
 Text CellFormat::caption(const Column& column) const {
-  if (column.kind == CellKind::Size) return sizeColumn_.header;
+  if (column.kind == CellKind::Size) return sizeColumns_[std::size_t(column.id)].header;
   if (&column == &kRowNumberColumn) return Text(column.caption);
   return TL(column.captionId, column.caption);
 }
 
 TextView CellFormat::fieldKey(const Column& column) const {
-  return column.kind == CellKind::Size ? sizeColumn_.field : column.key;
+  return column.kind == CellKind::Size ? sizeColumns_[std::size_t(column.id)].field : column.key;
 }
 
 void CellFormat::appendShown(const CellSource& cells, CellSource::RowIndex row,
                              const Column& column, Text& out) const {
+  if (!cells.hasValue(row, column)) return;
   switch (column.kind) {
     case CellKind::PlainText:
       out += cells.text(row, column);
@@ -100,6 +105,7 @@ void CellFormat::appendShownNumber(const Column& column, std::int64_t value, Tex
 
 void CellFormat::appendPlain(const CellSource& cells, CellSource::RowIndex row,
                              const Column& column, Text& out) const {
+  if (!cells.hasValue(row, column)) return;
   switch (column.kind) {
     case CellKind::Percent:
       appendPlainNumber(cells.real(row, column), out);

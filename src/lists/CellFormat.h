@@ -34,8 +34,8 @@ class CellFormat {
   void appendPlain(const CellSource& cells, CellSource::RowIndex row, const Column& column,
                    Text& out) const;
 
-  /// What stands behind a cell that is counted, a size in the list's unit; only for such columns
-  /// and Percent and Timestamp.
+  /// What stands behind a cell that is counted and has a value, a size in the list's unit; only for
+  /// such columns and Percent and Timestamp.
   double value(const CellSource& cells, CellSource::RowIndex row, const Column& column) const;
 
  private:
@@ -45,10 +45,10 @@ class CellFormat {
   }
 
   SizeSettings sizes_;
-  SizeColumn sizeColumn_;
   DatePattern datePattern_;
   GeneralDate plainDate_;
-  std::vector<CellMask> masks_;  // by column id; empty where the kind needs none
+  std::vector<SizeColumn> sizeColumns_;  // by column id, as the next; empty where the kind has none
+  std::vector<CellMask> masks_;
 };
 
 }  // namespace ombrelian

@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "format/Sizes.h"
 #include "support/Text.h"
 
 namespace ombrelian {
@@ -11,9 +12,9 @@ namespace ombrelian {
 /// What a cell's raw value is, which decides how it is shown, compared and exported.
 enum class CellKind : std::uint8_t {
   PlainText,
-  Size,        // bytes
-  Percent,     // a real number
-  Count,       // shown by the column's mask
+  Size,        // bytes; kNoNumber: none
+  Percent,     // a real number; kNoReal: none
+  Count,       // shown by the column's mask; kNoNumber: none
   Number,      // shown as it is
   Timestamp,   // a Date; 0: none
   Attributes,  // bits; kAttributesInvalid: none
@@ -36,6 +37,7 @@ struct Column {
   CellKind kind;
   TextView mask = {};           // of a Count
   const Word* words = nullptr;  // of a Choice: for values above zero, below it, and zero itself
+  SizeKind sizeKind = SizeKind::OfRow;  // of a Size
 
   bool isText() const { return kind == CellKind::PlainText; }
   bool isReal() const { return kind == CellKind::Percent || kind == CellKind::Timestamp; }

@@ -175,17 +175,18 @@ TEST(SizesTest, ColumnsFollowTheSettingsOfTheirList) {
     EXPECT_EQ(column.header, c.header);
     EXPECT_EQ(column.mask, c.mask);
     EXPECT_EQ(column.field, c.field);
-    const DriveSizeColumns drive = driveSizeColumns(c.settings);
-    EXPECT_EQ(drive.free.header, c.driveHeader);
-    EXPECT_EQ(drive.free.field, c.driveField);
-    EXPECT_EQ(drive.free.mask, c.mask);
+    const SizeColumn free = sizeColumn(c.settings, SizeKind::Free);
+    EXPECT_EQ(free.header, c.driveHeader);
+    EXPECT_EQ(free.field, c.driveField);
+    EXPECT_EQ(free.mask, c.mask);
     EXPECT_EQ(percentMask(c.settings), c.percent);
   }
-  const DriveSizeColumns drive = driveSizeColumns({2, false, false});
-  EXPECT_EQ(drive.used.header, u"Belegt (MB)");
-  EXPECT_EQ(drive.used.field, u"SizeUsedMB");
-  EXPECT_EQ(drive.total.header, u"Gesamt (MB)");
-  EXPECT_EQ(drive.total.field, u"SizeTotalMB");
+  const SizeColumn used = sizeColumn({2, false, false}, SizeKind::Used);
+  EXPECT_EQ(used.header, u"Belegt (MB)");
+  EXPECT_EQ(used.field, u"SizeUsedMB");
+  const SizeColumn total = sizeColumn({2, false, false}, SizeKind::Total);
+  EXPECT_EQ(total.header, u"Gesamt (MB)");
+  EXPECT_EQ(total.field, u"SizeTotalMB");
 }
 
 class NumberedTexts : public LanguageTexts {

@@ -147,14 +147,16 @@ TEST(DriveProberDeathTest, NobodyWaitsForAHungDriveAtTheEnd) {
       ::testing::ExitedWithCode(0), "");
 }
 
-/// Mounts a file system that never answers on `folder`, for this process alone; false: it may not.
+/// Mounts a network file system that never answers on `folder`, for this process alone; false: it
+/// may not.
 bool mountHung(const std::string& folder) {
   if (unshare(CLONE_NEWNS) != 0) return false;
   if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return false;
   const int device = open("/dev/fuse", O_RDWR | O_CLOEXEC);
   const std::string options =
       "fd=" + std::to_string(device) + ",rootmode=40000,user_id=0,group_id=0";
-  return device >= 0 && mount("hung", folder.c_str(), "fuse.hung", 0, options.c_str()) == 0;
+  return device >= 0 &&
+         mount("host:/export", folder.c_str(), "fuse.sshfs", 0, options.c_str()) == 0;
 }
 
 constexpr int kMayNotMount = 77;
@@ -168,10 +170,13 @@ int lookAtHungMount() {
   VolumeInformation volume;
   const bool isKnown = GetVolumeInformationW(folder.text(), volume) == kSuccess;
   const auto told = ProbeDrives({folder.text(), u"/"}, 100);
+  const bool isRemote = GetDriveTypeW(folder.text()) == kDriveRemote &&
+                        WNetGetConnectionW(folder.text()) == u"host:/export" &&
+                        FindNetworkDrive(u"host:/export/") == folder.text();
   umount2(folder.path().c_str(), MNT_DETACH);
-  const bool isRight = isDrive && isKnown && volume.fileSystem == u"fuse.hung" &&
+  const bool isRight = isDrive && isKnown && volume.fileSystem == u"fuse.sshfs" &&
                        told[0].error == kTimeout && told[1].error == kSuccess;
-  return isRight ? 0 : 1;
+  return isRight && isRemote ? 0 : 1;
 }
 
 TEST(DriveProberDeathTest, AMountThatHangsIsADriveThatDoesNotAnswer) {

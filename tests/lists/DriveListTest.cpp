@@ -1,0 +1,279 @@
+// The list of drives: this machine's own, with answers that a test makes up.
+
+#include "lists/DriveList.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "export/ListJson.h"
+#include "export/ListSave.h"
+#include "settings/SavedFolders.h"
+#include "tests/testing/ScanFixture.h"
+
+namespace ombrelian {
+namespace {
+
+using namespace ombrelian::testing;
+using platform::DiskSpace;
+using platform::DriveAnswer;
+
+constexpr std::int64_t kGB = std::int64_t(1) << 30;
+
+class DriveListTest : public ::testing::Test {
+ protected:
+  /// Remembers what was asked; "/" gives `answer`, all others hang.
+  std::vector<DriveAnswer> probe(const std::vector<Text>& roots) {
+    asked.push_back(roots);
+    std::vector<DriveAnswer> answers(roots.size());
+    for (std::size_t i = 0; i < roots.size(); ++i) {
+      if (roots[i] == u"/") answers[i] = answer;
+    }
+    return answers;
+  }
+
+  void remember(const std::vector<Text>& paths) {
+    Optionen_Speichern_Drives_SaveNetworkFolders(paths, file);
+  }
+
+  std::vector<Text> remembered() const { return Drives_LoadSavedNetworkFolders(file); }
+
+  Text text(Grid::RowIndex row, TextView key) {
+    return Text(list.grid().text(row, list.grid().column(key)));
+  }
+
+  std::vector<Text> networkPaths() {
+    std::vector<Text> paths;
+    for (Grid::RowIndex row = 0; row < list.grid().rowCount(); ++row) {
+      if (isNetworkPath(text(row, u"drive"))) paths.push_back(text(row, u"drive"));
+    }
+    return paths;
+  }
+
+  Text cell(Grid::RowIndex row, TextView key) {
+    const CellFormat format(list.grid().columns(), driveSizes(options), {});
+    return list.grid().cellText(format, row, list.grid().column(key));
+  }
+
+  const ScopedLocale locale{"C"};
+  const TestFolder folder;
+  Options options;
+  IniStore file{folder.text("settings.ini")};
+  DriveAnswer answer{platform::kSuccess, {25 * kGB, 100 * kGB, 4096}};
+  std::vector<std::vector<Text>> asked;
+  DriveList list{[this](const std::vector<Text>& roots, unsigned) { return probe(roots); }};
+};
+
+TEST_F(DriveListTest, ADriveTellsItsSpaceInThreeColumns) {
+  std::vector<Text> progress;
+  list.Drives_GetAllDrives(file, [&](TextView text) { progress.emplace_back(text); });
+  const Grid::RowIndex row = list.rowOfDrive(u"/");
+  ASSERT_NE(row, Grid::kNoRow);
+  EXPECT_EQ(cell(row, u"SizeTotalBytes"), u"100.00");
+  EXPECT_EQ(cell(row, u"SizeFreeBytes"), u"25.00");
+  EXPECT_EQ(cell(row, u"SizeUsedBytes"), u"75.00");
+  EXPECT_EQ(cell(row, u"PercentSizeFree"), u"25.00%");
+  EXPECT_EQ(cell(row, u"PercentSizeUsed"), u"75.00%");
+  EXPECT_EQ(cell(row, u"cluster"), u"4");
+  EXPECT_NE(text(row, u"filesystem"), u"");
+  EXPECT_NE(text(row, u"type"), u"");
+  EXPECT_FALSE(list.hasError(row));
+  EXPECT_EQ(list.folderOf(row), u"/");
+  EXPECT_GT(list.readAt(), 0);
+  EXPECT_EQ(asked.size(), 1U);  // all at once
+  EXPECT_EQ(progress.size(), list.grid().rowCount());
+  EXPECT_EQ(progress.front(), u"Laufwerk " + text(0, u"drive") + u" (1/" + toText(progress.size()) +
+                                  u") wird untersucht...");
+}
+
+TEST_F(DriveListTest, EachSizeColumnHasItsOwnNameAndUnit) {
+  const Grid& grid = list.grid();
+  const struct {
+    TextView key;
+    TextView caption;
+    TextView field;
+    TextView captionAlone;
+  } cases[] = {{u"SizeTotalBytes", u"Gesamt (MB)", u"SizeTotalMB", u"Gesamt"},
+               {u"SizeFreeBytes", u"Frei (MB)", u"SizeFreeMB", u"Frei"},
+               {u"SizeUsedBytes", u"Belegt (MB)", u"SizeUsedMB", u"Belegt"}};
+  const CellFormat inHeader(grid.columns(), {kUnitMB, true, false}, {});
+  const CellFormat inCells(grid.columns(), {kUnitMB, true, true}, {});
+  for (const auto& c : cases) {
+    EXPECT_EQ(inHeader.caption(grid.column(c.key)), c.caption);
+    EXPECT_EQ(inHeader.fieldKey(grid.column(c.key)), c.field);
+    EXPECT_EQ(inCells.caption(grid.column(c.key)), c.captionAlone);
+  }
+}
+
+TEST_F(DriveListTest, ADriveThatFailedHasNoValuesInAnyForm) {
+  const struct {
+    platform::ErrorCode error;
+    TextView text;
+  } cases[] = {
+      {platform::kTimeout, u"Das Laufwerk antwortet nicht."},
+      {platform::kNetworkGone, u"Der Laufwerksbuchstabe ist momentan nicht verbunden"},
+      {platform::kInputOutputError, u"Input/output error"},
+  };
+  for (const auto& c : cases) {
+    answer = {c.error, {}};
+    list.Drives_GetAllDrives(file);
+    const Grid::RowIndex row = list.rowOfDrive(u"/");
+    EXPECT_TRUE(list.hasError(row));
+    EXPECT_EQ(list.errorText(row), c.text);
+    const CellFormat format(list.grid().columns(), driveSizes(options), {});
+    for (const TextView key : {u"SizeTotalBytes", u"SizeFreeBytes", u"SizeUsedBytes",
+                               u"PercentSizeFree", u"PercentSizeUsed", u"cluster"}) {
+      const Column& column = list.grid().column(key);
+      Text plain;
+      format.appendPlain(list.grid(), row, column, plain);
+      EXPECT_EQ(cell(row, key) + plain, u"") << toBytes(key);
+      EXPECT_FALSE(list.grid().hasValue(row, column));
+    }
+  }
+  EXPECT_EQ(
+      FormatToolTipText_DriveSize(list.toolTipValues(list.rowOfDrive(u"/")), DriveSizeKind::Free),
+      u"");
+}
+
+TEST_F(DriveListTest, FilesTellNoValuesOfADriveThatFailed) {
+  answer = {platform::kTimeout, {}};
+  list.Drives_GetAllDrives(file);
+  std::string json;
+  writeListJson(u"drives", DriveList::title(), list.grid(), 999, [&](std::string_view piece) {
+    json += piece;
+    return true;
+  });
+  EXPECT_NE(json.find("\"SizeTotalBytes\":null,\"SizeFreeBytes\":null,\"PercentSizeFree\":null"),
+            std::string::npos);
+  EXPECT_EQ(json.find("inf"), std::string::npos);
+
+  QuietInterface ui;
+  const ListToSave save = {
+      DriveList::title(), list.grid(), {}, driveSizes(options), {{}, list.readAt()}};
+  const struct {
+    ReportFormat format;
+    TextView row;
+  } cases[] = {{ReportFormat::CSV, u"\"/\";\"\";\"\";\"\";\"\";\"\";"},
+               {ReportFormat::XML, u"<PercentSizeFree/>"}};
+  for (const auto& c : cases) {
+    const Text target = folder.text("drives");
+    ASSERT_FALSE(saveList(save, options, c.format, target, u";", ui));
+    EXPECT_NE(readReport(folder.path("drives")).find(c.row), Text::npos);
+  }
+  ASSERT_FALSE(saveList(save, options, ReportFormat::HTML, folder.text("drives"), u";", ui));
+  EXPECT_EQ(readReport(folder.path("drives")).find(u"%</td>"), Text::npos);
+}
+
+TEST_F(DriveListTest, DrivesWithoutValuesComeFirstInOrder) {
+  list.Drives_GetAllDrives(file);
+  list.Drives_AddUNCpath(u"//no-such-server/share", file);
+  for (const TextView key : {u"PercentSizeFree", u"SizeTotalBytes"}) {
+    const Column& column = list.grid().column(key);
+    list.grid().sort(column, false);
+    EXPECT_FALSE(list.grid().hasValue(0, column));
+    list.grid().sort(column, true);
+    EXPECT_EQ(text(0, u"drive"), u"/");
+  }
+  list.Drives_GetAllDrives(file);
+  EXPECT_EQ(text(0, u"drive"), u"/");  // the order stays
+}
+
+TEST_F(DriveListTest, OnlyNetworkPathsAreAdded) {
+  list.Drives_GetAllDrives(file);
+  const struct {
+    TextView typed;
+    TextView drive;  // empty: refused
+  } cases[] = {
+      {u"", u""},
+      {u"//", u""},
+      {u"\\\\", u""},
+      {u"C:\\x", u""},
+      {u"/mnt", u""},
+      {u"//server/share", u"//server/share/"},
+      {u"\\\\server\\share", u"//server/share/"},
+      {u"server:/export/", u"server:/export/"},
+  };
+  std::vector<Text> expected;
+  for (const auto& c : cases) {
+    EXPECT_EQ(list.Drives_AddUNCpath(c.typed, file), !c.drive.empty()) << toBytes(c.typed);
+    if (!c.drive.empty()) expected.emplace_back(c.drive);
+  }
+  EXPECT_EQ(networkPaths(), expected);
+  EXPECT_EQ(remembered(), expected);
+  const Grid::RowIndex row = list.rowOfDrive(u"//server/share");
+  EXPECT_EQ(text(row, u"type"), u"Netzlaufwerk");
+  EXPECT_EQ(text(row, u"filesystem"), u"?");
+  EXPECT_EQ(list.errorText(row), u"#53 - Der Netzwerkpfad ist nicht eingehängt.");
+}
+
+TEST_F(DriveListTest, RememberedPathsComeBackAndAreLostOnlyWhenRemoved) {
+  remember({u"//a/b/", u"//a/b/", u"host:/d/"});
+  // Before anything was read, nothing may be forgotten.
+  list.Optionen_Speichern_Drives_SaveNetworkFolders(file);
+  EXPECT_TRUE(list.Drives_AddUNCpath(u"//new/x", file));
+  const std::vector<Text> all = {u"//a/b/", u"//a/b/", u"host:/d/", u"//new/x/"};
+  EXPECT_EQ(remembered(), all);
+  list.Drives_GetAllDrives(file);
+  EXPECT_EQ(networkPaths(), all);
+
+  EXPECT_FALSE(list.Drives_RemoveDrive(list.rowOfDrive(u"/"), file));
+  EXPECT_TRUE(list.Drives_RemoveDrive(list.rowOfDrive(u"host:/d"), file));
+  EXPECT_EQ(list.rowOfDrive(u"host:/d"), Grid::kNoRow);
+  EXPECT_NE(list.rowOfDrive(u"/"), Grid::kNoRow);
+  EXPECT_EQ(remembered(), (std::vector<Text>{u"//a/b/", u"//a/b/", u"//new/x/"}));
+}
+
+TEST_F(DriveListTest, TheStatusCountsDrivesAndNetworkPaths) {
+  list.Drives_GetAllDrives(file);
+  const Text drives = toText(list.grid().rowCount()) + u" Laufwerk(e)";
+  EXPECT_EQ(list.List_Drives_ShowStat(), drives);
+  list.Drives_AddUNCpath(u"//a/b", file);
+  EXPECT_EQ(list.List_Drives_ShowStat(), drives + u" und 1 Netzwerkpfad(e)");
+}
+
+TEST_F(DriveListTest, ADriveIsRefreshedByAnyPathOnIt) {
+  list.Drives_GetAllDrives(file);
+  list.Drives_AddUNCpath(u"//a/b", file);
+  const std::size_t rows = list.grid().rowCount();
+  asked.clear();
+  answer = {platform::kInputOutputError, {}};
+  list.Drives_RefreshDrive(u"/no/such/folder");
+  EXPECT_EQ(asked, (std::vector<std::vector<Text>>{{u"/"}}));
+  const Grid::RowIndex row = list.rowOfDrive(u"/");
+  EXPECT_TRUE(list.hasError(row));
+  EXPECT_EQ(cell(row, u"SizeFreeBytes"), u"");
+  answer = {platform::kSuccess, {50 * kGB, 100 * kGB, 4096}};
+  list.Drives_RefreshDrive(u"/");
+  EXPECT_FALSE(list.hasError(row));
+  EXPECT_EQ(cell(row, u"PercentSizeFree"), u"50.00%");
+  list.Drives_RefreshDrive(u"//a/b/c");
+  EXPECT_TRUE(list.hasError(list.rowOfDrive(u"//a/b")));
+  EXPECT_EQ(list.grid().rowCount(), rows);
+}
+
+TEST_F(DriveListTest, ADriveWithoutRoomHasSizesButNoShares) {
+  answer = {platform::kSuccess, {0, 0, 512}};
+  list.Drives_GetAllDrives(file);
+  const Grid::RowIndex row = list.rowOfDrive(u"/");
+  EXPECT_FALSE(list.hasError(row));
+  EXPECT_EQ(cell(row, u"PercentSizeUsed"), u"");
+  EXPECT_EQ(list.toolTipValues(row).total, 0);
+}
+
+TEST_F(DriveListTest, NothingChangesWhileAReadingTellsItsProgress) {
+  list.Drives_GetAllDrives(file);
+  const std::size_t rows = list.grid().rowCount();
+  int calls = 0;
+  list.Drives_GetAllDrives(file, [&](TextView) {
+    ++calls;
+    list.Drives_GetAllDrives(file);
+    list.Drives_RefreshDrive(u"/");
+    EXPECT_FALSE(list.Drives_AddUNCpath(u"//a/b", file));
+    EXPECT_EQ(list.grid().rowCount(), rows);
+  });
+  EXPECT_GT(calls, 0);
+  EXPECT_EQ(asked.size(), 2U);
+}
+
+}  // namespace
+}  // namespace ombrelian
