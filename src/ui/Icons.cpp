@@ -12,6 +12,8 @@
 #include <map>
 #include <tuple>
 
+#include "ui/Themes.h"
+
 // A resource within a static library has to be asked for, outside of any namespace.
 static void loadIconResource() { Q_INIT_RESOURCE(icons); }
 
@@ -34,18 +36,26 @@ struct Inks {
   QColor warning;
 };
 
+/// The colours of the accent survive a selection that leaves the text as it is.
+bool isInOneInk(const QPalette& palette, QIcon::Mode mode) {
+  if (mode == QIcon::Disabled) return true;
+  return mode == QIcon::Selected && palette.color(QPalette::Active, QPalette::HighlightedText) !=
+                                        palette.color(QPalette::Active, QPalette::Text);
+}
+
 Inks inksFor(const QPalette& palette, QIcon::Mode mode) {
-  if (mode == QIcon::Disabled || mode == QIcon::Selected) {
+  if (isInOneInk(palette, mode)) {
     const QColor one = mode == QIcon::Disabled
                            ? palette.color(QPalette::Disabled, QPalette::WindowText)
                            : palette.color(QPalette::Active, QPalette::HighlightedText);
     return {one, one, one, one};
   }
-  const bool isDark = palette.color(QPalette::Active, QPalette::Window).lightnessF() < 0.5;
-  return {palette.color(QPalette::Active, QPalette::WindowText),
+  const QColor window = palette.color(QPalette::Active, QPalette::Window);
+  // A little softer than the text, whose strokes are thinner.
+  return {mixed(palette.color(QPalette::Active, QPalette::WindowText), window, 0.1),
           palette.color(QPalette::Active, QPalette::Link),
           palette.color(QPalette::Active, QPalette::BrightText),
-          QColor(isDark ? kWarningOnDark : kWarningOnLight)};
+          QColor(window.lightnessF() < 0.5 ? kWarningOnDark : kWarningOnLight)};
 }
 
 QByteArray inked(QByteArray svg, const Inks& inks) {

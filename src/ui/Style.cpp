@@ -78,6 +78,12 @@ QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part) {
   }
 }
 
+/// Rows are dense, but for those of a combo box.
+int rowHeight(const QStyleOption& option, const QWidget* widget) {
+  const bool isChoice = widget != nullptr && widget->inherits("QComboBoxListView");
+  return option.fontMetrics.height() + (isChoice ? 9 : 5);
+}
+
 /// Names of the icons that stand for Qt's own.
 const char* standardIconName(QStyle::StandardPixmap standard) {
   switch (standard) {
@@ -244,6 +250,7 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
     return {std::max(fit.width(), kPushButtonMinimum), controlHeight(*option)};
   if (type == CT_LineEdit || type == CT_ComboBox || type == CT_SpinBox)
     fit.setHeight(std::max(controlHeight(*option), type == CT_LineEdit ? size.height() : 0));
+  if (type == CT_ItemViewItem) fit.setHeight(std::max(fit.height(), rowHeight(*option, widget)));
   if (type == CT_HeaderSection) fit.setHeight(std::max(fit.height(), controlHeight(*option)));
   return fit;
 }

@@ -20,14 +20,71 @@ bool opensMenuAsAWhole(const QStyleOptionToolButton& button) {
          !(button.features & QStyleOptionToolButton::Arrow);
 }
 
-/// The chevron of a button that opens a menu: beside the label, at the height of its text.
-void paintMenuChevron(const QStyleOptionToolButton& button, QPainter& painter) {
-  QRectF area(button.rect);
-  area.setLeft(area.right() - kMenuChevronWidth - 3);
-  if (button.toolButtonStyle == Qt::ToolButtonTextUnderIcon)
-    area.setTop(area.bottom() - button.fontMetrics.height() - 4);
-  paintChevron(painter, area.adjusted(0, 0, -2, 0), Qt::DownArrow,
-               withAlpha(colorOf(button, QPalette::WindowText), 0.75), 6);
+constexpr int kIconGap = 6;
+constexpr int kLineGap = 3;
+constexpr int kChevronGap = 3;
+
+/// Where the parts of a label lie; a part that is not there is empty.
+struct LabelPlaces {
+  QRect icon;
+  QRect text;
+  QRect chevron;
+};
+
+/// The label stands in the middle of `area`; the chevron follows the text, or the icon alone.
+LabelPlaces placeLabel(const QStyleOptionToolButton& button, const QRect& area) {
+  const bool showsIcon = !button.icon.isNull() && button.toolButtonStyle != Qt::ToolButtonTextOnly;
+  const bool showsText =
+      !button.text.isEmpty() && (button.toolButtonStyle != Qt::ToolButtonIconOnly || !showsIcon);
+  const QSize icon = showsIcon ? button.iconSize : QSize(0, 0);
+  QSize text = showsText ? button.fontMetrics.size(Qt::TextShowMnemonic, button.text) : QSize(0, 0);
+  const int chevron = opensMenuAsAWhole(button) ? kMenuChevronWidth : 0;
+  text.setWidth(std::min(text.width(), area.width() - chevron));
+
+  const bool isStacked =
+      showsIcon && showsText && button.toolButtonStyle == Qt::ToolButtonTextUnderIcon;
+  LabelPlaces places;
+  if (isStacked) {
+    const int height = icon.height() + kLineGap + text.height();
+    const int top = area.y() + (area.height() - height) / 2;
+    const int left = area.x() + (area.width() - text.width() - chevron) / 2;
+    places.icon = QRect(QPoint(area.x() + (area.width() - icon.width()) / 2, top), icon);
+    places.text = QRect(QPoint(left, places.icon.bottom() + 1 + kLineGap), text);
+  } else {
+    const int gap = showsIcon && showsText ? kIconGap : 0;
+    const int width = icon.width() + gap + text.width() + chevron;
+    const int left = area.x() + std::max((area.width() - width) / 2, 0);
+    places.icon = QRect(QPoint(left, area.y() + (area.height() - icon.height()) / 2), icon);
+    places.text = QRect(left + icon.width() + gap, area.y(), text.width(), area.height());
+  }
+  const QRect& before = showsText ? places.text : places.icon;
+  places.chevron =
+      QRect(before.right() + 1 + kChevronGap, before.y(), chevron - kChevronGap, before.height());
+  return places;
+}
+
+void paintButtonLabel(const QStyle& style, const QStyleOptionToolButton& button, const QRect& area,
+                      QPainter& painter) {
+  const LabelPlaces places = placeLabel(button, area);
+  const auto place = [&](const QRect& logical) {
+    return QStyle::visualRect(button.direction, area, logical);
+  };
+  const QColor ink = colorOf(button, QPalette::WindowText);
+  if (!places.icon.isEmpty())
+    style.drawItemPixmap(
+        &painter, place(places.icon), Qt::AlignCenter,
+        button.icon.pixmap(button.iconSize, painter.device()->devicePixelRatioF(),
+                           isEnabled(button) ? QIcon::Normal : QIcon::Disabled,
+                           has(button, QStyle::State_On) ? QIcon::On : QIcon::Off));
+  if (!places.text.isEmpty()) {
+    painter.setFont(button.font);
+    painter.setPen(ink);
+    painter.drawText(place(places.text),
+                     Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine, button.text);
+  }
+  if (opensMenuAsAWhole(button))
+    paintChevron(painter, QRectF(place(places.chevron)).translated(0, 1), Qt::DownArrow,
+                 withAlpha(ink, 0.7), 6);
 }
 
 /// The second part of a button that does something by itself and has a menu too.
@@ -53,12 +110,15 @@ void paintToolButton(const QStyle& style, const QStyleOptionToolButton& button, 
     paintBox(painter, QRectF(button.rect),
              {{}, withAlpha(colorOf(button, QPalette::Link), 0.8), kControlRadius, kFocusWidth});
 
-  QStyleOptionToolButton label = button;
-  label.rect = style.subControlRect(QStyle::CC_ToolButton, &button, QStyle::SC_ToolButton, widget);
-  const bool hasChevron = opensMenuAsAWhole(button);
-  if (hasChevron) label.rect.setRight(label.rect.right() - kMenuChevronWidth + 2);
-  style.drawControl(QStyle::CE_ToolButtonLabel, &label, &painter, widget);
-  if (hasChevron) paintMenuChevron(button, painter);
+  const QRect area =
+      style.subControlRect(QStyle::CC_ToolButton, &button, QStyle::SC_ToolButton, widget);
+  if (button.features & QStyleOptionToolButton::Arrow) {
+    QStyleOptionToolButton label = button;
+    label.rect = area;
+    style.drawControl(QStyle::CE_ToolButtonLabel, &label, &painter, widget);
+  } else {
+    paintButtonLabel(style, button, area, painter);
+  }
   if (button.features & QStyleOptionToolButton::MenuButtonPopup)
     paintMenuPart(style, button, painter, widget);
 }

@@ -136,6 +136,27 @@ void paintHeaderSection(const QStyleOption& option, QPainter& painter, bool hasD
                option.direction == Qt::LeftToRight ? Qt::RightEdge : Qt::LeftEdge, line);
 }
 
+constexpr int kSortArrowSpace = 12;
+
+/// A title and, where the rows are sorted by it, a chevron at its end.
+void paintHeader(const QStyle& style, const QStyleOptionHeader& header, QPainter& painter,
+                 const QWidget* widget) {
+  style.drawControl(QStyle::CE_HeaderSection, &header, &painter, widget);
+  QStyleOptionHeader label = header;
+  label.rect = style.subElementRect(QStyle::SE_HeaderLabel, &header, widget);
+  const bool isSorted = header.sortIndicator != QStyleOptionHeader::None;
+  const bool isLeftToRight = header.direction == Qt::LeftToRight;
+  if (isSorted)
+    label.rect.adjust(isLeftToRight ? 0 : kSortArrowSpace, 0, isLeftToRight ? -kSortArrowSpace : 0,
+                      0);
+  if (label.rect.isValid()) style.drawControl(QStyle::CE_HeaderLabel, &label, &painter, widget);
+  if (!isSorted) return;
+  const QRect end(header.rect.right() - kSortArrowSpace - 2, header.rect.y(), kSortArrowSpace,
+                  header.rect.height());
+  label.rect = QStyle::visualRect(header.direction, header.rect, end);
+  style.drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &label, &painter, widget);
+}
+
 /// The edge of a tab at which its page lies.
 Qt::Edge pageEdge(QTabBar::Shape shape) {
   switch (shape) {
@@ -297,6 +318,10 @@ bool paintMenuPart(const QStyle& style, QStyle::ControlElement element, const QS
 bool paintControl(const QStyle& style, QStyle::ControlElement element, const QStyleOption& option,
                   QPainter& painter, const QWidget* widget) {
   switch (element) {
+    case QStyle::CE_Header:
+      if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(&option))
+        return paintHeader(style, *header, painter, widget), true;
+      return false;
     case QStyle::CE_HeaderSection:
       paintHeaderSection(option, painter, true);
       return true;
@@ -306,6 +331,8 @@ bool paintControl(const QStyle& style, QStyle::ControlElement element, const QSt
     case QStyle::CE_Splitter:
       paintSplitter(option, painter);
       return true;
+    case QStyle::CE_SizeGrip:
+      return true;  // the edges of a window can be dragged anyway
     case QStyle::CE_ToolBar:
       paintToolBar(option, painter);
       return true;

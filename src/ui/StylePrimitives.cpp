@@ -1,5 +1,6 @@
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QSpinBox>
 #include <QStyleOption>
 #include <QTableView>
@@ -120,7 +121,8 @@ void paintRadioButton(const QStyleOption& option, QPainter& painter) {
 
 /// Rows are not framed where the focus is; the current one has a mark and lines of its own.
 bool paintFocus(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
-  if (qobject_cast<const QAbstractItemView*>(widget) != nullptr) return true;
+  // A tree asks without a widget.
+  if (widget == nullptr || qobject_cast<const QAbstractItemView*>(widget) != nullptr) return true;
   if (has(option, QStyle::State_KeyboardFocusChange))
     paintFocusRing(painter, QRectF(option.rect), withAlpha(colorOf(option, QPalette::Link), 0.7));
   return true;
@@ -133,8 +135,9 @@ bool isCurrentRow(const QStyleOptionViewItem& item, const QWidget* widget) {
   if (view == nullptr || !view->hasFocus()) return false;
   if (view->selectionBehavior() != QAbstractItemView::SelectRows) return false;
   const QModelIndex current = view->currentIndex();
-  return current.isValid() && current.row() == item.index.row() &&
-         current.parent() == item.index.parent();
+  // A tree does not tell of which row the branches are.
+  const QModelIndex index = item.index.isValid() ? item.index : view->indexAt(item.rect.center());
+  return current.isValid() && current.row() == index.row() && current.parent() == index.parent();
 }
 
 /// Trees and tables paint whole rows first, below what their cells paint.
@@ -154,21 +157,35 @@ void paintSelection(const QStyleOptionViewItem& item, QPainter& painter) {
     painter.fillRect(item.rect, item.palette.color(group, QPalette::Highlight));
 }
 
+/// Colours of the marks of a current row that stand out from its selection, too.
+QColor currentInk(const QStyleOptionViewItem& item) {
+  const QColor accent = item.palette.color(QPalette::Link);
+  const bool isSolid = has(item, QStyle::State_Selected) &&
+                       item.palette.color(QPalette::Active, QPalette::Highlight) == accent;
+  return isSolid ? item.palette.color(QPalette::HighlightedText) : accent;
+}
+
+/// A current row has thin lines above and below, and in a tree a mark at its very left.
+void paintCurrent(const QStyleOptionViewItem& item, QPainter& painter, const QWidget* widget) {
+  if (!isCurrentRow(item, widget)) return;
+  const QColor ink = currentInk(item);
+  const QRectF area(item.rect);
+  paintEdges(painter, area, Qt::TopEdge | Qt::BottomEdge,
+             mixed(item.palette.color(QPalette::Base), ink, 0.55));
+  const auto* tree = qobject_cast<const QTreeView*>(widget);
+  if (tree == nullptr) return;
+  if (item.rect.x() != tree->columnViewportPosition(tree->header()->logicalIndex(0))) return;
+  painter.fillRect(snapped(painter, QRectF(area.x(), area.y(), kCurrentMarkWidth, area.height())),
+                   ink);
+}
+
 /// What lies below the cells of a row, the branches of a tree included.
-void paintRowGround(const QStyleOptionViewItem& item, QPainter& painter) {
+void paintRowGround(const QStyleOptionViewItem& item, QPainter& painter, const QWidget* widget) {
   if (item.features & QStyleOptionViewItem::Alternate)
     painter.fillRect(item.rect, item.palette.brush(QPalette::AlternateBase));
   paintHover(item, painter);
   paintSelection(item, painter);
-}
-
-/// The part of the current row that a cell covers; in a tree the first one has the branches too.
-QRectF currentArea(const QStyleOptionViewItem& item, const QWidget* widget) {
-  QRectF area(item.rect);
-  const auto* tree = qobject_cast<const QTreeView*>(widget);
-  if (tree != nullptr && item.direction == Qt::LeftToRight)
-    area.setLeft(tree->columnViewportPosition(item.index.column()));
-  return area;
+  paintCurrent(item, painter, widget);
 }
 
 void paintCell(const QStyleOptionViewItem& item, QPainter& painter, const QWidget* widget) {
@@ -176,28 +193,20 @@ void paintCell(const QStyleOptionViewItem& item, QPainter& painter, const QWidge
   if (hasGround) painter.fillRect(item.rect, item.backgroundBrush);
   if (hasGround || !hasRows(widget)) paintHover(item, painter);
   paintSelection(item, painter);
-  if (!isCurrentRow(item, widget)) return;
-
-  const QColor accent = item.palette.color(QPalette::Link);
-  const QRectF area = currentArea(item, widget);
-  paintEdges(painter, area, Qt::TopEdge | Qt::BottomEdge, withAlpha(accent, 0.55));
-  if (item.viewItemPosition != QStyleOptionViewItem::Beginning &&
-      item.viewItemPosition != QStyleOptionViewItem::OnlyOne)
-    return;
-  const QRectF mark(area.x(), area.y(), kCurrentMarkWidth, area.height());
-  painter.fillRect(snapped(painter, mark), accent);
+  paintCurrent(item, painter, widget);
 }
 
 void paintBranch(const QStyleOption& option, QPainter& painter) {
   if (!has(option, QStyle::State_Children)) return;
   const bool isOpen = has(option, QStyle::State_Open);
   const bool isRight = option.direction == Qt::LeftToRight;
-  const QColor text = colorOf(option, QPalette::Text);
+  const QColor text = colorOf(
+      option, has(option, QStyle::State_Selected) ? QPalette::HighlightedText : QPalette::Text);
   paintChevron(painter, QRectF(option.rect),
                isOpen    ? Qt::DownArrow
                : isRight ? Qt::RightArrow
                          : Qt::LeftArrow,
-               isHovered(option) ? colorOf(option, QPalette::Link) : withAlpha(text, 0.7));
+               withAlpha(text, isHovered(option) ? 0.9 : 0.6), 6.5);
 }
 
 void paintSeparator(const QStyleOption& option, QPainter& painter) {
@@ -292,7 +301,8 @@ bool paintIndicator(QStyle::PrimitiveElement element, const QStyleOption& option
       return true;
     case QStyle::PE_IndicatorHeaderArrow: {
       const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(&option);
-      const bool isUp = header != nullptr && header->sortIndicator == QStyleOptionHeader::SortUp;
+      // Qt calls an ascending order SortDown; here a chevron points to where values grow.
+      const bool isUp = header != nullptr && header->sortIndicator == QStyleOptionHeader::SortDown;
       paintChevron(painter, area, isUp ? Qt::UpArrow : Qt::DownArrow,
                    colorOf(option, QPalette::Link), 6);
       return true;
@@ -305,17 +315,17 @@ bool paintIndicator(QStyle::PrimitiveElement element, const QStyleOption& option
 }  // namespace
 
 QColor menuGround(const QPalette& palette) {
-  const QColor window = palette.color(QPalette::Window);
-  const QColor text = palette.color(QPalette::WindowText);
+  const QColor window = palette.color(QPalette::Active, QPalette::Window);
+  const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
   return window.lightnessF() < text.lightnessF() ? mixed(window, text, 0.04)
-                                                 : palette.color(QPalette::Base);
+                                                 : palette.color(QPalette::Active, QPalette::Base);
 }
 
 bool paintPrimitive(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter,
                     const QWidget* widget) {
   if (element == QStyle::PE_FrameFocusRect) return paintFocus(option, painter, widget);
   if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(&option)) {
-    if (element == QStyle::PE_PanelItemViewRow) return paintRowGround(*item, painter), true;
+    if (element == QStyle::PE_PanelItemViewRow) return paintRowGround(*item, painter, widget), true;
     if (element == QStyle::PE_PanelItemViewItem) return paintCell(*item, painter, widget), true;
   }
   return paintPanel(element, option, painter, widget) || paintIndicator(element, option, painter);
