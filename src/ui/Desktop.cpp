@@ -15,7 +15,8 @@ namespace {
 /// A name is bytes, and a URL has to say them as they are, whatever they mean.
 QUrl urlOf(TextView path) {
   const std::string bytes = toBytes(path);
-  const QByteArray encoded = QByteArray(bytes.data(), qsizetype(bytes.size())).toPercentEncoding("/");
+  const QByteArray encoded =
+      QByteArray(bytes.data(), qsizetype(bytes.size())).toPercentEncoding("/");
   return QUrl(QStringLiteral("file://") + QString::fromLatin1(encoded), QUrl::StrictMode);
 }
 
@@ -26,10 +27,10 @@ bool callFileManager(const QString& method, const std::vector<Text>& paths) {
     urls.append(QString::fromLatin1(urlOf(path).toEncoded()));
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected() || urls.isEmpty()) return false;
-  QDBusMessage message = QDBusMessage::createMethodCall(
-      QStringLiteral("org.freedesktop.FileManager1"),
-      QStringLiteral("/org/freedesktop/FileManager1"),
-      QStringLiteral("org.freedesktop.FileManager1"), method);
+  QDBusMessage message =
+      QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
+                                     QStringLiteral("/org/freedesktop/FileManager1"),
+                                     QStringLiteral("org.freedesktop.FileManager1"), method);
   message << urls << QString();
   constexpr int kAnswerMs = 2000;
   return bus.call(message, QDBus::Block, kAnswerMs).type() == QDBusMessage::ReplyMessage;

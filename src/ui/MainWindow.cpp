@@ -14,6 +14,7 @@
 
 #include "core/frame/StartUp.h"
 #include "fs/PathText.h"
+#include "fs/z_Filesystem.h"
 #include "settings/FormPosition.h"
 #include "settings/Optionen.h"
 #include "settings/SavedFolders.h"
@@ -30,8 +31,8 @@ constexpr TextView kForm = u"frmMain";
 constexpr int kFirstWidth = 1240;
 constexpr int kFirstHeight = 760;
 
-constexpr ViewId kHeaderViews[] = {ViewId::Drives,    ViewId::Files,     ViewId::LargestFiles,
-                                   ViewId::Hardlinks, ViewId::Junctions, ViewId::Owners,
+constexpr ViewId kHeaderViews[] = {ViewId::Drives,     ViewId::Files,     ViewId::LargestFiles,
+                                   ViewId::Hardlinks,  ViewId::Junctions, ViewId::Owners,
                                    ViewId::Extensions, ViewId::Log};
 
 }  // namespace
@@ -40,8 +41,7 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
     : session_(session),
       settings_(settings),
       lists_(session.options, session.filters, types_),
-      files_(session.options, types_),
-      drives_(session.options) {
+      files_(session.options, types_) {
   setWindowTitle(toQString(u"Ombrelian " + versionText()));
   setWindowIcon(icon("app"));
   setAcceptDrops(true);
@@ -124,15 +124,17 @@ void MainWindow::makePanes() {
 
 void MainWindow::setEmptyTexts() {
   pane(ViewId::Folders)
-      .setEmptyText(toQString(
-          TL(9550, u"Oben eine Quelle wählen und Start drücken, rechts ein Laufwerk doppelt "
-                   u"anklicken oder einen Ordner hierher ziehen.")));
+      .setEmptyText(
+          toQString(TL(9550,
+                       u"Oben eine Quelle wählen und Start drücken, rechts ein Laufwerk doppelt "
+                       u"anklicken oder einen Ordner hierher ziehen.")));
   pane(ViewId::Drives).setEmptyText(toQString(TL(9551, u"Es wurde kein Laufwerk gefunden.")));
   pane(ViewId::Files)
       .setEmptyText(toQString(TL(9552, u"Links einen Ordner wählen, um seine Dateien zu sehen.")));
-  const QString notOn = toQString(
-      TL(9553, u"Diese Liste füllt ein Lauf über eine einzelne Quelle, wenn sie unter 'Listen' "
-               u"eingeschaltet ist."));
+  const QString notOn =
+      toQString(TL(9553,
+                   u"Diese Liste füllt ein Lauf über eine einzelne Quelle, wenn sie unter 'Listen' "
+                   u"eingeschaltet ist."));
   for (int view = int(ViewId::LargestFiles); view <= int(ViewId::Extensions); ++view)
     pane(ViewId(view)).setEmptyText(notOn);
   pane(ViewId::Log).setEmptyText(toQString(TL(9554, u"Das Protokoll ist leer.")));
@@ -143,8 +145,7 @@ void MainWindow::setRowCommands() {
   for (const ViewId view : {ViewId::Files, ViewId::LargestFiles, ViewId::SmallestFiles,
                             ViewId::NewestFiles, ViewId::OldestFiles, ViewId::Hardlinks})
     pane(view).setRowCommands(ofFiles);
-  for (const ViewId view :
-       {ViewId::LargestFolders, ViewId::SmallestFolders, ViewId::Junctions})
+  for (const ViewId view : {ViewId::LargestFolders, ViewId::SmallestFolders, ViewId::Junctions})
     pane(view).setRowCommands({1001, 1002, 0, 504, 1005, 1006, 0, 1003});
   for (const ViewId view : {ViewId::Owners, ViewId::Extensions, ViewId::Log})
     pane(view).setRowCommands({504, 1006});
@@ -286,11 +287,11 @@ void MainWindow::loadPosition() {
 
 void MainWindow::savePosition() {
   const QRect place = isMaximized() || isMinimized() ? normalGeometry() : geometry();
-  SaveFormPosition(kForm,
-                   {place.x() * kTwipsPerPixel, place.y() * kTwipsPerPixel,
-                    place.width() * kTwipsPerPixel, place.height() * kTwipsPerPixel,
-                    isMaximized() ? 2 : 0},
-                   settings_);
+  SaveFormPosition(
+      kForm,
+      {place.x() * kTwipsPerPixel, place.y() * kTwipsPerPixel, place.width() * kTwipsPerPixel,
+       place.height() * kTwipsPerPixel, isMaximized() ? 2 : 0},
+      settings_);
   if (isLeftVisible_ && isRightVisible_) {
     settings_.INI_WriteString(kForm, u"FolderPaneWidth",
                               ombrelian::toText(splMain_->sizes().constFirst()));
@@ -339,13 +340,13 @@ void MainWindow::dropEvent(QDropEvent* event) {
   std::deque<Text> sources;
   for (const QUrl& url : event->mimeData()->urls()) {
     if (!url.isLocalFile()) continue;
-    const Text path = fromBytes(QByteArray::fromPercentEncoding(
-                                    url.path(QUrl::FullyEncoded).toLatin1())
-                                    .toStdString());
+    const Text path = fromBytes(
+        QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString());
     sources.push_back(xExistFolder_W(path) ? path : Text(xGetPath(path)));
   }
   event->acceptProposedAction();
-  QMetaObject::invokeMethod(this, [this, sources] { scan(sources); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this, [this, sources] { scan(sources); }, Qt::QueuedConnection);
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {

@@ -254,7 +254,9 @@ void MainWindow::Change_Info_Visibility() {
     header_->action(400 + int(i))->setChecked(isShown && isRightVisible_);
   }
   for (const int id : {390, 391, 392}) {
-    const bool isChosen = id == (isLeftVisible_ && isRightVisible_ ? 390 : isLeftVisible_ ? 391 : 392);
+    const bool isChosen = id == (isLeftVisible_ && isRightVisible_ ? 390
+                                 : isLeftVisible_                  ? 391
+                                                                   : 392);
     commands_->action(id)->setChecked(isChosen);
   }
   if (isTopList(view)) {
@@ -361,8 +363,7 @@ void MainWindow::showFiles(bool force) {
   if (!force && files_.folder() == xGetPathWithBackslash(folder)) return;
   ListPane& pane = this->pane(ViewId::Files);
   stopsReading_ = false;
-  statusRight_->setText(
-      toQString(TL(3526, u"Dateiliste wird geladen... (Abbruch: ESC-Taste)")));
+  statusRight_->setText(toQString(TL(3526, u"Dateiliste wird geladen... (Abbruch: ESC-Taste)")));
   pane.model().setFrozen(true);
   files_.List_Files_ScanFolder(folder, force, [this] {
     QApplication::processEvents();
@@ -372,8 +373,8 @@ void MainWindow::showFiles(bool force) {
   filePath_->setText(toQString(xRemoveBackslash(files_.folder())));
   filePath_->setToolTip(filePath_->text());
   const Failure& failure = files_.failure();
-  pane.setEmptyText(toQString(failure ? failure->text
-                                      : TL(9556, u"In diesem Ordner liegen keine Dateien.")));
+  pane.setEmptyText(
+      toQString(failure ? failure->text : TL(9556, u"In diesem Ordner liegen keine Dateien.")));
 }
 
 void MainWindow::clearFolders() {
@@ -421,8 +422,8 @@ void MainWindow::Report_Resize_Width() {
     return;
   const int all = splMain_->width();
   const int least = 260;
-  const int left = std::clamp(pane(ViewId::Folders).list().fullWidth(), least,
-                              std::max(least, all * 2 / 3));
+  const int left =
+      std::clamp(pane(ViewId::Folders).list().fullWidth(), least, std::max(least, all * 2 / 3));
   splMain_->setSizes({left, std::max(1, all - left - splMain_->handleWidth())});
 }
 
@@ -474,14 +475,14 @@ void MainWindow::activateRow(ViewId view, std::size_t row) {
 void MainWindow::openPaths(ViewId view) {
   constexpr std::size_t kManyFiles = 10;
   const std::vector<Text> paths = pane(view).selectedPaths();
-  if (paths.size() > kManyFiles &&
-      !ask(TL(9557, u"Sollen wirklich %1 Dateien geöffnet werden?",
-              {ombrelian::toText(std::int64_t(paths.size()))})))
+  if (paths.size() > kManyFiles && !ask(TL(9557, u"Sollen wirklich %1 Dateien geöffnet werden?",
+                                           {ombrelian::toText(std::int64_t(paths.size()))})))
     return;
   for (const Text& path : paths) {
     if (!openFile(path))
-      message(TL(9558, u"'%1' konnte nicht geöffnet werden: Kein Programm nahm die Datei an.", {path}),
-              Severity::Warning);
+      message(
+          TL(9558, u"'%1' konnte nicht geöffnet werden: Kein Programm nahm die Datei an.", {path}),
+          Severity::Warning);
   }
 }
 
@@ -501,9 +502,10 @@ void MainWindow::showAbout() {
 void MainWindow::showFilterHelp() {
   message(TL(9090, u"Hinweis: Mehrere Filter müssen mit einem Komma getrennt werden.")
               .append(u"\n\n")
-              .append(TL(9564, u"* steht für beliebig viele Zeichen, ? für eines, # für eine "
-                               u"Ziffer. Groß- und Kleinschreibung zählen nicht. Beispiele: "
-                               u"*.jpg, *.tmp, *cache*")),
+              .append(TL(9564,
+                         u"* steht für beliebig viele Zeichen, ? für eines, # für eine "
+                         u"Ziffer. Groß- und Kleinschreibung zählen nicht. Beispiele: "
+                         u"*.jpg, *.tmp, *cache*")),
           Severity::Information);
 }
 

@@ -21,9 +21,9 @@ namespace {
 constexpr std::uint64_t kInputIntervalMs = 30;
 
 constexpr ViewId kFoundViews[] = {
-    ViewId::LargestFiles,    ViewId::SmallestFiles, ViewId::NewestFiles, ViewId::OldestFiles,
-    ViewId::LargestFolders,  ViewId::SmallestFolders, ViewId::Hardlinks, ViewId::Junctions,
-    ViewId::Owners,          ViewId::Extensions};
+    ViewId::LargestFiles,   ViewId::SmallestFiles,   ViewId::NewestFiles, ViewId::OldestFiles,
+    ViewId::LargestFolders, ViewId::SmallestFolders, ViewId::Hardlinks,   ViewId::Junctions,
+    ViewId::Owners,         ViewId::Extensions};
 
 }  // namespace
 
@@ -42,8 +42,8 @@ void MainWindow::AddNewSearchPath(bool browse, const Text& path) {
   if (browse) {
     const QString start =
         SourceCombo_->currentText().isEmpty() ? QStringLiteral("/") : SourceCombo_->currentText();
-    const QString picked = QFileDialog::getExistingDirectory(
-        this, toQString(TL(9121, u"Quelle hinzufügen")), start);
+    const QString picked =
+        QFileDialog::getExistingDirectory(this, toQString(TL(9121, u"Quelle hinzufügen")), start);
     if (picked.isEmpty()) return;
     chosen = toText(picked);
   }
@@ -184,9 +184,8 @@ void MainWindow::readDrives() {
   ListPane& pane = this->pane(ViewId::Drives);
   setCursor(Qt::BusyCursor);
   pane.setFrozen(true);
-  drives_.Drives_GetAllDrives(settings_, [this](TextView text) {
-    statusRight_->setText(toQString(text));
-  });
+  drives_.Drives_GetAllDrives(settings_,
+                              [this](TextView text) { statusRight_->setText(toQString(text)); });
   pane.setFrozen(false);
   unsetCursor();
 }
@@ -214,8 +213,9 @@ void MainWindow::addNetworkPath() {
   const bool isAdded = drives_.Drives_AddUNCpath(toTextView(path), settings_);
   pane.setFrozen(false);
   if (!isAdded) {
-    message(TL(9555, u"'%1' ist kein Netzwerkpfad. Er muss wie //Server/Freigabe oder "
-                     u"Server:/Pfad aussehen.",
+    message(TL(9555,
+               u"'%1' ist kein Netzwerkpfad. Er muss wie //Server/Freigabe oder "
+               u"Server:/Pfad aussehen.",
                {toTextView(path)}),
             Severity::Warning);
   }

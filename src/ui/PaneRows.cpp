@@ -1,7 +1,7 @@
 #include "ui/PaneRows.h"
 
-#include "fs/PathText.h"
 #include "format/ToolTips.h"
+#include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Volumes.h"
 #include "settings/SavedFolders.h"
@@ -65,9 +65,12 @@ RowLook DriveRows::look(std::size_t row) const {
 Text DriveRows::toolTip(std::size_t row, const Column& column) const {
   if (column.kind == CellKind::Percent) return shown(row, column);
   const DriveToolTipValues values = drives_.toolTipValues(row);
-  if (column.key == u"SizeTotalBytes") return FormatToolTipText_DriveSize(values, DriveSizeKind::Total);
-  if (column.key == u"SizeFreeBytes") return FormatToolTipText_DriveSize(values, DriveSizeKind::Free);
-  if (column.key == u"SizeUsedBytes") return FormatToolTipText_DriveSize(values, DriveSizeKind::Used);
+  if (column.key == u"SizeTotalBytes")
+    return FormatToolTipText_DriveSize(values, DriveSizeKind::Total);
+  if (column.key == u"SizeFreeBytes")
+    return FormatToolTipText_DriveSize(values, DriveSizeKind::Free);
+  if (column.key == u"SizeUsedBytes")
+    return FormatToolTipText_DriveSize(values, DriveSizeKind::Used);
   if (drives_.hasError(row)) return drives_.errorText(row);
   return FormatToolTipText_DriveInfo(values);
 }

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 
+#include "format/DatePattern.h"
 #include "format/Sizes.h"
 #include "support/Translate.h"
 #include "ui/QtText.h"

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "platform/posix/Descriptor.h"
+#include "platform/posix/Errors.h"
 
 namespace ombrelian::platform {
 namespace {
@@ -116,7 +117,7 @@ ErrorCode ReplaceProcess(TextView program, const std::vector<Text>& arguments) {
     pointers.push_back(argument.data());
   pointers.push_back(nullptr);
   execv(pointers.front(), pointers.data());
-  return translateError(errno);
+  return translateErrno(errno);
 }
 
 SystemFacts GetSystemFacts() {
