@@ -32,8 +32,8 @@ ListPane::ListPane(ViewId view, RowSource& rows, Options& options, QWidget* pare
       model_(new ListModel(rows, this)),
       list_(new ListView(*model_, options, view, this)),
       commands_(new CommandSet(barOf(view), view, options, this)),
-      searchBox_(makeSearchBox()),
       emptyText_(new QLabel(list_->viewport())) {
+  searchBox_ = makeSearchBox();
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);

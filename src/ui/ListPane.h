@@ -78,7 +78,7 @@ class ListPane : public QWidget {
   ListView* list_;
   CommandSet* commands_;
   QToolBar* toolBar_ = nullptr;
-  QWidget* searchBox_;
+  QWidget* searchBox_ = nullptr;
   QLineEdit* searchText_ = nullptr;
   QLabel* searchResult_ = nullptr;
   QLabel* emptyText_;

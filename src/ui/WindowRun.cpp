@@ -51,6 +51,8 @@ int runWindow(int argc, char** argv) {
   const std::vector<Text> arguments = argumentsOf(argc, argv);
   Translation translation;
   startLanguage(arguments, translation);
+  QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+      Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
   QApplication application(argc, argv);
   dressApplication(translation.LanguageId());
   const CommandLine line = parseArguments(arguments);

@@ -1,0 +1,164 @@
+// Pictures of the window in its main states, over a fixed sample tree. See tools/screenshots.
+
+#include <QApplication>
+#include <QDir>
+#include <QScreen>
+#include <QTimer>
+#include <cstdio>
+#include <functional>
+
+#include "core/frame/StartUp.h"
+#include "platform/Files.h"
+#include "settings/z_Translate.h"
+#include "support/Translate.h"
+#include "tests/testing/TestFolder.h"
+#include "ui/MainWindow.h"
+#include "ui/QtText.h"
+#include "ui/WindowRun.h"
+
+namespace {
+
+using namespace ombrelian;
+using namespace ombrelian::ui;
+
+void makeSample(const testing::TestFolder& folder) {
+  struct Entry {
+    const char* name;
+    std::int64_t size;
+  };
+  constexpr std::int64_t kMega = 1 << 20;
+  const Entry entries[] = {
+      {"Photos/2024/Alps/DSC_0412.jpg", 9 * kMega + 1234},
+      {"Photos/2024/Alps/DSC_0413.jpg", 8 * kMega + 777},
+      {"Photos/2024/Alps/DSC_0414.raw", 31 * kMega},
+      {"Photos/2024/Garden/IMG_1.jpg", 4 * kMega},
+      {"Photos/2025/Lisbon/clip.mp4", 812 * kMega},
+      {"Photos/2025/Lisbon/IMG_2201.heic", 3 * kMega},
+      {"Photos/index.db", 45'056},
+      {"Music/Quartet/01 Allegro.flac", 48 * kMega},
+      {"Music/Quartet/02 Adagio.flac", 41 * kMega},
+      {"Music/Radio/podcast.mp3", 66 * kMega},
+      {"Projects/engine/build/engine.o", 120 * kMega},
+      {"Projects/engine/build/libengine.a", 340 * kMega},
+      {"Projects/engine/src/main.cpp", 18'233},
+      {"Projects/engine/src/walker.cpp", 22'871},
+      {"Projects/engine/README.md", 3'412},
+      {"Projects/site/node_modules/left/index.js", 812},
+      {"Projects/site/node_modules/right/index.js", 913},
+      {"Projects/site/dist/bundle.js", 2 * kMega},
+      {"Archive/backup-2023.tar.zst", 1'900 * kMega},
+      {"Archive/backup-2024.tar.zst", 2'350 * kMega},
+      {"Documents/thesis.pdf", 12 * kMega},
+      {"Documents/letters/to the bank.odt", 31'000},
+      {"Documents/letters/\xC3\x84rger mit \xC3\x9C"
+       "berweisung.odt",
+       29'500},
+      {"notes.txt", 1'024},
+      {"todo.txt", 311},
+  };
+  for (const Entry& entry : entries)
+    folder.file(entry.name, entry.size);
+  folder.hardlink("Archive/latest.tar.zst", "Archive/backup-2024.tar.zst");
+  folder.symlink("Current", "Projects/engine");
+  folder.folder("Empty/one");
+}
+
+void wait(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+class Photographer {
+ public:
+  Photographer(MainWindow& window, QString prefix) : window_(window), prefix_(std::move(prefix)) {}
+
+  void take(const char* name, QWidget* of = nullptr) {
+    wait(120);
+    const QString file = prefix_ + QString::fromLatin1(name) + QStringLiteral(".png");
+    (of != nullptr ? of : &window_)->grab().save(file);
+    std::puts(qPrintable(file));
+  }
+
+ private:
+  MainWindow& window_;
+  const QString prefix_;
+};
+
+void turnOnLists(Options& options) {
+  for (std::uint8_t* const flag :
+       {&options.CreateList100LargestFiles, &options.CreateList100SmallestFiles,
+        &options.CreateList100NewestFiles, &options.CreateList100OldestFiles,
+        &options.CreateList100LargestFolders, &options.CreateList100SmallestFolders,
+        &options.CreateListHardlink, &options.CreateListJunction, &options.CreateListOwner,
+        &options.CreateListExt})
+    *flag = 1;
+  options.FolderShowPercentBar = 1;
+  for (const int id : {1, 2, 3, 4, 5})
+    options.FolderColumnVisible[std::size_t(id)] = 1;
+  options.FileColumnVisible = visibleColumns<kFileColumns>(1, 6);
+  options.FileSizeFormat = kUnitMB;
+}
+
+void takeAll(MainWindow& window, const testing::TestFolder& sample, Photographer& photographer) {
+  photographer.take("1-empty");
+  window.scan({sample.text()});
+  photographer.take("2-tree-and-drives");
+  window.execute(std::nullopt, 401);
+  window.execute(ViewId::Folders, 1010);
+  window.pane(ViewId::Folders).list().goTo(3);
+  window.execute(ViewId::Folders, 1007);
+  photographer.take("3-tree-and-files");
+  const std::pair<int, const char*> panes[] = {{402, "4-top-list"},   {403, "5-hardlinks"},
+                                               {404, "6-junctions"},  {405, "7-owners"},
+                                               {406, "8-extensions"}, {407, "9-log"}};
+  for (const auto& [id, name] : panes) {
+    window.execute(std::nullopt, id);
+    photographer.take(name);
+  }
+  window.execute(ViewId::Folders, 355);
+  photographer.take("10-search");
+  QMenu* const menu = window.commands().menu(478);
+  menu->popup(window.mapToGlobal(QPoint(420, 70)));
+  photographer.take("11-lists-menu", menu);
+  menu->close();
+  QTimer::singleShot(300, &window, [&] {
+    if (QWidget* const dialog = QApplication::activeModalWidget()) {
+      photographer.take("12-save-dialog", dialog);
+      dialog->close();
+    }
+  });
+  window.execute(ViewId::Folders, 350);
+}
+
+}  // namespace
+
+/// Arguments: folder for the pictures, prefix of their names, "light" or "dark", "de" or "en".
+int main(int argc, char** argv) {
+  if (argc < 5) return 2;
+  QApplication application(argc, argv);
+  const testing::TestFolder data;
+  qputenv("XDG_CONFIG_HOME", data.path().c_str());
+  Translation translation;
+  translation.Init_Sprache({fromBytes(argv[0]).substr(0, fromBytes(argv[0]).rfind(u'/')),
+                            QByteArray(argv[4]) == "de" ? kGerman : kEnglish, false});
+  setLanguageTexts(&translation);
+  dressApplication(translation.LanguageId());
+  const testing::TestFolder sample;
+  makeSample(sample);
+  StartUp startUp({}, {}, translation.LanguageId());
+  Session session;
+  session.loadOptions(startUp.settings());
+  turnOnLists(session.options);
+  session.folderReport.applySettings();
+  session.options.ToolbarTheme = QByteArray(argv[3]) == "dark" ? 6 : 0;
+  MainWindow window(session, startUp.settings());
+  window.resize(1280, 800);
+  window.show();
+  QDir().mkpath(QString::fromLocal8Bit(argv[1]));
+  Photographer photographer(
+      window, QString::fromLocal8Bit(argv[1]) + u'/' + QString::fromLocal8Bit(argv[2]));
+  takeAll(window, sample, photographer);
+  setLanguageTexts(nullptr);
+  return 0;
+}
