@@ -85,7 +85,7 @@ void DesktopScheme::takeValue(const QVariant& value) {
 bool DesktopScheme::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::ThemeChange && !platformIsDue_) {
     platformIsDue_ = true;
-    QMetaObject::invokeMethod(this, &DesktopScheme::readPlatform, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, "readPlatform", Qt::QueuedConnection);
   }
   return QObject::eventFilter(watched, event);
 }

@@ -29,14 +29,12 @@ class DesktopScheme : public QObject {
   /// `isDark` has another value.
   void changed();
 
- private Q_SLOTS:
-  void takeSetting(const QString& group, const QString& key, const QDBusVariant& value);
-
  private:
+  Q_SLOT void takeSetting(const QString& group, const QString& key, const QDBusVariant& value);
+  Q_SLOT void readPlatform();
   void listen(QDBusConnection bus);
   void ask(const QDBusConnection& bus);
   void takeValue(const QVariant& value);
-  void readPlatform();
   void update();
 
   std::optional<bool> portalIsDark_;  ///< empty: no portal, or no preference

@@ -120,7 +120,7 @@ class Engine : public QIconEngine {
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
     const int side = std::min(size.width(), size.height());
     if (side < 1) return {};
-    const QPixmap square = Pictures::get().picture(name_, svg_, side, mode);
+    QPixmap square = Pictures::get().picture(name_, svg_, side, mode);
     if (square.size() == size) return square;
     QPixmap centred(size);
     centred.fill(Qt::transparent);

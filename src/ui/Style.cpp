@@ -215,8 +215,9 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
                      QStyleHintReturn* returnData) const {
   switch (hint) {
     case SH_ItemView_ShowDecorationSelected:
+      return 1;
     case SH_ToolTip_WakeUpDelay:
-      return hint == SH_ToolTip_WakeUpDelay ? 500 : 1;
+      return 500;
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
     case SH_ComboBox_Popup:
@@ -267,6 +268,9 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
   if (control == CC_ScrollBar)
     if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option))
       return visualRect(bar->direction, bar->rect, scrollBarPart(*bar, subControl));
+  if (control == CC_GroupBox && subControl == SC_GroupBoxFrame)
+    if (const auto* box = qstyleoption_cast<const QStyleOptionGroupBox*>(option))
+      return box->rect.adjusted(0, box->text.isEmpty() ? 0 : box->fontMetrics.height() + 4, 0, 0);
   return QProxyStyle::subControlRect(control, option, subControl, widget);
 }
 

@@ -203,6 +203,38 @@ void paintScrollBar(const QStyle& style, const QStyleOptionSlider& bar, QPainter
             width / 2});
 }
 
+// ---- sliders ----
+
+/// A groove that is filled up to the handle.
+void paintSlider(const QStyle& style, const QStyleOptionSlider& slider, QPainter& painter,
+                 const QWidget* widget) {
+  constexpr qreal kGroove = 4;
+  constexpr qreal kHandle = 13;
+  const bool isHorizontal = slider.orientation == Qt::Horizontal;
+  const QPointF at =
+      QRectF(style.subControlRect(QStyle::CC_Slider, &slider, QStyle::SC_SliderHandle, widget))
+          .center();
+  QRectF groove(style.subControlRect(QStyle::CC_Slider, &slider, QStyle::SC_SliderGroove, widget));
+  const QPointF middle = groove.center();
+  isHorizontal ? groove.setHeight(kGroove) : groove.setWidth(kGroove);
+  groove.moveCenter(middle);
+  QRectF filled = groove;
+  if (isHorizontal)
+    slider.upsideDown ? filled.setLeft(at.x()) : filled.setRight(at.x());
+  else
+    slider.upsideDown ? filled.setTop(at.y()) : filled.setBottom(at.y());
+
+  const QColor ink =
+      isEnabled(slider) ? colorOf(slider, QPalette::Link) : colorOf(slider, QPalette::Dark);
+  paintBox(painter, groove, {withAlpha(colorOf(slider, QPalette::WindowText), 0.13), {}, 2});
+  paintBox(painter, filled, {ink, {}, 2});
+  QRectF handle(0, 0, kHandle, kHandle);
+  handle.moveCenter(isHorizontal ? QPointF(at.x(), middle.y()) : QPointF(middle.x(), at.y()));
+  const bool isTouched = isHovered(slider) || has(slider, QStyle::State_HasFocus);
+  paintBox(painter, handle,
+           {colorOf(slider, QPalette::Base), ink, kHandle / 2, isTouched ? 3.5 : 2.5});
+}
+
 }  // namespace
 
 bool paintComplex(const QStyle& style, QStyle::ComplexControl control,
@@ -224,6 +256,12 @@ bool paintComplex(const QStyle& style, QStyle::ComplexControl control,
       if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(&option))
         return paintScrollBar(style, *bar, painter, widget), true;
       return false;
+    case QStyle::CC_Slider: {
+      const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(&option);
+      if (slider == nullptr || slider->tickPosition != QSlider::NoTicks) return false;
+      paintSlider(style, *slider, painter, widget);
+      return true;
+    }
     default:
       return false;
   }

@@ -144,6 +144,7 @@ void paintHeader(const QStyle& style, const QStyleOptionHeader& header, QPainter
   style.drawControl(QStyle::CE_HeaderSection, &header, &painter, widget);
   QStyleOptionHeader label = header;
   label.rect = style.subElementRect(QStyle::SE_HeaderLabel, &header, widget);
+  label.state &= ~QStyle::State_On;  // a selection makes no title bold
   const bool isSorted = header.sortIndicator != QStyleOptionHeader::None;
   const bool isLeftToRight = header.direction == Qt::LeftToRight;
   if (isSorted)

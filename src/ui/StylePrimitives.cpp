@@ -244,6 +244,8 @@ bool paintPanel(QStyle::PrimitiveElement element, const QStyleOption& option, QP
       paintBox(painter, area, {{}, line, 6});
       return true;
     case QStyle::PE_FrameTabWidget:
+      paintEdges(painter, area, Qt::TopEdge, line);
+      return true;
     case QStyle::PE_Frame:
       paintEdges(painter, area, Qt::TopEdge | Qt::BottomEdge | Qt::LeftEdge | Qt::RightEdge, line);
       return true;

@@ -6,20 +6,26 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSlider>
 #include <QSpinBox>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QStyledItemDelegate>
 #include <QTabBar>
+#include <QTabWidget>
+#include <QTableWidget>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -310,6 +316,62 @@ QImage windowSheet(const Theme& theme) {
   return picture.toImage();
 }
 
+QTableWidget* makeTable() {
+  auto* table = new QTableWidget(5, 3);
+  table->setHorizontalHeaderLabels(
+      {QStringLiteral("Datei"), QStringLiteral("Besitzer"), QStringLiteral("Attribute")});
+  for (int row = 0; row < table->rowCount(); ++row)
+    for (int column = 0; column < table->columnCount(); ++column)
+      table->setItem(row, column, new QTableWidgetItem(QStringLiteral("Zelle %1").arg(row)));
+  table->item(3, 0)->setCheckState(Qt::Checked);
+  table->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table->setCurrentCell(1, 1);
+  return table;
+}
+
+/// What stands in dialogs.
+QImage dialogSheet() {
+  QWidget dialog;
+  auto* column = new QVBoxLayout(&dialog);
+  auto* group = new QGroupBox(QStringLiteral("Allgemein"));
+  auto* inner = new QVBoxLayout(group);
+  auto* edit = new QLineEdit(QStringLiteral("Eingabe"));
+  edit->setClearButtonEnabled(true);
+  inner->addWidget(edit);
+  inner->addWidget(new QCheckBox(QStringLiteral("Nur eine Programminstanz starten")));
+  auto* slider = new QSlider(Qt::Horizontal);
+  slider->setValue(40);
+  inner->addWidget(slider);
+  column->addWidget(group);
+  auto* pages = new QTabWidget;
+  pages->addTab(makeTable(), QStringLiteral("Tabelle"));
+  pages->addTab(new QPlainTextEdit, QStringLiteral("Text"));
+  column->addWidget(pages);
+  QMessageBox box(QMessageBox::Warning, QStringLiteral("Löschen"),
+                  QStringLiteral("Sollen 3 Dateien gelöscht werden?"),
+                  QMessageBox::Yes | QMessageBox::No);
+  QComboBox combo;
+  combo.addItems({QStringLiteral("Standard"), QStringLiteral("Papier"), QStringLiteral("Nebel")});
+  combo.setCurrentIndex(1);
+  dialog.resize(560, 440);
+  dialog.show();
+  edit->setFocus();
+  QApplication::setActiveWindow(&dialog);
+  box.show();
+  combo.show();
+  combo.showPopup();
+  QApplication::processEvents();
+  QImage sheet(QSize(960, 440) * dialog.devicePixelRatioF(), QImage::Format_RGB32);
+  sheet.setDevicePixelRatio(dialog.devicePixelRatioF());
+  sheet.fill(Qt::gray);
+  QPainter painter(&sheet);
+  painter.drawPixmap(0, 0, dialog.grab());
+  painter.drawPixmap(580, 20, box.grab());
+  painter.drawPixmap(580, 180, combo.grab());
+  painter.drawPixmap(580, 220, combo.view()->window()->grab());
+  return sheet;
+}
+
 int run(const QString& folder, const QString& scale) {
   for (int number = 0; number < kThemes; ++number)
     for (const bool isDark : {false, true}) {
@@ -319,6 +381,7 @@ int run(const QString& folder, const QString& scale) {
       const QString face = isDark ? QStringLiteral("dark") : QStringLiteral("light");
       save(windowSheet(theme), folder,
            QStringLiteral("window-%1-%2@%3").arg(number).arg(face, scale));
+      save(dialogSheet(), folder, QStringLiteral("dialog-%1-%2@%3").arg(number).arg(face, scale));
       if (number == 7 && scale == QStringLiteral("1")) saveIcons(folder, face);
     }
   return 0;
