@@ -151,7 +151,7 @@ int main(int argc, char** argv) {
   session.loadOptions(startUp.settings());
   turnOnLists(session.options);
   session.folderReport.applySettings();
-  session.options.ToolbarTheme = QByteArray(argv[3]) == "dark" ? 6 : 0;
+  session.options.ToolbarTheme = QByteArray(argv[3]) == "dark" ? 8 : 7;
   MainWindow window(session, startUp.settings());
   window.resize(1280, 800);
   window.show();

@@ -9,6 +9,7 @@
 #include "ui/ListModel.h"
 #include "ui/ListView.h"
 #include "ui/QtText.h"
+#include "ui/StylePaint.h"
 #include "ui/Themes.h"
 
 namespace ombrelian::ui {
@@ -59,8 +60,7 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   painter->save();
   paintBackground(*painter, option, look);
   const Column* const column = model.column(index.column());
-  const bool isSelected = (option.state & QStyle::State_Selected) != 0;
-  if (column != nullptr && column->kind == CellKind::Percent && hasBars() && !isSelected) {
+  if (column != nullptr && column->kind == CellKind::Percent && hasBars()) {
     paintBarCell(*painter, option, model.rows().cells().real(model.rows().cellRow(row), *column));
   }
   paintText(*painter, option, index, look);
@@ -87,17 +87,9 @@ void CellDelegate::paintBarCell(QPainter& painter, const QStyleOptionViewItem& o
                                 double percent) const {
   if (std::isnan(percent) || percent < 0) return;
   const QPalette& palette = option.palette;
-  const QRectF cell = QRectF(option.rect).adjusted(3, 3, -4, -4);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.07));
-  painter.drawRoundedRect(cell, 3, 3);
-  QRectF filled = cell;
-  filled.setWidth(cell.width() * std::min(percent, 100.0) / 100);
-  if (filled.width() < 1) return;
-  painter.setBrush(mixed(palette.color(QPalette::Base), palette.color(QPalette::Link), 0.38));
-  const double radius = std::min(3.0, filled.width() / 2);
-  painter.drawRoundedRect(filled, radius, radius);
+  const QColor base = palette.color(QPalette::Base);
+  paintBar(painter, option.rect, percent / 100, mixed(base, palette.color(QPalette::Link), 0.38),
+           mixed(base, palette.color(QPalette::Text), 0.07));
 }
 
 void CellDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& option,
@@ -121,7 +113,9 @@ void CellDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& opti
       area.setLeft(area.left() + kIconSize + kGap);
     }
   }
-  QPalette::ColorRole role = isSelected ? QPalette::HighlightedText : QPalette::Text;
+  const Column* const column = modelOf(index).column(index.column());
+  const bool isOnBar = column != nullptr && column->kind == CellKind::Percent && hasBars();
+  QPalette::ColorRole role = isSelected && !isOnBar ? QPalette::HighlightedText : QPalette::Text;
   if (look.isError && !isSelected) role = QPalette::BrightText;
   painter.setPen(palette.color(
       (option.state & QStyle::State_Active) ? QPalette::Active : QPalette::Inactive, role));

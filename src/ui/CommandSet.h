@@ -48,6 +48,9 @@ class CommandSet : public QObject {
  Q_SIGNALS:
   void triggered(int id);
 
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
+
  private:
   QAction* make(const Command& command);
   QAction* makeEdit(const Command& command, QWidget* parent);

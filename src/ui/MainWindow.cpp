@@ -159,14 +159,38 @@ QWidget* MainWindow::makeRightSide() {
   auto* const layout = new QVBoxLayout(right_);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  QToolBar* const bar = header_->makeToolBar({});
-  bar->setObjectName(QStringLiteral("header"));
-  layout->addWidget(bar);
+  headerBar_ = header_->makeToolBar({});
+  layout->addWidget(headerBar_);
+  right_->installEventFilter(this);
   stack_ = new QStackedWidget(right_);
   for (int view = int(ViewId::Drives); view < kViews; ++view)
     stack_->addWidget(&pane(ViewId(view)));
   layout->addWidget(stack_, 1);
   return right_;
+}
+
+/// The buttons that choose the list have words as long as all of them fit; then only the one that
+/// is pressed has.
+void MainWindow::fitHeaderBar() {
+  const bool wantsWords = session_.options.SymbolText == 1;
+  const QList<QToolButton*> buttons = headerBar_->findChildren<QToolButton*>();
+  int width = 0;
+  for (QToolButton* const button : buttons) {
+    if (button->defaultAction() == nullptr) continue;
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    width += button->sizeHint().width() + 4;
+  }
+  const bool fits = width < right_->width();
+  for (QToolButton* const button : buttons) {
+    if (button->defaultAction() == nullptr) continue;
+    const bool hasWords = wantsWords && (fits || button->defaultAction()->isChecked());
+    button->setToolButtonStyle(hasWords ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
+  }
+}
+
+bool MainWindow::eventFilter(QObject* object, QEvent* event) {
+  if (object == right_ && event->type() == QEvent::Resize) fitHeaderBar();
+  return QMainWindow::eventFilter(object, event);
 }
 
 QWidget* MainWindow::placeOnMainBar(int id, QToolBar* bar) {

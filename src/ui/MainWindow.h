@@ -53,6 +53,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   void dropEvent(QDropEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   // UserInterface
@@ -74,6 +75,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   void setEmptyTexts();
   void setRowCommands();
   QWidget* makeRightSide();
+  void fitHeaderBar();
   QWidget* placeOnMainBar(int id, QToolBar* bar);
   void makeMenuBar();
   void makeStatusBar();
@@ -148,6 +150,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   QSplitter* splMain_ = nullptr;
   QStackedWidget* stack_ = nullptr;
   QWidget* right_ = nullptr;
+  QToolBar* headerBar_ = nullptr;
   QLabel* statusLeft_ = nullptr;
   QLabel* statusRight_ = nullptr;
   std::array<ListPane*, kViews> panes_ = {};

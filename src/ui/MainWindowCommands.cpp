@@ -263,6 +263,7 @@ void MainWindow::Change_Info_Visibility() {
     for (std::size_t top = 0; top < std::size_t(kTopLists); ++top)
       pane(view).commands().action(420 + int(top))->setChecked(top == topIndex(view));
   }
+  fitHeaderBar();
   StatusbarSetTextRightAUTO();
 }
 
@@ -306,6 +307,7 @@ void MainWindow::applyLook() {
   applyFont();
   commands_->applyLook();
   header_->applyLook();
+  fitHeaderBar();
   for (ListPane* const pane : panes_)
     pane->commands().applyLook();
 }
