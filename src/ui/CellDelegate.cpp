@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QPainter>
-#include <cmath>
 
 #include "ui/Icons.h"
 #include "ui/ListModel.h"
@@ -85,7 +84,6 @@ void CellDelegate::paintBackground(QPainter& painter, const QStyleOptionViewItem
 
 void CellDelegate::paintBarCell(QPainter& painter, const QStyleOptionViewItem& option,
                                 double percent) const {
-  if (std::isnan(percent) || percent < 0) return;
   const QPalette& palette = option.palette;
   const QColor base = palette.color(QPalette::Base);
   paintBar(painter, option.rect, percent / 100, mixed(base, palette.color(QPalette::Link), 0.38),

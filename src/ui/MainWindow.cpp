@@ -79,7 +79,12 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   connect(&scheme_, &DesktopScheme::changed, this, &MainWindow::ChangeTheme);
 }
 
-MainWindow::~MainWindow() { session_.log.setListener(nullptr); }
+/// The views go before the rows that they show.
+MainWindow::~MainWindow() {
+  session_.log.setListener(nullptr);
+  disconnect(qApp, nullptr, this, nullptr);
+  qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
+}
 
 ListPane* MainWindow::addPane(ViewId view, RowSource& rows) {
   auto* const pane = new ListPane(view, rows, session_.options, this);
@@ -169,22 +174,27 @@ QWidget* MainWindow::makeRightSide() {
   return right_;
 }
 
-/// The buttons that choose the list have words as long as all of them fit; then only the one that
-/// is pressed has.
+/// The buttons that choose the list have picture and word as long as all of them fit, else the
+/// word, else the picture, and only the one that is pressed its word.
 void MainWindow::fitHeaderBar() {
-  const bool wantsWords = session_.options.SymbolText == 1;
-  const QList<QToolButton*> buttons = headerBar_->findChildren<QToolButton*>();
-  int width = 0;
-  for (QToolButton* const button : buttons) {
-    if (button->defaultAction() == nullptr) continue;
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    width += button->sizeHint().width() + 4;
+  QList<QToolButton*> buttons;
+  for (QToolButton* const button : headerBar_->findChildren<QToolButton*>()) {
+    if (button->defaultAction() != nullptr) buttons.append(button);
   }
-  const bool fits = width < right_->width();
+  const auto fits = [&](Qt::ToolButtonStyle style) {
+    int width = 8;
+    for (QToolButton* const button : buttons) {
+      button->setToolButtonStyle(style);
+      width += button->sizeHint().width() + 2;
+    }
+    return width < right_->width();
+  };
+  if (session_.options.SymbolText == 1 &&
+      (fits(Qt::ToolButtonTextBesideIcon) || fits(Qt::ToolButtonTextOnly)))
+    return;
   for (QToolButton* const button : buttons) {
-    if (button->defaultAction() == nullptr) continue;
-    const bool hasWords = wantsWords && (fits || button->defaultAction()->isChecked());
-    button->setToolButtonStyle(hasWords ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
+    const bool hasWord = session_.options.SymbolText == 1 && button->defaultAction()->isChecked();
+    button->setToolButtonStyle(hasWord ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
   }
 }
 
