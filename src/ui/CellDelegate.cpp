@@ -118,7 +118,8 @@ void CellDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& opti
   painter.setPen(palette.color(
       (option.state & QStyle::State_Active) ? QPalette::Active : QPalette::Inactive, role));
   painter.setFont(option.font);
-  const QString text = index.data(Qt::DisplayRole).toString();
+  const QString text =
+      column == nullptr ? QString::number(index.row() + 1) : index.data(Qt::DisplayRole).toString();
   const auto alignment = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
   const bool isName = index.column() == kNameSection;
   painter.drawText(

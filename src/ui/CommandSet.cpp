@@ -110,6 +110,15 @@ void CommandSet::update() {
   }
 }
 
+void CommandSet::setBusy(bool busy, std::initializer_list<int> exceptions) {
+  for (const auto& [id, action] : actions_) {
+    const bool works = *findCommand(id)->waitsFor == '\0';
+    const bool isException =
+        std::find(exceptions.begin(), exceptions.end(), id) != exceptions.end();
+    action->setEnabled(works && (!busy || isException));
+  }
+}
+
 void CommandSet::applyLook() {
   for (const auto& [id, action] : actions_) {
     const Command& command = *findCommand(id);

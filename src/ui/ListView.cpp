@@ -146,6 +146,7 @@ int ListView::widthForAllRows(int section) const {
   const ViewSettings settings = viewSettings(options_, view_);
   const bool all = settings.optimizeAll != nullptr && *settings.optimizeAll == 1;
   const int rows = model_.rowCount();
+  if (section == 0) return fontMetrics().horizontalAdvance(QString::number(rows)) + kCellMargin;
   const int first = all ? 0 : std::max(0, rowAt(0));
   const int onScreen = viewport()->height() / std::max(1, verticalHeader()->defaultSectionSize());
   const int last = all ? rows : std::min(rows, first + onScreen + 1);

@@ -123,8 +123,21 @@ void MainWindow::makePanes() {
       return filePath_;
     });
   }
+  setNames();
   setEmptyTexts();
   setRowCommands();
+}
+
+void MainWindow::setNames() {
+  const auto name = [this](ViewId view, const Text& title) {
+    pane(view).list().setAccessibleName(toQString(title));
+  };
+  name(ViewId::Folders, TL(2232, u"Ordnerliste"));
+  name(ViewId::Drives, DriveList::title());
+  name(ViewId::Files, FileList::title());
+  name(ViewId::Log, Log::title());
+  for (int list = 0; list < kLists; ++list)
+    name(ViewId(int(ViewId::LargestFiles) + list), listTitle(session_.options, ListId(list)));
 }
 
 void MainWindow::setEmptyTexts() {
@@ -212,6 +225,7 @@ QWidget* MainWindow::placeOnMainBar(int id, QToolBar* bar) {
   SourceCombo_->setMinimumWidth(220);
   SourceCombo_->setMaxVisibleItems(24);
   SourceCombo_->setAccessibleName(toQString(TL(9497, u"Quelle")));
+  SourceCombo_->lineEdit()->setAccessibleName(SourceCombo_->accessibleName());
   SourceCombo_->setToolTip(
       toQString(TL(9498, u"Ordner, Laufwerk oder Netzwerkpfad, der eingelesen wird")));
   SourceCombo_->lineEdit()->setPlaceholderText(SourceCombo_->toolTip());

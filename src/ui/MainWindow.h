@@ -72,6 +72,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   // Set-up
   void makePanes();
   ListPane* addPane(ViewId view, RowSource& rows);
+  void setNames();
   void setEmptyTexts();
   void setRowCommands();
   QWidget* makeRightSide();
