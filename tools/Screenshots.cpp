@@ -108,6 +108,7 @@ void takeAll(MainWindow& window, const testing::TestFolder& sample, Photographer
   window.execute(ViewId::Folders, 1010);
   window.pane(ViewId::Folders).list().goTo(3);
   window.execute(ViewId::Folders, 1007);
+  window.pane(ViewId::Folders).list().goTo(5);
   photographer.take("3-tree-and-files");
   const std::pair<int, const char*> panes[] = {{402, "4-top-list"},   {403, "5-hardlinks"},
                                                {404, "6-junctions"},  {405, "7-owners"},

@@ -365,7 +365,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  storeSettings();
+  if (storesSettings_) storeSettings();
   event->accept();
 }
 

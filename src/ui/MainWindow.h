@@ -44,6 +44,10 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   QComboBox& SourceCombo() { return *SourceCombo_; }
   bool isScanning() const { return session_.context.ScanBusy; }
 
+  /// With false nothing is stored at the end: the settings are faulty, and the user wants to mend
+  /// them.
+  void setStoresSettings(bool stores) { storesSettings_ = stores; }
+
   /// Whether the program is to start again when the window has closed.
   bool wantsRestart() const { return wantsRestart_; }
 
@@ -159,6 +163,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   bool isLeftVisible_ = true;
   bool isRightVisible_ = true;
   bool wantsRestart_ = false;
+  bool storesSettings_ = true;
   bool wasShown_ = false;
   bool stopsReading_ = false;  // Escape while files are read
   std::uint64_t lastYield_ = 0;

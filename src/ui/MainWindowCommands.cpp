@@ -260,8 +260,12 @@ void MainWindow::Change_Info_Visibility() {
     commands_->action(id)->setChecked(isChosen);
   }
   if (isTopList(view)) {
+    CommandSet& commands = pane(view).commands();
     for (std::size_t top = 0; top < std::size_t(kTopLists); ++top)
-      pane(view).commands().action(420 + int(top))->setChecked(top == topIndex(view));
+      commands.action(420 + int(top))->setChecked(top == topIndex(view));
+    // The menus of the lists' settings are called as the lists are.
+    const Command& list = *findCommand(1041 + int(topIndex(view)));
+    commands.action(398)->setText(toQString(commandCaption(list, session_.options)));
   }
   fitHeaderBar();
   StatusbarSetTextRightAUTO();
