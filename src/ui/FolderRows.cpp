@@ -27,7 +27,7 @@ std::size_t FolderRows::rowOf(Id id) const {
 }
 
 void FolderRows::treeChanged() {
-  sortColumn_ = &columns()[FolderColumnId::Size - 1];
+  sortColumn_ = &FolderReport::columns()[FolderColumnId::Size - 1];
   sortedDescending_ = true;
   drives_.clear();
   for (NodeIndex root = tree_.firstRoot(); root != kNoNode; root = tree_[root].nextSibling) {

@@ -52,7 +52,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 /// A screen reader reads cells one by one, so each says what it is; a row of a tree says where it
 /// stands and whether it is open.
 QString ListModel::accessibleText(std::size_t row, const Column& column) const {
-  const QString value = toQString(rows_.shown(row, column));
+  QString value = toQString(rows_.shown(row, column));
   if (column.id != 1)
     return toQString(rows_.format().caption(column)) + QStringLiteral(": ") + value;
   const RowLook look = rows_.look(row);

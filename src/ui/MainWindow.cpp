@@ -351,6 +351,7 @@ void MainWindow::storeSettings() {
   session_.options.ComboText = toText(SourceCombo_->currentText());
   Optionen_Speichern(session_.options, settings_);
   std::vector<Text> sources;
+  sources.reserve(std::size_t(SourceCombo_->count()));
   for (int i = 0; i < SourceCombo_->count(); ++i)
     sources.push_back(toText(SourceCombo_->itemText(i)));
   Optionen_Speichern_SaveAllComboFolders(sources, settings_);

@@ -490,7 +490,7 @@ constexpr struct {
     {309, {9150, u"Bei allen Listen die Nachkommastellen anzeigen"}},
 };
 
-Text inCell(Text text) { return replaceAll(text, u"|", u"\\|"); }
+Text inCell(const Text& text) { return replaceAll(text, u"|", u"\\|"); }
 
 Text barsOf(int id) {
   Text names;
