@@ -427,9 +427,10 @@ void MainWindow::Report_Resize_Width() {
       !isLeftVisible_ || folderRows_->count() == 0)
     return;
   const int all = splMain_->width();
-  const int least = 260;
-  const int left =
-      std::clamp(pane(ViewId::Folders).list().fullWidth(), least, std::max(least, all * 2 / 3));
+  ListPane& folders = pane(ViewId::Folders);
+  const int least = std::min(folders.barWidth() + 8, all / 2);
+  const int most = std::max(least, all * 2 / 3);
+  const int left = std::clamp(folders.list().fullWidth(), least, most);
   splMain_->setSizes({left, std::max(1, all - left - splMain_->handleWidth())});
 }
 

@@ -181,6 +181,26 @@ TEST_F(MainWindowTest, KeysWalkThroughTheTree) {
   EXPECT_EQ(list.currentRow(), 0U);
 }
 
+TEST_F(MainWindowTest, EnterOpensAndClosesFoldersAndF2EditsTheName) {
+  Program run(data_);
+  run.window->scan({tree_.text()});
+  ListView& list = run.window->pane(ViewId::Folders).list();
+  list.goTo(3);
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_EQ(list.model()->rowCount(), 6);
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_EQ(list.model()->rowCount(), 5);
+  QTest::keyClick(&list, Qt::Key_F2);
+  auto* const field = list.viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(field, nullptr);
+  EXPECT_EQ(field->text(), QStringLiteral("small"));
+  QTest::keyClick(field, Qt::Key_Escape);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  list.goTo(0);  // a source keeps its name
+  QTest::keyClick(&list, Qt::Key_F2);
+  EXPECT_EQ(list.viewport()->findChild<QLineEdit*>(), nullptr);
+}
+
 TEST_F(MainWindowTest, RenamingMovesOnTheDiskAndAsksBeforeItReplaces) {
   Program run(data_);
   run.session.options.FilelistVisible = 1;

@@ -413,7 +413,7 @@ constexpr Command kCommands[] = {
      {9499, u"Die Zeilen des Protokolls löschen; die Datei bleibt"},
      "clear"},
     {509, CommandKind::Toggle, {9188, u"Spaltenbreite von allen Zeilen optimieren"}},
-    {1001, CommandKind::Button, {9510, u"Öffnen"}, {0, {}}, "open", "Return"},
+    {1001, CommandKind::Button, {9510, u"Öffnen"}, {0, {}}, "open"},
     {1002,
      CommandKind::Button,
      {9511, u"Im Dateimanager zeigen"},
