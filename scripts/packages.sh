@@ -7,7 +7,7 @@ packages_base=(g++ cmake ninja-build ccache libicu-dev libxlsxwriter-dev libmini
                pkg-config esbuild)
 
 # To build the window too.
-packages_window=(qt6-base-dev libqt6svg6-dev qt6-translations-l10n)
+packages_window=(qt6-base-dev qt6-svg-dev qt6-translations-l10n)
 
 # To build and run the tests.
 packages_test=(libgtest-dev libgmock-dev python3 python3-openpyxl chromium)

@@ -10,15 +10,15 @@
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
-namespace {
 
-/// A name is bytes, and a URL has to say them as they are, whatever they mean.
 QUrl urlOf(TextView path) {
   const std::string bytes = toBytes(path);
   const QByteArray encoded =
       QByteArray(bytes.data(), qsizetype(bytes.size())).toPercentEncoding("/");
   return QUrl(QStringLiteral("file://") + QString::fromLatin1(encoded), QUrl::StrictMode);
 }
+
+namespace {
 
 /// The interface that file managers share; false: nobody offers it.
 bool callFileManager(const QString& method, const std::vector<Text>& paths) {

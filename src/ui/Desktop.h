@@ -1,10 +1,14 @@
 #pragma once
 
+#include <QUrl>
 #include <vector>
 
 #include "support/Text.h"
 
 namespace ombrelian::ui {
+
+/// A name is bytes, and a URL has to say them as they are, whatever they mean.
+QUrl urlOf(TextView path);
 
 /// Opens a file or folder in the program that the desktop has for it. False: there is none, or the
 /// desktop does not answer.

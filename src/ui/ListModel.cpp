@@ -1,8 +1,12 @@
 #include "ui/ListModel.h"
 
+#include <QMimeData>
+#include <QUrl>
+#include <set>
 #include <unordered_map>
 
 #include "support/Translate.h"
+#include "ui/Desktop.h"
 #include "ui/Icons.h"
 #include "ui/QtText.h"
 
@@ -78,11 +82,29 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
 
 Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
-  Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+  Qt::ItemFlags flags =
+      Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren | Qt::ItemIsDragEnabled;
   const Column* const shown = column(index.column());
   if (shown != nullptr && rows_.canRename(std::size_t(index.row()), *shown))
     flags |= Qt::ItemIsEditable;
   return flags;
+}
+
+QStringList ListModel::mimeTypes() const { return {QStringLiteral("text/uri-list")}; }
+
+QMimeData* ListModel::mimeData(const QModelIndexList& indexes) const {
+  std::set<int> rows;
+  for (const QModelIndex& index : indexes)
+    rows.insert(index.row());
+  QList<QUrl> urls;
+  for (const int row : rows) {
+    const Text path = rows_.path(std::size_t(row));
+    if (!path.empty()) urls.append(urlOf(path));
+  }
+  if (urls.isEmpty()) return nullptr;
+  auto* const dragged = new QMimeData;
+  dragged->setUrls(urls);
+  return dragged;
 }
 
 bool ListModel::setData(const QModelIndex& index, const QVariant& value, int role) {

@@ -23,6 +23,10 @@ class ListModel : public QAbstractTableModel {
   Qt::ItemFlags flags(const QModelIndex& index) const override;
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
+  /// The objects of rows can be dragged to other programs.
+  QStringList mimeTypes() const override;
+  QMimeData* mimeData(const QModelIndexList& indexes) const override;
+
   RowSource& rows() { return rows_; }
   const RowSource& rows() const { return rows_; }
 

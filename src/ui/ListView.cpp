@@ -37,6 +37,8 @@ ListView::ListView(ListModel& model, Options& options, ViewId view, QWidget* par
   setShowGrid(false);  // the delegate draws the lines that are wanted
   setContextMenuPolicy(Qt::CustomContextMenu);
   setMouseTracking(true);
+  setDragEnabled(true);
+  setDragDropMode(DragOnly);
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   QHeaderView* const header = horizontalHeader();
@@ -267,7 +269,7 @@ void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->pos());
   if (event->button() != Qt::LeftButton || !index.isValid()) return;
   if (toggleAt(event->pos())) return;
-  Q_EMIT rowActivated(std::size_t(index.row()));
+  Q_EMIT rowDoubleClicked(std::size_t(index.row()));
 }
 
 void ListView::changeEvent(QEvent* event) {

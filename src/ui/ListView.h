@@ -51,7 +51,8 @@ class ListView : public QTableView {
 
  Q_SIGNALS:
   void columnMenuWanted(const QPoint& at);
-  void rowActivated(std::size_t row);
+  void rowActivated(std::size_t row);  // by Enter
+  void rowDoubleClicked(std::size_t row);
   void selectedRowsChanged();
   void expandWanted(std::size_t row, bool expanded);
   void expandSubtreeWanted(std::size_t row, bool expanded);

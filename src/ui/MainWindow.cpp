@@ -35,6 +35,16 @@ constexpr ViewId kHeaderViews[] = {ViewId::Drives,     ViewId::Files,     ViewId
                                    ViewId::Hardlinks,  ViewId::Junctions, ViewId::Owners,
                                    ViewId::Extensions, ViewId::Log};
 
+/// Whether a saved folder is worth offering. What lies on another machine counts, as that machine
+/// may not answer for a long time.
+bool existsOrIsFarAway(TextView path) {
+  for (const Text& drive : platform::GetLogicalDriveStringsW()) {
+    if (path.starts_with(drive) && platform::GetDriveTypeW(drive) == platform::kDriveRemote)
+      return true;
+  }
+  return xExistFolder_W(path);
+}
+
 }  // namespace
 
 MainWindow::MainWindow(Session& session, IniStore& settings)
@@ -144,8 +154,8 @@ void MainWindow::setEmptyTexts() {
   pane(ViewId::Folders)
       .setEmptyText(
           toQString(TL(9550,
-                       u"Oben eine Quelle wählen und Start drücken, rechts ein Laufwerk doppelt "
-                       u"anklicken oder einen Ordner hierher ziehen.")));
+                       u"Oben eine Quelle wählen und Start drücken, rechts ein Laufwerk wählen "
+                       u"und Enter drücken, oder einen Ordner hierher ziehen.")));
   pane(ViewId::Drives).setEmptyText(toQString(TL(9551, u"Es wurde kein Laufwerk gefunden.")));
   pane(ViewId::Files)
       .setEmptyText(toQString(TL(9552, u"Links einen Ordner wählen, um seine Dateien zu sehen.")));
@@ -213,6 +223,12 @@ void MainWindow::fitHeaderBar() {
 
 bool MainWindow::eventFilter(QObject* object, QEvent* event) {
   if (object == right_ && event->type() == QEvent::Resize) fitHeaderBar();
+  const bool isKey = event->type() == QEvent::KeyPress && SourceCombo_ != nullptr;
+  if (isKey && object == SourceCombo_->lineEdit() &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_F2) {
+    AddNewSearchPath(true, {});
+    return true;
+  }
   return QMainWindow::eventFilter(object, event);
 }
 
@@ -231,6 +247,7 @@ QWidget* MainWindow::placeOnMainBar(int id, QToolBar* bar) {
   SourceCombo_->lineEdit()->setPlaceholderText(SourceCombo_->toolTip());
   connect(SourceCombo_->lineEdit(), &QLineEdit::returnPressed, this,
           [this] { StartSearchViaToolbar(); });
+  SourceCombo_->lineEdit()->installEventFilter(this);
   auto* const focus = new QAction(this);
   focus->setShortcut(QKeySequence(QStringLiteral("Ctrl+L")));
   connect(focus, &QAction::triggered, this, [this] {
@@ -293,6 +310,13 @@ void MainWindow::connectPanes() {
     });
     connect(&pane->list(), &ListView::rowActivated, this,
             [this, pane](std::size_t row) { activateRow(pane->viewId(), row); });
+    connect(&pane->list(), &ListView::rowDoubleClicked, this, [this, pane](std::size_t row) {
+      if (pane->viewId() == ViewId::Drives) {
+        openPaths(ViewId::Drives);
+      } else {
+        activateRow(pane->viewId(), row);
+      }
+    });
   }
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
     for (const ListPane* const pane : panes_) {
@@ -310,7 +334,7 @@ void MainWindow::loadSources() {
   for (const Text& drive : platform::GetLogicalDriveStringsW())
     SourceCombo_->addItem(toQString(drive));
   const ComboFolders saved =
-      GetAllSavedComboFolders(settings_, session_.options.ComboText, xExistFolder_W);
+      GetAllSavedComboFolders(settings_, session_.options.ComboText, existsOrIsFarAway);
   for (const Text& folder : saved.folders)
     SourceCombo_->addItem(toQString(folder));
   SourceCombo_->setCurrentIndex(SourceCombo_->findText(toQString(saved.text), Qt::MatchExactly));
