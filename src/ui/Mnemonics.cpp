@@ -1,0 +1,69 @@
+#include "ui/Mnemonics.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QSet>
+#include <functional>
+#include <vector>
+
+namespace ombrelian::ui {
+namespace {
+
+struct Caption {
+  QString text;
+  std::function<void(const QString&)> set;
+};
+
+std::vector<Caption> captionsOf(const QWidget& window) {
+  std::vector<Caption> captions;
+  for (QAbstractButton* const button : window.findChildren<QAbstractButton*>())
+    captions.push_back({button->text(), [button](const QString& text) { button->setText(text); }});
+  for (QLabel* const label : window.findChildren<QLabel*>()) {
+    if (label->buddy() != nullptr)
+      captions.push_back({label->text(), [label](const QString& text) { label->setText(text); }});
+  }
+  return captions;
+}
+
+/// The letter behind the first single "&"; null: there is none.
+QChar mnemonicOf(const QString& text) {
+  for (qsizetype at = 0; at + 1 < text.size(); ++at) {
+    if (text[at] != u'&') continue;
+    if (text[at + 1] != u'&') return text[at + 1].toLower();
+    ++at;
+  }
+  return {};
+}
+
+bool beginsWord(const QString& text, qsizetype at) {
+  return at == 0 || !text[at - 1].isLetterOrNumber();
+}
+
+/// Where a free letter stands, at the beginning of a word if possible; -1: all are taken.
+qsizetype freeLetter(const QString& text, const QSet<QChar>& taken) {
+  for (const bool anywhere : {false, true}) {
+    for (qsizetype at = 0; at < text.size(); ++at) {
+      const bool isFree = text[at].isLetter() && !taken.contains(text[at].toLower());
+      if (isFree && (anywhere || beginsWord(text, at))) return at;
+    }
+  }
+  return -1;
+}
+
+}  // namespace
+
+void giveMnemonics(QWidget& window) {
+  const std::vector<Caption> captions = captionsOf(window);
+  QSet<QChar> taken;
+  for (const Caption& caption : captions)
+    taken.insert(mnemonicOf(caption.text));
+  for (const Caption& caption : captions) {
+    if (!mnemonicOf(caption.text).isNull()) continue;
+    const qsizetype at = freeLetter(caption.text, taken);
+    if (at < 0) continue;
+    taken.insert(caption.text[at].toLower());
+    caption.set(QString(caption.text).insert(at, u'&'));
+  }
+}
+
+}  // namespace ombrelian::ui
