@@ -100,9 +100,11 @@ void MainWindow::save(ViewId view) {
 }
 
 void MainWindow::saveFolders() {
-  const std::size_t row = pane(ViewId::Folders).list().currentRow();
-  const bool hasRow = row < folderRows_->count();
-  session_.folderReport.select(hasRow ? NodeIndex(folderRows_->id(row)) : kNoNode);
+  const ListView& list = pane(ViewId::Folders).list();
+  const QModelIndex current = list.currentIndex();
+  const bool hasRow = list.selectionModel()->isSelected(current);
+  session_.folderReport.select(
+      hasRow ? NodeIndex(folderRows_->id(std::size_t(current.row()))) : kNoNode);
   SaveDialog dialog(
       folderSaveChoices(session_.options), hasRow,
       [this](ReportFormat format, const Text& target, UserInterface& ui) {

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QPushButton>
 #include <QSet>
 #include <functional>
 #include <vector>
@@ -14,13 +15,22 @@ struct Caption {
   std::function<void(const QString&)> set;
 };
 
+template <class Control>
+void addCaption(Control* control, std::vector<Caption>& captions) {
+  captions.push_back({control->text(), [control](const QString& text) { control->setText(text); }});
+}
+
+/// In the order in which they choose: what ends a dialog goes first, so that it keeps its letter
+/// from one dialog to the next.
 std::vector<Caption> captionsOf(const QWidget& window) {
   std::vector<Caption> captions;
-  for (QAbstractButton* const button : window.findChildren<QAbstractButton*>())
-    captions.push_back({button->text(), [button](const QString& text) { button->setText(text); }});
+  for (QPushButton* const button : window.findChildren<QPushButton*>())
+    addCaption(button, captions);
   for (QLabel* const label : window.findChildren<QLabel*>()) {
-    if (label->buddy() != nullptr)
-      captions.push_back({label->text(), [label](const QString& text) { label->setText(text); }});
+    if (label->buddy() != nullptr) addCaption(label, captions);
+  }
+  for (QAbstractButton* const button : window.findChildren<QAbstractButton*>()) {
+    if (qobject_cast<QPushButton*>(button) == nullptr) addCaption(button, captions);
   }
   return captions;
 }

@@ -25,6 +25,8 @@ namespace ombrelian::ui {
 namespace {
 
 constexpr TextView kFormatNames[] = {u"TXT", u"CSV", u"HTML", u"XML", u"XLSX"};
+constexpr int kRowSpacing = 8;
+constexpr int kPartSpacing = 14;
 constexpr std::int32_t kStandardLevels = 3;
 constexpr int kTab = 2;  // of cboDelimiter_
 
@@ -54,6 +56,12 @@ QString askDesktopForFile(QWidget* parent, const FileQuestion& question) {
   dialog.selectFile(question.name);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   return dialog.selectedFiles().constFirst();
+}
+
+template <class Control>
+Control* named(Control* control, const char* name) {
+  control->setObjectName(QString::fromLatin1(name));
+  return control;
 }
 
 std::int32_t numberOfLevels(const QString& text) {
@@ -88,13 +96,13 @@ SaveDialog::SaveDialog(const SaveChoices& choices, bool hasSelectedRow, Save sav
   loadSettings(choices_.owner, settings_, choices_.options);
   auto* const inner = new QVBoxLayout(controls_);
   inner->setContentsMargins(0, 0, 0, 0);
-  inner->setSpacing(14);
+  inner->setSpacing(kPartSpacing);
   inner->addLayout(makeFormats());
   if (choices_.tree) inner->addLayout(makeTreeControls(hasSelectedRow));
   inner->addLayout(makeCheckBoxes());
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(16, 16, 16, 14);
-  layout->setSpacing(14);
+  layout->setSpacing(kPartSpacing);
   layout->setSizeConstraint(QLayout::SetFixedSize);
   layout->addWidget(controls_);
   layout->addWidget(progress_);
@@ -106,14 +114,14 @@ SaveDialog::SaveDialog(const SaveChoices& choices, bool hasSelectedRow, Save sav
 }
 
 QLayout* SaveDialog::makeFormats() {
-  cboFormat_ = new QComboBox(controls_);
+  cboFormat_ = named(new QComboBox(controls_), "cboFormat");
   for (const TextView name : kFormatNames)
     cboFormat_->addItem(toQString(name));
-  cboDelimiter_ = new QComboBox(controls_);
+  cboDelimiter_ = named(new QComboBox(controls_), "cboDelimiter");
   for (const Text& name : {TL(3730, u"Komma"), TL(3731, u"Semikolon"), TL(3732, u"Tabulator"),
                            TL(3733, u"Leerzeichen"), TL(4118, u"Benutzerdefiniert")})
     cboDelimiter_->addItem(toQString(name));
-  txtDelimiters_ = new QLineEdit(controls_);
+  txtDelimiters_ = named(new QLineEdit(controls_), "txtDelimiters");
   txtDelimiters_->setFixedWidth(72);
   txtDelimiters_->setAccessibleName(toQString(TL(9601, u"Eigenes Trennzeichen")));
   txtDelimiters_->setToolTip(txtDelimiters_->accessibleName());
@@ -123,6 +131,7 @@ QLayout* SaveDialog::makeFormats() {
   lblDelimiter_->setBuddy(cboDelimiter_);
   auto* const grid = new QGridLayout;
   grid->setHorizontalSpacing(8);
+  grid->setVerticalSpacing(kRowSpacing);
   grid->setColumnStretch(1, 1);
   grid->addWidget(format, 0, 0);
   grid->addWidget(cboFormat_, 0, 1);
@@ -163,7 +172,7 @@ QWidget* SaveDialog::makeLevels() {
     optLevels_->addButton(button, id);
     grid->addWidget(button, id, 0, 1, id == kNumberOfLevels ? 1 : 2);
   }
-  txtLevels_ = new QLineEdit(levels);
+  txtLevels_ = named(new QLineEdit(levels), "txtLevels");
   txtLevels_->setFixedWidth(44);
   txtLevels_->setMaxLength(9);
   txtLevels_->setAlignment(Qt::AlignRight);
@@ -177,24 +186,30 @@ QWidget* SaveDialog::makeLevels() {
 
 QLayout* SaveDialog::makeCheckBoxes() {
   auto* const column = new QVBoxLayout;
+  column->setSpacing(kRowSpacing);
   if (choices_.tree) {
-    chkShowFolderIndent_ = new QCheckBox(toQString(TL(9242, u"Ordner einrücken")), controls_);
+    chkShowFolderIndent_ = named(new QCheckBox(toQString(TL(9242, u"Ordner einrücken")), controls_),
+                                 "chkShowFolderIndent");
     column->addWidget(chkShowFolderIndent_);
   }
   chkAddDividingLine_ =
-      new QCheckBox(toQString(TL(9243, u"Trennlinie nach jeder Zeile")), controls_);
+      named(new QCheckBox(toQString(TL(9243, u"Trennlinie nach jeder Zeile")), controls_),
+            "chkAddDividingLine");
   column->addWidget(chkAddDividingLine_);
-  chkOpenFile_ = new QCheckBox(toQString(TL(9244, u"Datei nach dem Speichern öffnen")), controls_);
+  chkOpenFile_ =
+      named(new QCheckBox(toQString(TL(9244, u"Datei nach dem Speichern öffnen")), controls_),
+            "chkOpenFile");
   column->addWidget(chkOpenFile_);
   return column;
 }
 
 QWidget* SaveDialog::makeButtons() {
   auto* const box = new QDialogButtonBox(this);
-  OKButton_ = box->addButton(toQString(TL(3612, u"Speichern")), QDialogButtonBox::AcceptRole);
-  CancelButton_ = box->addButton(toQString(TL(3594, u"Abbrechen")), QDialogButtonBox::RejectRole);
-  OKButton_->setObjectName(QStringLiteral("OKButton"));
-  CancelButton_->setObjectName(QStringLiteral("CancelButton"));
+  OKButton_ = named(box->addButton(toQString(TL(3612, u"Speichern")), QDialogButtonBox::AcceptRole),
+                    "OKButton");
+  CancelButton_ =
+      named(box->addButton(toQString(TL(3594, u"Abbrechen")), QDialogButtonBox::RejectRole),
+            "CancelButton");
   OKButton_->setDefault(true);
   connect(box, &QDialogButtonBox::accepted, this, &SaveDialog::accept);
   connect(box, &QDialogButtonBox::rejected, this, &SaveDialog::reject);

@@ -18,6 +18,15 @@ constexpr std::uint64_t kInputIntervalMs = 30;
 
 constexpr int kBarSteps = 1000;
 
+/// What there is room for.
+constexpr std::uint64_t kManyRows = 9'999'999;
+
+QString rowText(std::uint64_t row, std::uint64_t rows) {
+  return toQString(TL(9003, u"Speichere Zeile %1 von %2",
+                      {xFormatFileSize(0, std::int64_t(row), false, false),
+                       xFormatFileSize(0, std::int64_t(rows), false, false)}));
+}
+
 QString closingText() { return toQString(TL(9609, u"Der Bericht wird abgeschlossen...")); }
 
 }  // namespace
@@ -30,6 +39,7 @@ SaveProgress::SaveProgress(QWidget* parent)
   layout->addWidget(text_);
   layout->addWidget(bar_);
   text_->setTextFormat(Qt::PlainText);
+  text_->setMinimumWidth(fontMetrics().horizontalAdvance(rowText(kManyRows, kManyRows)));
   bar_->setTextVisible(false);
   bar_->setAccessibleName(toQString(TL(3612, u"Speichern")));
   QSizePolicy policy = sizePolicy();
@@ -60,9 +70,7 @@ void SaveProgress::saveProgress(std::uint64_t row, std::uint64_t rows) {
   bar_->setRange(0, isClosing ? 0 : kBarSteps);
   if (isClosing) return text_->setText(closingText());
   bar_->setValue(int(double(row) / double(rows) * kBarSteps));
-  text_->setText(toQString(TL(9003, u"Speichere Zeile %1 von %2",
-                              {xFormatFileSize(0, std::int64_t(row), false, false),
-                               xFormatFileSize(0, std::int64_t(rows), false, false)})));
+  text_->setText(rowText(row, rows));
 }
 
 bool SaveProgress::saveCancelled() {

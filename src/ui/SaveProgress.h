@@ -11,6 +11,8 @@ namespace ombrelian::ui {
 /// their place while nothing is saved. The save runs on this thread and comes by for the user's
 /// input.
 class SaveProgress : public QWidget, public UserInterface {
+  Q_OBJECT
+
  public:
   explicit SaveProgress(QWidget* parent = nullptr);
 
