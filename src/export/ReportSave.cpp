@@ -163,7 +163,9 @@ Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
   feed.feed(sink);
   writer->endDocument();
   progress.rowsAreDone();
-  return writer->commit();
+  return writer->commit([&ui] {
+    if (ui.GetInputState()) ui.yield();
+  });
 }
 
 Text delimiterText(std::int32_t choice, TextView chars) {
