@@ -103,8 +103,8 @@ void MainWindow::saveFolders() {
   const ListView& list = pane(ViewId::Folders).list();
   const QModelIndex current = list.currentIndex();
   const bool hasRow = list.selectionModel()->isSelected(current);
-  session_.folderReport.select(
-      hasRow ? NodeIndex(folderRows_->id(std::size_t(current.row()))) : kNoNode);
+  session_.folderReport.select(hasRow ? NodeIndex(folderRows_->id(std::size_t(current.row())))
+                                      : kNoNode);
   SaveDialog dialog(
       folderSaveChoices(session_.options), hasRow,
       [this](ReportFormat format, const Text& target, UserInterface& ui) {
