@@ -21,7 +21,7 @@ export TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1
 
 . "$scripts/prepare.sh"
 lists=(base test)
-[[ $preset == core ]] || lists+=(window)
+[[ $preset == core || $preset == tsan ]] || lists+=(window)
 prepare "$preset" "${lists[@]}"
 exec ctest --test-dir "$ombrelian_root/build/$preset" --output-on-failure --no-tests=error \
   -j "$(nproc)" "$@"

@@ -108,6 +108,7 @@ void takeAll(MainWindow& window, const testing::TestFolder& sample, Photographer
   window.execute(ViewId::Folders, 1010);
   window.pane(ViewId::Folders).list().goTo(3);
   window.execute(ViewId::Folders, 1007);
+  window.pane(ViewId::Folders).list().goTo(5);
   photographer.take("3-tree-and-files");
   const std::pair<int, const char*> panes[] = {{402, "4-top-list"},   {403, "5-hardlinks"},
                                                {404, "6-junctions"},  {405, "7-owners"},
@@ -151,7 +152,7 @@ int main(int argc, char** argv) {
   session.loadOptions(startUp.settings());
   turnOnLists(session.options);
   session.folderReport.applySettings();
-  session.options.ToolbarTheme = QByteArray(argv[3]) == "dark" ? 6 : 0;
+  session.options.ToolbarTheme = QByteArray(argv[3]) == "dark" ? 8 : 7;
   MainWindow window(session, startUp.settings());
   window.resize(1280, 800);
   window.show();

@@ -197,14 +197,14 @@ class FileList::Reader {
 FileList::Contents::Contents() : grid(kFileTable) {}
 
 FileList::FileList(Options& options, FileTypes& types)
-    : options_(options), types_(types), filter_(platform::localeTextRules()) {}
+    : options_(options), types_(types), filter_(platform::localeTextRules()), sortColumn_(&kSize) {}
 
 bool FileList::List_Files_ScanFolder(Text& folder, bool force, const GoOn& goOn) {
   if (isReading_) return false;
   isReading_ = true;
   const bool isNew = Guarded(kModule, u"List_Files_ScanFolder", [&] {
     if (options_.FilelistVisible == 0) {
-      shown_ = Contents();
+      replace(Contents());
       return true;
     }
     xAddBackslash(folder);
@@ -219,11 +219,17 @@ bool FileList::List_Files_ScanFolder(Text& folder, bool force, const GoOn& goOn)
 void FileList::List_Files_ScanFolderR(TextView folder, const GoOn& goOn) {
   filter_.SetFileFilterFileList(options_);
   Reader reader(*this, folder);
-  Contents& read = reader.read(goOn);
-  const Column* const sorted = shown_.grid.sortColumn();
-  read.grid.sort(sorted != nullptr ? *sorted : kSize,
-                 sorted == nullptr || shown_.grid.sortedDescending());
-  shown_ = std::move(read);
+  replace(std::move(reader.read(goOn)));
+}
+
+/// Puts other rows in the place of those shown, in the same order.
+void FileList::replace(Contents contents) {
+  if (const Column* const sorted = shown_.grid.sortColumn(); sorted != nullptr) {
+    sortColumn_ = sorted;
+    sortsDescending_ = shown_.grid.sortedDescending();
+  }
+  contents.grid.sort(*sortColumn_, sortsDescending_);
+  shown_ = std::move(contents);
 }
 
 bool FileList::List_Files_Refresh(const GoOn& goOn) {
@@ -233,7 +239,7 @@ bool FileList::List_Files_Refresh(const GoOn& goOn) {
 }
 
 void FileList::clear() {
-  if (!isReading_) shown_ = Contents();
+  if (!isReading_) replace(Contents());
 }
 
 Text FileList::List_Files_ShowFileStat(const std::vector<Grid::RowIndex>& selected) const {

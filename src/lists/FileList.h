@@ -82,6 +82,7 @@ class FileList {
   class Reader;
 
   void List_Files_ScanFolderR(TextView folder, const GoOn& goOn);
+  void replace(Contents contents);
   void setName(Grid::RowIndex row, TextView name);
   void removeReplaced(Grid::RowIndex row, TextView name);
 
@@ -89,6 +90,8 @@ class FileList {
   FileTypes& types_;
   mCompare filter_;
   Contents shown_;
+  const Column* sortColumn_;  // by which the rows are sorted after the next read
+  bool sortsDescending_ = true;
   bool isReading_ = false;
 };
 

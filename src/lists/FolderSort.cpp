@@ -74,13 +74,13 @@ class SiblingSort {
     const TextRules& rules = platform::localeTextRules();
     if (order_.size() < kFewSiblings) {
       std::stable_sort(order_.begin(), order_.end(), [&](NodeIndex a, NodeIndex b) {
-        return isBefore(rules.compare(text(a), text(b), false), 0);
+        return isBefore(compare(rules, a, b), 0);
       });
       return;
     }
     keyed_.clear();
     for (const NodeIndex node : order_)
-      keyed_.push_back({rules.sortKey(text(node)), node});
+      keyed_.push_back({keyOf(rules, node), node});
     std::stable_sort(keyed_.begin(), keyed_.end(),
                      [this](const Keyed& a, const Keyed& b) { return isBefore(a.key, b.key); });
     std::transform(keyed_.begin(), keyed_.end(), order_.begin(),
@@ -112,11 +112,20 @@ class SiblingSort {
     }
   }
 
-  Text text(NodeIndex node) const {
-    if (column_.id == Id::Attributes) {
-      return xFormatFileAttribute(tree_[node].attributes, false, {});
-    }
-    return Text(report_.text(node, column_));
+  int compare(const TextRules& rules, NodeIndex a, NodeIndex b) const {
+    if (column_.id != Id::Attributes)
+      return rules.compare(report_.text(a, column_), report_.text(b, column_), false);
+    if (tree_[a].attributes == tree_[b].attributes) return 0;
+    return letters(a).compare(letters(b));
+  }
+
+  std::string keyOf(const TextRules& rules, NodeIndex node) const {
+    if (column_.id == Id::Attributes) return toBytes(letters(node));
+    return rules.sortKey(report_.text(node, column_));
+  }
+
+  Text letters(NodeIndex node) const {
+    return xFormatFileAttribute(tree_[node].attributes, false, {});
   }
 
   void rankOwners() {

@@ -42,8 +42,8 @@ std::int64_t LocalClock::bound(FileTime time, bool atMost) {
 }
 
 Date LocalClock::dateFromSeconds(std::int64_t seconds) {
-  return double(seconds / kSecondsPerDay) +
-         double(seconds % kSecondsPerDay) / double(kSecondsPerDay);
+  const std::int64_t days = seconds / kSecondsPerDay;
+  return double(days) + double(seconds % kSecondsPerDay) / double(kSecondsPerDay);
 }
 
 }  // namespace ombrelian

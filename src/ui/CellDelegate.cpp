@@ -3,12 +3,12 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QPainter>
-#include <cmath>
 
 #include "ui/Icons.h"
 #include "ui/ListModel.h"
 #include "ui/ListView.h"
 #include "ui/QtText.h"
+#include "ui/StylePaint.h"
 #include "ui/Themes.h"
 
 namespace ombrelian::ui {
@@ -59,8 +59,7 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   painter->save();
   paintBackground(*painter, option, look);
   const Column* const column = model.column(index.column());
-  const bool isSelected = (option.state & QStyle::State_Selected) != 0;
-  if (column != nullptr && column->kind == CellKind::Percent && hasBars() && !isSelected) {
+  if (column != nullptr && column->kind == CellKind::Percent && hasBars()) {
     paintBarCell(*painter, option, model.rows().cells().real(model.rows().cellRow(row), *column));
   }
   paintText(*painter, option, index, look);
@@ -85,19 +84,10 @@ void CellDelegate::paintBackground(QPainter& painter, const QStyleOptionViewItem
 
 void CellDelegate::paintBarCell(QPainter& painter, const QStyleOptionViewItem& option,
                                 double percent) const {
-  if (std::isnan(percent) || percent < 0) return;
   const QPalette& palette = option.palette;
-  const QRectF cell = QRectF(option.rect).adjusted(3, 3, -4, -4);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.07));
-  painter.drawRoundedRect(cell, 3, 3);
-  QRectF filled = cell;
-  filled.setWidth(cell.width() * std::min(percent, 100.0) / 100);
-  if (filled.width() < 1) return;
-  painter.setBrush(mixed(palette.color(QPalette::Base), palette.color(QPalette::Link), 0.38));
-  const double radius = std::min(3.0, filled.width() / 2);
-  painter.drawRoundedRect(filled, radius, radius);
+  const QColor base = palette.color(QPalette::Base);
+  paintBar(painter, option.rect, percent / 100, mixed(base, palette.color(QPalette::Link), 0.38),
+           mixed(base, palette.color(QPalette::Text), 0.07));
 }
 
 void CellDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& option,
@@ -121,12 +111,15 @@ void CellDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& opti
       area.setLeft(area.left() + kIconSize + kGap);
     }
   }
-  QPalette::ColorRole role = isSelected ? QPalette::HighlightedText : QPalette::Text;
+  const Column* const column = modelOf(index).column(index.column());
+  const bool isOnBar = column != nullptr && column->kind == CellKind::Percent && hasBars();
+  QPalette::ColorRole role = isSelected && !isOnBar ? QPalette::HighlightedText : QPalette::Text;
   if (look.isError && !isSelected) role = QPalette::BrightText;
   painter.setPen(palette.color(
       (option.state & QStyle::State_Active) ? QPalette::Active : QPalette::Inactive, role));
   painter.setFont(option.font);
-  const QString text = index.data(Qt::DisplayRole).toString();
+  const QString text =
+      column == nullptr ? QString::number(index.row() + 1) : index.data(Qt::DisplayRole).toString();
   const auto alignment = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
   const bool isName = index.column() == kNameSection;
   painter.drawText(

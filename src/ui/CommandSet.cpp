@@ -35,6 +35,7 @@ CommandSet::CommandSet(Bar bar, std::optional<ViewId> view, Options& options, QW
     if (command.kind == CommandKind::Popup) {
       menus_[command.id] = new QMenu(scope);
       menus_[command.id]->setToolTipsVisible(true);
+      menus_[command.id]->installEventFilter(this);
     }
     if (command.kind != CommandKind::Edit) make(command);
   }
@@ -66,6 +67,7 @@ QAction* CommandSet::make(const Command& command) {
   action->setData(command.id);
   if (*command.icon != '\0') action->setIcon(icon(command.icon));
   action->setCheckable(command.kind == CommandKind::Toggle || command.kind == CommandKind::Choice);
+  action->setIconVisibleInMenu(!action->isCheckable());
   action->setShortcuts(shortcuts(command));
   action->setShortcutContext(view_ ? Qt::WidgetWithChildrenShortcut : Qt::WindowShortcut);
   if (command.kind == CommandKind::Popup) action->setMenu(menus_.at(command.id));
@@ -73,6 +75,16 @@ QAction* CommandSet::make(const Command& command) {
   connect(action, &QAction::triggered, this,
           [this, id = command.id](bool checked) { trigger(id, checked); });
   return action;
+}
+
+/// A menu stays open while toggles in it are clicked.
+bool CommandSet::eventFilter(QObject* object, QEvent* event) {
+  auto* const menu = qobject_cast<QMenu*>(object);
+  if (menu == nullptr || event->type() != QEvent::MouseButtonRelease) return false;
+  QAction* const action = menu->activeAction();
+  if (action == nullptr || !action->isCheckable() || !action->isEnabled()) return false;
+  action->trigger();
+  return true;
 }
 
 void CommandSet::trigger(int id, bool checked) {
@@ -95,6 +107,15 @@ void CommandSet::update() {
     const CommandBinding bound = binding(id);
     if (bound.flag != nullptr && action->isCheckable()) action->setChecked(bound.isChecked());
     if (*command.waitsFor != '\0') action->setEnabled(false);
+  }
+}
+
+void CommandSet::setBusy(bool busy, std::initializer_list<int> exceptions) {
+  for (const auto& [id, action] : actions_) {
+    const bool works = *findCommand(id)->waitsFor == '\0';
+    const bool isException =
+        std::find(exceptions.begin(), exceptions.end(), id) != exceptions.end();
+    action->setEnabled(works && (!busy || isException));
   }
 }
 

@@ -42,11 +42,17 @@ class CommandSet : public QObject {
   /// Shows the state of every command as the options are.
   void update();
 
+  /// Takes all commands away or gives back those that work, but for `exceptions`.
+  void setBusy(bool busy, std::initializer_list<int> exceptions = {});
+
   /// Shows texts in the language in force, and on the tool bar as the options want.
   void applyLook();
 
  Q_SIGNALS:
   void triggered(int id);
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   QAction* make(const Command& command);

@@ -54,6 +54,8 @@ DesktopScheme::DesktopScheme(const QDBusConnection& bus, QObject* parent)
 }
 
 void DesktopScheme::listen(QDBusConnection bus) {
+  // A slot with a type that nobody has used by name yet is not found.
+  qRegisterMetaType<QDBusVariant>("QDBusVariant");
   bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
               SLOT(takeSetting(QString, QString, QDBusVariant)));
 }

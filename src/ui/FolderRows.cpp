@@ -4,6 +4,7 @@
 #include "export/ReportList.h"
 #include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
+#include "platform/Volumes.h"
 #include "support/Translate.h"
 #include "ui/QtText.h"
 
@@ -26,8 +27,12 @@ std::size_t FolderRows::rowOf(Id id) const {
 }
 
 void FolderRows::treeChanged() {
-  sortColumn_ = &columns()[FolderColumnId::Size - 1];
+  sortColumn_ = &FolderReport::columns()[FolderColumnId::Size - 1];
   sortedDescending_ = true;
+  drives_.clear();
+  for (NodeIndex root = tree_.firstRoot(); root != kNoNode; root = tree_[root].nextSibling) {
+    if (platform::IsDriveRoot(tree_[root].name())) drives_.insert(root);
+  }
   shown_.rebuild();
 }
 
@@ -45,12 +50,12 @@ RowLook FolderRows::look(std::size_t row) const {
   look.canExpand = node.hasChildren();
   look.isExpanded = look.canExpand && shown_.isExpanded(row);
   look.isError = node.has(FolderNode::IsError);
-  look.icon = !node.has(FolderNode::IsFolder)    ? "files-group"
-              : look.isError                     ? "folder-error"
-              : node.has(FolderNode::IsJunction) ? "folder-link"
-              : node.parent == kNoNode           ? "drive-local"
-              : look.isExpanded                  ? "folder-open"
-                                                 : "folder";
+  look.icon = !node.has(FolderNode::IsFolder)      ? "files-group"
+              : look.isError                       ? "folder-error"
+              : node.has(FolderNode::IsJunction)   ? "folder-link"
+              : drives_.contains(shown_.node(row)) ? "drive-local"
+              : look.isExpanded                    ? "folder-open"
+                                                   : "folder";
   return look;
 }
 

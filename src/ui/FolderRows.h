@@ -1,5 +1,7 @@
 #pragma once
 
+#include <set>
+
 #include "lists/ShownFolders.h"
 #include "ui/RowSource.h"
 
@@ -46,6 +48,7 @@ class FolderRows : public RowSource {
   ShownFolders shown_;
   const Column* sortColumn_ = nullptr;
   bool sortedDescending_ = true;
+  std::set<NodeIndex> drives_;  // sources that are drives
 };
 
 }  // namespace ombrelian::ui

@@ -28,7 +28,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   const Column* const shown = column(index.column());
   switch (role) {
     case Qt::DisplayRole:
-      if (shown == nullptr) return index.row() + 1;
+      if (shown == nullptr) return {};  // the row's number is no part of the row: the view draws it
       return shownOnOneLine(rows_.shown(row, *shown));
     case Qt::EditRole:
       return shown == nullptr ? QVariant()
@@ -43,7 +43,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
         return icon(name);
       return {};
     case Qt::AccessibleTextRole:
-      return shown == nullptr ? QVariant() : accessibleText(row, *shown);
+      return shown == nullptr ? QString::number(index.row() + 1) : accessibleText(row, *shown);
     default:
       return {};
   }
@@ -52,7 +52,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 /// A screen reader reads cells one by one, so each says what it is; a row of a tree says where it
 /// stands and whether it is open.
 QString ListModel::accessibleText(std::size_t row, const Column& column) const {
-  const QString value = toQString(rows_.shown(row, column));
+  QString value = toQString(rows_.shown(row, column));
   if (column.id != 1)
     return toQString(rows_.format().caption(column)) + QStringLiteral(": ") + value;
   const RowLook look = rows_.look(row);

@@ -106,6 +106,16 @@ void ListPane::addToolBar(const std::function<QWidget*(int id, QToolBar*)>& plac
   }
 }
 
+/// Those that stand on no bar have their keys from here on too.
+void ListPane::setRowCommands(std::vector<int> ids) {
+  rowCommands_ = std::move(ids);
+  for (const int id : rowCommands_) {
+    if (id != 0 && !commands_->has(id)) commands_->addAction(id);
+  }
+  commands_->applyLook();
+  commands_->update();
+}
+
 /// The columns stand in front of the other commands of the menu.
 void ListPane::fillColumnMenu(QMenu& menu) {
   for (QAction* const action : menu.actions()) {
@@ -145,9 +155,6 @@ void ListPane::showContextMenu(const QPoint& at) {
     if (id == 0) {
       menu.addSeparator();
     } else {
-      if (!commands_->has(id)) commands_->addAction(id);
-      commands_->applyLook();
-      commands_->update();
       menu.addAction(commands_->action(id));
     }
   }

@@ -31,7 +31,7 @@ class ListPane : public QWidget {
   void setEmptyText(const QString& text);
 
   /// Commands for the context menu of a row, in this order; 0 is a line.
-  void setRowCommands(std::vector<int> ids) { rowCommands_ = std::move(ids); }
+  void setRowCommands(std::vector<int> ids);
 
   /// Takes up units, columns, fonts and names as the options are now.
   void applySettings();
@@ -52,6 +52,9 @@ class ListPane : public QWidget {
 
   /// Does a command of this pane as a click would; false: it is none of its own.
   bool execute(int id);
+
+  /// Width that the bar needs to show all its buttons.
+  int barWidth() const { return toolBar_ == nullptr ? 0 : toolBar_->sizeHint().width(); }
 
  Q_SIGNALS:
   void triggered(ViewId view, int id);

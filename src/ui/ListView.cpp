@@ -14,7 +14,9 @@ namespace {
 constexpr int kNameSection = 1;
 constexpr int kLeastColumnWidth = 28;
 constexpr int kMostFittedWidth = 640;
-constexpr int kCellMargin = 16;        // left and right of the text, together
+constexpr int kCellMargin = 16;  // left and right of the text, together
+constexpr int kSortSign = 32;    // beside a title
+constexpr int kLeastNameWidth = 180;
 constexpr int kRowPadding = 7;         // above and below it, together
 constexpr int kMeasuredRows = 20'000;  // as many as fitting to all rows looks at in one go
 
@@ -144,6 +146,7 @@ int ListView::widthForAllRows(int section) const {
   const ViewSettings settings = viewSettings(options_, view_);
   const bool all = settings.optimizeAll != nullptr && *settings.optimizeAll == 1;
   const int rows = model_.rowCount();
+  if (section == 0) return fontMetrics().horizontalAdvance(QString::number(rows)) + kCellMargin;
   const int first = all ? 0 : std::max(0, rowAt(0));
   const int onScreen = viewport()->height() / std::max(1, verticalHeader()->defaultSectionSize());
   const int last = all ? rows : std::min(rows, first + onScreen + 1);
@@ -151,13 +154,14 @@ int ListView::widthForAllRows(int section) const {
   const QFontMetrics metrics = fontMetrics();
   int width = horizontalHeader()->fontMetrics().horizontalAdvance(
                   model_.headerData(section, Qt::Horizontal, Qt::DisplayRole).toString()) +
-              kCellMargin + 14;  // the sign of the order
+              kCellMargin + kSortSign;
   for (int row = first; row < last; row += step) {
     const QModelIndex index = model_.index(row, section);
     int cell = metrics.horizontalAdvance(index.data(Qt::DisplayRole).toString()) + kCellMargin;
     if (section == kNameSection) cell += CellDelegate::leading(model_.rows(), std::size_t(row));
     width = std::max(width, cell);
   }
+  if (section == kNameSection) width = std::max(width, kLeastNameWidth);
   const Column* const column = model_.column(section);
   if (column != nullptr && column->kind == CellKind::Percent) width = std::max(width, 90);
   return std::min(width, kMostFittedWidth);

@@ -79,7 +79,12 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   connect(&scheme_, &DesktopScheme::changed, this, &MainWindow::ChangeTheme);
 }
 
-MainWindow::~MainWindow() { session_.log.setListener(nullptr); }
+/// The views go before the rows that they show.
+MainWindow::~MainWindow() {
+  session_.log.setListener(nullptr);
+  disconnect(qApp, nullptr, this, nullptr);
+  qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
+}
 
 ListPane* MainWindow::addPane(ViewId view, RowSource& rows) {
   auto* const pane = new ListPane(view, rows, session_.options, this);
@@ -118,8 +123,21 @@ void MainWindow::makePanes() {
       return filePath_;
     });
   }
+  setNames();
   setEmptyTexts();
   setRowCommands();
+}
+
+void MainWindow::setNames() {
+  const auto name = [this](ViewId view, const Text& title) {
+    pane(view).list().setAccessibleName(toQString(title));
+  };
+  name(ViewId::Folders, TL(2232, u"Ordnerliste"));
+  name(ViewId::Drives, DriveList::title());
+  name(ViewId::Files, FileList::title());
+  name(ViewId::Log, Log::title());
+  for (int list = 0; list < kLists; ++list)
+    name(ViewId(int(ViewId::LargestFiles) + list), listTitle(session_.options, ListId(list)));
 }
 
 void MainWindow::setEmptyTexts() {
@@ -159,14 +177,43 @@ QWidget* MainWindow::makeRightSide() {
   auto* const layout = new QVBoxLayout(right_);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  QToolBar* const bar = header_->makeToolBar({});
-  bar->setObjectName(QStringLiteral("header"));
-  layout->addWidget(bar);
+  headerBar_ = header_->makeToolBar({});
+  layout->addWidget(headerBar_);
+  right_->installEventFilter(this);
   stack_ = new QStackedWidget(right_);
   for (int view = int(ViewId::Drives); view < kViews; ++view)
     stack_->addWidget(&pane(ViewId(view)));
   layout->addWidget(stack_, 1);
   return right_;
+}
+
+/// The buttons that choose the list have picture and word as long as all of them fit, else the
+/// word, else the picture, and only the one that is pressed its word.
+void MainWindow::fitHeaderBar() {
+  QList<QToolButton*> buttons;
+  for (QToolButton* const button : headerBar_->findChildren<QToolButton*>()) {
+    if (button->defaultAction() != nullptr) buttons.append(button);
+  }
+  const auto fits = [&](Qt::ToolButtonStyle style) {
+    int width = 8;
+    for (QToolButton* const button : buttons) {
+      button->setToolButtonStyle(style);
+      width += button->sizeHint().width() + 2;
+    }
+    return width < right_->width();
+  };
+  if (session_.options.SymbolText == 1 &&
+      (fits(Qt::ToolButtonTextBesideIcon) || fits(Qt::ToolButtonTextOnly)))
+    return;
+  for (QToolButton* const button : buttons) {
+    const bool hasWord = session_.options.SymbolText == 1 && button->defaultAction()->isChecked();
+    button->setToolButtonStyle(hasWord ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
+  }
+}
+
+bool MainWindow::eventFilter(QObject* object, QEvent* event) {
+  if (object == right_ && event->type() == QEvent::Resize) fitHeaderBar();
+  return QMainWindow::eventFilter(object, event);
 }
 
 QWidget* MainWindow::placeOnMainBar(int id, QToolBar* bar) {
@@ -178,6 +225,7 @@ QWidget* MainWindow::placeOnMainBar(int id, QToolBar* bar) {
   SourceCombo_->setMinimumWidth(220);
   SourceCombo_->setMaxVisibleItems(24);
   SourceCombo_->setAccessibleName(toQString(TL(9497, u"Quelle")));
+  SourceCombo_->lineEdit()->setAccessibleName(SourceCombo_->accessibleName());
   SourceCombo_->setToolTip(
       toQString(TL(9498, u"Ordner, Laufwerk oder Netzwerkpfad, der eingelesen wird")));
   SourceCombo_->lineEdit()->setPlaceholderText(SourceCombo_->toolTip());
@@ -303,6 +351,7 @@ void MainWindow::storeSettings() {
   session_.options.ComboText = toText(SourceCombo_->currentText());
   Optionen_Speichern(session_.options, settings_);
   std::vector<Text> sources;
+  sources.reserve(std::size_t(SourceCombo_->count()));
   for (int i = 0; i < SourceCombo_->count(); ++i)
     sources.push_back(toText(SourceCombo_->itemText(i)));
   Optionen_Speichern_SaveAllComboFolders(sources, settings_);
@@ -317,7 +366,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  storeSettings();
+  if (storesSettings_) storeSettings();
   event->accept();
 }
 

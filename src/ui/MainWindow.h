@@ -46,6 +46,10 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   QComboBox& SourceCombo() { return *SourceCombo_; }
   bool isScanning() const { return session_.context.ScanBusy; }
 
+  /// With false nothing is stored at the end: the settings are faulty, and the user wants to mend
+  /// them.
+  void setStoresSettings(bool stores) { storesSettings_ = stores; }
+
   /// Whether the program is to start again when the window has closed.
   bool wantsRestart() const { return wantsRestart_; }
 
@@ -55,6 +59,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   void dropEvent(QDropEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   // UserInterface
@@ -73,9 +78,11 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   // Set-up
   void makePanes();
   ListPane* addPane(ViewId view, RowSource& rows);
+  void setNames();
   void setEmptyTexts();
   void setRowCommands();
   QWidget* makeRightSide();
+  void fitHeaderBar();
   QWidget* placeOnMainBar(int id, QToolBar* bar);
   void makeMenuBar();
   void makeStatusBar();
@@ -156,6 +163,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   QSplitter* splMain_ = nullptr;
   QStackedWidget* stack_ = nullptr;
   QWidget* right_ = nullptr;
+  QToolBar* headerBar_ = nullptr;
   QLabel* statusLeft_ = nullptr;
   QLabel* statusRight_ = nullptr;
   std::array<ListPane*, kViews> panes_ = {};
@@ -163,6 +171,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   bool isLeftVisible_ = true;
   bool isRightVisible_ = true;
   bool wantsRestart_ = false;
+  bool storesSettings_ = true;
   bool wasShown_ = false;
   bool stopsReading_ = false;  // Escape while files are read
   std::uint64_t lastYield_ = 0;

@@ -260,9 +260,14 @@ void MainWindow::Change_Info_Visibility() {
     commands_->action(id)->setChecked(isChosen);
   }
   if (isTopList(view)) {
+    CommandSet& commands = pane(view).commands();
     for (std::size_t top = 0; top < std::size_t(kTopLists); ++top)
-      pane(view).commands().action(420 + int(top))->setChecked(top == topIndex(view));
+      commands.action(420 + int(top))->setChecked(top == topIndex(view));
+    // The menus of the lists' settings are called as the lists are.
+    const Command& list = *findCommand(1041 + int(topIndex(view)));
+    commands.action(398)->setText(toQString(commandCaption(list, session_.options)));
   }
+  fitHeaderBar();
   StatusbarSetTextRightAUTO();
 }
 
@@ -306,6 +311,7 @@ void MainWindow::applyLook() {
   applyFont();
   commands_->applyLook();
   header_->applyLook();
+  fitHeaderBar();
   for (ListPane* const pane : panes_)
     pane->commands().applyLook();
 }
@@ -421,9 +427,10 @@ void MainWindow::Report_Resize_Width() {
       !isLeftVisible_ || folderRows_->count() == 0)
     return;
   const int all = splMain_->width();
-  const int least = 260;
-  const int left =
-      std::clamp(pane(ViewId::Folders).list().fullWidth(), least, std::max(least, all * 2 / 3));
+  ListPane& folders = pane(ViewId::Folders);
+  const int least = std::min(folders.barWidth() + 8, all / 2);
+  const int most = std::max(least, all * 2 / 3);
+  const int left = std::clamp(folders.list().fullWidth(), least, most);
   splMain_->setSizes({left, std::max(1, all - left - splMain_->handleWidth())});
 }
 

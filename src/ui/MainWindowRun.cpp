@@ -111,17 +111,12 @@ void MainWindow::Ordnerliste_Abarbeiten() {
 void MainWindow::setBusy(bool busy) {
   for (ListPane* const pane : panes_) {
     pane->list().setEnabled(!busy);
-    for (QToolBar* const bar : pane->findChildren<QToolBar*>())
-      bar->setEnabled(!busy);
+    pane->commands().setBusy(busy);
   }
-  for (const BarItem& item : barItems(Bar::Main)) {
-    if (!commands_->has(item.id) || *findCommand(item.id)->waitsFor != '\0') continue;
-    commands_->action(item.id)->setEnabled(item.id == 463 || (item.id == 464) == busy);
-  }
+  commands_->setBusy(busy, {463, 464});
+  commands_->action(464)->setEnabled(busy);
+  header_->setBusy(busy);
   SourceCombo_->setEnabled(!busy);
-  header_->action(400)->setEnabled(true);
-  for (const BarItem& item : barItems(Bar::Header))
-    header_->action(item.id)->setEnabled(!busy);
   progress_->setVisible(busy);
 }
 

@@ -51,6 +51,12 @@ DriveRows::DriveRows(DriveList& drives, Options& options)
     : GridRows(drives.grid(), options, sizesOf(options, ViewId::Drives)), drives_(drives) {}
 
 RowLook DriveRows::look(std::size_t row) const {
+  const auto [entry, isNew] = icons_.try_emplace(textOf(row, u"drive"));
+  if (isNew) entry->second = iconOf(row);
+  return {.isError = drives_.hasError(row), .icon = entry->second};
+}
+
+const char* DriveRows::iconOf(std::size_t row) const {
   int kind = 0;
   xGetDriveTypeString(drives_.folderOf(row), kind);
   const char* icon = "drive-local";
@@ -59,7 +65,7 @@ RowLook DriveRows::look(std::size_t row) const {
   if (kind == platform::kDriveCdRom) icon = "drive-optical";
   if (kind == platform::kDriveRamDisk) icon = "drive-ram";
   if (isNetworkPath(textOf(row, u"drive"))) icon = "drive-network";
-  return {.isError = drives_.hasError(row), .icon = icon};
+  return icon;
 }
 
 Text DriveRows::toolTip(std::size_t row, const Column& column) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -50,7 +51,10 @@ class DriveRows : public GridRows {
   Text path(std::size_t row) const override { return drives_.folderOf(row); }
 
  private:
+  const char* iconOf(std::size_t row) const;
+
   DriveList& drives_;
+  mutable std::map<Text, const char*> icons_;  // by drive; the table of mounts is asked once
 };
 
 /// The lines of the log, which a view wants one by one as they come.

@@ -16,6 +16,7 @@ Text RowSource::shown(std::size_t row, const Column& column) const {
 }
 
 Text RowSource::toolTip(std::size_t row, const Column& column) const {
+  if (!cells().hasValue(cellRow(row), column)) return {};
   switch (column.kind) {
     case CellKind::Size:
       return FormatToolTipText_Size(cells().number(cellRow(row), column));

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QMessageBox>
 #include <QTimer>
 #include <QTranslator>
 
@@ -23,6 +24,20 @@ std::vector<Text> argumentsOf(int argc, char** argv) {
   for (int i = 1; i < argc; ++i)
     arguments.push_back(fromBytes(argv[i]));
   return arguments;
+}
+
+/// What could not be read has its default now, and would be lost at the end.
+bool askToStore(const StartUp& startUp, QWidget* window) {
+  Text trace = startUp.DataPath();
+  appendName(trace, u"debug.log");
+  const Text question = TL(
+      9573,
+      u"Eine Einstellung ist fehlerhaft; sie und die dahinter gelten nicht. Welche es ist, steht "
+      u"in '%1'. Sollen die Einstellungen beim Beenden trotzdem gespeichert werden?",
+      {trace});
+  return QMessageBox::question(window, QStringLiteral("Ombrelian"), toQString(question),
+                               QMessageBox::Yes | QMessageBox::No,
+                               QMessageBox::No) == QMessageBox::Yes;
 }
 
 /// The first program of the two stands beside this one, and starts the window again.
@@ -65,6 +80,7 @@ int runWindow(int argc, char** argv) {
     session.log.setFile(startUp.logFile());
     MainWindow window(session, startUp.settings());
     window.show();
+    if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
     QTimer::singleShot(0, &window, [&] { window.scan(line.sources); });
     status = QApplication::exec();
     wantsRestart = window.wantsRestart();

@@ -15,7 +15,6 @@ namespace ombrelian {
 namespace {
 
 using namespace ombrelian::testing;
-using platform::DiskSpace;
 using platform::DriveAnswer;
 
 constexpr std::int64_t kGB = std::int64_t(1) << 30;

@@ -140,6 +140,10 @@ TEST_F(FileListTest, TheOrderOfTheRowsOutlivesARead) {
   folder.file("c", 3);
   list.List_Files_Refresh();
   EXPECT_EQ(names(), (std::vector<Text>{u"a", u"b", u"c"}));
+  list.clear();
+  EXPECT_EQ(list.grid().rowCount(), 0U);
+  show();
+  EXPECT_EQ(names(), (std::vector<Text>{u"a", u"b", u"c"}));
 }
 
 TEST_F(FileListTest, TheFilterHoldsOnlyWhereItIsOn) {
@@ -234,8 +238,9 @@ TEST_F(FileListTest, OwnersAreReadWhereTheyAreShownOrAskedFor) {
 }
 
 TEST_F(FileListTest, TheStatusTellsSumsInTheUnitsOfTheList) {
-  folder.file("a", 1024 * 1024);
-  folder.file("b", 3 * 1024 * 1024);
+  constexpr std::int64_t kMB = std::int64_t(1) << 20;
+  folder.file("a", kMB);
+  folder.file("b", 3 * kMB);
   show();
   EXPECT_EQ(list.List_Files_ShowFileStat(), u"2 Datei(en) mit insgesamt 4.00 MB");
   EXPECT_EQ(list.List_Files_ShowFileStat(Rows{0}),

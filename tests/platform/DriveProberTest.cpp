@@ -122,6 +122,7 @@ TEST_F(DriveProberTest, AHungDriveCostsTheLimitOnceAndTheOthersNothing) {
 TEST_F(DriveProberTest, ThreadsDoNotPileUp) {
   for (int round = 0; round < 3; ++round) {
     std::vector<std::string> roots;
+    roots.reserve(50);
     for (int i = 0; i < 50; ++i)
       roots.push_back("/hung" + std::to_string(round) + "-" + std::to_string(i));
     prober.ask(roots, 50ms);

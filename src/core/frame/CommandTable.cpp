@@ -413,7 +413,7 @@ constexpr Command kCommands[] = {
      {9499, u"Die Zeilen des Protokolls löschen; die Datei bleibt"},
      "clear"},
     {509, CommandKind::Toggle, {9188, u"Spaltenbreite von allen Zeilen optimieren"}},
-    {1001, CommandKind::Button, {9510, u"Öffnen"}, {0, {}}, "open", "Return"},
+    {1001, CommandKind::Button, {9510, u"Öffnen"}, {0, {}}, "open"},
     {1002,
      CommandKind::Button,
      {9511, u"Im Dateimanager zeigen"},
@@ -456,6 +456,13 @@ constexpr Command kCommands[] = {
     {1037, CommandKind::Choice, {9278, u"Design %1"}},
     {1038, CommandKind::Choice, {9278, u"Design %1"}},
     {1039, CommandKind::Choice, {9278, u"Design %1"}},
+    {1041, CommandKind::Popup, {9566, u"Größte Dateien"}, {0, {}}, "largest-files"},
+    {1042, CommandKind::Popup, {9567, u"Kleinste Dateien"}, {0, {}}, "smallest-files"},
+    {1043, CommandKind::Popup, {9568, u"Neuste Dateien"}, {0, {}}, "newest-files"},
+    {1044, CommandKind::Popup, {9569, u"Älteste Dateien"}, {0, {}}, "oldest-files"},
+    {1045, CommandKind::Popup, {9570, u"Größte Ordner"}, {0, {}}, "largest-folders"},
+    {1046, CommandKind::Popup, {9571, u"Kleinste Ordner"}, {0, {}}, "smallest-folders"},
+    {1047, CommandKind::Popup, {9572, u"Dateiendungen"}, {0, {}}, "extensions"},
     {1101, CommandKind::Edit, {9034, u"Anzahl der Einträge:"}},
     {1102, CommandKind::Edit, {9034, u"Anzahl der Einträge:"}},
     {1103, CommandKind::Edit, {9034, u"Anzahl der Einträge:"}},
@@ -483,7 +490,7 @@ constexpr struct {
     {309, {9150, u"Bei allen Listen die Nachkommastellen anzeigen"}},
 };
 
-Text inCell(Text text) { return replaceAll(text, u"|", u"\\|"); }
+Text inCell(const Text& text) { return replaceAll(text, u"|", u"\\|"); }
 
 Text barsOf(int id) {
   Text names;

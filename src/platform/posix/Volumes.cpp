@@ -143,9 +143,9 @@ std::vector<Text> GetLogicalDriveStringsW() {
   constexpr std::chrono::milliseconds kLimit(300);
   std::vector<Mount> mounts = readMounts();
   std::erase_if(mounts, [](const Mount& mount) { return !canBeDrive(mount); });
-  std::vector<std::string> points;
-  for (const Mount& mount : mounts)
-    points.push_back(mount.mountPoint);
+  std::vector<std::string> points(mounts.size());
+  std::transform(mounts.begin(), mounts.end(), points.begin(),
+                 [](const Mount& mount) { return mount.mountPoint; });
   const std::vector<DriveReport> told = drives().ask(points, kLimit);
   std::vector<Text> roots;
   for (std::size_t i = 0; i < mounts.size(); ++i) {
@@ -157,9 +157,8 @@ std::vector<Text> GetLogicalDriveStringsW() {
 }
 
 std::vector<DriveAnswer> ProbeDrives(const std::vector<Text>& roots, unsigned milliseconds) {
-  std::vector<std::string> points;
-  for (const Text& root : roots)
-    points.push_back(normalRoot(root));
+  std::vector<std::string> points(roots.size());
+  std::transform(roots.begin(), roots.end(), points.begin(), normalRoot);
   const std::vector<DriveReport> told =
       drives().ask(points, std::chrono::milliseconds(milliseconds));
   return {told.begin(), told.end()};

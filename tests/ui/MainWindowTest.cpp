@@ -1,0 +1,332 @@
+// The real window over real folders, driven as a user does it.
+
+#include "ui/MainWindow.h"
+
+#include <gtest/gtest.h>
+#include <fstream>
+
+#include <QAbstractButton>
+#include <QAbstractItemModelTester>
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include "core/frame/StartUp.h"
+#include "tests/testing/TestFolder.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+namespace {
+
+using testing::TestFolder;
+
+/// One start of the program with its settings.
+struct Program {
+  explicit Program(const TestFolder& data) {
+    qputenv("XDG_CONFIG_HOME", data.path().c_str());
+    startUp = std::make_unique<StartUp>(CommandLine(), Text(), 7);
+    session.loadOptions(startUp->settings());
+    window = std::make_unique<MainWindow>(session, startUp->settings());
+    window->resize(1280, 800);
+    window->show();
+    for (int view = 0; view < kViews; ++view) {
+      testers.push_back(std::make_unique<QAbstractItemModelTester>(
+          &window->pane(ViewId(view)).model(),
+          QAbstractItemModelTester::FailureReportingMode::Fatal));
+    }
+  }
+  ~Program() {
+    window->close();
+    testers.clear();
+  }
+
+  QString cell(ViewId view, int row, int section) {
+    return window->pane(view).model().index(row, section).data().toString();
+  }
+
+  QStringList column(ViewId view, int section = 1) {
+    QStringList cells;
+    for (int row = 0; row < window->pane(view).model().rowCount(); ++row)
+      cells.append(cell(view, row, section));
+    return cells;
+  }
+
+  std::unique_ptr<StartUp> startUp;
+  Session session;
+  std::unique_ptr<MainWindow> window;
+  std::vector<std::unique_ptr<QAbstractItemModelTester>> testers;
+};
+
+/// Answers the next message box with a button, and keeps what it said.
+class Answer {
+ public:
+  explicit Answer(QMessageBox::StandardButton button) {
+    QObject::connect(&timer_, &QTimer::timeout, [this, button] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return;
+      text = box->text();
+      box->button(button)->click();
+    });
+    timer_.start(10);
+  }
+
+  QString text;
+
+ private:
+  QTimer timer_;
+};
+
+class MainWindowTest : public ::testing::Test {
+ protected:
+  MainWindowTest() {
+    tree_.file("big/a.bin", 3000);
+    tree_.file("big/b.txt", 200);
+    tree_.file("small/deep/c.txt", 10);
+    tree_.file("small/deep/needle.txt", 5);
+    tree_.file("top.txt", 100);
+    tree_.hardlink("big/b2.txt", "big/b.txt");
+    tree_.symlink("link", "big");
+  }
+
+  static void allLists(Options& options) {
+    for (std::uint8_t* const flag :
+         {&options.CreateList100LargestFiles, &options.CreateList100SmallestFiles,
+          &options.CreateList100NewestFiles, &options.CreateList100OldestFiles,
+          &options.CreateList100LargestFolders, &options.CreateList100SmallestFolders,
+          &options.CreateListHardlink, &options.CreateListJunction, &options.CreateListOwner,
+          &options.CreateListExt})
+      *flag = 1;
+  }
+
+  const TestFolder data_;
+  const TestFolder tree_;
+};
+
+TEST_F(MainWindowTest, AScanFillsTreeAndLists) {
+  Program run(data_);
+  allLists(run.session.options);
+  run.window->SourceCombo().setEditText(QString::fromStdString(tree_.path()));
+  EXPECT_TRUE(run.window->execute(std::nullopt, 463));
+  EXPECT_FALSE(run.window->isScanning());
+  EXPECT_EQ(
+      run.column(ViewId::Folders),
+      (QStringList{QString::fromStdString(tree_.path()), QStringLiteral("big"),
+                   QStringLiteral("Dateien"), QStringLiteral("small"), QStringLiteral("link")}));
+  EXPECT_EQ(run.column(ViewId::LargestFiles)[0], QStringLiteral("a.bin"));
+  EXPECT_EQ(run.column(ViewId::Hardlinks).size(), 2);
+  EXPECT_EQ(run.column(ViewId::Junctions).size(), 1);
+  EXPECT_EQ(run.column(ViewId::Extensions).size(), 2);
+  EXPECT_FALSE(run.column(ViewId::Log).isEmpty());
+  // A second run of several sources leaves the lists and adds to the tree.
+  run.window->scan({tree_.text("big"), tree_.text("small")});
+  EXPECT_EQ(run.session.tree.nodeCount() > 8, true);
+  EXPECT_EQ(run.column(ViewId::Hardlinks).size(), 2);
+  run.window->execute(ViewId::Folders, 394);
+  EXPECT_TRUE(run.column(ViewId::Folders).isEmpty());
+}
+
+TEST_F(MainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
+  Program run(data_);
+  run.window->scan({tree_.text()});
+  ListPane& pane = run.window->pane(ViewId::Folders);
+  run.window->execute(ViewId::Folders, 396);
+  EXPECT_EQ(run.column(ViewId::Folders).size(), 6);
+  pane.list().goTo(1);
+  const RowSource::Id big = pane.rows().id(1);
+  for (int section = 1; section < pane.model().columnCount(); ++section) {
+    pane.list().sortByColumn(section);
+    EXPECT_EQ(pane.rows().id(pane.list().currentRow()), big) << section;
+  }
+  run.window->execute(ViewId::Folders, 397);
+  EXPECT_EQ(run.column(ViewId::Folders).size(), 1);
+  // What is closed is found all the same, round the end, both ways.
+  run.window->execute(ViewId::Folders, 355);
+  auto* const box = pane.findChild<QLineEdit*>();
+  QTest::keyClicks(box, QStringLiteral("dee"));
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return}) {
+    QTest::keyClick(box, key);
+    EXPECT_EQ(run.cell(ViewId::Folders, int(pane.list().currentRow()), 1), QStringLiteral("deep"));
+  }
+  box->setText(QStringLiteral("nowhere"));
+  QTest::keyClick(box, Qt::Key_Return);
+  const QList<QLabel*> labels = pane.findChildren<QLabel*>();
+  EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+    return label->text() == QStringLiteral("Nichts gefunden");
+  }));
+  QTest::keyClick(box, Qt::Key_Escape);
+  EXPECT_FALSE(box->isVisible());
+}
+
+TEST_F(MainWindowTest, KeysWalkThroughTheTree) {
+  Program run(data_);
+  run.window->scan({tree_.text()});
+  ListView& list = run.window->pane(ViewId::Folders).list();
+  list.goTo(3);
+  EXPECT_EQ(run.cell(ViewId::Folders, 3, 1), QStringLiteral("small"));
+  QTest::keyClick(&list, Qt::Key_Right);
+  EXPECT_EQ(list.model()->rowCount(), 6);
+  QTest::keyClick(&list, Qt::Key_Right);
+  EXPECT_EQ(list.currentRow(), 4U);
+  QTest::keyClick(&list, Qt::Key_Left);
+  QTest::keyClick(&list, Qt::Key_Left);
+  EXPECT_EQ(list.model()->rowCount(), 5);
+  QTest::keyClick(&list, Qt::Key_Left);
+  EXPECT_EQ(list.currentRow(), 0U);
+}
+
+TEST_F(MainWindowTest, EnterOpensAndClosesFoldersAndF2EditsTheName) {
+  Program run(data_);
+  run.window->scan({tree_.text()});
+  ListView& list = run.window->pane(ViewId::Folders).list();
+  list.goTo(3);
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_EQ(list.model()->rowCount(), 6);
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_EQ(list.model()->rowCount(), 5);
+  QTest::keyClick(&list, Qt::Key_F2);
+  auto* const field = list.viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(field, nullptr);
+  EXPECT_EQ(field->text(), QStringLiteral("small"));
+  QTest::keyClick(field, Qt::Key_Escape);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  list.goTo(0);  // a source keeps its name
+  QTest::keyClick(&list, Qt::Key_F2);
+  EXPECT_EQ(list.viewport()->findChild<QLineEdit*>(), nullptr);
+}
+
+TEST_F(MainWindowTest, RenamingMovesOnTheDiskAndAsksBeforeItReplaces) {
+  Program run(data_);
+  run.session.options.FilelistVisible = 1;
+  run.window->scan({tree_.text()});
+  run.window->execute(std::nullopt, 401);
+  run.window->pane(ViewId::Folders).list().goTo(1);
+  ListModel& files = run.window->pane(ViewId::Files).model();
+  const auto rename = [&](const char* from, const char* to) {
+    const int row = int(run.column(ViewId::Files).indexOf(QString::fromUtf8(from)));
+    return row >= 0 && files.setData(files.index(row, 1), QString::fromUtf8(to), Qt::EditRole);
+  };
+  EXPECT_TRUE(rename("a.bin", "new\nname"));
+  EXPECT_TRUE(std::ifstream(tree_.path("big/new\nname")).good());
+  {
+    Answer no(QMessageBox::No);
+    EXPECT_FALSE(rename("b.txt", "new\nname"));
+    EXPECT_TRUE(no.text.contains(QStringLiteral("new\nname")));
+  }
+  {
+    Answer fault(QMessageBox::Ok);
+    EXPECT_FALSE(rename("b.txt", "no/folder/x"));
+    EXPECT_FALSE(fault.text.isEmpty());
+  }
+  ListModel& folders = run.window->pane(ViewId::Folders).model();
+  EXPECT_TRUE(folders.setData(folders.index(1, 1), QStringLiteral("renamed"), Qt::EditRole));
+  EXPECT_TRUE(std::ifstream(tree_.path("renamed/b.txt")).good());
+  EXPECT_EQ(run.session.tree[run.session.tree.firstRoot()].name(), tree_.text());
+}
+
+TEST_F(MainWindowTest, ARestartFindsColumnsPanesAndSourcesAsTheyWere) {
+  {
+    Program run(data_);
+    run.window->scan({tree_.text()});
+    ListView& list = run.window->pane(ViewId::Folders).list();
+    for (const int section : {0, 5, 8})
+      list.setColumnVisible(section, true);
+    list.setColumnVisible(2, false);
+    list.setColumnVisible(1, false);  // the name stays
+    list.horizontalHeader()->moveSection(list.horizontalHeader()->visualIndex(8), 2);
+    list.horizontalHeader()->moveSection(list.horizontalHeader()->visualIndex(5), 1);  // refused
+    run.window->execute(std::nullopt, 402);
+    run.window->execute(ViewId::LargestFiles, 423);
+    run.window->execute(ViewId::OldestFiles, 303);
+    run.window->execute(ViewId::OldestFiles, 305);
+    run.window->execute(std::nullopt, 374);
+    run.window->setGeometry(40, 50, 1000, 600);
+  }
+  Program run(data_);
+  ListView& list = run.window->pane(ViewId::Folders).list();
+  EXPECT_TRUE(list.isColumnVisible(0));
+  EXPECT_TRUE(list.isColumnVisible(1));
+  EXPECT_FALSE(list.isColumnVisible(2));
+  EXPECT_TRUE(list.isColumnVisible(8));
+  EXPECT_EQ(list.horizontalHeader()->visualIndex(1), 1);
+  EXPECT_EQ(list.horizontalHeader()->visualIndex(8), 2);
+  EXPECT_EQ(run.window->rightView(), ViewId::OldestFiles);
+  EXPECT_EQ(run.session.options.FileSizeFormatTop[3], 2);
+  EXPECT_EQ(run.session.options.SizeFormatShowSizeTextTop[3], 1);
+  EXPECT_EQ(run.session.options.GridLineStyle, 0);
+  EXPECT_EQ(run.window->SourceCombo().currentText(), QString::fromStdString(tree_.path()));
+}
+
+TEST_F(MainWindowTest, CopyingTakesTheSelectedRowsWithTheColumnsOnShow) {
+  Program run(data_);
+  run.window->scan({tree_.text()});
+  ListPane& pane = run.window->pane(ViewId::Folders);
+  pane.list().goTo(1);
+  run.window->execute(ViewId::Folders, 504);
+  const QMimeData* const copied = QGuiApplication::clipboard()->mimeData();
+  EXPECT_EQ(copied->text(), run.cell(ViewId::Folders, 1, 1) + u'\t' +
+                                run.cell(ViewId::Folders, 1, 2) + QStringLiteral("\r\n"));
+  EXPECT_TRUE(copied->data(QStringLiteral("text/rtf")).startsWith("{\\rtf1 "));
+  run.window->execute(ViewId::Folders, 1005);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(tree_.path("big")));
+}
+
+TEST_F(MainWindowTest, InputIsServedWhileAScanRuns) {
+  const TestFolder many(TestFolder::Place::Memory);
+  for (int i = 0; i < 20'000; ++i)
+    many.file("f" + std::to_string(i % 500) + "/" + std::to_string(i));
+  Program run(data_);
+  int turns = 0;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] {
+    if (!run.window->isScanning() || ++turns != 1) return;
+    // Nothing but stopping is possible now; closing stops.
+    EXPECT_FALSE(run.window->execute(ViewId::Folders, 396));
+    EXPECT_FALSE(run.window->close());
+  });
+  timer.start(0);
+  run.window->scan({many.text()});
+  EXPECT_GT(turns, 0);
+  EXPECT_FALSE(run.window->isScanning());
+  const QStringList log = run.column(ViewId::Log, 2);
+  EXPECT_TRUE(log.contains(QStringLiteral("Der Vorgang wurde vom Anwender abgebrochen!")));
+  EXPECT_TRUE(run.window->execute(ViewId::Folders, 396));
+}
+
+TEST_F(MainWindowTest, EveryCommandOfEveryBarIsThereAndTellsWhatItIs) {
+  Program run(data_);
+  for (int view = -1; view < kViews; ++view) {
+    const Bar bar = view < 0 ? Bar::Main : barOf(ViewId(view));
+    CommandSet& set = view < 0 ? run.window->commands() : run.window->pane(ViewId(view)).commands();
+    for (const BarItem& item : barItems(bar)) {
+      const Command& command = *findCommand(item.id);
+      if (command.kind == CommandKind::Edit) continue;
+      ASSERT_TRUE(set.has(item.id)) << item.id;
+      EXPECT_FALSE(set.action(item.id)->text().isEmpty()) << item.id;
+      EXPECT_FALSE(set.action(item.id)->toolTip().isEmpty()) << item.id;
+      const bool waits = *command.waitsFor != '\0';
+      EXPECT_TRUE(!waits || !set.action(item.id)->isEnabled()) << item.id;
+    }
+  }
+}
+
+TEST_F(MainWindowTest, EveryButtonAndFieldHasAName) {
+  Program run(data_);
+  for (const QWidget* const widget : run.window->findChildren<QWidget*>()) {
+    if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) continue;
+    if (qobject_cast<const QSplitter*>(widget) != nullptr) continue;
+    const QAccessibleInterface* const told =
+        QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+    ASSERT_NE(told, nullptr);
+    EXPECT_FALSE(told->text(QAccessible::Name).isEmpty()) << widget->metaObject()->className();
+  }
+}
+
+}  // namespace
+}  // namespace ombrelian::ui
