@@ -1,6 +1,7 @@
 #include "ui/SaveDialog.h"
 
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -41,11 +42,14 @@ int entry(std::int32_t number, const QComboBox& box, int standard) {
   return number >= 0 && number < box.count() ? number : standard;
 }
 
-/// The folder where the last report went, if one can go there again.
+/// The folder where the last report went, if one can go there again; else the user's own.
 QString startFolder(const Text& last) {
-  const QFileInfo folder(toQString(last));
-  if (folder.isDir() && folder.isWritable()) return folder.filePath();
-  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  for (const QString& path :
+       {toQString(last), QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}) {
+    const QFileInfo folder(path);
+    if (folder.isDir() && folder.isWritable()) return path;
+  }
+  return QDir::homePath();
 }
 
 QString askDesktopForFile(QWidget* parent, const FileQuestion& question) {

@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QDesktopServices>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QProcess>
 #include <QRadioButton>
@@ -429,6 +430,32 @@ TEST_F(SaveDialogTest, TheQuestionForAFileBeginsWhereTheLastReportWent) {
   EXPECT_EQ(asked.filter, QStringLiteral("XLSX (*.xlsx)"));
   EXPECT_EQ(asked.extension, QStringLiteral("xlsx"));
   EXPECT_TRUE(dialog.isVisible()) << "no file was chosen";
+}
+
+TEST_F(SaveDialogTest, TheDesktopsDialogAddsTheEndingAndAsksBeforeItReplaces) {
+  tree.addRoot(u"/tree");
+  options.FolderReport = {out.text(), {}};
+  storeSettings(SettingOwner::SaveDialog, options, settings);
+  out.file("named.xml");
+  SaveDialog dialog(folderSaveChoices(options), false, saveFolders(), settings);
+  dialog.show();
+  choose(dialog, ReportFormat::XML);
+  const auto type = [](const char* name) {
+    auto* const files = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(files, nullptr);
+    files->selectFile(QString::fromLatin1(name));
+    QMetaObject::invokeMethod(files, "accept");
+  };
+  NextMessage question;
+  QTimer::singleShot(0, &dialog, [&] {
+    type("named");
+    EXPECT_TRUE(question.text.contains(QStringLiteral("named.xml")));
+    type("other");
+  });
+  press(dialog, "OKButton");
+  EXPECT_EQ(dialog.target(), out.text("other.xml"));
+  EXPECT_TRUE(testing::readFile(out.path("named.xml")).empty()) << "it was not to be replaced";
+  EXPECT_TRUE(contents(toQString(dialog.target())).contains(QStringLiteral("<list>")));
 }
 
 /// What every reader of the format asks for.
