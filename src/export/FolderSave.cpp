@@ -8,6 +8,16 @@ namespace ombrelian {
 
 Failure FolderSave::SAVE(const Text& FileName, std::int32_t Levels, std::int32_t Delimiter,
                          TextView CustomDelimiter) {
+  return write(formatOfFileName(FileName), FileName, levelLimit(Levels),
+               delimiter(Delimiter, CustomDelimiter));
+}
+
+Failure FolderSave::saveAs(ReportFormat format, const Text& FileName) {
+  return write(format, FileName, levelLimit(kKeepLevels), delimiter(kKeepDelimiter, {}));
+}
+
+Failure FolderSave::write(ReportFormat format, const Text& FileName, const LevelLimit& levels,
+                          const Text& delimiter) {
   Failure failure = Error{std::int32_t(platform::kGeneralFailure), u"SAVE", u""};
   Guarded(u"frmSave", u"SAVE",
           [&] {
@@ -18,10 +28,9 @@ Failure FolderSave::SAVE(const Text& FileName, std::int32_t Levels, std::int32_t
             // Without a selected row there is nothing to choose, and all sources are saved.
             const bool single = options_.FolderOpt == 1 && report_.selected() != kNoNode;
             const NodeIndex start = single ? report_.selected() : report_.tree().firstRoot();
-            failure = saveReport(formatOfFileName(FileName), FileName, list(),
-                                 {delimiter(Delimiter, CustomDelimiter), options_.ShowIndent == 1,
-                                  options_.DividingLine == 1},
-                                 FolderRows(report_, levelLimit(Levels), start, single), ui_);
+            failure = saveReport(format, FileName, list(),
+                                 {delimiter, options_.ShowIndent == 1, options_.DividingLine == 1},
+                                 FolderRows(report_, levels, start, single), ui_);
           },
           {FileName});
   return failure;

@@ -24,7 +24,13 @@ class FolderSave {
   Failure SAVE(const Text& FileName, std::int32_t Levels, std::int32_t Delimiter,
                TextView CustomDelimiter);
 
+  /// The same in a format that was chosen, whatever the name ends in, with levels and delimiter as
+  /// the save settings have them.
+  Failure saveAs(ReportFormat format, const Text& FileName);
+
  private:
+  Failure write(ReportFormat format, const Text& FileName, const LevelLimit& levels,
+                const Text& delimiter);
   LevelLimit levelLimit(std::int32_t levels) const;
   Text delimiter(std::int32_t choice, TextView custom) const;
   ReportList list() const;

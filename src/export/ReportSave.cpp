@@ -40,12 +40,26 @@ class Progress {
     return !ui_.saveCancelled();
   }
 
+  /// The same for a row that is only measured, which is no progress to tell.
+  bool goesOnMeasuring() {
+    if (measured_++ % kRowsBetweenClocks == 0 && ui_.GetInputState()) ui_.yield();
+    return !ui_.saveCancelled();
+  }
+
+  /// All rows are on their way. What follows cannot be ended and takes some formats a while, so
+  /// that a save that told of its rows tells of this too.
+  void rowsAreDone() {
+    if (isTold_) ui_.saveProgress(rows_, rows_);
+    ui_.yield();
+  }
+
  private:
   void look() {
     const std::uint64_t now = platform::GetTickCount();
     if (now > lastTick_ + kProgressIntervalMs) {
       ui_.saveProgress(row_, rows_);
       ui_.yield();
+      isTold_ = true;
       lastTick_ = now;
     } else if (ui_.GetInputState()) {
       ui_.yield();
@@ -55,23 +69,25 @@ class Progress {
   UserInterface& ui_;
   const std::uint64_t rows_;
   std::uint64_t row_ = 0;
+  std::uint64_t measured_ = 0;
   std::uint64_t lastTick_;
+  bool isTold_ = false;
 };
 
 class MeasuringSink : public ReportSink {
  public:
-  MeasuringSink(ReportWriter& writer, UserInterface& ui) : writer_(writer), ui_(ui) {}
+  MeasuringSink(ReportWriter& writer, Progress& progress) : writer_(writer), progress_(progress) {}
 
-  bool beginSource(const ReportSource&) override { return !ui_.saveCancelled(); }
+  bool beginSource(const ReportSource&) override { return progress_.goesOnMeasuring(); }
   bool row(const ReportRow& row) override {
     writer_.measure(row);
-    return !ui_.saveCancelled();
+    return progress_.goesOnMeasuring();
   }
   void endSource() override {}
 
  private:
   ReportWriter& writer_;
-  UserInterface& ui_;
+  Progress& progress_;
 };
 
 class WritingSink : public ReportSink {
@@ -137,16 +153,19 @@ Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
                    const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui) {
   const std::unique_ptr<ReportWriter> writer = makeReportWriter(format, list, settings);
   if (Failure failure = writer->open(target)) return failure;
+  Progress progress(ui, feed.rowCount());
   if (writer->wantsWidths()) {
-    MeasuringSink sink(*writer, ui);
+    MeasuringSink sink(*writer, progress);
     feed.feed(sink);
   }
-  Progress progress(ui, feed.rowCount());
   WritingSink sink(*writer, progress);
   writer->beginDocument();
   feed.feed(sink);
   writer->endDocument();
-  return writer->commit();
+  progress.rowsAreDone();
+  return writer->commit([&ui] {
+    if (ui.GetInputState()) ui.yield();
+  });
 }
 
 Text delimiterText(std::int32_t choice, TextView chars) {

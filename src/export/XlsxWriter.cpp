@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "export/WorkbookCheck.h"
+#include "platform/WorkAside.h"
 #include "support/Surrogates.h"
 #include "support/Translate.h"
 
@@ -192,14 +193,15 @@ void XlsxWriter::failUnwritten(TextView reason) {
   }
 }
 
-Failure XlsxWriter::commit() {
-  if (!failure_) closeWorkbook();
-  if (!failure_ && !isWholeWorkbook(file_.libraryPath(), cellCount_)) failUnwritten({});
+Failure XlsxWriter::commit(const Serve& serve) {
+  if (!failure_) closeWorkbook(serve);
+  if (!failure_ && !isWhole(serve)) failUnwritten({});
   if (failure_) return failure_;
   return failure_ = file_.commit();
 }
 
-void XlsxWriter::closeWorkbook() {
+/// Packs all rows, which takes about as long as writing them did.
+void XlsxWriter::closeWorkbook(const Serve& serve) {
   // Here a row that did not reach the disk shows last: the library reads its file back unasked.
   std::FILE* const rows = sheet_->optimize_tmpfile;
   if (rows != nullptr && (std::fflush(rows) != 0 || std::ferror(rows) != 0)) {
@@ -207,7 +209,16 @@ void XlsxWriter::closeWorkbook() {
   }
   lxw_workbook* const closing = workbook_;
   workbook_ = nullptr;  // freed by the call
-  take(workbook_close(closing));
+  lxw_error error = LXW_NO_ERROR;
+  platform::WorkAside([&] { error = workbook_close(closing); }, serve);
+  take(error);
+}
+
+bool XlsxWriter::isWhole(const Serve& serve) const {
+  const std::string path = file_.libraryPath();
+  bool isWhole = false;
+  platform::WorkAside([&] { isWhole = isWholeWorkbook(path, cellCount_); }, serve);
+  return isWhole;
 }
 
 }  // namespace ombrelian

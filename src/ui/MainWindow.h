@@ -12,6 +12,7 @@
 
 #include "core/frame/Session.h"
 #include "core/scan/ListFeeder.h"
+#include "export/ReportWriter.h"
 #include "ui/DesktopScheme.h"
 #include "ui/ListPane.h"
 #include "ui/PaneRows.h"
@@ -20,6 +21,7 @@
 namespace ombrelian::ui {
 
 class FolderRows;
+class SaveDialog;
 
 /// The window: the folder report on the left, one of the other lists on the right, bars, a line of
 /// progress while a scan runs, and a status line. It owns no results; those are the session's.
@@ -125,6 +127,12 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   void activateRow(ViewId view, std::size_t row);
   void openPaths(ViewId view);
   void save(ViewId view);
+  void saveFolders();
+  Failure saveList(ViewId view, ReportFormat format, const Text& target, UserInterface& ui);
+  void run(SaveDialog& dialog);
+  ReportSource sourceOf(ViewId view) const;
+  Text titleOf(ViewId view) const;
+  const Grid& gridOf(ViewId view);
   void Show_Log();
   void showAbout();
   void showFilterHelp();

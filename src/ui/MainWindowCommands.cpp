@@ -498,8 +498,6 @@ void MainWindow::Show_Log() {
   if (!file.empty()) openFile(file);
 }
 
-void MainWindow::save(ViewId view) { (void)view; }
-
 void MainWindow::showAbout() {
   QMessageBox::about(this, QStringLiteral("Ombrelian"),
                      toQString(u"<h3>Ombrelian " + versionText() + u"</h3><p>" +

@@ -1,0 +1,34 @@
+#include "ui/FormPlace.h"
+
+#include <QScreen>
+
+namespace ombrelian::ui {
+namespace {
+
+constexpr int kTwipsPerPixel = 15;  // at 96 dots an inch, which device independent pixels are
+
+FormPosition positionOf(const QRect& place) {
+  return {place.x() * kTwipsPerPixel, place.y() * kTwipsPerPixel, place.width() * kTwipsPerPixel,
+          place.height() * kTwipsPerPixel, 0};
+}
+
+}  // namespace
+
+void placeForm(QWidget& window, TextView form, bool positionOnly, const IniStore& file) {
+  const QSize screen = window.screen()->availableGeometry().size();
+  const FormPosition wanted =
+      LoadFormPosition(form, positionOnly, positionOf(window.geometry()),
+                       {screen.width() * kTwipsPerPixel, screen.height() * kTwipsPerPixel}, file);
+  window.setGeometry(wanted.Left / kTwipsPerPixel, wanted.Top / kTwipsPerPixel,
+                     wanted.Width / kTwipsPerPixel, wanted.Height / kTwipsPerPixel);
+  if (wanted.WindowState == 2 && !positionOnly) window.setWindowState(Qt::WindowMaximized);
+}
+
+void storeForm(const QWidget& window, TextView form, IniStore& file) {
+  const bool isNormal = !window.isMaximized() && !window.isMinimized();
+  FormPosition position = positionOf(isNormal ? window.geometry() : window.normalGeometry());
+  position.WindowState = window.isMaximized() ? 2 : 0;
+  SaveFormPosition(form, position, file);
+}
+
+}  // namespace ombrelian::ui

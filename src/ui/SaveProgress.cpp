@@ -1,0 +1,105 @@
+#include "ui/SaveProgress.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "format/Sizes.h"
+#include "platform/Time.h"
+#include "support/Translate.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+namespace {
+
+/// How long input may wait, in milliseconds.
+constexpr std::uint64_t kInputIntervalMs = 30;
+
+constexpr int kBarSteps = 1000;
+
+/// What there is room for.
+constexpr std::uint64_t kManyRows = 9'999'999;
+
+QString rowText(std::uint64_t row, std::uint64_t rows) {
+  return toQString(TL(9003, u"Speichere Zeile %1 von %2",
+                      {xFormatFileSize(0, std::int64_t(row), false, false),
+                       xFormatFileSize(0, std::int64_t(rows), false, false)}));
+}
+
+QString closingText() { return toQString(TL(9609, u"Der Bericht wird abgeschlossen...")); }
+
+}  // namespace
+
+SaveProgress::SaveProgress(QWidget* parent)
+    : QWidget(parent), text_(new QLabel(this)), bar_(new QProgressBar(this)) {
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(4);
+  layout->addWidget(text_);
+  layout->addWidget(bar_);
+  text_->setTextFormat(Qt::PlainText);
+  text_->setMinimumWidth(fontMetrics().horizontalAdvance(rowText(kManyRows, kManyRows)));
+  bar_->setTextVisible(false);
+  bar_->setAccessibleName(toQString(TL(3612, u"Speichern")));
+  QSizePolicy policy = sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  setSizePolicy(policy);
+  hide();
+}
+
+void SaveProgress::begin() {
+  isCancelled_ = false;
+  isHeeded_ = false;
+  text_->setText(toQString(TL(9604, u"Der Bericht wird begonnen...")));
+  bar_->setRange(0, 0);
+  show();
+  yield();
+}
+
+void SaveProgress::end() { hide(); }
+
+void SaveProgress::cancel() {
+  isCancelled_ = true;
+  text_->setText(closingText());
+}
+
+void SaveProgress::saveProgress(std::uint64_t row, std::uint64_t rows) {
+  if (isCancelled_) return;
+  const bool isClosing = row >= rows;
+  bar_->setRange(0, isClosing ? 0 : kBarSteps);
+  if (isClosing) return text_->setText(closingText());
+  bar_->setValue(int(double(row) / double(rows) * kBarSteps));
+  text_->setText(rowText(row, rows));
+}
+
+bool SaveProgress::saveCancelled() {
+  isHeeded_ |= isCancelled_;
+  return isCancelled_;
+}
+
+void SaveProgress::yield() {
+  QApplication::processEvents();
+  lastYield_ = platform::GetTickCount();
+}
+
+/// Qt cannot be asked whether input waits, so it is served at short intervals.
+bool SaveProgress::GetInputState() {
+  return platform::GetTickCount() - lastYield_ >= kInputIntervalMs;
+}
+
+void SaveProgress::message(TextView text, Severity severity) {
+  QMessageBox box(severity == Severity::Information ? QMessageBox::Information
+                  : severity == Severity::Warning   ? QMessageBox::Warning
+                                                    : QMessageBox::Critical,
+                  window()->windowTitle(), toQString(text), QMessageBox::Ok, window());
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
+}
+
+bool SaveProgress::ask(TextView question) {
+  return QMessageBox::question(window(), window()->windowTitle(), toQString(question)) ==
+         QMessageBox::Yes;
+}
+
+}  // namespace ombrelian::ui
