@@ -163,9 +163,7 @@ Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
   feed.feed(sink);
   writer->endDocument();
   progress.rowsAreDone();
-  return writer->commit([&ui] {
-    if (ui.GetInputState()) ui.yield();
-  });
+  return writer->commit();
 }
 
 Text delimiterText(std::int32_t choice, TextView chars) {

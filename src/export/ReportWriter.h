@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 
 #include "export/ReportList.h"
@@ -33,8 +32,6 @@ struct SaveSettings {
 /// commit(). Between open() and commit() nothing but failure() tells of failures.
 class ReportWriter {
  public:
-  using Serve = std::function<void()>;
-
   virtual ~ReportWriter() = default;
 
   /// Begins a report that will stand at `target` (absolute) once it is whole.
@@ -54,9 +51,8 @@ class ReportWriter {
   /// The first failure so far; nothing that is written after it counts.
   virtual const Failure& failure() const = 0;
 
-  /// Puts the report in place; after a failure there is none. What takes long is done while this
-  /// thread calls `serve`, which must leave the writer alone; empty: nobody waits to be served.
-  virtual Failure commit(const Serve& serve) = 0;
+  /// Puts the report in place; after a failure there is none.
+  virtual Failure commit() = 0;
 };
 
 /// A writer of that format; keeps `list` by reference.

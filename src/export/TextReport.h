@@ -14,7 +14,7 @@ class TextReport : public ReportWriter {
 
   Failure open(TextView target) override { return file_.open(target); }
   const Failure& failure() const override { return file_.failure(); }
-  Failure commit(const Serve&) override { return file_.commit(); }
+  Failure commit() override { return file_.commit(); }
 
  protected:
   void writeLine(TextView line) { file_.SaveLineToFile(line, true); }

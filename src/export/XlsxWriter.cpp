@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "export/WorkbookCheck.h"
-#include "platform/WorkAside.h"
 #include "support/Surrogates.h"
 #include "support/Translate.h"
 
@@ -193,15 +192,14 @@ void XlsxWriter::failUnwritten(TextView reason) {
   }
 }
 
-Failure XlsxWriter::commit(const Serve& serve) {
-  if (!failure_) closeWorkbook(serve);
-  if (!failure_ && !isWhole(serve)) failUnwritten({});
+Failure XlsxWriter::commit() {
+  if (!failure_) closeWorkbook();
+  if (!failure_ && !isWholeWorkbook(file_.libraryPath(), cellCount_)) failUnwritten({});
   if (failure_) return failure_;
   return failure_ = file_.commit();
 }
 
-/// Packs all rows, which takes about as long as writing them did.
-void XlsxWriter::closeWorkbook(const Serve& serve) {
+void XlsxWriter::closeWorkbook() {
   // Here a row that did not reach the disk shows last: the library reads its file back unasked.
   std::FILE* const rows = sheet_->optimize_tmpfile;
   if (rows != nullptr && (std::fflush(rows) != 0 || std::ferror(rows) != 0)) {
@@ -209,16 +207,7 @@ void XlsxWriter::closeWorkbook(const Serve& serve) {
   }
   lxw_workbook* const closing = workbook_;
   workbook_ = nullptr;  // freed by the call
-  lxw_error error = LXW_NO_ERROR;
-  platform::WorkAside([&] { error = workbook_close(closing); }, serve);
-  take(error);
-}
-
-bool XlsxWriter::isWhole(const Serve& serve) const {
-  const std::string path = file_.libraryPath();
-  bool isWhole = false;
-  platform::WorkAside([&] { isWhole = isWholeWorkbook(path, cellCount_); }, serve);
-  return isWhole;
+  take(workbook_close(closing));
 }
 
 }  // namespace ombrelian

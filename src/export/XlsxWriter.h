@@ -29,7 +29,7 @@ class XlsxWriter : public ReportWriter {
   void beginSource(const ReportSource& source) override;
   void row(const ReportRow& row) override;
   const Failure& failure() const override { return failure_; }
-  Failure commit(const Serve& serve) override;
+  Failure commit() override;
 
  private:
   void writeCell(std::uint16_t place, const ReportRow& row, const Column& column);
@@ -37,8 +37,7 @@ class XlsxWriter : public ReportWriter {
   void writeNumber(std::uint16_t place, double number, lxw_format* format);
   void writeDate(std::uint16_t place, const ReportRow& row, const Column& column);
   void take(int error);
-  void closeWorkbook(const Serve& serve);
-  bool isWhole(const Serve& serve) const;
+  void closeWorkbook();
   void fail(Text text);
   void failUnwritten(TextView reason);
 

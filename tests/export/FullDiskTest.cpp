@@ -101,7 +101,7 @@ TEST(XlsxWriterTest, WhatNoSheetHoldsIsToldAndNotSaved) {
     writer.beginSource({});
     for (std::uint32_t row = 0; row < rows; ++row)
       writer.row({.index = row, .number = row + 1});
-    return writer.commit({});
+    return writer.commit();
   };
   EXPECT_TRUE(save({}, XlsxWriter::kMostRows).has_value());
   cells.value.assign(XlsxWriter::kMostUnits + 1, u'x');
