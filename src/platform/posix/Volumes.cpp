@@ -109,7 +109,7 @@ bool IsDriveRoot(TextView path) {
 int GetDriveTypeW(TextView root) {
   const std::vector<Mount> mounts = readMounts();
   const Mount* const mount = findMount(mounts, normalRoot(root));
-  if (mount == nullptr) return kDriveNoRoot;
+  if (mount == nullptr) return normalRoot(root) == "/" ? kDriveFixed : kDriveNoRoot;
   if (isPseudoFileSystem(mount->type)) return kDriveUnknown;
   if (isNetworkFileSystem(mount->type)) return kDriveRemote;
   if (isOptical(mount->type)) return kDriveCdRom;
@@ -153,6 +153,8 @@ std::vector<Text> GetLogicalDriveStringsW() {
     const bool isNew = std::find(roots.begin(), roots.end(), root) == roots.end();
     if (isNew && isDrive(mounts[i], told[i])) roots.push_back(root);
   }
+  // A changed root hides its own mount, and one may be a part of a file system alone.
+  if (std::find(roots.begin(), roots.end(), u"/") == roots.end()) roots.insert(roots.begin(), u"/");
   return roots;
 }
 
