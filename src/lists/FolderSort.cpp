@@ -73,9 +73,8 @@ class SiblingSort {
   void sortByText() {
     const TextRules& rules = platform::localeTextRules();
     if (order_.size() < kFewSiblings) {
-      std::stable_sort(order_.begin(), order_.end(), [&](NodeIndex a, NodeIndex b) {
-        return isBefore(compare(rules, a, b), 0);
-      });
+      std::stable_sort(order_.begin(), order_.end(),
+                       [&](NodeIndex a, NodeIndex b) { return isBefore(compare(rules, a, b), 0); });
       return;
     }
     keyed_.clear();
