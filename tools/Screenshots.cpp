@@ -5,6 +5,7 @@
 #include <QScreen>
 #include <QTimer>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 
 #include "core/frame/StartUp.h"
@@ -100,9 +101,9 @@ void turnOnLists(Options& options) {
   options.FileSizeFormat = kUnitMB;
 }
 
-void takeAll(MainWindow& window, const testing::TestFolder& sample, Photographer& photographer) {
+void takeAll(MainWindow& window, const Text& sample, Photographer& photographer) {
   photographer.take("1-empty");
-  window.scan({sample.text()});
+  window.scan({sample});
   photographer.take("2-tree-and-drives");
   window.execute(std::nullopt, 401);
   window.execute(ViewId::Folders, 1010);
@@ -147,6 +148,8 @@ int main(int argc, char** argv) {
   dressApplication(translation.LanguageId());
   const testing::TestFolder sample;
   makeSample(sample);
+  const std::filesystem::path shown = std::filesystem::temp_directory_path() / "Sample";
+  std::filesystem::rename(sample.path(), shown);
   StartUp startUp({}, {}, translation.LanguageId());
   Session session;
   session.loadOptions(startUp.settings());
@@ -159,7 +162,8 @@ int main(int argc, char** argv) {
   QDir().mkpath(QString::fromLocal8Bit(argv[1]));
   Photographer photographer(
       window, QString::fromLocal8Bit(argv[1]) + u'/' + QString::fromLocal8Bit(argv[2]));
-  takeAll(window, sample, photographer);
+  takeAll(window, fromBytes(shown.string()), photographer);
+  std::filesystem::rename(shown, sample.path());
   setLanguageTexts(nullptr);
   return 0;
 }

@@ -125,7 +125,7 @@ void setTexts(QPalette& palette, const Mixer& mix) {
 void setSurfaces(QPalette& palette, const Mixer& mix) {
   palette.setColor(QPalette::Window, mix.window);
   palette.setColor(QPalette::Base, mix.base);
-  palette.setColor(QPalette::AlternateBase, mixed(mix.base, mix.text, 0.03));
+  palette.setColor(QPalette::AlternateBase, mix.band);
   palette.setColor(QPalette::Button, mix.button);
   palette.setColor(QPalette::ToolTipBase, mix.isDark ? mixed(mix.window, mix.text, 0.1) : mix.base);
   palette.setColor(QPalette::Highlight, mix.highlight);

@@ -11,9 +11,9 @@ namespace ombrelian::ui {
 /// Designs are numbered from 0, as `ToolbarTheme` stores them.
 inline constexpr int kThemes = 10;
 
-/// The colours of a design. In the palette Mid is the hairline, Midlight a hovered background, Dark
-/// the outline of a control, Link the accent and BrightText the text of errors, so that a style or
-/// an icon needs the palette alone.
+/// The colours of a design. In the palette AlternateBase is the second band, Mid the hairline,
+/// Midlight a hovered background, Dark the outline of a control, Link the accent and BrightText the
+/// text of errors, so that a style or an icon needs the palette alone.
 struct Theme {
   QPalette palette;
   QColor accent;

@@ -73,8 +73,8 @@ constexpr BarItem kExtensionsBar[] = {
 };
 
 constexpr BarItem kLogBar[] = {
-    {393}, {508}, {504}, {350, 0, true}, {351}, {355, 0, true}, {356}, {357}, {358}, {352, 0, true},
-    {509},
+    {393}, {508}, {504}, {350, 0, true}, {351}, {355, 0, true}, {356}, {357}, {358},
+    {366, 0, true}, {509, 366}, {352},
 };
 
 // clang-format on

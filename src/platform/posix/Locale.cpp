@@ -251,8 +251,7 @@ class LocaleRules : public TextRules {
     std::string key(text.size() * 3 + 16, '\0');
     const auto make = [&] {
       return ucol_getSortKey(collator_.getAlias(), text.data(), std::int32_t(text.size()),
-                             reinterpret_cast<std::uint8_t*>(key.data()),
-                             std::int32_t(key.size()));
+                             reinterpret_cast<std::uint8_t*>(key.data()), std::int32_t(key.size()));
     };
     std::int32_t size = make();
     if (std::size_t(size) > key.size()) {
