@@ -187,7 +187,8 @@ std::vector<std::size_t> ListView::selectedRowNumbers() const {
 
 std::size_t ListView::currentRow() const {
   const QModelIndex current = currentIndex();
-  return current.isValid() ? std::size_t(current.row()) : RowSource::kNoRow;
+  const bool isMeant = current.isValid() && selectionModel()->isSelected(current);
+  return isMeant ? std::size_t(current.row()) : RowSource::kNoRow;
 }
 
 void ListView::goTo(std::size_t row) {

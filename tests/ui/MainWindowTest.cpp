@@ -299,6 +299,27 @@ TEST_F(MainWindowTest, InputIsServedWhileAScanRuns) {
   EXPECT_TRUE(run.window->execute(ViewId::Folders, 396));
 }
 
+/// The best of a few scans, as other programs may take the processor for longer than that.
+TEST_F(MainWindowTest, InputNeverWaitsLongWhileAScanRuns) {
+  const TestFolder many(TestFolder::Place::Memory);
+  for (int i = 0; i < 30'000; ++i)
+    many.file("f" + std::to_string(i % 3000) + "/" + std::to_string(i));
+  Program run(data_);
+  qint64 shortest = INT64_MAX;
+  for (int scan = 0; scan < 5; ++scan) {
+    QElapsedTimer last;
+    qint64 longest = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout,
+                     [&] { longest = std::max(longest, last.restart()); });
+    timer.start(0);
+    last.start();
+    run.window->scan({many.text()});
+    shortest = std::min(shortest, std::max(longest, last.elapsed()));
+  }
+  EXPECT_LT(shortest, 100) << "milliseconds between two turns of the event loop";
+}
+
 TEST_F(MainWindowTest, EveryCommandOfEveryBarIsThereAndTellsWhatItIs) {
   Program run(data_);
   for (int view = -1; view < kViews; ++view) {
