@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QScreen>
 #include <QStatusBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -15,9 +14,6 @@
 #include "core/frame/StartUp.h"
 #include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
-#include "settings/FormPosition.h"
-#include "settings/Optionen.h"
-#include "settings/SavedFolders.h"
 #include "support/Translate.h"
 #include "ui/FolderRows.h"
 #include "ui/Icons.h"
@@ -26,24 +22,9 @@
 namespace ombrelian::ui {
 namespace {
 
-constexpr int kTwipsPerPixel = 15;  // at 96 dots an inch, which device independent pixels are
-constexpr TextView kForm = u"frmMain";
-constexpr int kFirstWidth = 1240;
-constexpr int kFirstHeight = 760;
-
 constexpr ViewId kHeaderViews[] = {ViewId::Drives,     ViewId::Files,     ViewId::LargestFiles,
                                    ViewId::Hardlinks,  ViewId::Junctions, ViewId::Owners,
                                    ViewId::Extensions, ViewId::Log};
-
-/// Whether a saved folder is worth offering. What lies on another machine counts, as that machine
-/// may not answer for a long time.
-bool existsOrIsFarAway(TextView path) {
-  for (const Text& drive : platform::GetLogicalDriveStringsW()) {
-    if (path.starts_with(drive) && platform::GetDriveTypeW(drive) == platform::kDriveRemote)
-      return true;
-  }
-  return xExistFolder_W(path);
-}
 
 }  // namespace
 
@@ -328,59 +309,6 @@ void MainWindow::connectPanes() {
 ViewId MainWindow::focusedView() const {
   if (lastFocused_ == ViewId::Folders && isLeftVisible_) return lastFocused_;
   return isRightVisible_ ? rightView() : ViewId::Folders;
-}
-
-void MainWindow::loadSources() {
-  for (const Text& drive : platform::GetLogicalDriveStringsW())
-    SourceCombo_->addItem(toQString(drive));
-  const ComboFolders saved =
-      GetAllSavedComboFolders(settings_, session_.options.ComboText, existsOrIsFarAway);
-  for (const Text& folder : saved.folders)
-    SourceCombo_->addItem(toQString(folder));
-  SourceCombo_->setCurrentIndex(SourceCombo_->findText(toQString(saved.text), Qt::MatchExactly));
-  SourceCombo_->setEditText(toQString(saved.text));
-}
-
-void MainWindow::loadPosition() {
-  const QRect screen = this->screen()->availableGeometry();
-  resize(QSize(kFirstWidth, kFirstHeight).boundedTo(screen.size()));
-  const FormPosition present = {x() * kTwipsPerPixel, y() * kTwipsPerPixel,
-                                width() * kTwipsPerPixel, height() * kTwipsPerPixel, 0};
-  const ScreenSize size = {screen.width() * kTwipsPerPixel, screen.height() * kTwipsPerPixel};
-  const FormPosition wanted = LoadFormPosition(kForm, false, present, size, settings_);
-  setGeometry(wanted.Left / kTwipsPerPixel, wanted.Top / kTwipsPerPixel,
-              wanted.Width / kTwipsPerPixel, wanted.Height / kTwipsPerPixel);
-  if (wanted.WindowState == 2) setWindowState(Qt::WindowMaximized);
-  std::int64_t left = 0;
-  if (!parseNumber(settings_.INI_ReadString(kForm, u"FolderPaneWidth", u""), left) || left <= 0)
-    left = width() * 11 / 20;
-  splMain_->setSizes({int(left), std::max(1, width() - int(left))});
-}
-
-void MainWindow::savePosition() {
-  const QRect place = isMaximized() || isMinimized() ? normalGeometry() : geometry();
-  SaveFormPosition(
-      kForm,
-      {place.x() * kTwipsPerPixel, place.y() * kTwipsPerPixel, place.width() * kTwipsPerPixel,
-       place.height() * kTwipsPerPixel, isMaximized() ? 2 : 0},
-      settings_);
-  if (isLeftVisible_ && isRightVisible_) {
-    settings_.INI_WriteString(kForm, u"FolderPaneWidth",
-                              ombrelian::toText(splMain_->sizes().constFirst()));
-  }
-}
-
-void MainWindow::storeSettings() {
-  savePosition();
-  session_.options.ComboText = toText(SourceCombo_->currentText());
-  Optionen_Speichern(session_.options, settings_);
-  std::vector<Text> sources;
-  sources.reserve(std::size_t(SourceCombo_->count()));
-  for (int i = 0; i < SourceCombo_->count(); ++i)
-    sources.push_back(toText(SourceCombo_->itemText(i)));
-  Optionen_Speichern_SaveAllComboFolders(sources, settings_);
-  drives_.Optionen_Speichern_Drives_SaveNetworkFolders(settings_);
-  settings_.flush();
 }
 
 /// While a scan runs, closing stops it, and the user closes again afterwards.
