@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -329,7 +330,8 @@ void MainWindow::showEvent(QShowEvent* event) {
   for (ListPane* const pane : panes_)
     pane->rowsReplaced();
   pane(ViewId::Folders).list().setFocus();
-  if (session_.options.DiskinfoVisible == 1) readDrives();
+  // The window stands before drives are asked, which may take their time.
+  QTimer::singleShot(0, this, &MainWindow::readDrivesOnce);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

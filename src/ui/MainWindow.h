@@ -116,6 +116,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   void readLateOwners();
   void showFiles(bool force);
   void readDrives();
+  void readDrivesOnce();
   void Drives_ScanDrives(bool all);
   void addNetworkPath();
   void clearFolders();

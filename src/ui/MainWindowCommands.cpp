@@ -231,7 +231,7 @@ void MainWindow::Change_ButtonHeaderActive(ViewId view) {
   showView(session_.options, view);
   isRightVisible_ = true;
   Change_Info_Visibility();
-  if (view == ViewId::Drives && drives_.readAt() == 0) readDrives();
+  readDrivesOnce();
   if (view == ViewId::Files) showFiles(false);
   pane(view).list().fitColumns();
   pane(view).list().setFocus();

@@ -101,6 +101,7 @@ void MainWindow::Ordnerliste_Abarbeiten() {
   folders.rowsReplaced();
   if (result.lastRoot != kNoNode) folders.selectRow(result.lastRoot);
   if (!single.empty()) showFiles(true);
+  readDrivesOnce();
   pane(rightView()).list().fitColumns();
   Report_Resize_Width();
   StatusbarSetTextRightAUTO();
@@ -183,6 +184,11 @@ void MainWindow::readDrives() {
                               [this](TextView text) { statusRight_->setText(toQString(text)); });
   pane.setFrozen(false);
   unsetCursor();
+}
+
+/// Where the drives are on show and were not read yet; a scan goes first.
+void MainWindow::readDrivesOnce() {
+  if (!isScanning() && session_.options.DiskinfoVisible == 1 && drives_.readAt() == 0) readDrives();
 }
 
 void MainWindow::Drives_ScanDrives(bool all) {
