@@ -109,10 +109,13 @@ bool HasDisplay() {
 }
 
 ErrorCode ReplaceProcess(TextView program, const std::vector<Text>& arguments) {
-  std::vector<std::string> bytes = {toBytes(program)};
+  std::vector<std::string> bytes;
+  bytes.reserve(arguments.size() + 1);
+  bytes.push_back(toBytes(program));
   for (const Text& argument : arguments)
     bytes.push_back(toBytes(argument));
   std::vector<char*> pointers;
+  pointers.reserve(bytes.size() + 1);
   for (std::string& argument : bytes)
     pointers.push_back(argument.data());
   pointers.push_back(nullptr);
