@@ -21,14 +21,6 @@
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
-namespace {
-
-constexpr ViewId kHeaderViews[] = {ViewId::Drives,     ViewId::Files,     ViewId::LargestFiles,
-                                   ViewId::Hardlinks,  ViewId::Junctions, ViewId::Owners,
-                                   ViewId::Extensions, ViewId::Log};
-
-}  // namespace
-
 MainWindow::MainWindow(Session& session, IniStore& settings)
     : session_(session),
       settings_(settings),
