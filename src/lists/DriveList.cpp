@@ -372,10 +372,6 @@ Text DriveList::folderOf(Grid::RowIndex row) const {
 
 Text DriveList::title() { return TL(2233, u"Laufwerksliste"); }
 
-ColumnLayout driveLayout(const Options& options) {
-  return {options.DriveColumnVisible, options.DriveColumnIndex};
-}
-
 SizeSettings driveSizes(const Options& options) {
   return {options.FileSizeFormatDrive, options.SizeFormatNachkommastellenDrive != 0,
           options.SizeFormatShowSizeTextDrive == 1};

@@ -93,8 +93,7 @@ class DriveList {
   bool hasSavedPaths_ = false;  // the remembered paths are rows, so that saving loses none
 };
 
-/// What the settings say of the drive list. The layout's spans point into `options`.
-ColumnLayout driveLayout(const Options& options);
+/// How the settings want the sizes of the drive list shown.
 SizeSettings driveSizes(const Options& options);
 
 }  // namespace ombrelian

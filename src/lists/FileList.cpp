@@ -324,10 +324,6 @@ void FileList::setName(Grid::RowIndex row, TextView name) {
 
 Text FileList::title() { return TL(2244, u"Dateiliste"); }
 
-ColumnLayout fileLayout(const Options& options) {
-  return {options.FileColumnVisible, options.FileColumnIndex};
-}
-
 SizeSettings fileSizes(const Options& options) {
   return {options.FileSizeFormatFiles, options.SizeFormatNachkommastellenFiles != 0,
           options.SizeFormatShowSizeTextFiles == 1};

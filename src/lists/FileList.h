@@ -95,8 +95,7 @@ class FileList {
   bool isReading_ = false;
 };
 
-/// What the settings say of the file list. The layout's spans point into `options`.
-ColumnLayout fileLayout(const Options& options);
+/// How the settings want the sizes of the file list shown.
 SizeSettings fileSizes(const Options& options);
 
 }  // namespace ombrelian

@@ -35,14 +35,17 @@ std::size_t ShownFolders::rowOf(NodeIndex node) const {
   return found == rows_.end() ? kNoRow : std::size_t(found - rows_.begin());
 }
 
-std::size_t ShownFolders::rowsToShow(std::size_t row) const {
+/// What an expanded row has below it, whether it is expanded or not.
+std::vector<NodeIndex> ShownFolders::rowsBrought(std::size_t row) const {
   std::vector<NodeIndex> below;
   const FolderTree& tree = report_.tree();
   for (NodeIndex child = tree[rows_[row]].firstChild; child != kNoNode;
        child = tree[child].nextSibling)
     appendShown(child, below);
-  return below.size();
+  return below;
 }
+
+std::size_t ShownFolders::rowsToShow(std::size_t row) const { return rowsBrought(row).size(); }
 
 std::size_t ShownFolders::rowsBelow(std::size_t row) const {
   const FolderTree& tree = report_.tree();
@@ -55,11 +58,7 @@ std::size_t ShownFolders::rowsBelow(std::size_t row) const {
 
 void ShownFolders::expand(std::size_t row) {
   if (isExpanded(row) || !canExpand(row)) return;
-  std::vector<NodeIndex> below;
-  const FolderTree& tree = report_.tree();
-  for (NodeIndex child = tree[rows_[row]].firstChild; child != kNoNode;
-       child = tree[child].nextSibling)
-    appendShown(child, below);
+  const std::vector<NodeIndex> below = rowsBrought(row);
   report_.setExpanded(rows_[row], true);
   rows_.insert(rows_.begin() + std::ptrdiff_t(row) + 1, below.begin(), below.end());
 }

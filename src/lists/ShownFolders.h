@@ -46,6 +46,7 @@ class ShownFolders {
 
  private:
   void appendShown(NodeIndex top, std::vector<NodeIndex>& rows) const;
+  std::vector<NodeIndex> rowsBrought(std::size_t row) const;
 
   FolderReport& report_;
   std::vector<NodeIndex> rows_;

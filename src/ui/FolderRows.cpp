@@ -2,8 +2,6 @@
 
 #include "core/tree/Report.h"
 #include "export/ReportList.h"
-#include "fs/PathText.h"
-#include "fs/z_Filesystem.h"
 #include "platform/Volumes.h"
 #include "support/Translate.h"
 #include "ui/QtText.h"
@@ -100,15 +98,8 @@ bool FolderRows::canRename(std::size_t row, const Column& column) const {
   return isName(column) && node.has(FolderNode::IsFolder) && node.parent != kNoNode;
 }
 
-bool FolderRows::isNameTaken(std::size_t row, const Text& name) const {
-  Text target(xGetPath(path(row)));
-  return xExistFile_W(appendName(target, name));
-}
-
 Text FolderRows::rename(std::size_t row, const Text& name) {
-  const Text old = path(row);
-  Text target(xGetPath(old));
-  Text error = xMoveFile_W(old, appendName(target, name));
+  Text error = renameObject(row, name);
   if (error.empty()) tree_.rename(shown_.node(row), name);
   return error;
 }

@@ -30,7 +30,6 @@ class FolderRows : public RowSource {
   Text path(std::size_t row) const override;
   bool canRename(std::size_t row, const Column& column) const override;
   Text rename(std::size_t row, const Text& name) override;
-  bool isNameTaken(std::size_t row, const Text& name) const override;
   std::optional<Id> find(const QString& text, std::size_t from, bool backward) override;
 
   /// Name of a source as the options want it: with the label of a drive and the date of the scan.

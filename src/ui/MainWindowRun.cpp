@@ -96,8 +96,10 @@ void MainWindow::Ordnerliste_Abarbeiten() {
     if (result.lastRoot != kNoNode) session_.folderReport.setExpanded(result.lastRoot, true);
     folderRows_->treeChanged();
   });
-  for (const ViewId view : kFoundViews)
-    pane(view).setFrozen(false);
+  if (fillsLists) {
+    for (const ViewId view : kFoundViews)
+      pane(view).setFrozen(false);
+  }
   folders.rowsReplaced();
   if (result.lastRoot != kNoNode) folders.selectRow(result.lastRoot);
   if (!single.empty()) showFiles(true);

@@ -31,15 +31,8 @@ RowLook FoundFileRows::look(std::size_t row) const {
 
 bool FoundFileRows::canRename(std::size_t, const Column& column) const { return column.id == 1; }
 
-bool FoundFileRows::isNameTaken(std::size_t row, const Text& name) const {
-  Text target(xGetPath(path(row)));
-  return xExistFile_W(appendName(target, name));
-}
-
 Text FoundFileRows::rename(std::size_t row, const Text& name) {
-  const Text old = path(row);
-  Text target(xGetPath(old));
-  Text error = xMoveFile_W(old, appendName(target, name));
+  Text error = renameObject(row, name);
   if (error.empty()) grid_.set(row, *column(u"name"), TextView(name));
   return error;
 }

@@ -23,7 +23,6 @@ class FoundFileRows : public GridRows {
   RowLook look(std::size_t row) const override;
   bool canRename(std::size_t row, const Column& column) const override;
   Text rename(std::size_t row, const Text& name) override;
-  bool isNameTaken(std::size_t row, const Text& name) const override;
 };
 
 /// The files of one folder.

@@ -5,9 +5,19 @@
 #include "format/Attributes.h"
 #include "format/ToolTips.h"
 #include "fs/PathText.h"
+#include "fs/z_Filesystem.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
+namespace {
+
+/// The path of what is called `name` in the folder of `path`.
+Text beside(const Text& path, const Text& name) {
+  Text other(xGetPath(path));
+  return appendName(other, name);
+}
+
+}  // namespace
 
 Text RowSource::shown(std::size_t row, const Column& column) const {
   Text text;
@@ -29,6 +39,15 @@ Text RowSource::toolTip(std::size_t row, const Column& column) const {
     default:
       return {};
   }
+}
+
+bool RowSource::isNameTaken(std::size_t row, const Text& name) const {
+  return xExistFile_W(beside(path(row), name));
+}
+
+Text RowSource::renameObject(std::size_t row, const Text& name) const {
+  const Text old = path(row);
+  return xMoveFile_W(old, beside(old, name));
 }
 
 bool RowSource::holds(std::size_t row, const QString& text) const {

@@ -64,13 +64,16 @@ class RowSource {
   virtual Text rename(std::size_t, const Text&) { return {}; }
 
   /// Something else has that name beside the row's object, which a rename would replace.
-  virtual bool isNameTaken(std::size_t, const Text&) const { return false; }
+  virtual bool isNameTaken(std::size_t row, const Text& name) const;
 
   /// What a look-up finds next behind the row, or before it; `from` itself comes last. kNoRow:
   /// nothing has the text. A tree opens what hides the row, and then needs a rebuild first.
   virtual std::optional<Id> find(const QString& text, std::size_t from, bool backward);
 
  protected:
+  /// Gives the object of a row another name on the disk. Empty: done; else the error text.
+  Text renameObject(std::size_t row, const Text& name) const;
+
   bool holds(std::size_t row, const QString& text) const;
 };
 
