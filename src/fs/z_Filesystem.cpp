@@ -125,14 +125,6 @@ Text xMoveFile_W(TextView source, TextView target) {
   });
 }
 
-Failure xDeleteFile_W(TextView path) {
-  return Guarded(kModule, u"xDeleteFile_W", [&]() -> Failure {
-    const ErrorCode error = platform::DeleteFileW(LongPathPrefix(path));
-    if (error == kSuccess || platform::isMissing(error)) return {};
-    return systemError(error, u"xDeleteFile_W");
-  });
-}
-
 Failure xCreatePath(TextView path, char16_t separator) {
   return Guarded(kModule, u"xCreatePath", [&]() -> Failure {
     if (isRoot(path, separator)) return Error{kInvalidPath, u"xCreatePath", {}};

@@ -37,9 +37,6 @@ Date xGetFileAccessDate(TextView path);
 /// Renames, replacing what stands under `target`. Empty text: done; else the error text.
 Text xMoveFile_W(TextView source, TextView target);
 
-/// Removes one file or link; a missing one counts as removed.
-Failure xDeleteFile_W(TextView path);
-
 /// Makes the chain of folders to `path` (absolute). Fails on a path that is none or a root.
 Failure xCreatePath(TextView path, char16_t separator = platform::kNativeSeparator);
 

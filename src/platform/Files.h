@@ -27,8 +27,6 @@ Text GetReparseTarget(TextView path, std::uint32_t tag, ErrorCode& error);
 /// Replaces `to` if it exists; both on one volume, except where the system copies by itself.
 ErrorCode MoveFileExW(TextView from, TextView to);
 
-ErrorCode DeleteFileW(TextView path);
-
 /// kAlreadyExists where something of that name stands.
 ErrorCode CreateDirectoryW(TextView path);
 

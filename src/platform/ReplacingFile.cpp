@@ -1,5 +1,6 @@
 #include "platform/ReplacingFile.h"
 
+#include "platform/Deleting.h"
 #include "platform/Time.h"
 #include "support/Translate.h"
 
@@ -99,7 +100,7 @@ ReplacingFile::~ReplacingFile() { discard(); }
 void ReplacingFile::discard() {
   if (temporary_.empty()) return;
   file_ = FileHandle();
-  DeleteFileW(temporary_);
+  DeleteFileW({temporary_});
   temporary_.clear();
 }
 

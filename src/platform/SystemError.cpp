@@ -1,12 +1,33 @@
 #include "platform/SystemError.h"
 
+#include "support/Translate.h"
+
 namespace ombrelian {
 
 using platform::ErrorCode;
 
+namespace {
+
+/// Texts of what only this program tells apart.
+Text ownText(ErrorCode code) {
+  switch (code) {
+    case platform::kIsMountPoint:
+      return TL(9610, u"Dort ist ein Dateisystem eingehängt.");
+    case platform::kObjectReplaced:
+      return TL(9611,
+                u"An dieser Stelle liegt inzwischen etwas anderes als angezeigt; bitte neu "
+                u"einlesen.");
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
 Text xGetErrorText(bool addNumber, ErrorCode code) {
   if (code == platform::kSuccess) return u"#0 - No information available";
-  Text text = platform::FormatMessageW(code);
+  Text text = ownText(code);
+  if (text.empty()) text = platform::FormatMessageW(code);
   if (text.empty()) text = u"Error " + toText(code);
   return addNumber ? u"#" + toText(code) + u" - " + text : text;
 }

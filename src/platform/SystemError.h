@@ -16,6 +16,7 @@ inline constexpr ErrorCode kTooManyOpenFiles = 4;
 inline constexpr ErrorCode kAccessDenied = 5;
 inline constexpr ErrorCode kInvalidHandle = 6;
 inline constexpr ErrorCode kNotEnoughMemory = 8;
+inline constexpr ErrorCode kIsMountPoint = 16;  // something is mounted there, so it cannot go
 inline constexpr ErrorCode kNotSameDevice = 17;
 inline constexpr ErrorCode kWriteProtect = 19;
 inline constexpr ErrorCode kNotReady = 21;
@@ -33,6 +34,8 @@ inline constexpr ErrorCode kAlreadyExists = 183;
 inline constexpr ErrorCode kNameTooLong = 206;
 inline constexpr ErrorCode kFileTooLarge = 223;
 inline constexpr ErrorCode kNotADirectory = 267;
+inline constexpr ErrorCode kObjectReplaced =
+    1006;  // another object took the place of the one meant
 inline constexpr ErrorCode kInputOutputError = 1117;
 inline constexpr ErrorCode kQuotaExceeded = 1295;
 inline constexpr ErrorCode kTimeout = 1460;  // no answer in the time that there was

@@ -100,12 +100,6 @@ ErrorCode MoveFileExW(TextView from, TextView to) {
   return result == 0 ? kSuccess : lastError();
 }
 
-ErrorCode DeleteFileW(TextView path) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  return unlinkat(at.folder(), at.name(), 0) == 0 ? kSuccess : lastError();
-}
-
 ErrorCode CreateDirectoryW(TextView path) {
   const PathAt at(path);
   if (at.error() != 0) return translateErrno(at.error());
