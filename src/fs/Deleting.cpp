@@ -1,6 +1,8 @@
 #include "fs/Deleting.h"
 
+#include "fs/z_Filesystem.h"
 #include "support/Guard.h"
+#include "support/Translate.h"
 
 namespace ombrelian {
 namespace {
@@ -10,11 +12,50 @@ using platform::kSuccess;
 
 constexpr TextView kModule = u"z_Filesystem";
 
-Error deletingError(ErrorCode code, TextView path, TextView source) {
+constexpr int kMostErrors = 20;  // that a text tells one by one
+
+Text numberedError(TextView path, ErrorCode code) {
   Text text(path);
-  text.append(u" (").append(xGetErrorText(true, code)).append(u")");
-  return {std::int32_t(code), Text(source), std::move(text)};
+  return text.append(u" (").append(xGetErrorText(true, code)).append(u")");
 }
+
+Error deletingError(ErrorCode code, TextView path, TextView source) {
+  return {std::int32_t(code), Text(source), numberedError(path, code)};
+}
+
+/// Collects what stays of a folder that is to go.
+class Watch : public platform::RemovalProgress {
+ public:
+  Watch(const Text& folder, const DeletionGoOn& goOn) : folder_(folder), goOn_(goOn) {}
+
+  bool goOn(std::uint64_t files, std::uint64_t folders) override {
+    return !goOn_ || goOn_(files, folders);
+  }
+
+  void failed(TextView path, ErrorCode error) override {
+    isItself_ = isItself_ || path == folder_;
+    if (++errors_ > kMostErrors) return;
+    text_.append(text_.empty() ? u"" : u" ").append(numberedError(path, error));
+  }
+
+  Text text() const {
+    Text text;
+    if (errors_ == 0) return text;
+    if (!isItself_) text = numberedError(folder_, platform::kDirectoryNotEmpty).append(u" ");
+    text.append(text_);
+    if (errors_ > kMostErrors) {
+      text.append(u" ").append(TL(9612, u"und %1 weitere", {toText(errors_ - kMostErrors)}));
+    }
+    return text;
+  }
+
+ private:
+  const Text& folder_;
+  const DeletionGoOn& goOn_;
+  std::int64_t errors_ = 0;
+  bool isItself_ = false;  // among them
+  Text text_;
+};
 
 }  // namespace
 
@@ -32,6 +73,33 @@ Failure xDeleteFile_W(const platform::ShownObject& file, bool force) {
     error = platform::DeleteFileW(file);
     if (error == kSuccess || platform::isMissing(error)) return {};
     return deletingError(error, file.path, u"xDeleteFile_W");
+  });
+}
+
+bool RemoveDirectoryForce_W(const platform::ShownObject& folder) {
+  return Guarded(kModule, u"RemoveDirectoryForce_W", [&] {
+    if (platform::RemoveDirectoryW(folder) == kSuccess) return true;
+    const platform::ForcedRights rights(folder);
+    return rights.error() == kSuccess && platform::RemoveDirectoryW(folder) == kSuccess;
+  });
+}
+
+FolderDeletion xDeleteFolderR_W(const platform::ShownObject& folder, const DeletionGoOn& goOn) {
+  return Guarded(kModule, u"xDeleteFolderR_W", [&]() -> FolderDeletion {
+    Watch watch(folder.path, goOn);
+    const platform::Removal removal = platform::RemoveTree(folder, watch);
+    return {removal.isGone, removal.wasStopped, removal.files, removal.folders, watch.text()};
+  });
+}
+
+FolderDeletion xDeleteFolder_W(const platform::ShownObject& folder, const DeletionGoOn& goOn) {
+  return Guarded(kModule, u"xDeleteFolder_W", [&]() -> FolderDeletion {
+    FolderDeletion deletion = xDeleteFolderR_W(folder, goOn);
+    if (!deletion.isGone && !xExistFile_W(folder.path)) {
+      deletion.isGone = true;
+      deletion.errorText.clear();
+    }
+    return deletion;
   });
 }
 

@@ -1,14 +1,39 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/Deleting.h"
 #include "support/Error.h"
 
 namespace ombrelian {
 
 // Deleting for good. What is not there counts as deleted; links are removed, never what they lead
-// to; error texts name the path and the numbered system error.
+// to, and mount points are not crossed. Error texts name the path and the numbered system error.
 
 /// `force`: also where the rights for it have to be had first.
 Failure xDeleteFile_W(const platform::ShownObject& file, bool force);
+
+/// Removes one empty folder, getting the rights for it if need be.
+bool RemoveDirectoryForce_W(const platform::ShownObject& folder);
+
+/// Asked at every object that goes, with the files and folders that are gone so far; false ends
+/// the deletion.
+using DeletionGoOn = std::function<bool(std::uint64_t files, std::uint64_t folders)>;
+
+/// What came of the deletion of a folder.
+struct FolderDeletion {
+  bool isGone = false;
+  bool wasStopped = false;  // by the caller; then a part of it is gone
+  std::uint64_t files = 0;  // that went
+  std::uint64_t folders = 0;
+  Text errorText;  // what could not go, the folder itself first; long lists are cut short
+};
+
+/// Removes a folder with all that it holds, or a link to one alone. What can go goes, even where
+/// other things cannot.
+FolderDeletion xDeleteFolderR_W(const platform::ShownObject& folder, const DeletionGoOn& goOn = {});
+
+/// As xDeleteFolderR_W; a folder that others removed meanwhile is gone all the same.
+FolderDeletion xDeleteFolder_W(const platform::ShownObject& folder, const DeletionGoOn& goOn = {});
 
 }  // namespace ombrelian

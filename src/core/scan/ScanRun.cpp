@@ -197,6 +197,10 @@ void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   node.dateAccess = data.ftLastAccessTime;
   // That something is mounted on a source is what makes it a drive, not a junction.
   node.attributes = data.dwFileAttributes & ~platform::kAttributeReparsePoint;
+  // What goes when a source is deleted is a link to it, where there is one.
+  if (platform::FindFirstFileW(path, data) == platform::kSuccess) {
+    state_.tree.setIdentity(root, data.identity);
+  }
   if (state_.options.ShowFolderOwner != 1 || !state_.context.IsNTFS) return;
   const Text owner = GetFileOwnerW(path);
   node.owner =

@@ -185,6 +185,7 @@ void Walker::visitFolder(const FindData& entry) {
 
 NodeIndex Walker::addFolderNode(const FindData& entry) {
   const NodeIndex node = tree_.addChild(frames_.back().node, walk_.name(), true);
+  tree_.setIdentity(node, entry.identity);
   if (options_.ShowFolderOwner != 0 || options_.CreateListOwner != 0) setOwner(entry, node);
   if (entry.isReparse()) readJunction(entry, node);
   return node;

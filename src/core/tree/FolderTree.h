@@ -5,12 +5,14 @@
 #include "core/tree/NamePool.h"
 #include "core/tree/ScanTotals.h"
 #include "core/tree/SegmentedArray.h"
+#include "platform/FindData.h"
 #include "support/Date.h"
 #include "support/Text.h"
 
 namespace ombrelian {
 
-/// A folder of the tree by its place in the array of nodes; never reused while the tree lives.
+/// A folder of the tree by its place in the array of nodes. It stays as long as the folder is in
+/// the tree; the place of one that was taken out may be given to another.
 using NodeIndex = std::uint32_t;
 inline constexpr NodeIndex kNoNode = UINT32_MAX;
 
@@ -23,7 +25,8 @@ inline constexpr NodeIndex kNoNode = UINT32_MAX;
 ///  32  size                                                         8
 ///  40  dates        modified, created, accessed                     3 x 8
 ///  64  counts       files ... errors                                6 x 4
-///  88  attributes, owner, flags                                     4 + 4 + 4, and 4 unused
+///  88  attributes, owner, flags, device                             4 x 4
+/// 104  inode                                                        8
 struct FolderNode {
   enum Flag : std::uint32_t {
     IsFolder = 1,      // not set: the pseudo folder of its parent's direct files
@@ -31,6 +34,7 @@ struct FolderNode {
     IsJunction = 4,    // a reparse folder
     IsMountPoint = 8,  // with IsJunction: something is mounted there; else it is a link
     HasOwner = 16,     // owner was read
+    IsFree = 32,       // out of the tree; the place waits for another folder
   };
 
   NodeIndex parent = kNoNode;
@@ -58,13 +62,15 @@ struct FolderNode {
   std::uint32_t attributes = 0;
   std::uint32_t owner = 0;  // number of an owner text of the tree, if HasOwner
   std::uint32_t flags = 0;
+  std::uint32_t device = 0;  // number of a device of the tree
+  std::uint64_t inode = 0;   // 0: unknown, as of pseudo folders
 
   bool hasChildren() const { return firstChild != kNoNode; }
   TextView name() const { return {nameUnits, nameLength}; }
   bool has(Flag flag) const { return (flags & flag) != 0; }
   void set(Flag flag) { flags |= flag; }
 };
-static_assert(sizeof(FolderNode) <= 104, "a million folders should fit 100 MB");
+static_assert(sizeof(FolderNode) <= 112, "a million folders should fit 112 MB");
 
 /// The forest of all scanned sources. Owns its nodes and every text of theirs.
 class FolderTree {
@@ -77,7 +83,7 @@ class FolderTree {
   NodeIndex lastRoot() const { return lastRoot_; }
   bool empty() const { return firstRoot_ == kNoNode; }
 
-  /// Nodes ever made, of all kinds.
+  /// Places of nodes, in use or free; every NodeIndex is below it.
   std::uint32_t nodeCount() const { return nodes_.size(); }
 
   /// Greatest level in the tree; 0 when it is empty.
@@ -90,6 +96,21 @@ class FolderTree {
   NodeIndex addChild(NodeIndex parent, TextView name, bool isFolder);
 
   void rename(NodeIndex node, TextView name);
+
+  /// Takes nodes with all below them out of the tree. Names, and what was got of these nodes, are
+  /// no longer good afterwards.
+  void remove(const std::vector<NodeIndex>& nodes);
+
+  /// A node like `node` that hangs nowhere yet, to be filled while the tree stays as it is.
+  NodeIndex addTwin(NodeIndex node);
+
+  /// `node` loses what lies below it and gets what its twin has: values and subtree. Its name stays
+  /// and the twin goes. Names got before are no longer good afterwards.
+  void adopt(NodeIndex node, NodeIndex twin);
+
+  /// Which object a folder is on this machine; index 0: unknown.
+  platform::FileIdentity identity(NodeIndex node) const;
+  void setIdentity(NodeIndex node, const platform::FileIdentity& identity);
 
   /// Text of an owner number, and the number of an owner text.
   const Text& ownerText(std::uint32_t owner) const { return owners_[owner]; }
@@ -123,11 +144,18 @@ class FolderTree {
 
   NodeIndex addNode(TextView name);
   static TextView find(const Texts& texts, NodeIndex node);
+  void unlink(std::vector<NodeIndex> nodes);
+  void release(NodeIndex top);
+  void compactNames();
+
   SegmentedArray<FolderNode> nodes_;
   NamePool names_;
   NodeIndex firstRoot_ = kNoNode;
   NodeIndex lastRoot_ = kNoNode;
   std::uint32_t maxFolderDepth_ = 0;
+  NodeIndex firstFree_ = kNoNode;  // free places hang together as siblings
+  std::size_t freedUnits_ = 0;     // of names_, no longer in use
+  std::vector<std::uint64_t> devices_;
   std::vector<Text> owners_;
   std::unordered_map<Text, std::uint32_t> ownerNumbers_;
   Texts errorTexts_;

@@ -19,11 +19,16 @@ class NamePool {
     const TextView kept(next_, name.size());
     next_ += name.size();
     left_ -= name.size();
+    units_ += name.size();
     return kept;
   }
 
+  /// Units of all names kept.
+  std::size_t units() const { return units_; }
+
   void clear() {
     blocks_.clear();
+    units_ = 0;
     next_ = nullptr;
     left_ = 0;
   }
@@ -40,6 +45,7 @@ class NamePool {
   std::vector<std::unique_ptr<char16_t[]>> blocks_;
   char16_t* next_ = nullptr;
   std::size_t left_ = 0;  // units behind next_
+  std::size_t units_ = 0;
 };
 
 }  // namespace ombrelian

@@ -1,0 +1,343 @@
+#include <dirent.h>
+#include <errno.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "platform/posix/EntryReader.h"
+#include "platform/posix/Errors.h"
+#include "platform/posix/ObjectAt.h"
+#include "platform/posix/Stat.h"
+
+namespace ombrelian::platform {
+namespace {
+
+constexpr int kOpenLevel = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+constexpr std::size_t kMaxOpenLevels = 48;  // descriptors held; the others are opened on the way up
+constexpr std::size_t kBatch = 100'000;     // entries that are removed in the order of their inodes
+constexpr std::size_t kFewEntries = 10'000;  // whose inodes are not worth being put in order
+constexpr int kMostPasses = 16;              // over a folder that is being filled meanwhile
+
+bool isRefused(int error) { return error == EACCES || error == EPERM; }
+
+/// A folder on the way from the one that goes to the one that is being emptied.
+struct Level {
+  std::string name;
+  FileIdentity identity;
+  Descriptor folder;    // none while more than kMaxOpenLevels lie below
+  std::string pending;  // names of subfolders that are still there, each with its NUL
+  std::size_t at = 0;   // where the next of them begins
+  int passes = 0;
+  bool stays = false;              // something in it could not go
+  std::optional<mode_t> mode;      // to be put back if it stays
+  bool wasAskedForRights = false;  // nothing more is to be had
+
+  bool hasPending() const { return at < pending.size(); }
+  const char* nextPending() {
+    const char* const next = pending.c_str() + at;
+    at = pending.find('\0', at) + 1;
+    return next;
+  }
+};
+
+/// Names of entries that are no folders, in one piece of memory.
+class Batch {
+ public:
+  void add(const dirent64& entry) {
+    entries_.push_back({entry.d_ino, names_.size()});
+    names_.append(entry.d_name).push_back('\0');
+  }
+  std::size_t size() const { return entries_.size(); }
+
+  /// The file system finds inodes quicker in the order in which they lie.
+  void order() {
+    if (entries_.size() < kFewEntries) return;
+    std::sort(entries_.begin(), entries_.end(),
+              [](const Entry& a, const Entry& b) { return a.inode < b.inode; });
+  }
+  const char* name(std::size_t i) const { return names_.c_str() + entries_[i].name; }
+  void clear() {
+    entries_.clear();
+    names_.clear();
+  }
+
+ private:
+  struct Entry {
+    std::uint64_t inode;
+    std::size_t name;
+  };
+  std::vector<Entry> entries_;
+  std::string names_;
+};
+
+class TreeRemoval {
+ public:
+  TreeRemoval(const ShownObject& object, RemovalProgress& progress)
+      : object_(object), progress_(progress), outside_(object) {}
+
+  Removal run();
+
+ private:
+  void removeTop(const FindData& data);
+  void enter(int above, const std::string& name, const FileIdentity* expected);
+  ErrorCode openLevel(int above, const FileIdentity* expected, Level& level);
+  ErrorCode inspect(int folder, const FileIdentity* expected, Level& level);
+  void empty(Level& level);
+  bool readBatch(Level& level, Batch& batch);
+  void removeFile(Level& level, const char* name);
+  bool getRights(int folder, Level& level);
+  int removeAt(int above, const char* name, int flags);
+  void leave();
+  bool reattach(const Level& child);
+  void fail(ErrorCode error, const char* name = nullptr);
+  bool goesOn();
+
+  const ShownObject& object_;
+  RemovalProgress& progress_;
+  const ObjectAt outside_;
+  std::optional<ForcedRights> rightsOutside_;
+  std::vector<Level> levels_;
+  std::size_t detached_ = 0;  // levels from the outermost on that hold no descriptor
+  std::unique_ptr<char[]> buffer_;
+  Batch batch_;
+  bool marksEnd_ = false;
+  Removal removal_;
+};
+
+Removal TreeRemoval::run() {
+  FindData data;
+  ErrorCode error = outside_.error();
+  if (error == kSuccess) error = outside_.read(data);
+  if (error == kSuccess && data.dwReserved0 == kTagMountPoint) error = kIsMountPoint;
+  if (isMissing(error)) {
+    removal_.isGone = true;
+  } else if (error != kSuccess) {
+    fail(error);
+  } else {
+    removeTop(data);
+  }
+  return removal_;
+}
+
+void TreeRemoval::removeTop(const FindData& data) {
+  if (!data.isFolder() || data.isReparse()) {
+    const int error = removeAt(outside_.folder(), outside_.name(), 0);
+    removal_.isGone = error == 0 || error == ENOENT;
+    removal_.files += error == 0 ? 1 : 0;
+    if (!removal_.isGone) fail(translateErrno(error));
+    return;
+  }
+  buffer_ = std::make_unique_for_overwrite<char[]>(kEntryBufferSize);
+  enter(outside_.folder(), outside_.name(), &data.identity);
+  while (!levels_.empty()) {
+    Level& level = levels_.back();
+    if (level.hasPending() && goesOn()) {
+      const std::string name = level.nextPending();
+      enter(level.folder.get(), name, nullptr);
+    } else {
+      leave();
+    }
+  }
+}
+
+/// Whether the user wants more; asked once more after a "no" it stays so.
+bool TreeRemoval::goesOn() {
+  if (!removal_.wasStopped) {
+    removal_.wasStopped = !progress_.goOn(removal_.files, removal_.folders);
+  }
+  return !removal_.wasStopped;
+}
+
+/// Opens a folder and removes what is no folder in it.
+void TreeRemoval::enter(int above, const std::string& name, const FileIdentity* expected) {
+  Level level;
+  level.name = name;
+  const ErrorCode error = openLevel(above, expected, level);
+  if (isMissing(error)) {
+    removal_.isGone = levels_.empty();
+  } else if (error == kNotADirectory && !levels_.empty()) {
+    removeFile(levels_.back(), name.c_str());
+  } else if (error != kSuccess) {
+    fail(error, name.c_str());
+  } else {
+    if (levels_.empty()) marksEnd_ = marksEndOfFolder(level.folder.get());
+    levels_.push_back(std::move(level));
+    if (levels_.size() - detached_ > kMaxOpenLevels) levels_[detached_++].folder.reset();
+    empty(levels_.back());
+  }
+}
+
+/// Opens the folder of that level below `above`. kNotADirectory: it is none, or none any more.
+ErrorCode TreeRemoval::openLevel(int above, const FileIdentity* expected, Level& level) {
+  const char* const name = level.name.c_str();
+  level.folder = Descriptor(openat(above, name, kOpenLevel));
+  if (level.folder) return inspect(level.folder.get(), expected, level);
+  if (errno == ELOOP) return kNotADirectory;
+  if (errno != EACCES) return translateErrno(errno);
+  // One that may not be listed gets the right to it, once it is known to be one to be emptied.
+  const Descriptor plain(openat(above, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (!plain) return translateErrno(errno);
+  const ErrorCode error = inspect(plain.get(), expected, level);
+  if (error != kSuccess || !getRights(plain.get(), level)) {
+    return error != kSuccess ? error : kAccessDenied;
+  }
+  level.folder = Descriptor(openat(above, name, kOpenLevel));
+  if (level.folder) return inspect(level.folder.get(), &level.identity, level);
+  const int refused = errno;
+  changeMode(plain.get(), *level.mode);
+  return translateErrno(refused);
+}
+
+/// Notes which folder is open, and refuses what must not be emptied.
+ErrorCode TreeRemoval::inspect(int folder, const FileIdentity* expected, Level& level) {
+  FindData data;
+  const std::uint64_t device = levels_.empty() ? 0 : levels_.back().identity.device;
+  const int error = readFindData(folder, "", AT_EMPTY_PATH, device, data);
+  if (error != 0) return translateErrno(error);
+  if (data.dwReserved0 == kTagMountPoint) return kIsMountPoint;
+  if (expected != nullptr && !(data.identity == *expected)) return kObjectReplaced;
+  level.identity = data.identity;
+  return kSuccess;
+}
+
+/// Removes what is no folder, and notes the subfolders.
+void TreeRemoval::empty(Level& level) {
+  ++level.passes;
+  level.pending.clear();
+  level.at = 0;
+  bool hasMore = true;
+  while (hasMore && goesOn()) {
+    batch_.clear();
+    hasMore = readBatch(level, batch_);
+    batch_.order();
+    for (std::size_t i = 0; i < batch_.size() && goesOn(); ++i)
+      removeFile(level, batch_.name(i));
+  }
+}
+
+/// False: there are no more entries.
+bool TreeRemoval::readBatch(Level& level, Batch& batch) {
+  while (batch.size() < kBatch) {
+    const EntriesRead read = readEntries(level.folder.get(), buffer_.get(), marksEnd_);
+    for (std::size_t at = 0; at < read.size;) {
+      const auto& entry = *reinterpret_cast<const dirent64*>(buffer_.get() + at);
+      at += entry.d_reclen;
+      if (isDotEntry(entry)) continue;
+      if (entry.d_type == DT_DIR) {
+        level.pending.append(entry.d_name).push_back('\0');
+      } else {
+        batch.add(entry);
+      }
+    }
+    if (read.error != 0) fail(translateErrno(read.error));
+    if (read.isEnd) return false;
+  }
+  return true;
+}
+
+void TreeRemoval::removeFile(Level& level, const char* name) {
+  const int error = removeAt(level.folder.get(), name, 0);
+  if (error == 0) {
+    ++removal_.files;
+  } else if (error == EISDIR) {  // some file systems do not tell the kind of their entries
+    level.pending.append(name).push_back('\0');
+  } else if (error != ENOENT) {
+    fail(translateErrno(error), name);
+  }
+}
+
+/// Makes a folder one that this process may list and remove from; false: that changes nothing.
+bool TreeRemoval::getRights(int folder, Level& level) {
+  if (level.wasAskedForRights) return false;
+  level.wasAskedForRights = true;
+  struct stat told;
+  if (fstat(folder, &told) != 0 || (told.st_mode & S_IRWXU) == S_IRWXU) return false;
+  if (!changeMode(folder, told.st_mode | S_IRWXU)) return false;
+  level.mode = told.st_mode;
+  return true;
+}
+
+/// Removes one object from the innermost level, or from outside where there is none. Returns errno.
+int TreeRemoval::removeAt(int above, const char* name, int flags) {
+  if (unlinkat(above, name, flags) == 0) return 0;
+  const int error = errno;
+  if (!isRefused(error)) return error;
+  if (!levels_.empty()) {
+    Level& level = levels_.back();
+    if (!getRights(level.folder.get(), level)) return error;
+  } else {
+    if (rightsOutside_) return error;
+    rightsOutside_.emplace(object_);
+    if (rightsOutside_->error() != kSuccess) return error;
+  }
+  return unlinkat(above, name, flags) == 0 ? 0 : errno;
+}
+
+/// The innermost folder is empty, or is to stay.
+void TreeRemoval::leave() {
+  Level child = std::move(levels_.back());
+  levels_.pop_back();
+  bool isGone = false;
+  if (!reattach(child)) {
+    child.stays = true;
+  } else if (!child.stays && !removal_.wasStopped) {
+    const int above = levels_.empty() ? outside_.folder() : levels_.back().folder.get();
+    const int error = removeAt(above, child.name.c_str(), AT_REMOVEDIR);
+    isGone = error == 0 || error == ENOENT;
+    removal_.folders += error == 0 ? 1 : 0;
+    const bool wasFilled = error == ENOTEMPTY || error == EEXIST;
+    if (wasFilled && child.passes < kMostPasses && lseek(child.folder.get(), 0, SEEK_SET) == 0) {
+      levels_.push_back(std::move(child));
+      empty(levels_.back());
+      return;
+    }
+    if (!isGone) {
+      fail(error == ENOTDIR ? kObjectReplaced : translateErrno(error), child.name.c_str());
+    }
+  }
+  if (isGone) {
+    removal_.isGone = levels_.empty();
+    return;
+  }
+  if (child.mode) changeMode(child.folder.get(), *child.mode);
+  if (!levels_.empty()) levels_.back().stays = true;
+}
+
+/// Opens the innermost level again, which `child` was left for. False: it is another by now.
+bool TreeRemoval::reattach(const Level& child) {
+  if (levels_.empty() || detached_ < levels_.size()) return true;
+  --detached_;
+  Level& level = levels_.back();
+  level.folder = Descriptor(openat(child.folder.get(), "..", kOpenLevel));
+  FileIdentity identity;
+  if (level.folder && readIdentity(level.folder.get(), identity) == 0 && identity == level.identity)
+    return true;
+  if (child.folder) fail(kObjectReplaced);  // told once for all levels that cannot be reached
+  level.folder.reset();
+  level.pending.clear();
+  level.at = 0;
+  level.stays = true;
+  return false;
+}
+
+/// `name` in the innermost level, or that level itself, stays.
+void TreeRemoval::fail(ErrorCode error, const char* name) {
+  if (!levels_.empty()) levels_.back().stays = true;
+  Text path = object_.path;
+  for (std::size_t i = 1; i < levels_.size(); ++i)
+    path.append(u"/").append(fromBytes(levels_[i].name));
+  if (name != nullptr && !levels_.empty()) path.append(u"/").append(fromBytes(name));
+  progress_.failed(path, error);
+}
+
+}  // namespace
+
+Removal RemoveTree(const ShownObject& folder, RemovalProgress& progress) {
+  return TreeRemoval(folder, progress).run();
+}
+
+}  // namespace ombrelian::platform
