@@ -30,5 +30,32 @@ TEST(DeletingTest, WhatIsGoneCountsAndWhatStaysIsTold) {
   EXPECT_FALSE(xExistFile_W(folder.text("file")));
 }
 
+TEST(DeletingTest, AFolderThatStaysTellsItselfAndWhatHoldsIt) {
+  const TestFolder folder;
+  folder.file("top/sub/stuck");
+  for (int i = 0; i < 25; ++i)
+    folder.file("many/stuck" + std::to_string(i));
+  const ScopedFault fault({Call::Unlinkat, "stuck", EIO});
+  FolderDeletion deletion = xDeleteFolder_W({folder.text("top")});
+  EXPECT_FALSE(deletion.isGone);
+  EXPECT_EQ(toBytes(deletion.errorText), folder.path("top") + " (#145 - Directory not empty) " +
+                                             folder.path("top/sub/stuck") +
+                                             " (#1117 - Input/output error)");
+  deletion = xDeleteFolder_W({folder.text("many")});
+  EXPECT_TRUE(deletion.errorText.ends_with(u" und 5 weitere")) << toBytes(deletion.errorText);
+}
+
+TEST(DeletingTest, AFolderThatOthersRemovedIsGone) {
+  const TestFolder folder;
+  folder.folder("top");
+  // Somebody else is quicker between the look and the removal.
+  const ScopedFault fault({Call::Openat, "top", EIO, 0, 1});
+  const FolderDeletion deletion = xDeleteFolder_W({folder.text("top")});
+  EXPECT_FALSE(deletion.isGone);
+  EXPECT_TRUE(RemoveDirectoryForce_W({folder.text("top")}));
+  EXPECT_FALSE(RemoveDirectoryForce_W({folder.text("top")}));
+  EXPECT_TRUE(xDeleteFolder_W({folder.text("top")}).isGone);
+}
+
 }  // namespace
 }  // namespace ombrelian

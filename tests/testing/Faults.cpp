@@ -91,6 +91,7 @@ ssize_t __real_write(int fd, const void* bytes, size_t size);
 int __real_close(int fd);
 int __real_renameat(int fromFolder, const char* from, int toFolder, const char* to);
 int __real_unlinkat(int folder, const char* name, int flags);
+int __real_fchmodat(int folder, const char* name, mode_t mode, int flags);
 
 int __wrap_openat(int folder, const char* name, int flags, ...) {
   mode_t mode = 0;
@@ -127,6 +128,10 @@ int __wrap_renameat(int fromFolder, const char* from, int toFolder, const char* 
 
 int __wrap_unlinkat(int folder, const char* name, int flags) {
   return guarded(Call::Unlinkat, name, [&] { return __real_unlinkat(folder, name, flags); });
+}
+
+int __wrap_fchmodat(int folder, const char* name, mode_t mode, int flags) {
+  return guarded(Call::Fchmodat, name, [&] { return __real_fchmodat(folder, name, mode, flags); });
 }
 
 }  // extern "C"

@@ -6,7 +6,7 @@
 namespace ombrelian::testing {
 
 /// The system calls that a test can make fail; the linker routes the program's calls here.
-enum class Call { Openat, Getdents, Statx, Write, Close, Renameat, Unlinkat };
+enum class Call { Openat, Getdents, Statx, Write, Close, Renameat, Unlinkat, Fchmodat };
 
 /// Which calls fail, and how.
 struct Fault {
