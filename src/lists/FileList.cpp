@@ -162,6 +162,7 @@ class FileList::Reader {
     Grid& grid = read_.grid;
     const std::int64_t size = xGetFileSizeByWFD_W(entry);
     read_.sum += size;
+    grid.setIdentity(row, entry.identity);
     grid.set(row, kSize, size);
     grid.set(row, kAttributes, std::int64_t(entry.dwFileAttributes));
     grid.set(row, kModified, date(entry.ftLastWriteTime, entry, xGetFileModifyDateByWFD));
@@ -268,38 +269,58 @@ TextView FileList::readOwner(Grid::RowIndex row) {
   return grid.text(row, kOwner);
 }
 
+void FileList::removeRows(const std::vector<std::uint32_t>& ids) {
+  Grid& grid = shown_.grid;
+  grid.removeRows(ids);
+  shown_.sum = 0;
+  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
+    shown_.sum += grid.number(row, kSize);
+}
+
 bool FileList::nameIsTaken(Grid::RowIndex row, TextView newName) const {
+  return otherNamed(row, newName).has_value();
+}
+
+/// What has that name in the folder; none: nothing but the file of the row.
+std::optional<FindData> FileList::otherNamed(Grid::RowIndex row, TextView name) const {
   FindData own;
   FindData other;
   const Text path = fullPath(row);
-  const Text newPath = shown_.folder + Text(newName);
-  if (newName.empty() || !isPlainName(newName) || newPath == path) return false;
-  if (platform::FindFirstFileW(LongPathPrefix(newPath), other) != kSuccess) return false;
+  const Text newPath = shown_.folder + Text(name);
+  if (name.empty() || !isPlainName(name) || newPath == path) return {};
+  if (platform::FindFirstFileW(LongPathPrefix(newPath), other) != kSuccess) return {};
   // Where case does not count, another spelling is the file itself.
   const bool isItself = platform::FindFirstFileW(LongPathPrefix(path), own) == kSuccess &&
                         own.identity == other.identity && own.linkCount < 2;
-  return !isItself;
+  if (isItself) return {};
+  return other;
 }
 
-Text FileList::rename(Grid::RowIndex row, TextView newName) {
-  return Guarded(kModule, u"lvwFiles_GridCellAfterEditing", [&]() -> Text {
-    const Text oldName(shown_.grid.text(row, kName));
-    if (newName.empty() || newName == oldName) return {};
-    if (!isPlainName(newName)) {
-      return TL(9400, u"Ein Dateiname darf kein '%1' enthalten.",
-                {TextView(&platform::kNativeSeparator, 1)});
-    }
-    const Text oldPath = fullPath(row);
-    if (Text error = xMoveFile_W(oldPath, shown_.folder + Text(newName)); !error.empty()) {
-      return error;
-    }
-    if (isStillThere(oldPath, oldName, newName)) {
-      return TL(9401, u"'%1' und '%2' sind zwei Namen derselben Datei.", {oldName, newName});
-    }
+/// Gives the file another name on the disk. Empty: done; else the error text.
+Text FileList::move(Grid::RowIndex row, TextView newName) const {
+  if (!isPlainName(newName)) {
+    return TL(9400, u"Ein Dateiname darf kein '%1' enthalten.",
+              {TextView(&platform::kNativeSeparator, 1)});
+  }
+  const Text oldName(shown_.grid.text(row, kName));
+  const Text oldPath = fullPath(row);
+  if (Text error = xMoveFile_W(oldPath, shown_.folder + Text(newName)); !error.empty())
+    return error;
+  if (isStillThere(oldPath, oldName, newName))
+    return TL(9401, u"'%1' und '%2' sind zwei Namen derselben Datei.", {oldName, newName});
+  return {};
+}
+
+FileList::Renaming FileList::rename(Grid::RowIndex row, TextView newName) {
+  return Guarded(kModule, u"lvwFiles_GridCellAfterEditing", [&]() -> Renaming {
+    if (newName.empty() || newName == shown_.grid.text(row, kName)) return {};
+    const std::optional<FindData> replaced = otherNamed(row, newName);
+    if (Text error = move(row, newName); !error.empty()) return {std::move(error), {}};
     const std::uint32_t id = shown_.grid.id(row);
     removeReplaced(row, newName);
     setName(shown_.grid.rowOf(id), newName);
-    return {};
+    if (!replaced) return {};
+    return {{}, xGetFileSizeByWFD_W(*replaced)};
   });
 }
 
@@ -307,9 +328,7 @@ Text FileList::rename(Grid::RowIndex row, TextView newName) {
 void FileList::removeReplaced(Grid::RowIndex row, TextView name) {
   Grid& grid = shown_.grid;
   for (Grid::RowIndex other = 0; other < grid.rowCount(); ++other) {
-    if (other == row || grid.text(other, kName) != name) continue;
-    shown_.sum -= grid.number(other, kSize);
-    return grid.removeRow(other);
+    if (other != row && grid.text(other, kName) == name) return removeRows({grid.id(other)});
   }
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "filters/mCompare.h"
 #include "lists/Grid.h"
+#include "platform/FindData.h"
 #include "services/FileTypes.h"
 #include "support/Date.h"
 #include "support/Error.h"
@@ -55,14 +57,27 @@ class FileList {
   /// Owner of a file. The cells of a hidden column stay empty until they are asked for here.
   TextView readOwner(Grid::RowIndex row);
 
+  /// Takes rows away by their ids, as after their files were deleted.
+  void removeRows(const std::vector<std::uint32_t>& ids);
+
   /// Whether something other than the file itself has that name in the folder; a rename would
   /// replace it.
   bool nameIsTaken(Grid::RowIndex row, TextView newName) const;
 
-  /// Renames a file, replacing without a question whatever has the name. Empty: it was done, or
-  /// there was nothing to do because the name is empty or the same; else the error text, and the
-  /// row is as it was. The row of a file that was replaced goes; others may move up.
-  Text rename(Grid::RowIndex row, TextView newName);
+  /// What came of a rename.
+  struct Renaming {
+    /// Empty: it was done, or there was nothing to do because the name is empty or the same; else
+    /// all is as it was.
+    Text error;
+
+    /// Bytes of the file that had the name before and is no more, whether it had a row or a filter
+    /// hid it; none: nothing was replaced.
+    std::optional<std::int64_t> replacedBytes;
+  };
+
+  /// Renames a file, replacing without a question whatever has the name. The row of a file that was
+  /// replaced goes; others may move up.
+  Renaming rename(Grid::RowIndex row, TextView newName);
 
   Grid& grid() { return shown_.grid; }
 
@@ -83,6 +98,8 @@ class FileList {
 
   void List_Files_ScanFolderR(TextView folder, const GoOn& goOn);
   void replace(Contents contents);
+  std::optional<platform::FindData> otherNamed(Grid::RowIndex row, TextView name) const;
+  Text move(Grid::RowIndex row, TextView newName) const;
   void setName(Grid::RowIndex row, TextView name);
   void removeReplaced(Grid::RowIndex row, TextView name);
 

@@ -47,19 +47,36 @@ Grid::RowIndex Grid::addRow() {
   return ids_.size() - 1;
 }
 
-void Grid::removeRow(RowIndex row) {
-  const auto at = std::ptrdiff_t(row);
-  const auto width = std::ptrdiff_t(columns_.size());
-  rows_[ids_[row]] = kGone;
-  cells_.erase(cells_.begin() + at * width, cells_.begin() + (at + 1) * width);
-  bands_.erase(bands_.begin() + at);
-  ids_.erase(ids_.begin() + at);
-  noteRowsFrom(row);
+void Grid::removeRows(const std::vector<std::uint32_t>& ids) {
+  for (const std::uint32_t id : ids) {
+    if (id < rows_.size()) rows_[id] = kGone;
+  }
+  const std::size_t width = columns_.size();
+  RowIndex kept = 0;
+  for (RowIndex row = 0; row < ids_.size(); ++row) {
+    if (rows_[ids_[row]] == kGone) continue;
+    if (kept != row) {
+      std::copy_n(&cells_[row * width], width, &cells_[kept * width]);
+      bands_[kept] = bands_[row];
+      ids_[kept] = ids_[row];
+    }
+    ++kept;
+  }
+  cells_.resize(kept * width);
+  bands_.resize(kept);
+  ids_.resize(kept);
+  noteRows();
 }
 
-void Grid::noteRowsFrom(RowIndex first) {
-  for (RowIndex row = first; row < ids_.size(); ++row)
+void Grid::noteRows() {
+  for (RowIndex row = 0; row < ids_.size(); ++row)
     rows_[ids_[row]] = std::uint32_t(row);
+}
+
+void Grid::setIdentity(RowIndex row, platform::FileIdentity identity) {
+  const std::size_t id = ids_[row];
+  if (identities_.size() <= id) identities_.resize(id + 1);
+  identities_[id] = identity;
 }
 
 void Grid::set(RowIndex row, const Column& column, TextView value) {
@@ -118,7 +135,7 @@ void Grid::reorder(const std::vector<std::uint32_t>& order) {
   cells_.swap(cells);
   bands_.swap(bands);
   ids_.swap(ids);
-  noteRowsFrom(0);
+  noteRows();
 }
 
 void Grid::sort(const Column& column, bool descending) {
@@ -132,6 +149,7 @@ void Grid::clear() {
   bands_.clear();
   ids_.clear();
   rows_.clear();
+  identities_.clear();
   pool_.clear();
   texts_.assign(1, TextView());
   lastTexts_.assign(columns_.size(), 0);

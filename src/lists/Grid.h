@@ -2,6 +2,7 @@
 
 #include "core/tree/NamePool.h"
 #include "lists/CellFormat.h"
+#include "platform/FindData.h"
 
 namespace ombrelian {
 
@@ -23,7 +24,10 @@ class Grid : public CellSource {
   RowIndex addRow();
 
   /// The row goes; those below it move up.
-  void removeRow(RowIndex row);
+  void removeRow(RowIndex row) { removeRows({ids_[row]}); }
+
+  /// Rows go by their ids, all of them in one pass; ids that no row has any more are passed over.
+  void removeRows(const std::vector<std::uint32_t>& ids);
 
   /// What stands for a row while rows move: it stays through sorts and removals, and no other row
   /// gets it before clear().
@@ -71,6 +75,14 @@ class Grid : public CellSource {
   int band(RowIndex row) const { return bands_[row]; }
   void setBand(RowIndex row, int band) { bands_[row] = std::uint8_t(band); }
 
+  /// Which object on the disk a row stands for; it moves with the row. Index 0: unknown. Grids
+  /// whose rows are no objects keep nothing for it.
+  platform::FileIdentity identity(RowIndex row) const {
+    const std::uint32_t id = ids_[row];
+    return id < identities_.size() ? identities_[id] : platform::FileIdentity();
+  }
+  void setIdentity(RowIndex row, platform::FileIdentity identity);
+
   /// All rows go, and the memory of the last sort.
   void clear();
 
@@ -90,14 +102,15 @@ class Grid : public CellSource {
 
   std::vector<std::uint32_t> sortedOrder(const Column& column, bool descending) const;
   void reorder(const std::vector<std::uint32_t>& order);
-  void noteRowsFrom(RowIndex first);
+  void noteRows();
 
   Columns columns_;
   std::vector<Cell> cells_;  // row after row
   std::vector<std::uint8_t> bands_;
-  std::vector<std::uint32_t> ids_;       // by row
-  std::vector<std::uint32_t> rows_;      // by id; kGone: removed
-  std::vector<TextView> texts_;          // in pool_; 0 is the empty text
+  std::vector<std::uint32_t> ids_;                  // by row
+  std::vector<std::uint32_t> rows_;                 // by id; kGone: removed
+  std::vector<platform::FileIdentity> identities_;  // by id, up to the last one that was set
+  std::vector<TextView> texts_;                     // in pool_; 0 is the empty text
   std::vector<std::int64_t> lastTexts_;  // by column, what came last: neighbours are often equal
   NamePool pool_;
   const Column* sortColumn_ = nullptr;

@@ -16,6 +16,7 @@ void HardlinkList::feed(TextView name, TextView folder, std::int64_t size, std::
                         const platform::FindData& data) {
   const TextView extension = xGetExtension(name);
   const Grid::RowIndex row = grid_.addRow();
+  grid_.setIdentity(row, data.identity);
   grid_.set(row, grid_.column(u"name"), name);
   grid_.set(row, grid_.column(u"id"), TextView(hardlinkIdentity(data)));
   grid_.set(row, grid_.column(u"links"), std::int64_t(links));

@@ -122,10 +122,10 @@ void TopLists::feedFile(TextView name, TextView folder, std::int64_t size,
   using enum ListId;
   if (isOn(LargestFiles) && rows(LargestFiles).admits(size) &&
       filters_.passesTopFilesExtFilter(xGetExtension(name))) {
-    offerFile(LargestFiles, size, name, folder, size);
+    offerFile(LargestFiles, size, name, folder, size, data);
   }
   if (isOn(SmallestFiles) && size > options_.CreateList100SmallestFilesIgnoreNumber) {
-    offerFile(SmallestFiles, size, name, folder, size);
+    offerFile(SmallestFiles, size, name, folder, size, data);
   }
   if (isOn(NewestFiles)) offerDate(NewestFiles, name, folder, size, data);
   if (isOn(OldestFiles)) offerDate(OldestFiles, name, folder, size, data);
@@ -148,16 +148,17 @@ void TopLists::offerDate(ListId list, TextView name, TextView folder, std::int64
   }
   // Local time costs more than all else here, and most files are far from getting in.
   if (!rows(list).admits(LocalClock::bound(date_, list == ListId::NewestFiles))) return;
-  offerFile(list, clock_.seconds(date_), name, folder, size);
+  offerFile(list, clock_.seconds(date_), name, folder, size, data);
 }
 
 void TopLists::offerFile(ListId list, std::int64_t key, TextView name, TextView folder,
-                         std::int64_t size) {
+                         std::int64_t size, const platform::FindData& data) {
   if (!rows(list).admits(key)) return;
   TopCollector::Row& row = rows(list).accept(key);
   row.size = size;
   row.name = name;
   row.path = folder;
+  row.identity = data.identity;
 }
 
 void TopLists::feedFolder(TextView path, std::int64_t ownSize, std::int32_t ownFiles,
@@ -205,7 +206,10 @@ void TopLists::fillGrid(ListId list) {
     grid.set(row, name, TextView(from.name));
     grid.set(row, size, from.size);
     grid.set(row, path, TextView(from.path));
-    if (!isFolderList(list)) continue;
+    if (!isFolderList(list)) {
+      grid.setIdentity(row, from.identity);
+      continue;
+    }
     grid.set(row, grid.column(u"files"), std::int64_t(from.files));
     grid.set(row, grid.column(u"folders"), std::int64_t(from.folders));
   }

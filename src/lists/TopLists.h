@@ -29,8 +29,9 @@ class TopCollector {
     std::int64_t size = 0;  // bytes
     std::int32_t files = 0;
     std::int32_t folders = 0;
-    Text name;  // of a folder its path without final separator
-    Text path;  // of the folder, ends in a separator
+    Text name;                             // of a folder its path without final separator
+    Text path;                             // of the folder, ends in a separator
+    platform::FileIdentity identity = {};  // of a file; index 0: unknown
   };
 
   explicit TopCollector(bool wantsLargest) : wantsLargest_(wantsLargest) {}
@@ -98,7 +99,8 @@ class TopLists {
   Text Toplist_ShowSelectedFilesize(ListId list, const std::vector<Grid::RowIndex>& rows) const;
 
  private:
-  void offerFile(ListId list, std::int64_t key, TextView name, TextView folder, std::int64_t size);
+  void offerFile(ListId list, std::int64_t key, TextView name, TextView folder, std::int64_t size,
+                 const platform::FindData& data);
   void offerFolder(ListId list, TextView path, std::int64_t ownSize, std::int32_t ownFiles,
                    std::int32_t ownFolders);
   void offerDate(ListId list, TextView name, TextView folder, std::int64_t size,

@@ -31,7 +31,7 @@ class FileRows : public FoundFileRows {
   FileRows(FileList& files, Options& options);
 
   Text path(std::size_t row) const override { return files_.fullPath(row); }
-  Text rename(std::size_t row, const Text& name) override { return files_.rename(row, name); }
+  Text rename(std::size_t row, const Text& name) override { return files_.rename(row, name).error; }
   bool isNameTaken(std::size_t row, const Text& name) const override {
     return files_.nameIsTaken(row, name);
   }

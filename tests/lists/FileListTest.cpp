@@ -57,6 +57,13 @@ class FileListTest : public ::testing::Test {
     return Grid::RowIndex(std::find(all.begin(), all.end(), name) - all.begin());
   }
 
+  /// What the system says the file of a row is.
+  platform::FileIdentity identityOnDisk(Grid::RowIndex row) {
+    struct stat told = {};
+    EXPECT_EQ(lstat(toBytes(list.fullPath(row)).c_str(), &told), 0);
+    return {told.st_dev, told.st_ino};
+  }
+
   const ScopedLocale locale{"C"};
   TestFolder folder;
   Options options;
@@ -257,7 +264,7 @@ TEST_F(FileListTest, ARenamedFileKeepsItsRow) {
   const std::uint32_t id = list.grid().id(row);
   const Text target = fromBytes("new\xfe.JPG");
   EXPECT_FALSE(list.nameIsTaken(row, target));
-  EXPECT_EQ(list.rename(row, target), u"");
+  EXPECT_EQ(list.rename(row, target).error, u"");
   EXPECT_EQ(list.grid().rowOf(id), row);
   EXPECT_EQ(text(row, u"name"), target);
   EXPECT_EQ(text(row, u"ext"), u"JPG");
@@ -268,14 +275,49 @@ TEST_F(FileListTest, ARenamedFileKeepsItsRow) {
 }
 
 TEST_F(FileListTest, ARenameReplacesAfterTheNameWasToldToBeTaken) {
+  options.FileList_Filter_Active = 1;
+  options.FileList_Filter_Text = u"a,b,c";
   folder.file("a", 7);
   folder.file("b", 9);
+  folder.file("hidden", 11);
   show();
-  EXPECT_TRUE(list.nameIsTaken(rowOf(u"a"), u"b"));
-  EXPECT_EQ(list.rename(rowOf(u"a"), u"b"), u"");
-  EXPECT_EQ(names(), std::vector<Text>{u"b"});
-  EXPECT_EQ(list.sum(), 7);
-  EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>{"b"});
+  const struct {
+    TextView from;
+    TextView to;
+    std::optional<std::int64_t> replaced;
+  } cases[] = {{u"a", u"b", 9}, {u"b", u"hidden", 11}, {u"hidden", u"c", std::nullopt}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(list.nameIsTaken(rowOf(c.from), c.to), c.replaced.has_value());
+    const FileList::Renaming done = list.rename(rowOf(c.from), c.to);
+    EXPECT_EQ(done.error, u"");
+    EXPECT_EQ(done.replacedBytes, c.replaced) << toBytes(c.to);
+    EXPECT_EQ(names(), std::vector<Text>{Text(c.to)});
+    EXPECT_EQ(list.sum(), 7);
+    EXPECT_EQ(list.grid().identity(0), identityOnDisk(0));
+  }
+  EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>{"c"});
+}
+
+TEST_F(FileListTest, RowsThatGoTakeTheirBytesAndLeaveTheOthersTheirs) {
+  for (int i = 0; i < 40; ++i)
+    folder.file("f" + std::to_string(i), 100 + i);
+  folder.symlink("link", "f0");
+  folder.file("dumb", 9);
+  const ScopedFault fault({Call::Statx, "dumb", EACCES});
+  show();
+  list.grid().sort(list.grid().column(u"name"), true);
+  std::vector<std::uint32_t> ids;
+  for (int i = 0; i < 30; ++i)
+    ids.push_back(list.grid().id(rowOf(u"f" + toText(i))));
+  ids.push_back(ids.front());
+  list.removeRows(ids);
+  list.removeRows(ids);
+  ASSERT_EQ(names().size(), 12U);
+  EXPECT_EQ(list.sum(), 1000 + 345 + 2);
+  for (Grid::RowIndex row = 0; row < names().size(); ++row) {
+    const bool isKnown = text(row, u"name") != u"dumb";
+    EXPECT_EQ(list.grid().identity(row), isKnown ? identityOnDisk(row) : platform::FileIdentity());
+  }
 }
 
 TEST_F(FileListTest, ARenameThatCannotBeLeavesAllAsItWas) {
@@ -298,7 +340,7 @@ TEST_F(FileListTest, ARenameThatCannotBeLeavesAllAsItWas) {
   EXPECT_TRUE(list.nameIsTaken(rowOf(u"a"), u"twin"));
   EXPECT_FALSE(list.nameIsTaken(rowOf(u"a"), u"a"));
   for (const auto& c : cases) {
-    EXPECT_EQ(list.rename(rowOf(u"a"), c.name), c.error) << toBytes(c.name);
+    EXPECT_EQ(list.rename(rowOf(u"a"), c.name).error, c.error) << toBytes(c.name);
     EXPECT_EQ(list.grid().rowCount(), 2U);
     EXPECT_EQ(text(rowOf(u"a"), u"fullpath"), folder.text("a"));
     EXPECT_TRUE(xExistFile(folder.text("a")));

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <map>
 #include <random>
+#include <set>
 
 #include "lists/LinkLists.h"
 #include "lists/ListTables.h"
@@ -79,48 +81,95 @@ TEST_F(ListsTest, RowsAreOrderedByRawValue) {
   }
 }
 
-TEST_F(ListsTest, AnIdFindsItsRowThroughSortsAndRemovals) {
+/// A row as the grid must hold it.
+struct ModelRow {
+  std::uint32_t id;
+  std::int64_t size;
+  int band;
+  platform::FileIdentity identity;
+};
+
+void expectSame(const Grid& grid, const std::vector<ModelRow>& rows,
+                const std::set<std::uint32_t>& gone) {
+  ASSERT_EQ(grid.rowCount(), rows.size());
+  for (Grid::RowIndex row = 0; row < rows.size(); ++row) {
+    const ModelRow& model = rows[row];
+    ASSERT_EQ(grid.id(row), model.id);
+    ASSERT_EQ(grid.rowOf(model.id), row);
+    ASSERT_EQ(grid.text(row, kTable[0]), toText(model.size));
+    ASSERT_EQ(grid.number(row, kTable[1]), model.size);
+    ASSERT_EQ(grid.band(row), model.band);
+    ASSERT_EQ(grid.identity(row), model.identity);
+  }
+  for (const std::uint32_t id : gone)
+    ASSERT_EQ(grid.rowOf(id), Grid::kNoRow);
+}
+
+TEST_F(ListsTest, RowsKeepAllThatIsTheirsThroughSortsAndRemovals) {
+  std::mt19937 random(11);
   Grid grid(kTable);
-  std::map<std::uint32_t, Text> names;
-  const auto add = [&](TextView name, std::int64_t size) {
-    const Grid::RowIndex row = grid.addRow();
-    grid.set(row, kTable[0], name);
-    grid.set(row, kTable[1], size);
-    EXPECT_TRUE(names.emplace(grid.id(row), name).second) << "given twice: " << grid.id(row);
+  std::vector<ModelRow> rows;
+  std::set<std::uint32_t> gone;
+  const auto add = [&] {
+    const Grid::RowIndex at = grid.addRow();
+    ModelRow row = {grid.id(at), std::int64_t(random() % 50), int(random() % 2), {}};
+    EXPECT_FALSE(gone.contains(row.id)) << "given twice";
+    grid.set(at, kTable[0], TextView(toText(row.size)));
+    grid.set(at, kTable[1], row.size);
+    grid.setBand(at, row.band);
+    if (random() % 3 != 0) grid.setIdentity(at, row.identity = {random(), random()});
+    rows.push_back(row);
   };
-  const auto remove = [&](TextView name) {
-    for (const auto& [id, of] : names) {
-      if (of == name) grid.removeRow(grid.rowOf(id));
+  const auto sort = [&](bool descending) {
+    grid.sort(kTable[1], descending);
+    std::stable_sort(rows.begin(), rows.end(), [&](const ModelRow& a, const ModelRow& b) {
+      return descending ? a.size > b.size : a.size < b.size;
+    });
+  };
+  const auto takeOut = [&](std::uint32_t id) {
+    if (std::erase_if(rows, [&](const ModelRow& row) { return row.id == id; }) > 0) gone.insert(id);
+  };
+  for (int step = 0; step < 3000 && !HasFatalFailure(); ++step) {
+    const auto choice = random() % 400;
+    if (choice < 240) {
+      add();
+    } else if (choice < 300) {
+      sort(choice % 2 == 0);
+    } else if (choice < 340 && !rows.empty()) {
+      const Grid::RowIndex row = random() % rows.size();
+      grid.removeRow(row);
+      takeOut(rows[row].id);
+    } else if (choice < 399) {
+      // Some twice, some gone already, some that never were.
+      std::vector<std::uint32_t> ids = {1'000'000};
+      for (auto i = random() % 12; i > 0; --i)
+        ids.push_back(std::uint32_t(random() % (rows.size() + gone.size() + 1)));
+      grid.removeRows(ids);
+      for (const std::uint32_t id : ids)
+        takeOut(id);
+    } else {
+      grid.clear();
+      rows.clear();
+      gone.clear();
     }
-  };
-  const auto expectRows = [&](const std::vector<Text>& expected) {
-    EXPECT_EQ(firstColumn(grid), expected);
-    for (const auto& [id, name] : names) {
-      const Grid::RowIndex row = grid.rowOf(id);
-      const bool isThere = std::find(expected.begin(), expected.end(), name) != expected.end();
-      ASSERT_EQ(row != Grid::kNoRow, isThere) << toBytes(name);
-      if (!isThere) continue;
-      EXPECT_EQ(grid.text(row, kTable[0]), name);
-      EXPECT_EQ(grid.id(row), id);
-    }
-  };
-  add(u"a", 3);
-  add(u"b", 1);
-  add(u"c", 4);
-  add(u"d", 2);
-  grid.sort(kTable[1], false);
-  expectRows({u"b", u"d", u"a", u"c"});
-  remove(u"d");
-  expectRows({u"b", u"a", u"c"});
-  add(u"e", 0);
-  grid.sort(kTable[1], true);
-  expectRows({u"c", u"a", u"b", u"e"});
-  remove(u"e");
-  remove(u"c");
-  add(u"f", 9);
-  expectRows({u"a", u"b", u"f"});
-  grid.clear();
-  expectRows({});
+    expectSame(grid, rows, gone);
+  }
+}
+
+TEST_F(ListsTest, ManyRowsGoAtOnce) {
+  constexpr std::uint32_t kRows = 200'000;
+  Grid grid(kTable);
+  std::vector<std::uint32_t> odd;
+  for (std::uint32_t i = 0; i < kRows; ++i) {
+    grid.set(grid.addRow(), kTable[1], std::int64_t(i));
+    if (i % 2 == 1) odd.push_back(i);
+  }
+  const auto start = std::chrono::steady_clock::now();
+  grid.removeRows(odd);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+  ASSERT_EQ(grid.rowCount(), kRows / 2);
+  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
+    ASSERT_EQ(grid.number(row, kTable[1]), std::int64_t(2 * row));
 }
 
 TEST_F(ListsTest, CellsAreShownByKindMaskAndSettings) {

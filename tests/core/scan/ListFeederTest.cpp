@@ -1,5 +1,6 @@
 #include "core/scan/ListFeeder.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <map>
@@ -165,6 +166,35 @@ TEST_F(ListFeederTest, RowsAreCompletedAfterTheWalk) {
   ASSERT_EQ(folders.rowCount(), 1U);
   EXPECT_EQ(folders.text(0, folders.column(u"name")), folder.text("sub"));
   EXPECT_NE(folders.number(0, folders.column(u"attr")) & platform::kAttributeDirectory, 0);
+}
+
+TEST_F(ListFeederTest, RowsOfFilesKnowWhichFileTheyShow) {
+  constexpr int kFiles = 400;  // more than the lists hold before they are trimmed
+  for (int i = 0; i < kFiles; ++i)
+    folder.file("f" + std::to_string(i % 7) + "/" + std::to_string(i), i * 7919 % kFiles + 1);
+  for (int i = 0; i < 20; ++i)
+    folder.hardlink("f0/twin" + std::to_string(i), "f0/" + std::to_string(7 * i));
+  std::fill(std::begin(options.TopMaxCount), std::end(options.TopMaxCount), 20);
+  scan(folder.text(), &lists);
+  for (int number = 0; number < kLists; ++number) {
+    const auto list = ListId(number);
+    const Grid& grid = lists.grid(list);
+    const bool isOfFiles = list <= ListId::OldestFiles || list == ListId::Hardlinks;
+    if (isOfFiles) {
+      EXPECT_GE(grid.rowCount(), 20U) << number;
+    }
+    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
+      platform::FileIdentity expected;
+      if (isOfFiles) {
+        struct stat told = {};
+        const Text path =
+            Text(grid.text(row, grid.column(u"path"))) + Text(grid.text(row, grid.column(u"name")));
+        ASSERT_EQ(lstat(toBytes(path).c_str(), &told), 0);
+        expected = {told.st_dev, told.st_ino};
+      }
+      EXPECT_EQ(grid.identity(row), expected) << number << " " << row;
+    }
+  }
 }
 
 TEST_F(ListFeederTest, ListsOfOneRunOutliveARunOfSeveralSources) {
