@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "support/Text.h"
 
@@ -37,6 +38,15 @@ class UserInterface {
 
   /// A question with yes and no; a silent run answers no.
   virtual bool ask(TextView question) = 0;
+
+  /// A question on whose "yes" something is lost, with lines that tell what; "no" is what a hasty
+  /// key gives, and a silent run.
+  virtual bool confirm(TextView /*question*/, const std::vector<Text>& /*details*/) {
+    return false;
+  }
+
+  /// A deletion moved on: `done` objects of `all` are gone; `all` 0: they are still counted.
+  virtual void deletionProgress(TextView /*path*/, std::uint64_t /*done*/, std::uint64_t /*all*/) {}
 };
 
 }  // namespace ombrelian
