@@ -15,7 +15,6 @@
 #include "platform/Deleting.h"
 #include "platform/ShellCodes.h"
 #include "platform/posix/Stat.h"
-#include "platform/posix/TrashFolder.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/ScopedVariable.h"
 #include "tests/testing/ScopedZone.h"
@@ -321,57 +320,6 @@ TEST_F(TrashTest, PathsBeyondWhatTheKernelTakesAreKept) {
   EXPECT_EQ(valueOf(readFile(bin("info/object.trashinfo")), "Path"), folder_.path(name));
 }
 
-TEST(TrashFolderTest, TopFolderHasASafeSharedBinOrThisUsersOwn) {
-  struct Case {
-    const char* what;
-    std::function<void(const TestFolder&, const std::string& user)> prepare;
-    bool isShared;
-    ErrorCode code;
-  };
-  const auto sticky = [](const std::string& path) { EXPECT_EQ(chmod(path.c_str(), 01777), 0); };
-  const Case cases[] = {
-      {"nothing there", [](auto&, auto&) {}, false, kSuccess},
-      {"not sticky", [](auto& top, auto&) { top.folder(".Trash"); }, false, kSuccess},
-      {"sticky",
-       [&](auto& top, auto&) {
-         top.folder(".Trash");
-         sticky(top.path(".Trash"));
-       },
-       true, kSuccess},
-      {"link to a sticky folder",
-       [&](auto& top, auto&) {
-         top.folder("other");
-         sticky(top.path("other"));
-         top.symlink(".Trash", "other");
-       },
-       false, kSuccess},
-      {"link in the place of this user's part",
-       [&](auto& top, const auto& user) {
-         top.folder(".Trash/other");
-         sticky(top.path(".Trash"));
-         top.symlink(".Trash/" + user, "other");
-       },
-       false, kSuccess},
-      {"link in the place of this user's own",
-       [&](auto& top, const auto& user) {
-         top.folder("other");
-         top.symlink(".Trash-" + user, "other");
-       },
-       false, kOfBin | kNotADirectory},
-  };
-  const std::string user = std::to_string(geteuid());
-  for (const Case& test : cases) {
-    const TestFolder top;
-    test.prepare(top, user);
-    const Descriptor folder(open(top.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    Trash trash;
-    EXPECT_EQ(openTopTrash(folder.get(), top.path(), trash), test.code) << test.what;
-    const std::string path = top.path((test.isShared ? ".Trash/" : ".Trash-") + user);
-    EXPECT_EQ(trash.path, path) << test.what;
-    EXPECT_EQ(access((path + "/info").c_str(), F_OK) == 0, test.code == kSuccess) << test.what;
-  }
-}
-
 /// Runs `body` in a process that alone sees the mounts it makes; false: this user may not.
 template <class Body>
 bool runWithOwnMounts(Body body) {
@@ -408,8 +356,9 @@ TEST_F(TrashTest, OtherMountsHaveTheirOwnBins) {
       recycleNew(top + "/a/50%", "");
       recycleNew(top + "-link/behind a link", "");
       EXPECT_EQ(recycle(deepObject(folder_, top + "/a", 30)), kSuccess);
+      const std::string infos = path + own + "/info/";
       const auto pathIn = [&](const std::string& record) {
-        return valueOf(readFile(path + own + "/info/" + record + ".trashinfo"), "Path");
+        return valueOf(readFile(infos + record + ".trashinfo"), "Path");
       };
       EXPECT_EQ(pathIn("50%"), "a/50%25");
       EXPECT_EQ(pathIn("behind a link"), "a/behind%20a%20link");

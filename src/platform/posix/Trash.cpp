@@ -1,11 +1,13 @@
+#include "platform/Deleting.h"
+
 #include <errno.h>
 #include <fcntl.h>
 #include <stdio.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <string_view>
 
-#include "platform/Deleting.h"
 #include "platform/ShellCodes.h"
 #include "platform/Time.h"
 #include "platform/posix/Errors.h"
@@ -41,7 +43,7 @@ ErrorCode binError(int error) { return kShellErrorOnDestination | translateErrno
 bool isRealFolder(const FindData& data) { return data.isFolder() && !data.isReparse(); }
 
 /// Whether something is mounted in the folder `source`. It would move with the folder, and be
-/// emptied with the bin.
+/// emptied with the bin. False too for a folder so deep that its mounts cannot be told by path.
 bool holdsMountPoint(const Source& source) {
   const std::string folder = pathOfFolder(source.at.folder());
   if (folder.empty()) return false;
@@ -101,16 +103,22 @@ int makeRecord(int info, const std::string& name, std::string_view content) {
   return error;
 }
 
-/// Renames without ever replacing anything; returns 0 or errno.
-int renameToNew(int fromFolder, const char* from, int toFolder, const char* to) {
-  if (renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE) == 0) return 0;
+/// Renames the object to `name` in the bin, without ever replacing anything there; returns 0 or
+/// errno.
+int moveIn(const ObjectAt& at, int files, const char* name) {
+  if (renameat2(at.folder(), at.name(), files, name, RENAME_NOREPLACE) == 0) return 0;
   if (errno != EINVAL && errno != ENOSYS) return errno;
   // A file system that cannot promise it. Whoever uses the bin makes the record first, and that is
   // ours, so that nobody takes the name between these two.
   struct stat told;
-  if (fstatat(toFolder, to, &told, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
+  if (fstatat(files, name, &told, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
   if (errno != ENOENT) return errno;
-  return renameat(fromFolder, from, toFolder, to) == 0 ? 0 : errno;
+  return renameat(at.folder(), at.name(), files, name) == 0 ? 0 : errno;
+}
+
+/// Undoes moveIn, unless something lies in the old place by now or that cannot be promised.
+bool moveBack(const ObjectAt& at, int files, const char* name) {
+  return renameat2(files, name, at.folder(), at.name(), RENAME_NOREPLACE) == 0;
 }
 
 /// Why the object could not be renamed, and whose fault it is.
@@ -146,14 +154,11 @@ ErrorCode moveAs(const std::string& name, std::string_view record, const Source&
   const std::string recordName = name + std::string(kTrashInfoEnding);
   int error = makeRecord(trash.info.get(), recordName, record);
   if (error != 0) return binError(error);
-  error = renameToNew(source.at.folder(), source.at.name(), trash.files.get(), name.c_str());
+  error = moveIn(source.at, trash.files.get(), name.c_str());
   const bool isWrong = error == 0 && isAnother(source, trash, name);
-  if (isWrong &&
-      renameToNew(trash.files.get(), name.c_str(), source.at.folder(), source.at.name()) != 0) {
-    return kObjectReplaced;  // it stays in the bin, and its record with it
-  }
   if (error == 0 && !isWrong) return kSuccess;
-  unlinkat(trash.info.get(), recordName.c_str(), 0);
+  const bool isStillIn = isWrong && !moveBack(source.at, trash.files.get(), name.c_str());
+  if (!isStillIn) unlinkat(trash.info.get(), recordName.c_str(), 0);
   return isWrong ? kObjectReplaced : moveError(source, error);
 }
 
@@ -171,25 +176,39 @@ ErrorCode moveTo(const Trash& trash, const Source& source, std::string_view path
   return error;
 }
 
-/// Path of the object below the folder `top`, which is open and lies `levels` above its folder.
-/// Empty: not to be told, as both are longer than the kernel tells, and a link leads to it.
+/// Where the last `count` components of the absolute `path` begin, with their separator; npos: it
+/// has fewer.
+std::size_t beginOfLast(std::string_view path, std::size_t count) {
+  std::size_t begin = path.size();
+  for (; count > 0; --count) {
+    if (begin == 0) return std::string_view::npos;
+    begin = path.rfind('/', begin - 1);
+  }
+  return begin;
+}
+
+bool isFolderAt(const std::string& path, int folder) {
+  const PathAt at(path);
+  if (at.error() != 0) return false;
+  const Descriptor opened(openat(at.folder(), at.name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  FileIdentity there;
+  FileIdentity wanted;
+  return opened && readIdentity(opened.get(), there) == 0 && readIdentity(folder, wanted) == 0 &&
+         there == wanted;
+}
+
+/// Path of the object below the folder `top`. Empty: not to be told, as it is longer than the
+/// kernel tells one, and a link leads past `top`.
 std::string pathBelow(const TopFolder& top, const std::string& topPath, const Source& source) {
   const std::string folder = pathOfFolder(source.at.folder());
   if (!folder.empty() && !topPath.empty()) {
     const std::string path = folder + "/" + source.at.name();
     return path.substr(path.find_first_not_of('/', topPath.size()));
   }
-  std::size_t cut = source.path.size();
-  for (std::size_t level = 0; level <= top.levels && cut != std::string::npos; ++level)
-    cut = cut == 0 ? std::string::npos : source.path.rfind('/', cut - 1);
-  if (cut == std::string::npos) return {};
-  const PathAt shown(source.path.substr(0, std::max<std::size_t>(cut, 1)));
-  const Descriptor opened(openat(shown.folder(), shown.name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-  FileIdentity there;
-  FileIdentity wanted;
-  const bool isThere = shown.error() == 0 && opened && readIdentity(opened.get(), there) == 0 &&
-                       readIdentity(top.folder.get(), wanted) == 0 && there == wanted;
-  return isThere ? source.path.substr(cut + 1) : std::string();
+  const std::size_t begin = beginOfLast(source.path, top.levels + 1);
+  if (begin == std::string::npos) return {};
+  const std::string above = begin == 0 ? "/" : source.path.substr(0, begin);
+  return isFolderAt(above, top.folder.get()) ? source.path.substr(begin + 1) : std::string();
 }
 
 ErrorCode moveToTop(const Source& source, Trash& trash) {
