@@ -77,6 +77,9 @@ inline constexpr ErrorCode kShellErrorOnDestination = 0x10000;  // with a system
 
 /// Moves an object to the recycle bin of its file system, or of this user if both share one. It is
 /// never copied and never deleted. `detail` tells which folder of the bin failed; empty: none did.
+/// Also answers with the codes of ShellCodes.h: for the root of all, an object without the rights
+/// to move it, one that lies in the bin or holds it (with `detail` the bin). kIsMountPoint too for
+/// a folder that something is mounted in; kNotSameDevice: no bin can take the object as it is.
 ErrorCode RecycleObject(const ShownObject& object, Text& detail);
 
 }  // namespace ombrelian::platform

@@ -34,7 +34,7 @@ std::mutex& guard() {
 
 /// errno that the call is to fail with; 0: it goes through.
 int faultFor(Call call, const char* name) {
-  const std::lock_guard lock(guard());
+  std::unique_lock lock(guard());
   for (Active& active : actives()) {
     const Fault& fault = active.fault;
     if (!active.isOn || fault.call != call) continue;
@@ -43,7 +43,10 @@ int faultFor(Call call, const char* name) {
     if (fault.exceptThread == gettid()) continue;
     if (active.seen++ < fault.skip || active.hits >= fault.times) continue;
     ++active.hits;
-    return fault.error;
+    const Fault found = fault;
+    lock.unlock();
+    if (found.meanwhile) found.meanwhile();
+    return found.error;
   }
   return 0;
 }
@@ -90,6 +93,9 @@ int __real_statx(int folder, const char* name, int flags, unsigned mask, struct 
 ssize_t __real_write(int fd, const void* bytes, size_t size);
 int __real_close(int fd);
 int __real_renameat(int fromFolder, const char* from, int toFolder, const char* to);
+int __real_renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                     unsigned flags);
+int __real_mkdirat(int folder, const char* name, mode_t mode);
 int __real_unlinkat(int folder, const char* name, int flags);
 int __real_fchmodat(int folder, const char* name, mode_t mode, int flags);
 
@@ -124,6 +130,16 @@ int __wrap_close(int fd) {
 int __wrap_renameat(int fromFolder, const char* from, int toFolder, const char* to) {
   return guarded(Call::Renameat, to,
                  [&] { return __real_renameat(fromFolder, from, toFolder, to); });
+}
+
+int __wrap_renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                     unsigned flags) {
+  return guarded(Call::Renameat2, to,
+                 [&] { return __real_renameat2(fromFolder, from, toFolder, to, flags); });
+}
+
+int __wrap_mkdirat(int folder, const char* name, mode_t mode) {
+  return guarded(Call::Mkdirat, name, [&] { return __real_mkdirat(folder, name, mode); });
 }
 
 int __wrap_unlinkat(int folder, const char* name, int flags) {

@@ -24,11 +24,6 @@ constexpr std::size_t kNamedObjects = 10;  // of a question
 constexpr std::size_t kToldFailures = 10;  // of a message; the log has all
 constexpr std::uint64_t kProgressIntervalMs = 100;
 
-Text numberedText(TextView path, platform::ErrorCode error) {
-  Text text(path);
-  return text.append(u" (").append(xGetErrorText(true, error)).append(u")");
-}
-
 Text withoutSeparator(TextView folder) {
   return folder.size() > 1 ? xRemoveBackslash(folder) : Text(folder);
 }
@@ -77,7 +72,7 @@ bool Deletion::DeleteFolders(const std::vector<NodeIndex>& selected) {
     if (folders.empty()) return false;
     Targets targets;
     for (const NodeIndex node : outermostOf(tree, folders))
-      targets.push_back({shownObject(tree, node), node});
+      targets.emplace_back(shownObject(tree, node), node);
     const Text question =
         targets.size() == 1
             ? TL(9076, u"Soll der Ordner '%1' wirklich gelöscht werden?", {targets[0].object.path})
@@ -308,8 +303,8 @@ Deletion::Targets Deletion::targetsOf(const Grid& list, const Ids& selected) con
   for (const Grid::RowIndex row : rows) {
     Text path(list.text(row, folder));
     appendName(path, list.text(row, name));
-    targets.push_back(
-        {{std::move(path), Text::npos, list.identity(row)}, list.id(row), list.number(row, size)});
+    targets.emplace_back(platform::ShownObject{std::move(path), Text::npos, list.identity(row)},
+                         list.id(row), list.number(row, size));
   }
   return targets;
 }

@@ -42,9 +42,12 @@ class Deletion {
 
  private:
   struct Target {
+    Target(platform::ShownObject shown, std::uint32_t row, std::int64_t bytes = 0)
+        : object(std::move(shown)), id(row), size(bytes) {}
+
     platform::ShownObject object;
     std::uint32_t id;           // of the row, or the node
-    std::int64_t size = 0;      // bytes
+    std::int64_t size;          // of a file, in bytes
     bool isHardlink = false;    // has further names
     std::uint64_t objects = 1;  // it and all below it
   };

@@ -1,0 +1,180 @@
+#include "platform/posix/TrashFolder.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <limits.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "platform/Deleting.h"
+#include "platform/Process.h"
+#include "platform/posix/Errors.h"
+#include "platform/posix/Stat.h"
+
+namespace ombrelian::platform {
+namespace {
+
+constexpr int kPathOnly = O_PATH | O_DIRECTORY | O_CLOEXEC;
+constexpr mode_t kOwnersOnly = 0700;
+
+ErrorCode binError(int error) { return kShellErrorOnDestination | translateErrno(error); }
+
+/// A folder on the way from another up to the root.
+struct Level {
+  Descriptor folder;
+  FileIdentity identity;
+  bool isMountRoot = false;  // false too on kernels that do not say
+};
+
+/// Returns 0 or errno.
+int openLevel(int folder, const char* name, Level& level) {
+  level.folder = Descriptor(openat(folder, name, kPathOnly));
+  if (!level.folder) return errno;
+  FindData data;
+  const int error = readFindData(level.folder.get(), "", AT_EMPTY_PATH, 0, data);
+  level.identity = data.identity;
+  level.isMountRoot = data.dwReserved0 == kTagMountPoint;
+  return error;
+}
+
+/// Folder for this user's data of all programs, without final separator; empty: none.
+std::string dataFolder() {
+  const auto variable = [](TextView name) { return toBytes(GetEnvironmentVariableW(name)); };
+  std::string folder = variable(u"XDG_DATA_HOME");
+  if (!folder.starts_with('/')) {
+    folder = variable(u"HOME");
+    if (!folder.starts_with('/')) return {};
+    folder += "/.local/share";
+  }
+  while (folder.ends_with('/'))
+    folder.pop_back();
+  return folder;
+}
+
+bool isOn(int folder, std::uint64_t device) {
+  FileIdentity identity;
+  return readIdentity(folder, identity) == 0 && identity.device == device;
+}
+
+/// Opens the folder `path`. What is missing of it is made, but only on the file system `device`.
+ErrorCode openDataFolder(std::string_view path, std::uint64_t device, Descriptor& folder) {
+  folder = Descriptor(open("/", kPathOnly));
+  while (folder && !path.empty()) {
+    path.remove_prefix(1);
+    const std::string step(path.substr(0, path.find('/')));
+    path.remove_prefix(step.size());
+    if (step.empty()) continue;
+    Descriptor next(openat(folder.get(), step.c_str(), kPathOnly));
+    if (!next && errno == ENOENT) {
+      if (!isOn(folder.get(), device)) return kNotSameDevice;
+      const bool isMade = mkdirat(folder.get(), step.c_str(), kOwnersOnly) == 0;
+      if (!isMade && errno != EEXIST) return binError(errno);
+      next = Descriptor(openat(folder.get(), step.c_str(), kPathOnly));
+    }
+    if (!next) return binError(errno);
+    folder = std::move(next);
+  }
+  return folder ? kSuccess : binError(errno);
+}
+
+/// Opens a folder of a bin, made if missing. Neither a link nor a folder of another user will do.
+ErrorCode openOwn(int parent, const std::string& name, Descriptor& folder) {
+  constexpr int kFlags = kPathOnly | O_NOFOLLOW;
+  folder = Descriptor(openat(parent, name.c_str(), kFlags));
+  if (!folder && errno == ENOENT) {
+    if (mkdirat(parent, name.c_str(), kOwnersOnly) != 0 && errno != EEXIST) return binError(errno);
+    folder = Descriptor(openat(parent, name.c_str(), kFlags));
+  }
+  struct stat told;
+  if (!folder || fstat(folder.get(), &told) != 0) return binError(errno);
+  return told.st_uid == geteuid() ? kSuccess : binError(EACCES);
+}
+
+/// As openOwn, for one in which objects or records are to be made.
+ErrorCode openWritable(int parent, const std::string& name, Descriptor& folder) {
+  const ErrorCode error = openOwn(parent, name, folder);
+  if (error != kSuccess) return error;
+  const int answer = faccessat(parent, name.c_str(), W_OK | X_OK, AT_EACCESS);
+  return answer == 0 ? kSuccess : binError(errno);
+}
+
+ErrorCode openTrash(int parent, const std::string& name, Trash& trash) {
+  ErrorCode error = openOwn(parent, name, trash.folder);
+  if (error == kSuccess) error = openWritable(trash.folder.get(), "files", trash.files);
+  if (error == kSuccess) error = openWritable(trash.folder.get(), "info", trash.info);
+  return error;
+}
+
+/// ".Trash" where everybody may make a folder and nobody may touch that of another.
+Descriptor openSharedTrash(int top) {
+  Descriptor shared(openat(top, ".Trash", kPathOnly | O_NOFOLLOW));
+  struct stat told;
+  const bool isSafe = shared && fstat(shared.get(), &told) == 0 && (told.st_mode & S_ISVTX) != 0;
+  return isSafe ? std::move(shared) : Descriptor();
+}
+
+}  // namespace
+
+ErrorCode openHomeTrash(std::uint64_t device, Trash& trash) {
+  const std::string data = dataFolder();
+  if (data.empty()) return kNotSameDevice;
+  trash.path = data + "/Trash";
+  Descriptor folder;
+  if (const ErrorCode error = openDataFolder(data, device, folder); error != kSuccess) return error;
+  if (!isOn(folder.get(), device)) return kNotSameDevice;
+  return openTrash(folder.get(), "Trash", trash);
+}
+
+ErrorCode openTopTrash(int top, const std::string& topPath, Trash& trash) {
+  const std::string prefix = topPath.ends_with('/') ? topPath : topPath + "/";
+  const std::string user = std::to_string(geteuid());
+  if (const Descriptor shared = openSharedTrash(top)) {
+    trash.path = prefix + ".Trash/" + user;
+    if (openTrash(shared.get(), user, trash) == kSuccess) return kSuccess;
+  }
+  trash.path = prefix + ".Trash-" + user;
+  return openTrash(top, ".Trash-" + user, trash);
+}
+
+ErrorCode findTopFolder(int folder, TopFolder& top) {
+  Level level;
+  int error = openLevel(folder, ".", level);
+  while (error == 0 && !level.isMountRoot) {
+    Level above;
+    error = openLevel(level.folder.get(), "..", above);
+    const bool isRoot = above.identity == level.identity;
+    if (isRoot || above.identity.device != level.identity.device) break;
+    level = std::move(above);
+    ++top.levels;
+  }
+  if (error != 0) return translateErrno(error);
+  top.folder = std::move(level.folder);
+  return kSuccess;
+}
+
+ErrorCode liesIn(int folder, const FileIdentity& wanted, bool& result) {
+  Level level;
+  int error = openLevel(folder, ".", level);
+  while (error == 0) {
+    result = level.identity == wanted;
+    if (result) return kSuccess;
+    Level above;
+    error = openLevel(level.folder.get(), "..", above);
+    if (error == 0 && above.identity == level.identity) return kSuccess;
+    level = std::move(above);
+  }
+  return translateErrno(error);
+}
+
+std::string pathOfFolder(int folder) {
+  const std::string link = "/proc/self/fd/" + std::to_string(folder);
+  std::string path(PATH_MAX, '\0');
+  const ssize_t size = readlink(link.c_str(), path.data(), path.size());
+  if (size <= 0 || path.front() != '/') return {};
+  path.resize(std::size_t(size));
+  return path;
+}
+
+}  // namespace ombrelian::platform
