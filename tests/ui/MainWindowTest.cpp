@@ -443,8 +443,8 @@ TEST_F(MainWindowTest, AReadOnlyWindowChangesNothingOnTheDisk) {
   for (int number = 0; number < kViews; ++number) {
     const auto view = ViewId(number);
     ListPane& pane = run.window->pane(view);
-    pane.commands().setBusy(false);
     pane.commands().update();
+    pane.commands().setBusy(false);
     for (const Command& command : commandTable()) {
       if (command.changesDisk) {
         EXPECT_FALSE(run.window->execute(view, command.id)) << command.id;
