@@ -31,6 +31,9 @@ bool isWordy(const Command& command) {
 CommandSet::CommandSet(Bar bar, std::optional<ViewId> view, Options& options, QWidget* scope)
     : QObject(scope), bar_(bar), view_(view), options_(options), scope_(scope) {
   for (const BarItem& item : barItems(bar)) {
+    if (!view || hasCommand(*view, item.id)) items_.push_back(item);
+  }
+  for (const BarItem& item : items_) {
     const Command& command = *findCommand(item.id);
     if (command.kind == CommandKind::Popup) {
       menus_[command.id] = new QMenu(scope);
@@ -61,8 +64,14 @@ QList<QKeySequence> CommandSet::shortcuts(const Command& command) const {
   return {QKeySequence(QString::fromLatin1(command.shortcut), QKeySequence::PortableText)};
 }
 
+/// Whether the command can do anything while nothing else is going on.
+bool CommandSet::works(const Command& command) const {
+  return *command.waitsFor == '\0' && !(isReadOnly_ && command.changesDisk);
+}
+
 QAction* CommandSet::make(const Command& command) {
   auto* const action = new QAction(this);
+  action->setEnabled(works(command));
   actions_[command.id] = action;
   action->setData(command.id);
   if (*command.icon != '\0') action->setIcon(icon(command.icon));
@@ -106,17 +115,22 @@ void CommandSet::update() {
     const Command& command = *findCommand(id);
     const CommandBinding bound = binding(id);
     if (bound.flag != nullptr && action->isCheckable()) action->setChecked(bound.isChecked());
-    if (*command.waitsFor != '\0') action->setEnabled(false);
+    if (!works(command)) action->setEnabled(false);
   }
 }
 
 void CommandSet::setBusy(bool busy, std::initializer_list<int> exceptions) {
   for (const auto& [id, action] : actions_) {
-    const bool works = *findCommand(id)->waitsFor == '\0';
     const bool isException =
         std::find(exceptions.begin(), exceptions.end(), id) != exceptions.end();
-    action->setEnabled(works && (!busy || isException));
+    action->setEnabled(works(*findCommand(id)) && (!busy || isException));
   }
+}
+
+void CommandSet::setReadOnly() {
+  isReadOnly_ = true;
+  update();
+  applyLook();
 }
 
 void CommandSet::applyLook() {
@@ -127,8 +141,11 @@ void CommandSet::applyLook() {
     action->setText(caption.replace(u'&', QStringLiteral("&&")));
     QString tip = toQString(commandTip(command, bar_));
     if (tip.isEmpty()) tip = toQString(commandCaption(command, options_));
-    if (*command.waitsFor != '\0')
-      tip += QStringLiteral(" (") + toQString(TL(9543, u"kommt noch")) + u')';
+    if (!works(command)) {
+      const bool waits = *command.waitsFor != '\0';
+      const Text reason = waits ? TL(9543, u"kommt noch") : TL(9640, u"nur Lesen");
+      tip += QStringLiteral(" (") + toQString(reason) + u')';
+    }
     const QKeySequence key = action->shortcut();
     if (!key.isEmpty()) tip += QStringLiteral(" (") + key.toString(QKeySequence::NativeText) + u')';
     action->setToolTip(tip);
@@ -151,7 +168,7 @@ QToolBar* CommandSet::makeToolBar(const std::function<QWidget*(int id, QToolBar*
   toolBar_ = new QToolBar(scope_);
   toolBar_->setMovable(false);
   toolBar_->setContextMenuPolicy(Qt::PreventContextMenu);
-  for (const BarItem& item : barItems(bar_)) {
+  for (const BarItem& item : items_) {
     if (item.popup != 0) continue;
     if (item.beginsGroup) toolBar_->addSeparator();
     if (QWidget* const widget = place ? place(item.id, toolBar_) : nullptr) {
@@ -172,7 +189,7 @@ QToolBar* CommandSet::makeToolBar(const std::function<QWidget*(int id, QToolBar*
 }
 
 void CommandSet::fillMenu(QMenu& menu, int popup) {
-  for (const BarItem& item : barItems(bar_)) {
+  for (const BarItem& item : items_) {
     if (item.popup == popup) addItem(menu, item);
   }
 }

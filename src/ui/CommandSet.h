@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <vector>
 
 #include "core/frame/CommandTable.h"
 
@@ -45,6 +46,9 @@ class CommandSet : public QObject {
   /// Takes all commands away or gives back those that work, but for `exceptions`.
   void setBusy(bool busy, std::initializer_list<int> exceptions = {});
 
+  /// Takes the commands away that change the disk, for as long as the set lives.
+  void setReadOnly();
+
   /// Shows texts in the language in force, and on the tool bar as the options want.
   void applyLook();
 
@@ -55,6 +59,7 @@ class CommandSet : public QObject {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
+  bool works(const Command& command) const;
   QAction* make(const Command& command);
   QAction* makeEdit(const Command& command, QWidget* parent);
   void trigger(int id, bool checked);
@@ -66,6 +71,8 @@ class CommandSet : public QObject {
   const std::optional<ViewId> view_;
   Options& options_;
   QWidget* const scope_;
+  std::vector<BarItem> items_;  // of the bar, as far as this list has them
+  bool isReadOnly_ = false;
   QToolBar* toolBar_ = nullptr;
   std::map<int, QAction*> actions_;
   std::map<int, QMenu*> menus_;

@@ -84,10 +84,13 @@ Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
   Qt::ItemFlags flags =
       Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren | Qt::ItemIsDragEnabled;
-  const Column* const shown = column(index.column());
-  if (shown != nullptr && rows_.canRename(std::size_t(index.row()), *shown))
-    flags |= Qt::ItemIsEditable;
+  if (canEdit(index)) flags |= Qt::ItemIsEditable;
   return flags;
+}
+
+bool ListModel::canEdit(const QModelIndex& index) const {
+  const Column* const shown = column(index.column());
+  return !isReadOnly_ && shown != nullptr && rows_.canRename(std::size_t(index.row()), *shown);
 }
 
 QStringList ListModel::mimeTypes() const { return {QStringLiteral("text/uri-list")}; }
@@ -108,8 +111,8 @@ QMimeData* ListModel::mimeData(const QModelIndexList& indexes) const {
 }
 
 bool ListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role != Qt::EditRole || !canEdit(index)) return false;
   const Column* const shown = column(index.column());
-  if (role != Qt::EditRole || shown == nullptr) return false;
   const auto row = std::size_t(index.row());
   const Text name = toText(value.toString());
   if (name.empty() || name == rows_.cells().text(rows_.cellRow(row), *shown)) return false;

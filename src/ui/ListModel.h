@@ -50,6 +50,9 @@ class ListModel : public QAbstractTableModel {
   /// A frozen model has no rows, whatever is done to them meanwhile.
   void setFrozen(bool frozen);
 
+  /// No cell can be edited any more.
+  void setReadOnly() { isReadOnly_ = true; }
+
   /// Units, dates or names are shown in another way.
   void showAnew();
 
@@ -59,10 +62,12 @@ class ListModel : public QAbstractTableModel {
   void renameFailed(const QString& error);
 
  private:
+  bool canEdit(const QModelIndex& index) const;
   QString accessibleText(std::size_t row, const Column& column) const;
 
   RowSource& rows_;
   bool isFrozen_ = false;
+  bool isReadOnly_ = false;
 };
 
 }  // namespace ombrelian::ui

@@ -116,6 +116,11 @@ void ListPane::setRowCommands(std::vector<int> ids) {
   commands_->update();
 }
 
+void ListPane::setReadOnly() {
+  model_->setReadOnly();
+  commands_->setReadOnly();
+}
+
 /// The columns stand in front of the other commands of the menu.
 void ListPane::fillColumnMenu(QMenu& menu) {
   for (QAction* const action : menu.actions()) {

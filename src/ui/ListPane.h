@@ -33,6 +33,9 @@ class ListPane : public QWidget {
   /// Commands for the context menu of a row, in this order; 0 is a line.
   void setRowCommands(std::vector<int> ids);
 
+  /// Nothing on the disk can be changed from here any more.
+  void setReadOnly();
+
   /// Takes up units, columns, fonts and names as the options are now.
   void applySettings();
 

@@ -53,6 +53,7 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   setCentralWidget(middle);
   makeMenuBar();
   makeStatusBar();
+  if (session_.readOnly) showReadOnly();
   connectPanes();
   loadSources();
   loadPosition();
@@ -152,7 +153,8 @@ void MainWindow::setRowCommands() {
   for (const ViewId view : {ViewId::Owners, ViewId::Extensions, ViewId::Log})
     pane(view).setRowCommands({504, 1006});
   pane(ViewId::Folders)
-      .setRowCommands({1001, 1002, 0, 1007, 1008, 0, 504, 1005, 0, 1004, 507, 506, 0, 1003});
+      .setRowCommands(
+          {1001, 1002, 0, 1007, 1008, 0, 1015, 1016, 0, 504, 1005, 0, 1004, 507, 506, 0, 1003});
   pane(ViewId::Drives).setRowCommands({361, 1001, 0, 504, 1005, 1025, 0, 1003});
 }
 
@@ -270,6 +272,21 @@ void MainWindow::makeStatusBar() {
   statusBar()->addWidget(statusLeft_, 1);
   statusBar()->addPermanentWidget(statusRight_);
   statusBar()->setSizeGripEnabled(false);
+}
+
+/// What changes the disk is off, and the window says so all the time.
+void MainWindow::showReadOnly() {
+  for (ListPane* const pane : panes_)
+    pane->setReadOnly();
+  const QString readOnly = toQString(TL(9640, u"nur Lesen"));
+  setWindowTitle(windowTitle() + QStringLiteral(" \u2013 ") + readOnly);
+  auto* const label = new QLabel(readOnly, this);
+  label->setContentsMargins(8, 1, 8, 1);
+  label->setToolTip(
+      toQString(TL(9641,
+                   u"Mit --read-only gestartet: Löschen und Umbenennen sind ausgeschaltet, "
+                   u"Berichte lassen sich speichern.")));
+  statusBar()->addPermanentWidget(label);
 }
 
 void MainWindow::connectPanes() {

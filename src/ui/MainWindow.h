@@ -86,6 +86,7 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   QWidget* placeOnMainBar(int id, QToolBar* bar);
   void makeMenuBar();
   void makeStatusBar();
+  void showReadOnly();
   void connectPanes();
   void loadSources();
   void loadPosition();

@@ -31,7 +31,7 @@ bool MainWindow::execute(std::optional<ViewId> view, int id) {
   if (!view && header_->has(id)) set = header_;
   if (!set->has(id)) {
     const Command* const command = findCommand(id);
-    if (command == nullptr || !view) return false;
+    if (command == nullptr || !view || !hasCommand(*view, id)) return false;
     set->addAction(id);
     set->applyLook();
   }

@@ -43,7 +43,8 @@ void MainWindow::AddNewSearchPath(bool browse, const Text& path) {
     const QString start =
         SourceCombo_->currentText().isEmpty() ? QStringLiteral("/") : SourceCombo_->currentText();
     const QString picked =
-        QFileDialog::getExistingDirectory(this, toQString(TL(9121, u"Quelle hinzufügen")), start);
+        QFileDialog::getExistingDirectory(this, toQString(TL(9121, u"Quelle hinzufügen")), start,
+                                          QFileDialog::ShowDirsOnly | QFileDialog::ReadOnly);
     if (picked.isEmpty()) return;
     chosen = toText(picked);
   }

@@ -116,6 +116,7 @@ void MainWindow::saveFolders() {
 
 /// Shows the dialog, and then what came of it.
 void MainWindow::run(SaveDialog& dialog) {
+  if (session_.readOnly) dialog.setReadOnly();
   if (dialog.exec() != QDialog::Accepted) return;
   const Text& target = dialog.target();
   statusBar()->showMessage(

@@ -56,6 +56,7 @@ QString askDesktopForFile(QWidget* parent, const FileQuestion& question) {
   QFileDialog dialog(parent, parent->windowTitle(), question.folder, question.filter);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::ReadOnly, question.readOnly);
   dialog.setDefaultSuffix(question.extension);
   dialog.selectFile(question.name);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
@@ -282,7 +283,8 @@ QString SaveDialog::askForFile() {
   const QString name = toQString(last.LastSaveFileName);
   return chooseFile_(
       this, {startFolder(last.LastSaveDir), name.isEmpty() ? name : name + u'.' + extension,
-             cboFormat_->currentText() + QStringLiteral(" (*.") + extension + u')', extension});
+             cboFormat_->currentText() + QStringLiteral(" (*.") + extension + u')', extension,
+             isReadOnly_});
 }
 
 void SaveDialog::accept() {

@@ -22,6 +22,7 @@ struct FileQuestion {
   QString name;    // with its extension; empty: none is proposed
   QString filter;  // "HTML (*.html)"
   QString extension;
+  bool readOnly = false;  // other files can neither be renamed nor deleted where it is asked
 };
 
 /// Asks how a list is to be saved and where, and saves it: the folder report, or any other list.
@@ -44,6 +45,9 @@ class SaveDialog : public QDialog {
 
   /// In place of the desktop's own dialog.
   void setChooseFile(ChooseFile chooseFile) { chooseFile_ = std::move(chooseFile); }
+
+  /// Nothing but the report can be changed from here.
+  void setReadOnly() { isReadOnly_ = true; }
 
   bool isSaving() const { return isSaving_; }
 
@@ -81,6 +85,7 @@ class SaveDialog : public QDialog {
   ChooseFile chooseFile_;
   Text target_;
   bool isSaving_ = false;
+  bool isReadOnly_ = false;
 
   QWidget* const controls_;
   SaveProgress* const progress_;

@@ -40,11 +40,14 @@ bool askToStore(const StartUp& startUp, QWidget* window) {
                                QMessageBox::No) == QMessageBox::Yes;
 }
 
-/// The first program of the two stands beside this one, and starts the window again.
-void restart() {
+/// The first program of the two stands beside this one, and starts the window again, which may do
+/// no more than this one.
+void restart(bool readOnly) {
   Text program = platform::GetModuleFolder();
   appendName(program, u"ombrelian");
-  platform::ReplaceProcess(program, {u"-RESTART"});
+  std::vector<Text> arguments = {u"-RESTART"};
+  if (readOnly) arguments.emplace_back(u"--read-only");
+  platform::ReplaceProcess(program, arguments);
 }
 
 }  // namespace
@@ -76,6 +79,7 @@ int runWindow(int argc, char** argv) {
   {
     StartUp startUp(line, {}, translation.LanguageId());
     Session session;
+    session.readOnly = line.readOnly;
     session.loadOptions(startUp.settings());
     session.log.setFile(startUp.logFile());
     MainWindow window(session, startUp.settings());
@@ -85,7 +89,7 @@ int runWindow(int argc, char** argv) {
     status = QApplication::exec();
     wantsRestart = window.wantsRestart();
   }
-  if (wantsRestart) restart();
+  if (wantsRestart) restart(line.readOnly);
   return status;
 }
 

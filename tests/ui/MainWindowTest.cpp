@@ -14,7 +14,9 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QSignalBlocker>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QTest>
 #include <QTimer>
 
@@ -29,7 +31,8 @@ using testing::TestFolder;
 
 /// One start of the program with its settings.
 struct Program {
-  explicit Program(const TestFolder& data) {
+  explicit Program(const TestFolder& data, bool readOnly = false) {
+    session.readOnly = readOnly;
     qputenv("XDG_CONFIG_HOME", data.path().c_str());
     startUp = std::make_unique<StartUp>(CommandLine(), Text(), 7);
     session.loadOptions(startUp->settings());
@@ -328,13 +331,150 @@ TEST_F(MainWindowTest, EveryCommandOfEveryBarIsThereAndTellsWhatItIs) {
     for (const BarItem& item : barItems(bar)) {
       const Command& command = *findCommand(item.id);
       if (command.kind == CommandKind::Edit) continue;
-      ASSERT_TRUE(set.has(item.id)) << item.id;
+      const bool isWanted = view < 0 || hasCommand(ViewId(view), item.id);
+      ASSERT_EQ(set.has(item.id), isWanted) << item.id;
+      if (!isWanted) continue;
       EXPECT_FALSE(set.action(item.id)->text().isEmpty()) << item.id;
       EXPECT_FALSE(set.action(item.id)->toolTip().isEmpty()) << item.id;
       const bool waits = *command.waitsFor != '\0';
       EXPECT_TRUE(!waits || !set.action(item.id)->isEnabled()) << item.id;
     }
   }
+}
+
+/// Which list has which commands by Del, Shift+Del and F5; 0: none.
+constexpr struct {
+  ViewId view;
+  int show;  // the command that shows the list; 0: it is on show
+  int recycle;
+  int erase;
+  int refresh;
+} kKeys[] = {
+    {ViewId::Folders, 0, 507, 506, 1015},     {ViewId::Files, 401, 320, 321, 360},
+    {ViewId::LargestFiles, 420, 320, 321, 0}, {ViewId::SmallestFiles, 421, 320, 321, 0},
+    {ViewId::NewestFiles, 422, 320, 321, 0},  {ViewId::OldestFiles, 423, 320, 321, 0},
+    {ViewId::LargestFolders, 424, 0, 0, 0},   {ViewId::SmallestFolders, 425, 0, 0, 0},
+    {ViewId::Hardlinks, 403, 320, 321, 0},    {ViewId::Junctions, 404, 0, 0, 0},
+    {ViewId::Owners, 405, 0, 0, 0},           {ViewId::Extensions, 406, 0, 0, 0},
+};
+
+void showList(Program& run, ViewId view, int id) {
+  if (isTopList(view)) {
+    run.window->execute(std::nullopt, 402);
+    run.window->execute(run.window->rightView(), id);
+  } else if (id != 0) {
+    run.window->execute(std::nullopt, id);
+  }
+}
+
+/// Presses the three keys in a widget of a list, and tells which commands that were. What the
+/// window makes of them is none of this.
+std::vector<int> commandsOfKeys(Program& run, ViewId view, QWidget* widget) {
+  ListPane& pane = run.window->pane(view);
+  const QSignalBlocker keepFromWindow(&pane);
+  std::vector<int> ids;
+  const QMetaObject::Connection spy = QObject::connect(
+      &pane.commands(), &CommandSet::triggered, &pane, [&ids](int id) { ids.push_back(id); });
+  widget->setFocus();
+  QTest::keyClick(widget, Qt::Key_Delete);
+  QTest::keyClick(widget, Qt::Key_Delete, Qt::ShiftModifier);
+  QTest::keyClick(widget, Qt::Key_F5);
+  QObject::disconnect(spy);
+  return ids;
+}
+
+TEST_F(MainWindowTest, DeleteKeysWorkInListsOfObjectsAndNowhereElse) {
+  for (const bool readOnly : {false, true}) {
+    Program run(data_, readOnly);
+    allLists(run.session.options);
+    run.window->scan({tree_.text()});
+    for (const auto& keys : kKeys) {
+      showList(run, keys.view, keys.show);
+      ListPane& pane = run.window->pane(keys.view);
+      ASSERT_TRUE(pane.isVisible()) << int(keys.view);
+      pane.list().goTo(0);
+      std::vector<int> expected;
+      for (const int id : {keys.recycle, keys.erase, keys.refresh}) {
+        if (id != 0 && !(readOnly && findCommand(id)->changesDisk)) expected.push_back(id);
+      }
+      EXPECT_EQ(commandsOfKeys(run, keys.view, &pane.list()), expected) << int(keys.view);
+      if (!pane.commands().has(355)) continue;
+      // In a text they belong to the text.
+      pane.commands().action(355)->setChecked(false);
+      pane.commands().action(355)->trigger();
+      const QList<QLineEdit*> fields = pane.findChildren<QLineEdit*>();
+      QLineEdit* const box = *std::find_if(fields.begin(), fields.end(), [](QLineEdit* field) {
+        return field->accessibleName() == QStringLiteral("Suchtext");
+      });
+      ASSERT_TRUE(box->isVisible());
+      box->setText(QStringLiteral("text"));
+      box->home(false);
+      std::vector<int> inText = commandsOfKeys(run, keys.view, box);
+      std::erase(inText, keys.refresh);
+      EXPECT_EQ(inText, std::vector<int>()) << int(keys.view);
+      EXPECT_EQ(box->text(), QStringLiteral("ext"));
+    }
+  }
+}
+
+TEST_F(MainWindowTest, ANameInEditTakesTheDeleteKeys) {
+  Program run(data_);
+  run.window->scan({tree_.text()});
+  ListView& list = run.window->pane(ViewId::Folders).list();
+  list.goTo(3);
+  QTest::keyClick(&list, Qt::Key_F2);
+  auto* const field = list.viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(field, nullptr);
+  QTest::keyClick(field, Qt::Key_Home);
+  std::vector<int> inText = commandsOfKeys(run, ViewId::Folders, field);
+  std::erase(inText, 1015);
+  EXPECT_EQ(inText, std::vector<int>());
+  EXPECT_EQ(field->text(), QStringLiteral("mall"));
+}
+
+TEST_F(MainWindowTest, AReadOnlyWindowSaysSoAndChangesNothingOnTheDisk) {
+  Program run(data_, true);
+  EXPECT_TRUE(run.window->windowTitle().endsWith(QStringLiteral(" \u2013 nur Lesen")));
+  const QList<QLabel*> labels = run.window->statusBar()->findChildren<QLabel*>();
+  EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+    return label->isVisible() && label->text() == QStringLiteral("nur Lesen");
+  }));
+  allLists(run.session.options);
+  run.window->execute(std::nullopt, 401);
+  run.window->scan({tree_.text()});
+  run.window->execute(ViewId::Folders, 396);
+  run.window->pane(ViewId::Folders).list().goTo(1);
+  ASSERT_EQ(run.column(ViewId::Files).size(), 3);
+  for (int number = 0; number < kViews; ++number) {
+    const auto view = ViewId(number);
+    ListPane& pane = run.window->pane(view);
+    pane.commands().update();
+    pane.commands().setBusy(false);
+    for (const Command& command : commandTable()) {
+      if (command.changesDisk) {
+        EXPECT_FALSE(run.window->execute(view, command.id)) << command.id;
+      }
+      if (!pane.commands().has(command.id)) continue;
+      const QAction* const action = pane.commands().action(command.id);
+      EXPECT_EQ(action->isEnabled(), !command.changesDisk && *command.waitsFor == '\0')
+          << number << " " << command.id;
+      EXPECT_EQ(action->toolTip().contains(QStringLiteral("(nur Lesen)")), command.changesDisk);
+    }
+    ListModel& model = pane.model();
+    for (int row = 0; row < model.rowCount(); ++row) {
+      for (int section = 0; section < model.columnCount(); ++section) {
+        const QModelIndex index = model.index(row, section);
+        EXPECT_FALSE(model.flags(index) & Qt::ItemIsEditable);
+        EXPECT_FALSE(model.setData(index, QStringLiteral("new"), Qt::EditRole));
+      }
+    }
+    pane.list().goTo(0);
+    pane.list().editName();
+    EXPECT_EQ(pane.list().viewport()->findChild<QLineEdit*>(), nullptr);
+  }
+  std::vector<std::string> names = testing::namesIn(tree_.path("big"));
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names, (std::vector<std::string>{"a.bin", "b.txt", "b2.txt"}));
 }
 
 TEST_F(MainWindowTest, EveryButtonAndFieldHasAName) {

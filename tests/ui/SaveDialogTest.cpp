@@ -526,6 +526,25 @@ TEST_F(SaveDialogTest, AfterAFailureAnotherNameCanBeChosen) {
   EXPECT_TRUE(contents(pathIn(out, ReportFormat::HTML)).contains(QStringLiteral("/tree")));
 }
 
+TEST_F(SaveDialogTest, WhereOthersMayOnlyBeReadTheReportIsSavedAllTheSame) {
+  tree.addRoot(u"/tree");
+  options.FolderReport = {out.text(), {}};
+  storeSettings(SettingOwner::SaveDialog, options, settings);
+  SaveDialog dialog(folderSaveChoices(options), false, saveFolders(), settings);
+  dialog.setReadOnly();
+  dialog.show();
+  choose(dialog, ReportFormat::XML);
+  QTimer::singleShot(0, &dialog, [] {
+    auto* const files = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(files, nullptr);
+    EXPECT_TRUE(files->testOption(QFileDialog::ReadOnly));
+    files->selectFile(QStringLiteral("saved"));
+    QMetaObject::invokeMethod(files, "accept");
+  });
+  press(dialog, "OKButton");
+  EXPECT_FALSE(testing::readFile(out.path("saved.xml")).empty());
+}
+
 TEST_F(SaveDialogTest, AFileThatNoProgramOpensIsToldOf) {
   tree.addRoot(u"/tree");
   QObject nobody;

@@ -31,7 +31,8 @@ constexpr BarItem kFoldersBar[] = {
     {350}, {351}, {396, 0, true}, {397}, {1009}, {1010, 1009}, {1011, 1009}, {1012, 1009},
     {1013, 1009}, {1014, 1009}, {355, 0, true}, {356}, {357}, {358}, {300, 0, true}, {301, 300},
     {302, 300}, {303, 300}, {304, 300}, {305, 300, true}, {309, 300}, {366}, {467, 366}, {468, 366},
-    {469, 366}, {470, 366}, {509, 366, true}, {395, 366}, {352}, {394, 0, true}, {506}, {507},
+    {469, 366}, {470, 366}, {509, 366, true}, {395, 366}, {352}, {1015, 0, true}, {1016},
+    {394}, {507, 0, true}, {506},
 };
 
 constexpr BarItem kDrivesBar[] = {
@@ -42,20 +43,21 @@ constexpr BarItem kDrivesBar[] = {
 constexpr BarItem kFilesBar[] = {
     {360}, {465}, {350, 0, true}, {351}, {355, 0, true}, {356}, {357}, {358}, {450, 0, true},
     {451, 450}, {452, 450}, {459, 450}, {300}, {301, 300}, {302, 300}, {303, 300}, {304, 300},
-    {305, 300, true}, {309, 300}, {366}, {509, 366}, {352}, {353, 0, true}, {354}, {320}, {321},
+    {305, 300, true}, {309, 300}, {366}, {509, 366}, {352}, {353, 0, true}, {354},
+    {320, 0, true}, {321},
 };
 
 constexpr BarItem kTopBar[] = {
     {398}, {420, 398}, {421, 398}, {422, 398}, {423, 398}, {424, 398}, {425, 398}, {350, 0, true},
     {351}, {355, 0, true}, {356}, {357}, {358}, {300, 0, true}, {301, 300}, {302, 300}, {303, 300},
     {304, 300}, {305, 300, true}, {309, 300}, {366}, {509, 366}, {352}, {353, 0, true}, {354},
-    {320}, {321},
+    {320, 0, true}, {321},
 };
 
 constexpr BarItem kHardlinksBar[] = {
     {359}, {350, 0, true}, {351}, {355, 0, true}, {356}, {357}, {358}, {300, 0, true}, {301, 300},
     {302, 300}, {303, 300}, {304, 300}, {305, 300, true}, {309, 300}, {366}, {509, 366}, {352},
-    {353, 0, true}, {354}, {320}, {321},
+    {353, 0, true}, {354}, {320, 0, true}, {321},
 };
 
 constexpr BarItem kJunctionsBar[] = {
@@ -109,5 +111,10 @@ Bar barOf(ViewId view) {
 }
 
 std::span<const BarItem> barItems(Bar bar) { return kBarTable[std::size_t(bar)]; }
+
+bool hasCommand(ViewId view, int id) {
+  const bool isOfFolders = view == ViewId::LargestFolders || view == ViewId::SmallestFolders;
+  return !(isOfFolders && findCommand(id)->changesDisk);
+}
 
 }  // namespace ombrelian

@@ -11,6 +11,7 @@ namespace {
 
 constexpr TextView kTranslatorMode = u"-TLMODUS";
 constexpr TextView kRestart = u"-RESTART";
+constexpr TextView kReadOnly = u"--read-only";
 
 bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
@@ -35,8 +36,9 @@ class ArgumentReader {
   }
 
   CommandLine read() {
-    if (arguments_.size() == 1 && arguments_.front() == kRestart) {
+    if (isRestart()) {
       line_.mode = CommandLine::Mode::Restart;
+      line_.readOnly = arguments_.size() > 1;
       return std::move(line_);
     }
     bool optionsEnd = false;
@@ -55,6 +57,12 @@ class ArgumentReader {
   }
 
  private:
+  /// Whether a program that restarts itself wrote the line.
+  bool isRestart() const {
+    return arguments_ == std::vector<Text>{Text(kRestart)} ||
+           arguments_ == std::vector<Text>{Text(kRestart), Text(kReadOnly)};
+  }
+
   /// False: nothing more is to be read.
   bool readOption(const Text& option) {
     if (option == u"--help" || option == u"-h") return stop(CommandLine::Mode::Help);
@@ -64,6 +72,7 @@ class ArgumentReader {
       wantsLists_ = true;
       return true;
     }
+    if (option == kReadOnly) return line_.readOnly = true;
     if (option == u"--json") return line_.json = true;
     if (option == u"--save" || option == u"--format") return readValue(option);
     if (option == u"--rows" && readRows()) return true;
@@ -193,6 +202,20 @@ bool takeQuoted(TextView line, std::size_t& at, Text& quoted) {
   return true;
 }
 
+/// Takes a word out of a line that stands there outside of quotes; false: there is none.
+bool takeWord(Text& line, TextView word) {
+  bool isQuoted = false;
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    if (line[at] == u'"') isQuoted = !isQuoted;
+    if (isQuoted || !TextView(line).substr(at).starts_with(word)) continue;
+    const std::size_t end = at + word.size();
+    if ((at > 0 && line[at - 1] != u' ') || (end < line.size() && line[end] != u' ')) continue;
+    line.erase(at, word.size());
+    return true;
+  }
+  return false;
+}
+
 /// Reads "-d<digit>" and the quoted text right behind it; returns where paths begin.
 std::size_t readDelimiter(TextView line, CommandLine& result) {
   const auto at = line.find(u"-d");
@@ -233,6 +256,7 @@ CommandLine parseCommandText(TextView line) {
     result.translatorMode = true;
     rest.erase(at, kTranslatorMode.size());
   }
+  result.readOnly = takeWord(rest, kReadOnly);
   rest = trimBlanks(rest);
   if (rest == kRestart) {
     result.mode = CommandLine::Mode::Restart;

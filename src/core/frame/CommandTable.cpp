@@ -7,6 +7,8 @@
 namespace ombrelian {
 namespace {
 
+constexpr bool kChangesDisk = true;
+
 constexpr Command kCommands[] = {
     {300, CommandKind::Popup, {3583, u"Größe"}, {9180, u"Größenformat ändern"}, "size"},
     {301, CommandKind::Choice, {9181, u"Bytes"}},
@@ -18,11 +20,21 @@ constexpr Command kCommands[] = {
     {320,
      CommandKind::Button,
      {9231, u"Dateien in den Papierkorb verschieben"},
-     {0, {}},
+     {9648,
+      u"Die ausgewählten Dateien in den Papierkorb verschieben; dort bleiben sie, bis er geleert "
+      u"wird"},
      "recycle",
+     "Del",
      "",
-     "deleting"},
-    {321, CommandKind::Button, {9230, u"Dateien löschen"}, {0, {}}, "delete", "", "deleting"},
+     kChangesDisk},
+    {321,
+     CommandKind::Button,
+     {9230, u"Dateien löschen"},
+     {9649, u"Die ausgewählten Dateien endgültig löschen, nicht in den Papierkorb"},
+     "delete",
+     "Shift+Del",
+     "",
+     kChangesDisk},
     {350,
      CommandKind::Button,
      {3612, u"Speichern"},
@@ -396,17 +408,21 @@ constexpr Command kCommands[] = {
     {506,
      CommandKind::Button,
      {9228, u"Ordner löschen"},
-     {0, {}},
+     {9647, u"Die ausgewählten Ordner mit allem darin endgültig löschen, nicht in den Papierkorb"},
      "delete",
      "Shift+Del",
-     "deleting"},
+     "",
+     kChangesDisk},
     {507,
      CommandKind::Button,
      {9229, u"Ordner in den Papierkorb verschieben"},
-     {0, {}},
+     {9646,
+      u"Die ausgewählten Ordner mit allem darin in den Papierkorb verschieben; dort bleiben sie, "
+      u"bis er geleert wird"},
      "recycle",
      "Del",
-     "deleting"},
+     "",
+     kChangesDisk},
     {508,
      CommandKind::Button,
      {9203, u"Löschen"},
@@ -421,7 +437,7 @@ constexpr Command kCommands[] = {
      "reveal",
      "Ctrl+Shift+O"},
     {1003, CommandKind::Button, {9512, u"Eigenschaften"}, {0, {}}, "properties", "Alt+Return"},
-    {1004, CommandKind::Button, {9513, u"Umbenennen"}, {0, {}}, "rename", "F2"},
+    {1004, CommandKind::Button, {9513, u"Umbenennen"}, {0, {}}, "rename", "F2", "", kChangesDisk},
     {1005, CommandKind::Button, {9514, u"Pfad kopieren"}, {0, {}}, "copy", "Ctrl+Shift+C"},
     {1006, CommandKind::Button, {9515, u"Alles auswählen"}, {0, {}}, "", "Ctrl+A"},
     {1007,
@@ -442,6 +458,17 @@ constexpr Command kCommands[] = {
     {1012, CommandKind::Button, {9530, u"Bis Ebene %1 aufklappen"}},
     {1013, CommandKind::Button, {9530, u"Bis Ebene %1 aufklappen"}},
     {1014, CommandKind::Button, {9530, u"Bis Ebene %1 aufklappen"}},
+    {1015,
+     CommandKind::Button,
+     {9642, u"Ordner neu einlesen"},
+     {9643, u"Die ausgewählten Ordner mit allem darin neu einlesen"},
+     "refresh",
+     "F5"},
+    {1016,
+     CommandKind::Button,
+     {9644, u"Quelle aus der Liste nehmen"},
+     {9645, u"Nur die Zeilen verschwinden; auf dem Datenträger wird nichts gelöscht"},
+     "source-remove"},
     {1022, CommandKind::Popup, {9520, u"Hilfe"}, {0, {}}, "help"},
     {1023, CommandKind::Popup, {9521, u"Oberfläche"}, {0, {}}, "options"},
     {1024, CommandKind::Popup, {9522, u"Design"}, {0, {}}, "theme"},
@@ -510,7 +537,8 @@ void appendRow(const Command& command, Text& page) {
   page.append(u" | ").append(inCell(TL(command.tip.id, command.tip.german)));
   page.append(u" | ").append(barsOf(command.id));
   page.append(u" | ").append(fromAscii(command.shortcut));
-  page.append(u" | ").append(fromAscii(command.waitsFor)).append(u" |\n");
+  page.append(u" | ").append(fromAscii(command.waitsFor));
+  page.append(u" | ").append(command.changesDisk ? u"yes" : u"").append(u" |\n");
 }
 
 }  // namespace
@@ -543,8 +571,8 @@ Text commandTip(const Command& command, Bar bar) {
 
 Text commandPage() {
   Text page = u"# Commands\n\nMade by `ombrelian --commands`.\n\n";
-  page += u"| Number | Caption | Tooltip | Bars | Shortcut | Waits for |\n";
-  page += u"|---:|---|---|---|---|---|\n";
+  page += u"| Number | Caption | Tooltip | Bars | Shortcut | Waits for | Changes the disk |\n";
+  page += u"|---:|---|---|---|---|---|---|\n";
   for (const Command& command : kCommands)
     appendRow(command, page);
   return page;

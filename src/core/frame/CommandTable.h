@@ -44,7 +44,8 @@ struct Command {
   const char* icon = "";      // name of a picture; empty: none
   const char* shortcut = "";  // in the portable form, such as "Ctrl+S"; empty: none
   const char* waitsFor =
-      "";  // what is still to be built before it can do anything; empty: it works
+      "";                    // what is still to be built before it can do anything; empty: it works
+  bool changesDisk = false;  // touches what was scanned; off where nothing may be changed
 };
 
 std::span<const Command> commandTable();
@@ -66,6 +67,10 @@ struct BarItem {
 
 std::span<const BarItem> barItems(Bar bar);
 
+/// Whether a list has a command, which must exist. The top lists share a bar, but those of folders
+/// change nothing on the disk.
+bool hasCommand(ViewId view, int id);
+
 /// What a command's state is kept in. All null: it has none.
 struct CommandBinding {
   std::uint8_t* flag = nullptr;  // of a Toggle 0 or 1; of a Choice the number chosen
@@ -79,7 +84,8 @@ struct CommandBinding {
 /// The binding of a command on the bar of `view`, or with null on the main bar.
 CommandBinding commandBinding(Options& options, const ViewId* view, int id);
 
-/// The table as a page in Markdown: number, caption, tooltip, bars, shortcut, and what waits.
+/// The table as a page in Markdown: number, caption, tooltip, bars, shortcut, what waits, and what
+/// changes the disk.
 Text commandPage();
 
 }  // namespace ombrelian

@@ -20,6 +20,8 @@ struct Session {
   Log log{options};
   FolderReport folderReport{tree, options};
   std::deque<Text> SourceQueue;
+  bool readOnly =
+      false;  // nothing that was scanned may be changed, for as long as the program runs
 
   /// Takes the stored options; a new user has the defaults.
   void loadOptions(const IniStore& settings);

@@ -84,6 +84,52 @@ TEST(CommandLineTest, OtherForms) {
   EXPECT_TRUE(parseArguments({u"-TLMODUS", u"/a"}).translatorMode);
 }
 
+TEST(CommandLineTest, ReadOnlyGoesWithEveryMode) {
+  const struct {
+    std::vector<Text> arguments;
+    Mode mode;
+    bool readOnly;
+    Sources sources;
+  } cases[] = {
+      {{u"--read-only"}, Mode::Interactive, true, {}},
+      {{u"/a", u"--read-only", u"/b"}, Mode::Interactive, true, {u"/a", u"/b"}},
+      {{u"-s1", u"/t", u"/a", u"--read-only"}, Mode::Silent, true, {u"/a"}},
+      {{u"--read-only", u"--lists", u"/a"}, Mode::Lists, true, {u"/a"}},
+      {{u"-RESTART", u"--read-only"}, Mode::Restart, true, {}},
+      {{u"-RESTART"}, Mode::Restart, false, {}},
+      {{u"/a"}, Mode::Interactive, false, {u"/a"}},
+      {{u"--", u"/b", u"--read-only"},
+       Mode::Interactive,
+       false,
+       {u"/b", platform::GetFullPathNameW(u"--read-only")}},
+      {{u"--read-only=no"}, Mode::Invalid, false, {}},
+  };
+  for (const auto& c : cases) {
+    const CommandLine line = parseArguments(c.arguments);
+    EXPECT_EQ(line.mode, c.mode) << toBytes(c.arguments.front());
+    EXPECT_EQ(line.readOnly, c.readOnly) << toBytes(c.arguments.front());
+    EXPECT_EQ(line.sources, c.sources);
+  }
+  const struct {
+    TextView text;
+    Mode mode;
+    bool readOnly;
+    Sources sources;
+  } lines[] = {
+      {uR"(--read-only "C:\a b" "D:")", Mode::Interactive, true, {uR"(C:\a b)", u"D:"}},
+      {uR"(-s2 "C:\t.csv" "C:\a" --read-only)", Mode::Silent, true, {uR"(C:\a)"}},
+      {u"-RESTART --read-only", Mode::Restart, true, {}},
+      {uR"("C:\x --read-only" "D:")", Mode::Interactive, false, {uR"(C:\x --read-only)", u"D:"}},
+      {u"C:/a--read-only", Mode::Interactive, false, {u"C:/a--read-only"}},
+  };
+  for (const auto& c : lines) {
+    const CommandLine line = parseCommandText(c.text);
+    EXPECT_EQ(line.mode, c.mode) << toBytes(c.text);
+    EXPECT_EQ(line.readOnly, c.readOnly) << toBytes(c.text);
+    EXPECT_EQ(line.sources, c.sources) << toBytes(c.text);
+  }
+}
+
 TEST(CommandLineTest, LinesWithQuotedPaths) {
   const CommandLine silent = parseCommandText(uR"(-s5 -d4";;" "C:\t.csv" "C:\a" "D:\b" "open)");
   EXPECT_EQ(silent.mode, Mode::Silent);

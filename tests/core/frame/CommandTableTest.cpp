@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -41,6 +42,27 @@ TEST(CommandTableTest, NoKeyMeansTwoThings) {
     for (const auto& [key, ids] : keys)
       EXPECT_EQ(ids.size(), 1U) << key << " on bar " << bar;
     if (Bar(bar) == Bar::Main) ofMain = keys;
+  }
+}
+
+/// Who takes the first of the two keeps a way back.
+TEST(CommandTableTest, TheRecycleBinStandsBeforeDeletingForGood) {
+  const auto place = [](Bar bar, int id) {
+    const auto items = barItems(bar);
+    return std::find_if(items.begin(), items.end(), [&](const BarItem& i) { return i.id == id; }) -
+           items.begin();
+  };
+  const struct {
+    Bar bar;
+    int recycle;
+    int erase;
+  } cases[] = {{Bar::Folders, 507, 506},
+               {Bar::Files, 320, 321},
+               {Bar::Top, 320, 321},
+               {Bar::Hardlinks, 320, 321}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(place(c.bar, c.recycle) + 1, place(c.bar, c.erase)) << int(c.bar);
+    EXPECT_TRUE(findCommand(c.recycle)->changesDisk && findCommand(c.erase)->changesDisk);
   }
 }
 
