@@ -1,5 +1,7 @@
 #include "lists/FolderReport.h"
 
+#include <unordered_map>
+
 #include "platform/Time.h"
 
 namespace ombrelian {
@@ -120,6 +122,33 @@ TextView FolderReport::text(RowIndex row, const Column& column) const {
 void FolderReport::forgetNodes() {
   expanded_.clear();
   selected_ = kNoNode;
+}
+
+void FolderReport::forgetFreeNodes() {
+  const auto isFree = [this](NodeIndex node) { return tree_[node].has(FolderNode::IsFree); };
+  for (NodeIndex node = 0; node < expanded_.size(); ++node)
+    expanded_[node] = expanded_[node] && !isFree(node);
+  if (selected_ != kNoNode && isFree(selected_)) selected_ = kNoNode;
+}
+
+void FolderReport::carryExpanded(NodeIndex node, NodeIndex twin) {
+  std::vector<std::pair<NodeIndex, NodeIndex>> waiting = {{node, twin}};
+  while (!waiting.empty()) {
+    const auto [from, to] = waiting.back();
+    waiting.pop_back();
+    setExpanded(to, true);
+    std::unordered_map<TextView, NodeIndex> expanded;
+    for (NodeIndex child = tree_[from].firstChild; child != kNoNode;
+         child = tree_[child].nextSibling) {
+      if (isExpanded(child)) expanded.emplace(tree_[child].name(), child);
+    }
+    if (expanded.empty()) continue;
+    for (NodeIndex child = tree_[to].firstChild; child != kNoNode;
+         child = tree_[child].nextSibling) {
+      const auto known = expanded.find(tree_[child].name());
+      if (known != expanded.end()) waiting.emplace_back(known->second, child);
+    }
+  }
 }
 
 void FolderReport::setExpanded(NodeIndex node, bool expanded) {

@@ -69,6 +69,14 @@ class FolderReport : public CellSource {
   /// The tree was emptied: nothing is expanded or selected any more.
   void forgetNodes();
 
+  /// Nodes were taken out of the tree: nothing is known of them any more, as others may get their
+  /// places.
+  void forgetFreeNodes();
+
+  /// `twin` is to take the place of `node`: what is expanded below the one becomes so below the
+  /// other, by names.
+  void carryExpanded(NodeIndex node, NodeIndex twin);
+
   /// kNoNode: none.
   NodeIndex selected() const { return selected_; }
   void select(NodeIndex node) { selected_ = node; }
