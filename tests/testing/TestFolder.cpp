@@ -24,17 +24,33 @@ std::string makeFolder(TestFolder::Place place) {
   return pattern;
 }
 
+/// Exit status of a program, which says nothing; not 0 where it could not be started either.
+int run(std::vector<std::string> words) {
+  std::vector<char*> arguments;
+  for (std::string& word : words)
+    arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+  pid_t child = 0;
+  int status = -1;
+  if (posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ) == 0) {
+    waitpid(child, &status, 0);
+  }
+  posix_spawn_file_actions_destroy(&actions);
+  return status;
+}
+
 }  // namespace
 
 TestFolder::TestFolder(Place place) : path_(makeFolder(place)) {}
 
 TestFolder::~TestFolder() {
   // Trees as deep as some tests make them are beyond what std::filesystem removes.
-  const char* const arguments[] = {"rm", "-rf", "--", path_.c_str(), nullptr};
-  pid_t child = 0;
-  if (posix_spawnp(&child, "rm", nullptr, nullptr, const_cast<char**>(arguments), environ) == 0) {
-    waitpid(child, nullptr, 0);
-  }
+  if (run({"rm", "-rf", "--", path_}) == 0) return;
+  run({"chmod", "-R", "u+rwX", "--", path_});
+  run({"rm", "-rf", "--", path_});
 }
 
 std::string TestFolder::path(std::string_view name) const {

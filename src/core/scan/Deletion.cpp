@@ -276,7 +276,6 @@ void Deletion::correctTree(const Targets& gone, const Targets& touched) {
   RowsOnShow nobody;
   RowsOnShow& rows = rows_ == nullptr ? nobody : *rows_;
   if (!out.empty()) rows.change([&] { takeOutFolders(tree, outermostOf(tree, out)); });
-  state_.context.ScanCancelState = kScanIdle;  // the rest is to be read whole
   for (const Target& target : touched) {
     for (const NodeIndex node : nodesOf(target)) {
       const Text path = Report_GetFullpathOfNode(tree, node, false, false);

@@ -38,7 +38,11 @@ NodeIndex Rescan::Report_Rescan(NodeIndex selected) {
   });
 }
 
-void Rescan::readRest(NodeIndex folder) { read(folder, true); }
+void Rescan::readRest(NodeIndex folder) {
+  state_.context.IgnoresCancel = true;
+  read(folder, true);
+  state_.context.IgnoresCancel = false;
+}
 
 void Rescan::read(NodeIndex folder, bool followsAll) {
   FolderTree& tree = state_.tree;

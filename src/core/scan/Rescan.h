@@ -18,7 +18,8 @@ class Rescan {
   /// point that a scan would not enter. After a cancel what was found by then stands in the tree.
   NodeIndex Report_Rescan(NodeIndex selected);
 
-  /// Reads a folder of which a part is gone; all numbers above follow.
+  /// Reads a folder of which a part is gone, whole whatever the user wants; all numbers above
+  /// follow.
   void readRest(NodeIndex folder);
 
  private:

@@ -95,7 +95,7 @@ bool Walker::isCancelled() {
   }
   showProgress(kProgressIntervalMs);
   if (ui_.GetInputState()) ui_.yield();
-  return context_.ScanCancelState == kScanCancelRequested;
+  return context_.ScanCancelState == kScanCancelRequested && !context_.IgnoresCancel;
 }
 
 void Walker::showProgress(std::uint64_t interval) {

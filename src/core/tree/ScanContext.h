@@ -15,8 +15,9 @@ struct ScanContext {
     HardlinkSeen.setCompareMode(0);
   }
 
-  ScanTotals Total;         // of the source in progress; files left out after a cancel too
-  bool SilentMode = false;  // neither yields nor can be cancelled
+  ScanTotals Total;            // of the source in progress; files left out after a cancel too
+  bool SilentMode = false;     // neither yields nor can be cancelled
+  bool IgnoresCancel = false;  // what is read now must be read whole, or sums would be wrong
   bool SuppressDerivedLists = false;  // of a run with more than one source
   bool ReadHardlinkCounts = false;
   int helpers = platform::kHelpersByDevice;  // of FolderWalk
