@@ -125,6 +125,7 @@ void FolderReport::forgetNodes() {
 }
 
 void FolderReport::forgetFreeNodes() {
+  if (tree_.empty()) return forgetNodes();
   const auto isFree = [this](NodeIndex node) { return tree_[node].has(FolderNode::IsFree); };
   for (NodeIndex node = 0; node < expanded_.size(); ++node)
     expanded_[node] = expanded_[node] && !isFree(node);

@@ -1,5 +1,6 @@
 #include "ui/FolderRows.h"
 
+#include "core/scan/Rename.h"
 #include "core/tree/Report.h"
 #include "export/ReportList.h"
 #include "platform/Volumes.h"
@@ -27,6 +28,11 @@ std::size_t FolderRows::rowOf(Id id) const {
 void FolderRows::treeChanged() {
   sortColumn_ = &FolderReport::columns()[FolderColumnId::Size - 1];
   sortedDescending_ = true;
+  nodesWent();
+}
+
+void FolderRows::nodesWent() {
+  report_.forgetFreeNodes();
   drives_.clear();
   for (NodeIndex root = tree_.firstRoot(); root != kNoNode; root = tree_[root].nextSibling) {
     if (platform::IsDriveRoot(tree_[root].name())) drives_.insert(root);
@@ -99,8 +105,8 @@ bool FolderRows::canRename(std::size_t row, const Column& column) const {
 }
 
 Text FolderRows::rename(std::size_t row, const Text& name) {
-  Text error = renameObject(row, name);
-  if (error.empty()) tree_.rename(shown_.node(row), name);
+  Text error = renameFolder(tree_, path(row), name);
+  nodesWent();
   return error;
 }
 

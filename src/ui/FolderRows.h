@@ -38,6 +38,9 @@ class FolderRows : public RowSource {
   /// The tree got or lost nodes, which stand by size again.
   void treeChanged();
 
+  /// The tree lost nodes, or others took their places; the order is as it was.
+  void nodesWent();
+
   ShownFolders& shownFolders() { return shown_; }
 
  private:

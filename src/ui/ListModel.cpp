@@ -116,12 +116,15 @@ bool ListModel::setData(const QModelIndex& index, const QVariant& value, int rol
   const auto row = std::size_t(index.row());
   const Text name = toText(value.toString());
   if (name.empty() || name == rows_.cells().text(rows_.cellRow(row), *shown)) return false;
+  bool replaces = false;
   if (rows_.isNameTaken(row, name)) {
-    bool replaces = false;
     Q_EMIT nameTaken(value.toString(), &replaces);
     if (!replaces) return false;
   }
-  const Text error = rows_.rename(row, name);
+  Text error;
+  const auto rename = [&] { error = rows_.rename(row, name); };
+  // The row of what is replaced goes.
+  replaces ? rearrange(rename) : rename();
   if (!error.empty()) {
     Q_EMIT renameFailed(toQString(error));
     return false;

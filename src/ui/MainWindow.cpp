@@ -81,7 +81,7 @@ void MainWindow::makePanes() {
   Options& options = session_.options;
   folderRows_ = std::make_unique<FolderRows>(session_.tree, session_.folderReport, options);
   driveRows_ = std::make_unique<DriveRows>(drives_, options);
-  fileRows_ = std::make_unique<FileRows>(files_, options);
+  fileRows_ = std::make_unique<FileRows>(files_, session_.tree, options);
   logRows_ = std::make_unique<LogRows>(options);
   for (const LogRow& row : session_.log.rows())
     logRows_->add(row);

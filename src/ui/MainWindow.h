@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "core/frame/Session.h"
+#include "core/scan/Deletion.h"
 #include "core/scan/ListFeeder.h"
 #include "export/ReportWriter.h"
 #include "ui/DesktopScheme.h"
@@ -25,7 +26,10 @@ class SaveDialog;
 
 /// The window: the folder report on the left, one of the other lists on the right, bars, a line of
 /// progress while a scan runs, and a status line. It owns no results; those are the session's.
-class MainWindow : public QMainWindow, private UserInterface, private LogListener {
+class MainWindow : public QMainWindow,
+                   private UserInterface,
+                   private LogListener,
+                   private RowsOnShow {
   Q_OBJECT
 
  public:
@@ -73,6 +77,12 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   bool GetInputState() override;
   void message(TextView text, Severity severity) override;
   bool ask(TextView question) override;
+  bool confirm(TextView question, const std::vector<Text>& details) override;
+  void deletionProgress(TextView path, std::uint64_t done, std::uint64_t all) override;
+
+  // RowsOnShow
+  void change(const std::function<void()>& change) override;
+  void willReplace(NodeIndex node, NodeIndex twin) override;
   void logged(const LogRow& row) override;
 
   // Set-up
@@ -111,6 +121,16 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   void selectSource(const Text& path);
   void Ordnerliste_Abarbeiten();
   void setBusy(bool busy);
+
+  // Deleting, rescanning
+  void DeleteFolders(bool recycle);
+  void deleteFiles(ViewId view, bool recycle);
+  void Report_Rescan();
+  void Report_RemoveFolders();
+  void hideFiles();
+  void refreshDrive(const Text& path);
+  std::vector<RowSource::Id> selectedIds(ViewId view);
+  void goNear(ViewId view, std::size_t row);
 
   // Lists
   void selectedFolderChanged();
@@ -175,7 +195,8 @@ class MainWindow : public QMainWindow, private UserInterface, private LogListene
   bool wantsRestart_ = false;
   bool storesSettings_ = true;
   bool wasShown_ = false;
-  bool stopsReading_ = false;  // Escape while files are read
+  ViewId changing_ = ViewId::Folders;  // the list whose rows a deletion takes
+  bool stopsReading_ = false;          // Escape while files are read
   std::uint64_t lastYield_ = 0;
 };
 

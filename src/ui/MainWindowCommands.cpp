@@ -120,6 +120,10 @@ bool MainWindow::executeList(ViewId view, int id) {
   if (view == ViewId::Folders && executeFolders(id)) return true;
   if (view == ViewId::Drives && executeDrives(id)) return true;
   switch (id) {
+    case 320:
+    case 321:
+      deleteFiles(view, id == 320);
+      return true;
     case 350:
       save(view);
       return true;
@@ -192,9 +196,19 @@ bool MainWindow::executeFolders(int id) {
     case 470:
       pane(ViewId::Folders).applySettings();
       return true;
+    case 506:
+    case 507:
+      DeleteFolders(id == 507);
+      return true;
     case 1007:
     case 1008:
       expandSelected(id == 1007);
+      return true;
+    case 1015:
+      Report_Rescan();
+      return true;
+    case 1016:
+      Report_RemoveFolders();
       return true;
     default:
       return false;

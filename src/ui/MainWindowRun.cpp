@@ -163,13 +163,33 @@ void MainWindow::message(TextView text, Severity severity) {
               : severity == Severity::Warning   ? QMessageBox::Warning
                                                 : QMessageBox::Critical);
   box.setTextFormat(Qt::PlainText);
-  box.setText(toQString(text));
+  QStringList lines;
+  for (const QString& line : toQString(text).split(u'\n'))
+    lines.append(shownInMessage(toTextView(line)));
+  box.setText(lines.join(u'\n'));
   box.exec();
 }
 
 bool MainWindow::ask(TextView question) {
   return QMessageBox::question(this, QStringLiteral("Ombrelian"), toQString(question)) ==
          QMessageBox::Yes;
+}
+
+bool MainWindow::confirm(TextView question, const std::vector<Text>& details) {
+  QMessageBox box(QMessageBox::Warning, QStringLiteral("Ombrelian"), shownInMessage(question),
+                  QMessageBox::Yes | QMessageBox::No, this);
+  box.setTextFormat(Qt::PlainText);
+  QStringList lines;
+  for (const Text& line : details)
+    lines.append(shownInMessage(line));
+  box.setInformativeText(lines.join(u'\n'));
+  box.setDefaultButton(QMessageBox::No);
+  box.setEscapeButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
+void MainWindow::deletionProgress(TextView path, std::uint64_t done, std::uint64_t all) {
+  progress_->showDeletion(path, done, all);
 }
 
 void MainWindow::logged(const LogRow& row) {

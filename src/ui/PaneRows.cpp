@@ -37,8 +37,8 @@ Text FoundFileRows::rename(std::size_t row, const Text& name) {
   return error;
 }
 
-FileRows::FileRows(FileList& files, Options& options)
-    : FoundFileRows(files.grid(), options, ViewId::Files), files_(files) {}
+FileRows::FileRows(FileList& files, FolderTree& tree, Options& options)
+    : FoundFileRows(files.grid(), options, ViewId::Files), files_(files), tree_(tree) {}
 
 DriveRows::DriveRows(DriveList& drives, Options& options)
     : GridRows(drives.grid(), options, sizesOf(options, ViewId::Drives)), drives_(drives) {}

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/frame/ViewSettings.h"
+#include "core/scan/Rename.h"
 #include "lists/DriveList.h"
 #include "lists/FileList.h"
 #include "lists/Log.h"
@@ -28,16 +29,20 @@ class FoundFileRows : public GridRows {
 /// The files of one folder.
 class FileRows : public FoundFileRows {
  public:
-  FileRows(FileList& files, Options& options);
+  /// A rename that replaces a file lowers the sums of the tree. Both are kept by reference.
+  FileRows(FileList& files, FolderTree& tree, Options& options);
 
   Text path(std::size_t row) const override { return files_.fullPath(row); }
-  Text rename(std::size_t row, const Text& name) override { return files_.rename(row, name).error; }
+  Text rename(std::size_t row, const Text& name) override {
+    return renameFile(tree_, files_, row, name);
+  }
   bool isNameTaken(std::size_t row, const Text& name) const override {
     return files_.nameIsTaken(row, name);
   }
 
  private:
   FileList& files_;
+  FolderTree& tree_;
 };
 
 /// Drives and network paths.

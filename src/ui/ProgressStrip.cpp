@@ -10,16 +10,17 @@
 namespace ombrelian::ui {
 
 ProgressStrip::ProgressStrip(QWidget* parent)
-    : QWidget(parent), counts_(new QLabel(this)), path_(new QLabel(this)) {
+    : QWidget(parent),
+      bar_(new QProgressBar(this)),
+      counts_(new QLabel(this)),
+      path_(new QLabel(this)) {
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(10, 4, 10, 4);
   layout->setSpacing(14);
-  auto* const bar = new QProgressBar(this);
-  bar->setRange(0, 0);
-  bar->setTextVisible(false);
-  bar->setFixedWidth(120);
-  bar->setAccessibleName(toQString(TL(3839, u"Bearbeite :")));
-  layout->addWidget(bar);
+  bar_->setTextVisible(false);
+  bar_->setFixedWidth(120);
+  bar_->setAccessibleName(toQString(TL(3839, u"Bearbeite :")));
+  layout->addWidget(bar_);
   layout->addWidget(counts_);
   path_->setForegroundRole(QPalette::PlaceholderText);
   path_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -30,6 +31,7 @@ ProgressStrip::ProgressStrip(QWidget* parent)
 
 void ProgressStrip::begin() {
   timer_.start();
+  bar_->setRange(0, 0);
   show({}, 0, 0, 0);
   QWidget::show();
 }
@@ -42,6 +44,20 @@ void ProgressStrip::show(TextView folder, std::int64_t files, std::int64_t folde
                                 {count(files), count(folders),
                                  xFormatFileSize(kUnitAutomatic, bytes, true, false), seconds})));
   folder_ = shownOnOneLine(folder);
+  placePath();
+}
+
+void ProgressStrip::showDeletion(TextView path, std::uint64_t done, std::uint64_t all) {
+  constexpr int kSteps = 1000;
+  const auto count = [](std::uint64_t number) {
+    return xFormatFileSize(0, std::int64_t(number), false, false);
+  };
+  bar_->setRange(0, all == 0 ? 0 : kSteps);
+  if (all > 0) bar_->setValue(int(double(std::min(done, all)) / double(all) * kSteps));
+  counts_->setText(toQString(all == 0
+                                 ? TL(9663, u"Gezählt: %1", {count(done)})
+                                 : TL(9664, u"Erledigt: %1 von %2", {count(done), count(all)})));
+  folder_ = shownOnOneLine(path);
   placePath();
 }
 

@@ -22,6 +22,9 @@ class ProgressStrip : public QWidget {
 
   void show(TextView folder, std::int64_t files, std::int64_t folders, std::int64_t bytes);
 
+  /// Of a deletion: `done` objects of `all`; `all` 0: they are still counted.
+  void showDeletion(TextView path, std::uint64_t done, std::uint64_t all);
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
@@ -29,6 +32,7 @@ class ProgressStrip : public QWidget {
   void placePath();
 
   QElapsedTimer timer_;
+  QProgressBar* bar_;
   QLabel* counts_;
   QLabel* path_;
   QString folder_;

@@ -10,6 +10,15 @@ bool isControl(QChar unit) { return unit.unicode() < 0x20 || unit.unicode() == 0
 
 }  // namespace
 
+QString shownInMessage(TextView text) {
+  constexpr qsizetype kLongest = 400;
+  QString shown = shownOnOneLine(text);
+  if (shown.size() > kLongest) {
+    shown = shown.left(kLongest / 2) + QStringLiteral(" \u2026 ") + shown.right(kLongest / 2);
+  }
+  return shown.replace(u'/', QStringLiteral("/\u200B"));
+}
+
 QString shownOnOneLine(TextView text) {
   QString shown = toQString(text);
   for (QChar& unit : shown) {

@@ -23,4 +23,8 @@ inline Text toText(const QString& text) { return Text(toTextView(text)); }
 /// name with a line break in it takes no second line.
 QString shownOnOneLine(TextView text);
 
+/// A line for a message box, which breaks it behind the separators of paths too; one that is very
+/// long loses its middle.
+QString shownInMessage(TextView text);
+
 }  // namespace ombrelian::ui

@@ -68,7 +68,7 @@ void FolderTree::remove(const std::vector<NodeIndex>& nodes) {
   for (const NodeIndex node : nodes)
     release(node);
   compactNames();
-  if (empty()) maxFolderDepth_ = 0;
+  if (empty()) clear();
 }
 
 /// Takes nodes out of the chains of their siblings, each chain in one pass.
