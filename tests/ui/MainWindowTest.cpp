@@ -20,97 +20,16 @@
 #include <QTest>
 #include <QTimer>
 
-#include "core/frame/StartUp.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/ui/WindowFixture.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
 namespace {
 
+using testing::Answer;
+using testing::Program;
 using testing::TestFolder;
-
-/// One start of the program with its settings.
-struct Program {
-  explicit Program(const TestFolder& data, bool readOnly = false) {
-    session.readOnly = readOnly;
-    qputenv("XDG_CONFIG_HOME", data.path().c_str());
-    startUp = std::make_unique<StartUp>(CommandLine(), Text(), 7);
-    session.loadOptions(startUp->settings());
-    window = std::make_unique<MainWindow>(session, startUp->settings());
-    window->resize(1280, 800);
-    window->show();
-    for (int view = 0; view < kViews; ++view) {
-      testers.push_back(std::make_unique<QAbstractItemModelTester>(
-          &window->pane(ViewId(view)).model(),
-          QAbstractItemModelTester::FailureReportingMode::Fatal));
-    }
-  }
-  ~Program() {
-    window->close();
-    testers.clear();
-  }
-
-  QString cell(ViewId view, int row, int section) {
-    return window->pane(view).model().index(row, section).data().toString();
-  }
-
-  QStringList column(ViewId view, int section = 1) {
-    QStringList cells;
-    for (int row = 0; row < window->pane(view).model().rowCount(); ++row)
-      cells.append(cell(view, row, section));
-    return cells;
-  }
-
-  std::unique_ptr<StartUp> startUp;
-  Session session;
-  std::unique_ptr<MainWindow> window;
-  std::vector<std::unique_ptr<QAbstractItemModelTester>> testers;
-};
-
-/// Answers the next message box with a button, and keeps what it said.
-class Answer {
- public:
-  explicit Answer(QMessageBox::StandardButton button) {
-    QObject::connect(&timer_, &QTimer::timeout, [this, button] {
-      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box == nullptr) return;
-      text = box->text();
-      box->button(button)->click();
-    });
-    timer_.start(10);
-  }
-
-  QString text;
-
- private:
-  QTimer timer_;
-};
-
-class MainWindowTest : public ::testing::Test {
- protected:
-  MainWindowTest() {
-    tree_.file("big/a.bin", 3000);
-    tree_.file("big/b.txt", 200);
-    tree_.file("small/deep/c.txt", 10);
-    tree_.file("small/deep/needle.txt", 5);
-    tree_.file("top.txt", 100);
-    tree_.hardlink("big/b2.txt", "big/b.txt");
-    tree_.symlink("link", "big");
-  }
-
-  static void allLists(Options& options) {
-    for (std::uint8_t* const flag :
-         {&options.CreateList100LargestFiles, &options.CreateList100SmallestFiles,
-          &options.CreateList100NewestFiles, &options.CreateList100OldestFiles,
-          &options.CreateList100LargestFolders, &options.CreateList100SmallestFolders,
-          &options.CreateListHardlink, &options.CreateListJunction, &options.CreateListOwner,
-          &options.CreateListExt})
-      *flag = 1;
-  }
-
-  const TestFolder data_;
-  const TestFolder tree_;
-};
+using MainWindowTest = testing::WindowTest;
 
 TEST_F(MainWindowTest, AScanFillsTreeAndLists) {
   Program run(data_);
