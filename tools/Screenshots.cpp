@@ -131,6 +131,19 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
     }
   });
   window.execute(ViewId::Folders, 350);
+  // The question before folders are deleted, which is answered with no.
+  ListView& list = window.pane(ViewId::Folders).list();
+  list.goTo(1);
+  list.selectionModel()->select(list.model()->index(2, 1),
+                                QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  QTimer::singleShot(300, &window, [&] {
+    if (QWidget* const dialog = QApplication::activeModalWidget()) {
+      photographer.take("13-delete-question", dialog);
+      photographer.take("14-delete-counted");
+      dialog->close();
+    }
+  });
+  window.execute(ViewId::Folders, 506);
 }
 
 }  // namespace

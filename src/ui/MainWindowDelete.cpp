@@ -9,6 +9,8 @@
 namespace ombrelian::ui {
 
 void MainWindow::change(const std::function<void()>& change) {
+  // What was selected is going; to follow a hundred thousand selected rows would take its time.
+  pane(changing_).list().clearSelection();
   const auto changeTree = [&] {
     pane(ViewId::Folders).model().rearrange([&] {
       change();

@@ -2,9 +2,11 @@
 
 #include <errno.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "fs/z_Filesystem.h"
 #include "tests/testing/Faults.h"
+#include "tests/testing/ScopedUser.h"
 #include "tests/testing/TestFolder.h"
 
 namespace ombrelian {
@@ -43,6 +45,26 @@ TEST(DeletingTest, AFolderThatStaysTellsItselfAndWhatHoldsIt) {
                                              " (#1117 - Input/output error)");
   deletion = xDeleteFolder_W({folder.text("many")});
   EXPECT_TRUE(deletion.errorText.ends_with(u" und 5 weitere")) << toBytes(deletion.errorText);
+}
+
+TEST(DeletingTest, RightsThatCannotBeHadAreToldBesideTheFirstError) {
+  const testing::ScopedUser user;
+  const TestFolder folder;
+  folder.file("closed/file");
+  ASSERT_EQ(chmod(folder.path("closed").c_str(), 0555), 0);
+  EXPECT_TRUE(xDeleteFile_W({folder.text("closed/file")}, false).has_value());
+  {
+    const ScopedFault fault({Call::Fchmodat, {}, EPERM});
+    const Failure failure = xDeleteFile_W({folder.text("closed/file")}, true);
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(toBytes(failure->text), "#5 - Permission denied SetFA: " +
+                                          folder.path("closed/file") + " (#5 - Permission denied)");
+  }
+  EXPECT_FALSE(xDeleteFile_W({folder.text("closed/file")}, true).has_value());
+  EXPECT_FALSE(xExistFile_W(folder.text("closed/file")));
+  struct stat told = {};
+  ASSERT_EQ(stat(folder.path("closed").c_str(), &told), 0);
+  EXPECT_EQ(told.st_mode & 0777, 0555U);
 }
 
 TEST(DeletingTest, AFolderThatOthersRemovedIsGone) {

@@ -64,7 +64,7 @@ TEST_F(MainWindowDeleteTest, FoldersGoAfterAQuestionThatTellsWhatGoes) {
     EXPECT_TRUE(plain.contains(source() + QStringLiteral("/big"))) << plain.toStdString();
     EXPECT_TRUE(plain.contains(QStringLiteral("Dateien: 3, Ordner: 2"))) << plain.toStdString();
     EXPECT_TRUE(plain.contains(QStringLiteral("Verknüpfungen: 1")));
-    EXPECT_TRUE(plain.contains(QStringLiteral("Namen von Hardlinks: 2. 200")));
+    EXPECT_TRUE(plain.contains(QStringLiteral("2 Namen von Hardlinks; 200")));
   }
   EXPECT_EQ(run_.column(ViewId::Folders), before);
   EXPECT_EQ(run_.column(ViewId::Log).size(), logged);

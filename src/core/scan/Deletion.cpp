@@ -46,7 +46,7 @@ template <class Work>
 bool Deletion::run(Work work) {
   state_.ui.scanBegins();
   state_.context.ScanBusy = true;
-  const bool isAnythingGone = work();
+  const bool isAnythingGone = Guarded(kModule, u"Deletion", work);
   if (wasStopped_) {
     state_.log.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
   }
@@ -184,6 +184,7 @@ bool Deletion::isConfirmed(Targets& targets, TextView question) {
     wasStopped_ = false;  // nothing was begun
     return false;
   }
+  state_.ui.deletionProgress({}, counted.objects(), 0);
   if (targets.empty() || !state_.ui.confirm(question, details(targets, counted))) return false;
   all_ = std::max<std::uint64_t>(counted.objects(), 1);
   doneBefore_ = 0;
@@ -236,10 +237,8 @@ std::vector<Text> Deletion::details(const Targets& targets, const Survey& survey
     add(TL(9614, u"Verknüpfungen: %1. Es gehen nur sie selbst, nicht ihre Ziele.",
            {count(survey.links)}));
   }
-  if (survey.hardlinks > 0 && !recycles_) {
-    add(TL(9615,
-           u"Namen von Hardlinks: %1. %2 werden nicht frei, weil dieselben Daten mehrere Namen "
-           u"haben.",
+  if (survey.hardlinks > 0) {
+    add(TL(9615, u"Unter den Dateien sind %1 Namen von Hardlinks; %2 werden darum nicht frei.",
            {count(survey.hardlinks), xFormatFileSizeAuto(survey.keptBytes(), true)}));
   }
   if (survey.mountPoints > 0) {
