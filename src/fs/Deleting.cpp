@@ -1,6 +1,9 @@
 #include "fs/Deleting.h"
 
-#include "fs/z_Filesystem.h"
+#include <optional>
+
+#include "fs/PathText.h"
+#include "platform/Files.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
 
@@ -57,23 +60,33 @@ class Watch : public platform::RemovalProgress {
   Text text_;
 };
 
+Failure deleteFile(const platform::ShownObject& file, bool force) {
+  ErrorCode error = platform::DeleteFileW(file);
+  if (error == kSuccess || platform::isMissing(error)) return {};
+  const Error first = deletingError(error, file.path, u"xDeleteFile_W");
+  if (!force || error != platform::kAccessDenied) return first;
+  const platform::ForcedRights rights(file);
+  if (rights.error() != kSuccess) {
+    Text text = xGetErrorText(true, rights.error()).append(u" SetFA: ").append(first.text);
+    return Error{first.number, first.source, std::move(text)};
+  }
+  error = platform::DeleteFileW(file);
+  if (error == kSuccess || platform::isMissing(error)) return {};
+  return deletingError(error, file.path, u"xDeleteFile_W");
+}
+
 }  // namespace
 
 Failure xDeleteFile_W(const platform::ShownObject& file, bool force) {
-  return Guarded(kModule, u"xDeleteFile_W", [&]() -> Failure {
-    ErrorCode error = platform::DeleteFileW(file);
-    if (error == kSuccess || platform::isMissing(error)) return {};
-    const Error first = deletingError(error, file.path, u"xDeleteFile_W");
-    if (!force || error != platform::kAccessDenied) return first;
-    const platform::ForcedRights rights(file);
-    if (rights.error() != kSuccess) {
-      Text text = xGetErrorText(true, rights.error()).append(u" SetFA: ").append(first.text);
-      return Error{first.number, first.source, std::move(text)};
-    }
-    error = platform::DeleteFileW(file);
-    if (error == kSuccess || platform::isMissing(error)) return {};
-    return deletingError(error, file.path, u"xDeleteFile_W");
-  });
+  // Where something was thrown the file is not to be taken for deleted.
+  const auto done = Guarded(kModule, u"xDeleteFile_W",
+                            [&]() -> std::optional<Failure> { return deleteFile(file, force); });
+  return done ? *done : deletingError(platform::kGeneralFailure, file.path, u"xDeleteFile_W");
+}
+
+bool isMissingObject(TextView path) {
+  platform::FindData data;
+  return platform::isMissing(platform::FindFirstFileW(LongPathPrefix(path), data));
 }
 
 bool RemoveDirectoryForce_W(const platform::ShownObject& folder) {
@@ -95,7 +108,7 @@ FolderDeletion xDeleteFolderR_W(const platform::ShownObject& folder, const Delet
 FolderDeletion xDeleteFolder_W(const platform::ShownObject& folder, const DeletionGoOn& goOn) {
   return Guarded(kModule, u"xDeleteFolder_W", [&]() -> FolderDeletion {
     FolderDeletion deletion = xDeleteFolderR_W(folder, goOn);
-    if (!deletion.isGone && !xExistFile_W(folder.path)) {
+    if (!deletion.isGone && isMissingObject(folder.path)) {
       deletion.isGone = true;
       deletion.errorText.clear();
     }

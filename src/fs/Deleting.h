@@ -13,6 +13,9 @@ namespace ombrelian {
 /// `force`: also where the rights for it have to be had first.
 Failure xDeleteFile_W(const platform::ShownObject& file, bool force);
 
+/// Whether the system says that there is nothing of that path; one that it cannot tell is not.
+bool isMissingObject(TextView path);
+
 /// Removes one empty folder, getting the rights for it if need be.
 bool RemoveDirectoryForce_W(const platform::ShownObject& folder);
 

@@ -2,7 +2,6 @@
 
 #include "core/scan/Rescan.h"
 #include "core/tree/Report.h"
-#include "fs/PathText.h"
 #include "ui/FolderRows.h"
 #include "ui/MainWindow.h"
 
@@ -70,7 +69,7 @@ void MainWindow::DeleteFolders(bool recycle) {
   hideFiles();
   goNear(ViewId::Folders, first);
   showFiles(true);
-  refreshDrive(Text(xGetPath(path)));
+  refreshDrive(path);
 }
 
 void MainWindow::deleteFiles(ViewId view, bool recycle) {
@@ -88,7 +87,7 @@ void MainWindow::deleteFiles(ViewId view, bool recycle) {
   changing_ = ViewId::Folders;
   if (!isAnyGone) return;
   goNear(view, first);
-  refreshDrive(Text(xGetPath(path)));
+  refreshDrive(path);
 }
 
 void MainWindow::Report_Rescan() {

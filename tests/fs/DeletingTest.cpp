@@ -3,6 +3,7 @@
 #include <errno.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "fs/z_Filesystem.h"
 #include "tests/testing/Faults.h"
@@ -45,6 +46,15 @@ TEST(DeletingTest, AFolderThatStaysTellsItselfAndWhatHoldsIt) {
                                              " (#1117 - Input/output error)");
   deletion = xDeleteFolder_W({folder.text("many")});
   EXPECT_TRUE(deletion.errorText.ends_with(u" und 5 weitere")) << toBytes(deletion.errorText);
+}
+
+TEST(DeletingTest, WhatCannotBeAskedAboutIsNotTakenForGone) {
+  const TestFolder folder;
+  folder.file("top/file");
+  const ScopedFault fault({Call::Statx, "top", EACCES});
+  EXPECT_FALSE(xDeleteFolder_W({folder.text("top")}).isGone);
+  EXPECT_TRUE(xDeleteFile_W({folder.text("top")}, true).has_value());
+  EXPECT_EQ(access(folder.path("top/file").c_str(), F_OK), 0);
 }
 
 TEST(DeletingTest, RightsThatCannotBeHadAreToldBesideTheFirstError) {

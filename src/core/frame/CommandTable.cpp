@@ -461,7 +461,7 @@ constexpr Command kCommands[] = {
     {1015,
      CommandKind::Button,
      {9642, u"Ordner neu einlesen"},
-     {9643, u"Die ausgewählten Ordner mit allem darin neu einlesen"},
+     {9643, u"Den gewählten Ordner mit allem darin neu einlesen"},
      "refresh",
      "F5"},
     {1016,

@@ -10,7 +10,6 @@
 #include "fs/Links.h"
 #include "fs/PathText.h"
 #include "fs/Recycling.h"
-#include "fs/z_Filesystem.h"
 #include "lists/ListStatus.h"
 #include "platform/Time.h"
 #include "support/Guard.h"
@@ -116,10 +115,12 @@ bool Deletion::deleteFolder(const platform::ShownObject& folder, bool& isTouched
         return goesOn(folder.path, files + folders);
       });
   if (deletion.isGone) return true;
-  isTouched = deletion.files + deletion.folders > 0;
-  if (!deletion.errorText.empty()) {
+  isTouched = deletion.files + deletion.folders > 0 || deletion.errorText.empty();
+  if (!deletion.wasStopped || !deletion.errorText.empty()) {
+    const Text text = deletion.errorText.empty() ? xGetErrorText(true, platform::kGeneralFailure)
+                                                 : deletion.errorText;
     fail(TL(9073, u"Beim Löschen des Ordners '%1' ist ein Fehler aufgetreten: %2",
-            {folder.path, deletion.errorText}));
+            {folder.path, text}));
   }
   return false;
 }
@@ -278,10 +279,10 @@ void Deletion::correctTree(const Targets& gone, const Targets& touched) {
   for (const Target& target : touched) {
     for (const NodeIndex node : nodesOf(target)) {
       const Text path = Report_GetFullpathOfNode(tree, node, false, false);
-      if (xExistFile_W(path)) {
-        Rescan(state_, rows_).readRest(node);
-      } else {
+      if (isMissingObject(path)) {
         rows.change([&] { takeOutFolders(tree, {node}); });
+      } else {
+        Rescan(state_, rows_).readRest(node);
       }
     }
   }
