@@ -86,6 +86,7 @@ bool Deletion::deleteFolders(Targets& targets, TextView question) {
   Targets touched;
   for (Target& target : targets) {
     if (!goesOn(target.object.path, 0)) break;
+    const std::uint64_t objects = target.objects;
     bool isTouched = false;
     if (deleteFolder(target.object, isTouched)) {
       logGone(xGetPathWithBackslash(target.object.path));
@@ -94,7 +95,7 @@ bool Deletion::deleteFolders(Targets& targets, TextView question) {
     } else if (isTouched) {
       touched.push_back(std::move(target));
     }
-    doneBefore_ += target.objects;
+    doneBefore_ += objects;
   }
   correctTree(gone, touched);
   return !gone.empty() || !touched.empty();

@@ -62,7 +62,7 @@ Text Report_RemoveFolders(FolderTree& tree, NodeIndex selected, RowsOnShow* rows
     if (tree.empty() || selected == kNoNode) return {};
     while (tree[selected].parent != kNoNode)
       selected = tree[selected].parent;
-    const Text path(tree[selected].name());
+    Text path(tree[selected].name());
     orNobody(rows).change([&] { tree.remove({selected}); });
     return path;
   });
