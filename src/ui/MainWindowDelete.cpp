@@ -40,7 +40,6 @@ void MainWindow::goNear(ViewId view, std::size_t row) {
   const std::size_t rows = pane.rows().count();
   pane.rowsReplaced();
   if (rows > 0) pane.list().goTo(std::min(row, rows - 1));
-  pane.list().setFocus();
 }
 
 /// The pointed-at folder may be gone, so its files are not on show any more.
@@ -65,7 +64,9 @@ void MainWindow::DeleteFolders(bool recycle) {
   const Text path = Report_GetFullpathOfNode(session_.tree, nodes.front(), false, false);
   changing_ = ViewId::Folders;
   Deletion deletion(session_.scanState(*this, nullptr), this, recycle);
-  if (!deletion.DeleteFolders(nodes)) return;
+  const bool isAnyGone = deletion.DeleteFolders(nodes);
+  pane(ViewId::Folders).list().setFocus();  // which it lost while nothing could be done
+  if (!isAnyGone) return;
   hideFiles();
   goNear(ViewId::Folders, first);
   showFiles(true);
@@ -85,6 +86,7 @@ void MainWindow::deleteFiles(ViewId view, bool recycle) {
                              : deletion.List_TOP_DeleteFiles(
                                    lists_.grid(ListId(int(view) - int(ViewId::LargestFiles))), ids);
   changing_ = ViewId::Folders;
+  pane(view).list().setFocus();
   if (!isAnyGone) return;
   goNear(view, first);
   refreshDrive(path);
