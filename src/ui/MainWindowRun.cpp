@@ -176,7 +176,7 @@ bool MainWindow::ask(TextView question) {
 }
 
 bool MainWindow::confirm(TextView question, const std::vector<Text>& details) {
-  QMessageBox box(QMessageBox::Warning, QStringLiteral("Ombrelian"), shownInMessage(question),
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Ombrelian"), shownInMessage(question),
                   QMessageBox::Yes | QMessageBox::No, this);
   box.setTextFormat(Qt::PlainText);
   QStringList lines;
