@@ -174,6 +174,13 @@ class Sequence : public ScanFixture {
     return nodes;
   }
 
+  /// Now and then, objects with some digit in their names that cannot be removed while it lives.
+  std::unique_ptr<ScopedFault> sometimesFailing(int error) {
+    if (below(3) != 0) return nullptr;
+    return std::make_unique<ScopedFault>(
+        testing::Fault{Call::Unlinkat, std::to_string(below(9)), error});
+  }
+
   void deleteFolders(bool recycle) {
     const std::vector<NodeIndex> nodes = allNodes();
     std::vector<NodeIndex> chosen;
@@ -184,11 +191,7 @@ class Sequence : public ScanFixture {
     }
     ui_.isAsked = false;
     ui_.stopAfter = below(4) == 0 ? int(below(12)) + 1 : 0;
-    std::unique_ptr<ScopedFault> fault;
-    if (below(3) == 0) {
-      fault = std::make_unique<ScopedFault>(
-          testing::Fault{Call::Unlinkat, std::to_string(below(9)), EIO});
-    }
+    const auto fault = sometimesFailing(EIO);
     Deletion(stateOf(ui_), nullptr, recycle).DeleteFolders(chosen);
   }
 
@@ -202,11 +205,7 @@ class Sequence : public ScanFixture {
     }
     ui_.isAsked = false;
     ui_.stopAfter = below(4) == 0 ? int(below(4)) + 1 : 0;
-    std::unique_ptr<ScopedFault> fault;
-    if (below(3) == 0) {
-      fault = std::make_unique<ScopedFault>(
-          testing::Fault{Call::Unlinkat, std::to_string(below(9)), EPERM});
-    }
+    const auto fault = sometimesFailing(EPERM);
     Deletion(stateOf(ui_), nullptr, below(3) == 0).List_Files_DeleteFiles(files, chosen);
   }
 
