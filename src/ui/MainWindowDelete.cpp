@@ -80,11 +80,14 @@ void MainWindow::deleteFiles(ViewId view, bool recycle) {
   const Text path = pane(view).rows().path(first);
   changing_ = view;
   Deletion deletion(session_.scanState(*this, nullptr), this, recycle);
-  const bool isAnyGone = view == ViewId::Files ? deletion.List_Files_DeleteFiles(files_, ids)
-                         : view == ViewId::Hardlinks
-                             ? deletion.List_Hardlinks_DeleteFiles(lists_.hardlinks().grid(), ids)
-                             : deletion.List_TOP_DeleteFiles(
-                                   lists_.grid(ListId(int(view) - int(ViewId::LargestFiles))), ids);
+  bool isAnyGone = false;
+  if (view == ViewId::Files) {
+    isAnyGone = deletion.List_Files_DeleteFiles(files_, ids);
+  } else {
+    Grid& list = lists_.grid(ListId(int(view) - int(ViewId::LargestFiles)));
+    isAnyGone = view == ViewId::Hardlinks ? deletion.List_Hardlinks_DeleteFiles(list, ids)
+                                          : deletion.List_TOP_DeleteFiles(list, ids);
+  }
   changing_ = ViewId::Folders;
   pane(view).list().setFocus();
   if (!isAnyGone) return;

@@ -53,7 +53,7 @@ void MainWindow::AddNewSearchPath(bool browse, const Text& path) {
 
 /// Selects the path in the source box, where it is added if it is new.
 void MainWindow::selectSource(const Text& path) {
-  const QString text = toQString(path.size() > 1 ? xRemoveBackslash(path) : path);
+  const QString text = toQString(xRemoveBackslash(path));
   int at = SourceCombo_->findText(text, Qt::MatchExactly);
   if (at < 0) {
     SourceCombo_->addItem(text);

@@ -11,6 +11,7 @@
 #include "fs/PathText.h"
 #include "fs/Recycling.h"
 #include "lists/ListStatus.h"
+#include "platform/Files.h"
 #include "platform/Time.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
@@ -23,8 +24,14 @@ constexpr std::size_t kNamedObjects = 10;  // of a question
 constexpr std::size_t kToldFailures = 10;  // of a message; the log has all
 constexpr std::uint64_t kProgressIntervalMs = 100;
 
-Text withoutSeparator(TextView folder) {
-  return folder.size() > 1 ? xRemoveBackslash(folder) : Text(folder);
+/// Asks about an object, and whether it may go.
+platform::ErrorCode look(const platform::ShownObject& object, platform::FindData& data) {
+  const platform::ErrorCode error = platform::FindFirstFileW(object.path, data);
+  if (error != platform::kSuccess) return error;
+  if (object.identity.index != 0 && !(object.identity == data.identity))
+    return platform::kObjectReplaced;
+  if (data.dwReserved0 == platform::kTagMountPoint) return platform::kIsMountPoint;
+  return platform::kSuccess;
 }
 
 }  // namespace
@@ -38,7 +45,7 @@ platform::ShownObject shownObject(const FolderTree& tree, NodeIndex node) {
 }
 
 Deletion::Deletion(const ScanState& state, RowsOnShow* rows, bool recycle)
-    : state_(state), rows_(rows), recycles_(recycle) {}
+    : state_(state), rows_(orNobody(rows)), recycles_(recycle) {}
 
 /// Between its beginning and its end the user can do nothing but stop it.
 template <class Work>
@@ -90,7 +97,6 @@ bool Deletion::deleteFolders(Targets& targets, TextView question) {
     bool isTouched = false;
     if (deleteFolder(target.object, isTouched)) {
       logGone(xGetPathWithBackslash(target.object.path));
-      gonePaths_.push_back(target.object.path);
       gone.push_back(std::move(target));
     } else if (isTouched) {
       touched.push_back(std::move(target));
@@ -196,25 +202,17 @@ bool Deletion::isConfirmed(Targets& targets, TextView question) {
 bool Deletion::survey(Targets& targets, Survey& survey) {
   Targets left;
   for (Target& target : targets) {
-    const std::uint64_t before = survey.objects();
     const Text& path = target.object.path;
     platform::FindData data;
-    platform::ErrorCode error = platform::kSuccess;
-    if (!survey.add(
-            path, [&](std::uint64_t count) { return goesOn(path, count); }, data, error) ||
-        !goesOn(path, survey.objects()))
-      return false;
-    if (error == platform::kSuccess && data.dwReserved0 == platform::kTagMountPoint) {
-      error = platform::kIsMountPoint;
-    }
-    const platform::FileIdentity& shown = target.object.identity;
-    if (error == platform::kSuccess && shown.index != 0 && !(shown == data.identity)) {
-      error = platform::kObjectReplaced;
-    }
-    if (error != platform::kSuccess && !platform::isMissing(error)) {
+    const platform::ErrorCode error = look(target.object, data);
+    const bool isThere = error == platform::kSuccess;
+    if (!isThere && !platform::isMissing(error)) {
       fail(TL(9662, u"'%1' kann nicht gelöscht werden: %2", {path, xGetErrorText(true, error)}));
       continue;
     }
+    const std::uint64_t before = survey.objects();
+    const auto goOn = [&](std::uint64_t count) { return goesOn(path, count); };
+    if ((isThere && !survey.add(path, data, goOn)) || !goOn(survey.objects())) return false;
     target.isHardlink = hardlinkCount(data) > 0;
     target.objects = survey.objects() - before;
     left.push_back(std::move(target));
@@ -274,16 +272,14 @@ void Deletion::correctTree(const Targets& gone, const Targets& touched) {
     const std::vector<NodeIndex> nodes = nodesOf(target);
     out.insert(out.end(), nodes.begin(), nodes.end());
   }
-  RowsOnShow nobody;
-  RowsOnShow& rows = rows_ == nullptr ? nobody : *rows_;
-  if (!out.empty()) rows.change([&] { takeOutFolders(tree, outermostOf(tree, out)); });
+  if (!out.empty()) rows_.change([&] { takeOutFolders(tree, outermostOf(tree, out)); });
   for (const Target& target : touched) {
     for (const NodeIndex node : nodesOf(target)) {
       const Text path = Report_GetFullpathOfNode(tree, node, false, false);
       if (isMissingObject(path)) {
-        rows.change([&] { takeOutFolders(tree, {node}); });
+        rows_.change([&] { takeOutFolders(tree, {node}); });
       } else {
-        Rescan(state_, rows_).readRest(node);
+        Rescan(state_, &rows_).readRest(node);
       }
     }
   }
@@ -326,11 +322,10 @@ Deletion::Targets Deletion::deleteFiles(Targets targets) {
 bool Deletion::List_Files_DeleteFiles(FileList& files, const Ids& selected) {
   return Guarded(kModule, u"List_Files_DeleteFiles", [&] {
     return run([&] {
-      const Text folder = withoutSeparator(files.folder());
+      const Text folder = xRemoveBackslash(files.folder());
       const Targets gone = deleteFiles(targetsOf(files.grid(), selected));
       if (gone.empty()) return false;
-      RowsOnShow nobody;
-      (rows_ == nullptr ? nobody : *rows_).change([&] {
+      rows_.change([&] {
         files.removeRows(idsOf(gone));
         takeOffFolder(folder, gone);
       });
@@ -347,8 +342,8 @@ void Deletion::takeOffFolder(TextView folder, const Targets& gone) {
   ScanTotals totals;
   for (const Target& target : gone) {
     const Text& path = target.object.path;
-    const TextView name = TextView(path).substr(xGetPath(path).size() + 1);
-    if (filters.filtersFiles() && filters.Check_FolderList_FileFilter(name, path)) continue;
+    if (filters.filtersFiles() && filters.Check_FolderList_FileFilter(xGetFileName(path), path))
+      continue;
     ++totals.Files;
     totals.Size += target.size;
     totals.Hardlinks += target.isHardlink ? 1 : 0;
@@ -368,8 +363,7 @@ bool Deletion::deleteFound(Grid& list, const Ids& selected) {
   return run([&] {
     const Targets gone = deleteFiles(targetsOf(list, selected));
     if (gone.empty()) return false;
-    RowsOnShow nobody;
-    (rows_ == nullptr ? nobody : *rows_).change([&] { list.removeRows(idsOf(gone)); });
+    rows_.change([&] { list.removeRows(idsOf(gone)); });
     return true;
   });
 }

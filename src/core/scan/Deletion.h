@@ -34,12 +34,6 @@ class Deletion {
   bool List_TOP_DeleteFiles(Grid& list, const Ids& selected);
   bool List_Hardlinks_DeleteFiles(Grid& list, const Ids& selected);
 
-  /// Paths of the folders that went, for whoever shows one of them.
-  const std::vector<Text>& folders() const { return gonePaths_; }
-
-  /// The user ended it; what was to come stayed.
-  bool wasStopped() const { return wasStopped_; }
-
  private:
   struct Target {
     Target(platform::ShownObject shown, std::uint32_t row, std::int64_t bytes = 0)
@@ -73,15 +67,14 @@ class Deletion {
   bool goesOn(TextView path, std::uint64_t done);
 
   const ScanState state_;
-  RowsOnShow* const rows_;
+  RowsOnShow& rows_;
   const bool recycles_;
   std::vector<Text> failures_;  // the first of them, for the user
   std::int64_t failureCount_ = 0;
-  std::vector<Text> gonePaths_;
   std::uint64_t all_ = 0;         // objects to go; 0 while they are counted
   std::uint64_t doneBefore_ = 0;  // of the targets that are finished
   std::uint64_t lastProgressTick_ = 0;
-  bool wasStopped_ = false;
+  bool wasStopped_ = false;  // by the user; what was to come stayed
 };
 
 /// A folder of the tree as an object to delete: links may lie on the way to its source, and where

@@ -33,9 +33,8 @@ void renameNodes(FolderTree& tree, TextView path, TextView newPath, TextView nam
 
 Text renameFolder(FolderTree& tree, TextView path, TextView name) {
   return Guarded(kModule, u"lvwFolder_GridCellAfterEditing", [&]() -> Text {
-    const Text folder = path.rfind(platform::kNativeSeparator) == 0 ? Text(path.substr(0, 1))
-                                                                    : Text(xGetPath(path));
-    Text newPath = folder;
+    const TextView folder = xGetPath(path);
+    Text newPath(folder);
     appendName(newPath, name);
     platform::FindData replaced;
     const bool replacesFile =
@@ -53,7 +52,7 @@ Text renameFolder(FolderTree& tree, TextView path, TextView name) {
 }
 
 Text renameFile(FolderTree& tree, FileList& files, Grid::RowIndex row, TextView name) {
-  const Text folder = files.folder().size() > 1 ? xRemoveBackslash(files.folder()) : files.folder();
+  const Text folder = xRemoveBackslash(files.folder());
   const FileList::Renaming renaming = files.rename(row, name);
   if (renaming.replacedBytes) takeOutFile(tree, folder, *renaming.replacedBytes);
   return renaming.error;

@@ -9,14 +9,9 @@ namespace {
 
 constexpr TextView kModule = u"frmMain";
 
-RowsOnShow& orNobody(RowsOnShow* rows) {
-  static RowsOnShow nobody;
-  return rows == nullptr ? nobody : *rows;
-}
-
 }  // namespace
 
-Rescan::Rescan(const ScanState& state, RowsOnShow* rows) : state_(state), rows_(rows) {}
+Rescan::Rescan(const ScanState& state, RowsOnShow* rows) : state_(state), rows_(orNobody(rows)) {}
 
 NodeIndex Rescan::Report_Rescan(NodeIndex selected) {
   return Guarded(kModule, u"Report_Rescan", [&]() -> NodeIndex {
@@ -38,22 +33,20 @@ NodeIndex Rescan::Report_Rescan(NodeIndex selected) {
   });
 }
 
-void Rescan::readRest(NodeIndex folder) {
-  state_.context.IgnoresCancel = true;
-  read(folder, true);
-  state_.context.IgnoresCancel = false;
-}
+void Rescan::readRest(NodeIndex folder) { read(folder, true); }
 
-void Rescan::read(NodeIndex folder, bool followsAll) {
+void Rescan::read(NodeIndex folder, bool isRest) {
   FolderTree& tree = state_.tree;
   state_.context.SuppressDerivedLists = true;
   state_.context.HardlinkSeen.Clear();
   state_.filters.startRun();
   const Text path = Report_GetFullpathOfNode(tree, folder, false, true);
+  state_.context.IgnoresCancel = isRest;
   const NodeIndex twin = ScanRun(state_).Quelle_Einlesen(path, tree.addTwin(folder));
-  orNobody(rows_).change([&] {
-    orNobody(rows_).willReplace(folder, twin);
-    putInPlace(tree, folder, twin, followsAll);
+  state_.context.IgnoresCancel = false;
+  rows_.change([&] {
+    rows_.willReplace(folder, twin);
+    putInPlace(tree, folder, twin, isRest);
   });
 }
 

@@ -23,10 +23,10 @@ class Rescan {
   void readRest(NodeIndex folder);
 
  private:
-  void read(NodeIndex folder, bool followsAll);
+  void read(NodeIndex folder, bool isRest);
 
   const ScanState state_;
-  RowsOnShow* const rows_;
+  RowsOnShow& rows_;
 };
 
 /// Takes the source that a node belongs to out of the tree; on the disk all stays. Returns its

@@ -20,4 +20,10 @@ class RowsOnShow {
   virtual void willReplace(NodeIndex /*node*/, NodeIndex /*twin*/) {}
 };
 
+/// Null: nobody shows anything.
+inline RowsOnShow& orNobody(RowsOnShow* rows) {
+  static RowsOnShow nobody;  // keeps nothing
+  return rows == nullptr ? nobody : *rows;
+}
+
 }  // namespace ombrelian

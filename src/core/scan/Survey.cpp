@@ -8,9 +8,7 @@ namespace ombrelian {
 using platform::FindData;
 using platform::kSuccess;
 
-bool Survey::add(TextView path, const GoOn& goOn, FindData& data, platform::ErrorCode& error) {
-  error = platform::FindFirstFileW(path, data);
-  if (error != kSuccess) return true;
+bool Survey::add(TextView path, const FindData& data, const GoOn& goOn) {
   count(data);
   return !data.isFolder() || data.isReparse() || walk(path, goOn);
 }

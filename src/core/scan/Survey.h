@@ -18,10 +18,9 @@ class Survey {
   /// `helpers` as FolderWalk has it.
   explicit Survey(int helpers) : helpers_(helpers) {}
 
-  /// Counts an object, and of a folder all that it holds; links and mount points are not entered.
-  /// False: it was ended. Returns what was told of the object itself by `data`; what is not there
-  /// has an error.
-  bool add(TextView path, const GoOn& goOn, platform::FindData& data, platform::ErrorCode& error);
+  /// Counts the object at `path`, of which `data` was told, and of a folder all that it holds;
+  /// links and mount points are not entered. False: it was ended.
+  bool add(TextView path, const platform::FindData& data, const GoOn& goOn);
 
   std::uint64_t objects() const { return files + folders; }
 

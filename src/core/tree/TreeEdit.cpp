@@ -61,8 +61,7 @@ NodeIndex descend(const FolderTree& tree, NodeIndex folder, TextView rest, char1
   return folder;
 }
 
-}  // namespace
-
+/// What a folder adds to the one above it, itself included.
 ScanTotals totalsWithItself(const FolderNode& folder) {
   ScanTotals totals = {folder.size,   folder.files,     folder.folders + 1,
                        folder.errors, folder.hardlinks, folder.junctions};
@@ -71,6 +70,8 @@ ScanTotals totalsWithItself(const FolderNode& folder) {
   if (folder.has(FolderNode::IsJunction) && wasEntered) ++totals.Junctions;
   return totals;
 }
+
+}  // namespace
 
 void takeOutFolders(FolderTree& tree, const std::vector<NodeIndex>& folders) {
   std::vector<NodeIndex> parents;

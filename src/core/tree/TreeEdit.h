@@ -10,9 +10,6 @@ namespace ombrelian {
 // Corrections of a scanned tree after something on the disk changed. They keep the numbers of all
 // folders above as a new scan would find them; no number gets below 0.
 
-/// What a folder adds to the one above it, itself included.
-ScanTotals totalsWithItself(const FolderNode& folder);
-
 /// Folders left the disk. None of `folders` lies below another one of them; sources may be among
 /// them. A row for direct files goes where no subfolder is left beside it.
 void takeOutFolders(FolderTree& tree, const std::vector<NodeIndex>& folders);

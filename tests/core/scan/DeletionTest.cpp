@@ -132,6 +132,15 @@ TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   EXPECT_THAT(asked.told(), HasSubstr("in den Papierkorb"));
 }
 
+TEST_F(DeletionTest, TheQuestionLeavesOutWhatCannotGo) {
+  ASSERT_EQ(rename(folder.path("source/a").c_str(), folder.path("moved").c_str()), 0);
+  folder.file("source/a/another", 777);
+  asked.answer = false;
+  deleteFolders({node(u"a"), node(u"b")});
+  EXPECT_THAT(asked.told(), HasSubstr("Dateien: 1, Ordner: 1, Größe: 3 Bytes"));
+  EXPECT_THAT(asked.messages, SizeIs(1));
+}
+
 TEST_F(DeletionTest, AFolderIsDeletedOnceWithItsChild) {
   EXPECT_TRUE(deleteFolders({node(u"a/sub"), node(u"a")}));
   EXPECT_THAT(logTexts(), ElementsAre(u"GELÖSCHT: " + folder.text("source/a/")));
