@@ -87,13 +87,7 @@ class Photographer {
 };
 
 void turnOnLists(Options& options) {
-  for (std::uint8_t* const flag :
-       {&options.CreateList100LargestFiles, &options.CreateList100SmallestFiles,
-        &options.CreateList100NewestFiles, &options.CreateList100OldestFiles,
-        &options.CreateList100LargestFolders, &options.CreateList100SmallestFolders,
-        &options.CreateListHardlink, &options.CreateListJunction, &options.CreateListOwner,
-        &options.CreateListExt})
-    *flag = 1;
+  turnAllListsOn(options);
   options.FolderShowPercentBar = 1;
   for (const int id : {1, 2, 3, 4, 5})
     options.FolderColumnVisible[std::size_t(id)] = 1;

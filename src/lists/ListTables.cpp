@@ -143,6 +143,16 @@ void sortAsOpened(Grid& grid, ListId list) {
   grid.sort(grid.column(facts.sortKey), facts.sortDescending);
 }
 
+void turnAllListsOn(Options& options) {
+  for (std::uint8_t* const list :
+       {&options.CreateList100LargestFiles, &options.CreateList100SmallestFiles,
+        &options.CreateList100NewestFiles, &options.CreateList100OldestFiles,
+        &options.CreateList100LargestFolders, &options.CreateList100SmallestFolders,
+        &options.CreateListHardlink, &options.CreateListJunction, &options.CreateListOwner,
+        &options.CreateListExt})
+    *list = 1;
+}
+
 Text listTitle(const Options& options, ListId list) {
   const ListFacts& facts = listFacts(list);
   Text kind;

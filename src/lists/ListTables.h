@@ -36,6 +36,9 @@ const ListFacts& listFacts(ListId list);
 ColumnLayout listLayout(const Options& options, ListId list);
 SizeSettings listSizes(const Options& options, ListId list);
 
+/// Switches every list of a scan on.
+void turnAllListsOn(Options& options);
+
 /// Orders the rows of a list as it opens.
 void sortAsOpened(Grid& grid, ListId list);
 

@@ -20,7 +20,7 @@ using testing::TestFolder;
 class MainWindowDeleteTest : public testing::WindowTest {
  protected:
   MainWindowDeleteTest() : run_(data_), bin_("XDG_DATA_HOME", data_.path()) {
-    allLists(run_.session.options);
+    turnAllListsOn(run_.session.options);
     run_.window->scan({tree_.text()});
   }
 

@@ -33,7 +33,7 @@ using MainWindowTest = testing::WindowTest;
 
 TEST_F(MainWindowTest, AScanFillsTreeAndLists) {
   Program run(data_);
-  allLists(run.session.options);
+  turnAllListsOn(run.session.options);
   run.window->SourceCombo().setEditText(QString::fromStdString(tree_.path()));
   EXPECT_TRUE(run.window->execute(std::nullopt, 463));
   EXPECT_FALSE(run.window->isScanning());
@@ -310,7 +310,7 @@ std::vector<int> commandsOfKeys(Program& run, ViewId view, QWidget* widget) {
 TEST_F(MainWindowTest, DeleteKeysWorkInListsOfObjectsAndNowhereElse) {
   for (const bool readOnly : {false, true}) {
     Program run(data_, readOnly);
-    allLists(run.session.options);
+    turnAllListsOn(run.session.options);
     run.window->scan({tree_.text()});
     for (const auto& keys : kKeys) {
       showList(run, keys.view, keys.show);
@@ -363,7 +363,7 @@ TEST_F(MainWindowTest, AReadOnlyWindowSaysSoAndChangesNothingOnTheDisk) {
   EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
     return label->isVisible() && label->text() == QStringLiteral("nur Lesen");
   }));
-  allLists(run.session.options);
+  turnAllListsOn(run.session.options);
   run.window->execute(std::nullopt, 401);
   run.window->scan({tree_.text()});
   run.window->execute(ViewId::Folders, 396);

@@ -95,16 +95,6 @@ class WindowTest : public ::testing::Test {
     tree_.symlink("link", "big");
   }
 
-  static void allLists(Options& options) {
-    for (std::uint8_t* const flag :
-         {&options.CreateList100LargestFiles, &options.CreateList100SmallestFiles,
-          &options.CreateList100NewestFiles, &options.CreateList100OldestFiles,
-          &options.CreateList100LargestFolders, &options.CreateList100SmallestFolders,
-          &options.CreateListHardlink, &options.CreateListJunction, &options.CreateListOwner,
-          &options.CreateListExt})
-      *flag = 1;
-  }
-
   const TestFolder data_;
   const TestFolder tree_;
 };

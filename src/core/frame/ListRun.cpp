@@ -20,20 +20,6 @@ using Severity = UserInterface::Severity;
 
 constexpr std::int32_t kDefaultRows = 20;  // of each list as text
 
-/// For this run alone: nothing of it is stored.
-void turnAllListsOn(Options& options, std::int32_t rows) {
-  for (std::uint8_t* const list :
-       {&options.CreateList100LargestFiles, &options.CreateList100SmallestFiles,
-        &options.CreateList100NewestFiles, &options.CreateList100OldestFiles,
-        &options.CreateList100LargestFolders, &options.CreateList100SmallestFolders,
-        &options.CreateListHardlink, &options.CreateListJunction, &options.CreateListOwner,
-        &options.CreateListExt}) {
-    *list = 1;
-  }
-  for (std::int32_t& maximum : options.TopMaxCount)
-    maximum = std::max(maximum, std::min(rows, kMostTopRows));
-}
-
 bool writeText(ListFeeder& lists, ListId list, const Options& options, std::size_t rows,
                const ByteSink& sink) {
   Grid& grid = lists.grid(list);
@@ -149,7 +135,10 @@ class ListSaver {
 
 int runLists(const CommandLine& line, Session& session, Console& console) {
   const bool saves = !line.saveFolder.empty();
-  turnAllListsOn(session.options, line.rows);
+  // For this run alone: nothing of it is stored.
+  turnAllListsOn(session.options);
+  for (std::int32_t& maximum : session.options.TopMaxCount)
+    maximum = std::max(maximum, std::min(line.rows, kMostTopRows));
   const ListSaver saver(line, session, console);
   if (saves && !saver.prepare()) return kExitNothing;
   session.log.setListener(&console);

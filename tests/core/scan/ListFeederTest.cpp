@@ -13,15 +13,7 @@ namespace {
 
 class ListFeederTest : public testing::ScanFixture {
  protected:
-  ListFeederTest() {
-    for (std::uint8_t* flag :
-         {&options.CreateList100LargestFiles, &options.CreateList100SmallestFiles,
-          &options.CreateList100NewestFiles, &options.CreateList100OldestFiles,
-          &options.CreateList100LargestFolders, &options.CreateList100SmallestFolders,
-          &options.CreateListHardlink, &options.CreateListJunction, &options.CreateListOwner,
-          &options.CreateListExt})
-      *flag = 1;
-  }
+  ListFeederTest() { turnAllListsOn(options); }
 
   /// All cells of a list, row after row, without dates.
   std::vector<Text> cells(ListId list) {
