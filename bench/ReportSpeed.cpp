@@ -97,7 +97,7 @@ bool save(const FolderTree& tree, const Options& options, const char* format, co
   const FolderReport report(tree, options);
   if (std::strcmp(format, "loop") == 0) {
     SimpleLoop loop(tree, target);
-    FolderRows(report, {}, tree.firstRoot(), false).feed(loop);
+    FolderFeed(report, {}, tree.firstRoot(), false).feed(loop);
     return true;
   }
   Quiet quiet;

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "core/frame/StartUp.h"
+#include "frame/StartUp.h"
 #include "platform/Files.h"
 #include "settings/z_Translate.h"
 #include "support/Translate.h"

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <random>
 
-#include "core/frame/StartUp.h"
+#include "frame/StartUp.h"
 #include "tests/testing/TestFolder.h"
 #include "ui/FolderRows.h"
 #include "ui/MainWindow.h"

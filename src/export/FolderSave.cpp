@@ -30,7 +30,7 @@ Failure FolderSave::write(ReportFormat format, const Text& FileName, const Level
             const NodeIndex start = single ? report_.selected() : report_.tree().firstRoot();
             failure = saveReport(format, FileName, list(),
                                  {delimiter, options_.ShowIndent == 1, options_.DividingLine == 1},
-                                 FolderRows(report_, levels, start, single), ui_);
+                                 FolderFeed(report_, levels, start, single), ui_);
           },
           {FileName});
   return failure;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/FolderRows.h"
+#include "export/FolderFeed.h"
 #include "settings/Options.h"
 
 namespace ombrelian {

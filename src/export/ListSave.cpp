@@ -9,9 +9,9 @@ namespace ombrelian {
 namespace {
 
 /// All rows of a grid, from one source.
-class GridRows : public ReportFeed {
+class GridFeed : public ReportFeed {
  public:
-  GridRows(const Grid& grid, const ReportSource& source) : grid_(grid), source_(source) {}
+  GridFeed(const Grid& grid, const ReportSource& source) : grid_(grid), source_(source) {}
 
   std::uint64_t rowCount() const override { return grid_.rowCount(); }
 
@@ -49,7 +49,7 @@ Failure saveList(const ListToSave& list, const Options& options, ReportFormat fo
         }
         const SaveSettings settings = {Text(delimiter), false, options.SaveFiles.DividingLine == 1};
         failure =
-            saveReport(format, target, report, settings, GridRows(list.grid, list.source), ui);
+            saveReport(format, target, report, settings, GridFeed(list.grid, list.source), ui);
       },
       {Text(target)});
   return failure;

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/Deleting.h"
+#include "platform/Removal.h"
 #include "support/Error.h"
 
 namespace ombrelian {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Deleting.h"
+#include "platform/Removal.h"
 
 namespace ombrelian {
 

@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "format/LetterCase.h"
 #include "fs/Links.h"
 #include "fs/z_Filesystem.h"
 #include "lists/ListStatus.h"

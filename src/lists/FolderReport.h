@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "core/tree/FolderTree.h"
 #include "lists/CellFormat.h"
 #include "settings/Options.h"
+#include "tree/FolderTree.h"
 
 namespace ombrelian {
 

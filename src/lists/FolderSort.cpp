@@ -1,10 +1,11 @@
+#include "lists/FolderSort.h"
+
 #include <algorithm>
 #include <map>
 
-#include "core/tree/Report.h"
 #include "format/Attributes.h"
-#include "lists/ShownFolders.h"
 #include "platform/Locale.h"
+#include "tree/TreeOrder.h"
 
 namespace ombrelian {
 namespace {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/tree/NamePool.h"
 #include "lists/CellFormat.h"
 #include "platform/FindData.h"
+#include "tree/NamePool.h"
 
 namespace ombrelian {
 

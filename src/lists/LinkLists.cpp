@@ -1,5 +1,6 @@
 #include "lists/LinkLists.h"
 
+#include "format/LetterCase.h"
 #include "fs/Links.h"
 #include "fs/z_Filesystem.h"
 #include "lists/ListStatus.h"

@@ -1,18 +1,8 @@
 #include "lists/ListStatus.h"
 
-#include <algorithm>
-
-#include "platform/Locale.h"
 #include "support/Translate.h"
 
 namespace ombrelian {
-namespace {
-
-bool isAscii(TextView text) {
-  return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 128; });
-}
-
-}  // namespace
 
 Text statusCount(std::int64_t count) { return xFormatFileSize(0, count, false, false); }
 
@@ -34,14 +24,6 @@ std::int64_t sumOfSizes(const Grid& grid, const std::vector<Grid::RowIndex>& row
   for (const Grid::RowIndex row : rows)
     sum += grid.number(row, size);
   return sum;
-}
-
-Text lowerCase(TextView text) {
-  return isAscii(text) ? asciiLower(text) : platform::localeTextRules().lower(text);
-}
-
-Text upperCase(TextView text) {
-  return isAscii(text) ? asciiUpper(text) : platform::localeTextRules().upper(text);
 }
 
 }  // namespace ombrelian

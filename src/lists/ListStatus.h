@@ -17,8 +17,4 @@ Text statusCount(std::int64_t count);
 /// Bytes of the rows by their column "size".
 std::int64_t sumOfSizes(const Grid& grid, const std::vector<Grid::RowIndex>& rows);
 
-/// By the user's locale; ASCII needs none.
-Text lowerCase(TextView text);
-Text upperCase(TextView text);
-
 }  // namespace ombrelian

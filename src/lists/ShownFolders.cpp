@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/tree/Report.h"
+#include "tree/TreeOrder.h"
 
 namespace ombrelian {
 

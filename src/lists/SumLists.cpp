@@ -1,5 +1,6 @@
 #include "lists/SumLists.h"
 
+#include "format/LetterCase.h"
 #include "lists/ListStatus.h"
 #include "lists/ListTables.h"
 #include "platform/Locale.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "format/LetterCase.h"
 #include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
 #include "lists/ListStatus.h"

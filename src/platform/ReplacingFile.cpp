@@ -1,6 +1,6 @@
 #include "platform/ReplacingFile.h"
 
-#include "platform/Deleting.h"
+#include "platform/Removal.h"
 #include "platform/Time.h"
 #include "support/Translate.h"
 

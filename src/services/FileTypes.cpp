@@ -1,6 +1,6 @@
 #include "services/FileTypes.h"
 
-#include "platform/FileTypes.h"
+#include "platform/MimeDatabase.h"
 #include "support/Guard.h"
 
 namespace ombrelian {

@@ -2,7 +2,7 @@
 
 #include <QStyledItemDelegate>
 
-#include "core/frame/ViewSettings.h"
+#include "frame/ViewSettings.h"
 #include "ui/RowSource.h"
 
 namespace ombrelian::ui {

@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "core/frame/CommandTable.h"
+#include "frame/CommandTable.h"
 
 namespace ombrelian::ui {
 

@@ -1,10 +1,11 @@
 #include "ui/FolderRows.h"
 
-#include "core/scan/Rename.h"
-#include "core/tree/Report.h"
 #include "export/ReportList.h"
+#include "lists/FolderSort.h"
 #include "platform/Volumes.h"
+#include "scan/Rename.h"
 #include "support/Translate.h"
+#include "tree/TreeOrder.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {

@@ -2,7 +2,7 @@
 
 #include <QTableView>
 
-#include "core/frame/ViewSettings.h"
+#include "frame/ViewSettings.h"
 #include "ui/ListModel.h"
 
 namespace ombrelian::ui {

@@ -12,7 +12,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include "core/frame/StartUp.h"
+#include "frame/StartUp.h"
 #include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
 #include "support/Translate.h"

@@ -10,10 +10,10 @@
 #include <array>
 #include <memory>
 
-#include "core/frame/Session.h"
-#include "core/scan/Deletion.h"
-#include "core/scan/ListFeeder.h"
 #include "export/ReportWriter.h"
+#include "frame/Session.h"
+#include "scan/Deletion.h"
+#include "scan/ListFeeder.h"
 #include "ui/DesktopScheme.h"
 #include "ui/ListPane.h"
 #include "ui/PaneRows.h"

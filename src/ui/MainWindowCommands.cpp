@@ -6,7 +6,7 @@
 #include <QFontInfo>
 #include <QMessageBox>
 
-#include "core/frame/StartUp.h"
+#include "frame/StartUp.h"
 #include "support/Translate.h"
 #include "ui/Desktop.h"
 #include "ui/FolderRows.h"

@@ -1,7 +1,7 @@
 // What takes rows out of the lists: deleting, rescanning, removing sources.
 
-#include "core/scan/Rescan.h"
-#include "core/tree/Report.h"
+#include "scan/Rescan.h"
+#include "tree/TreeOrder.h"
 #include "ui/FolderRows.h"
 #include "ui/MainWindow.h"
 

@@ -3,11 +3,11 @@
 #include <QStatusBar>
 #include <algorithm>
 
-#include "core/tree/Report.h"
 #include "export/FolderSave.h"
 #include "export/ListSave.h"
 #include "platform/Time.h"
 #include "support/Translate.h"
+#include "tree/TreeOrder.h"
 #include "ui/FolderRows.h"
 #include "ui/MainWindow.h"
 #include "ui/QtText.h"

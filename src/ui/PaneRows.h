@@ -4,11 +4,11 @@
 #include <memory>
 #include <vector>
 
-#include "core/frame/ViewSettings.h"
-#include "core/scan/Rename.h"
+#include "frame/ViewSettings.h"
 #include "lists/DriveList.h"
 #include "lists/FileList.h"
 #include "lists/Log.h"
+#include "scan/Rename.h"
 #include "ui/RowSource.h"
 
 namespace ombrelian::ui {

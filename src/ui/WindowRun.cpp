@@ -7,7 +7,7 @@
 #include <QTimer>
 #include <QTranslator>
 
-#include "core/frame/StartUp.h"
+#include "frame/StartUp.h"
 #include "fs/PathText.h"
 #include "platform/Process.h"
 #include "support/Translate.h"

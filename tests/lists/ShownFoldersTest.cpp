@@ -5,6 +5,7 @@
 #include <functional>
 #include <random>
 
+#include "lists/FolderSort.h"
 #include "platform/Locale.h"
 
 namespace ombrelian {

@@ -10,8 +10,8 @@
 
 #include <functional>
 
-#include "platform/Deleting.h"
 #include "platform/Files.h"
+#include "platform/Removal.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/RandomTree.h"
 #include "tests/testing/ScopedUser.h"

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-#include "platform/Deleting.h"
+#include "platform/Removal.h"
 #include "tests/testing/TestFolder.h"
 
 namespace ombrelian::platform {

@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/Deleting.h"
+#include "platform/Removal.h"
 #include "platform/ShellCodes.h"
 #include "platform/posix/Stat.h"
 #include "tests/testing/Faults.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/frame/SilentRun.h"
+#include "frame/SilentRun.h"
 
 namespace ombrelian::testing {
 

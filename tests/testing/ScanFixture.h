@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "core/scan/ScanRun.h"
-#include "core/tree/Report.h"
 #include "platform/Locale.h"
+#include "scan/ScanRun.h"
 #include "tests/testing/ScopedLocale.h"
 #include "tests/testing/TestFolder.h"
+#include "tree/TreeOrder.h"
 
 namespace ombrelian::testing {
 

@@ -9,7 +9,7 @@
 #include <QPushButton>
 #include <QTimer>
 
-#include "core/frame/StartUp.h"
+#include "frame/StartUp.h"
 #include "tests/testing/TestFolder.h"
 #include "ui/MainWindow.h"
 

@@ -11,7 +11,7 @@
 
 #include "platform/posix/EntryReader.h"
 #include "platform/posix/Errors.h"
-#include "platform/posix/Links.h"
+#include "platform/posix/LinkTargets.h"
 #include "platform/posix/Medium.h"
 #include "platform/posix/Mounts.h"
 #include "platform/posix/PathAt.h"

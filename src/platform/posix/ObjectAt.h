@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/Deleting.h"
+#include "platform/Removal.h"
 #include "platform/posix/Descriptor.h"
 
 namespace ombrelian::platform {

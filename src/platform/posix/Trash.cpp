@@ -1,4 +1,4 @@
-#include "platform/Deleting.h"
+#include "platform/Removal.h"
 
 #include <errno.h>
 #include <fcntl.h>

@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <string_view>
 
-#include "platform/Deleting.h"
 #include "platform/Process.h"
+#include "platform/Removal.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/Stat.h"
 

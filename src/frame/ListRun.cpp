@@ -1,0 +1,158 @@
+#include "frame/ListRun.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "export/FolderSave.h"
+#include "export/ListSave.h"
+#include "export/ListText.h"
+#include "frame/SilentRun.h"
+#include "fs/PathText.h"
+#include "platform/ReplacingFile.h"
+#include "platform/Time.h"
+#include "scan/ListFeeder.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+using Severity = UserInterface::Severity;
+
+constexpr std::int32_t kDefaultRows = 20;  // of each list as text
+
+bool writeText(ListFeeder& lists, ListId list, const Options& options, std::size_t rows,
+               const ByteSink& sink) {
+  Grid& grid = lists.grid(list);
+  const CellFormat format(grid.columns(), listSizes(options, list), options.DateFormat);
+  return writeListText(listTitle(options, list), lists.status(list), grid,
+                       visibleColumns(grid.columns(), listLayout(options, list)), format, rows,
+                       sink);
+}
+
+bool writeJson(ListFeeder& lists, ListId list, const Options& options, std::size_t rows,
+               const ByteSink& sink) {
+  return writeListJson(listFacts(list).key, listTitle(options, list), lists.grid(list), rows, sink);
+}
+
+bool writeAll(const CommandLine& line, ListFeeder& lists, const Options& options,
+              const ByteSink& sink) {
+  const std::int32_t all = std::numeric_limits<std::int32_t>::max();
+  const std::int32_t rows = line.rows >= 0 ? line.rows : line.json ? all : kDefaultRows;
+  for (int number = 0; number < kLists; ++number) {
+    const auto write = line.json ? writeJson : writeText;
+    if (!write(lists, ListId(number), options, std::size_t(rows), sink)) return false;
+  }
+  return true;
+}
+
+bool printAll(const CommandLine& line, Session& session, ListFeeder& lists, Console& console) {
+  const ByteSink sink = [&](std::string_view bytes) { return console.write(bytes); };
+  if (writeAll(line, lists, session.options, sink)) return true;
+  console.message(TL(9009, u"Die Listen konnten nicht ganz ausgegeben werden."), Severity::Error);
+  return false;
+}
+
+/// The stored choice of a format; HTML for a number that is none.
+ReportFormat storedFormat(const Options& options) {
+  const std::int32_t number = options.SaveFiles.FileFormat;
+  const bool isFormat = number >= 0 && number <= std::int32_t(ReportFormat::XLSX);
+  return isFormat ? ReportFormat(number) : ReportFormat::HTML;
+}
+
+/// Saves every list of a run under its own name in one folder.
+class ListSaver {
+ public:
+  ListSaver(const CommandLine& line, Session& session, Console& console)
+      : options_(session.options),
+        console_(console),
+        folder_(line.saveFolder),
+        format_(line.format.value_or(storedFormat(options_))) {
+    delimiter_ = line.customDelimiter;
+    const std::int32_t entry = line.delimiter >= 0 ? line.delimiter : options_.SaveFiles.Delimiter;
+    if (delimiter_.empty()) delimiter_ = delimiterText(entry, options_.SaveFiles.DelimiterChars);
+  }
+
+  /// Whether the folder can be written to; it is made if only it is missing.
+  bool prepare() const {
+    platform::CreateDirectoryW(folder_);
+    const Failure failure = platform::ReplacingFile::check(pathOf(u"log"));
+    return !failure || tell(folder_, *failure);
+  }
+
+  /// All lists, so that one that fails keeps no other from being saved.
+  bool saveAll(Session& session, ListFeeder& lists, NodeIndex root) const {
+    bool isSaved = saveFolders(session);
+    const ReportSource source = {Text(session.tree[root].name()), session.tree.created(root)};
+    for (int number = 0; number < kLists; ++number) {
+      const auto list = ListId(number);
+      isSaved &= save(listFacts(list).key,
+                      {listTitle(options_, list), lists.grid(list), listLayout(options_, list),
+                       listSizes(options_, list), source});
+    }
+    const Grid log = session.log.asGrid();
+    const ReportSource now = {{}, toDate(platform::GetLocalTime())};
+    return save(u"log", {Log::title(), log, {}, {}, now}) && isSaved;
+  }
+
+ private:
+  Text pathOf(TextView name) const {
+    Text path = folder_;
+    appendName(path, name).append(u".").append(fileExtension(format_));
+    return path;
+  }
+
+  bool saveFolders(Session& session) const {
+    const Text path = pathOf(u"folders");
+    FolderSave folders(session.folderReport, options_, console_);
+    const Failure failure = folders.SAVE(path, kAllLevels, kCustomDelimiter, delimiter_);
+    return failure ? tell(path, *failure) : told(path);
+  }
+
+  bool save(TextView name, const ListToSave& list) const {
+    const Text path = pathOf(name);
+    const Failure failure = saveList(list, options_, format_, path, delimiter_, console_);
+    return failure ? tell(path, *failure) : told(path);
+  }
+
+  bool told(const Text& path) const {
+    console_.print(path);
+    return true;
+  }
+
+  bool tell(const Text& path, const Error& error) const {
+    console_.message(unwritableText(path, error), Severity::Error);
+    return false;
+  }
+
+  const Options& options_;
+  Console& console_;
+  const Text folder_;
+  const ReportFormat format_;
+  Text delimiter_;
+};
+
+}  // namespace
+
+int runLists(const CommandLine& line, Session& session, Console& console) {
+  const bool saves = !line.saveFolder.empty();
+  // For this run alone: nothing of it is stored.
+  turnAllListsOn(session.options);
+  for (std::int32_t& maximum : session.options.TopMaxCount)
+    maximum = std::max(maximum, std::min(line.rows, kMostTopRows));
+  const ListSaver saver(line, session, console);
+  if (saves && !saver.prepare()) return kExitNothing;
+  session.log.setListener(&console);
+  session.context.helpers = line.helpers;
+  session.SourceQueue = line.sources;
+  SystemFileTypes types;
+  ListFeeder lists(session.options, session.filters, types);
+  ScanRun run(session.scanState(console, &lists));
+  const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
+  if (result.sourcesScanned == 0) return kExitNothing;
+  const bool isDone = saves ? saver.saveAll(session, lists, result.lastRoot)
+                            : printAll(line, session, lists, console);
+  if (!isDone) return kExitNothing;
+  return result.sum.Errors == 0 && !result.cancelled ? kExitDone : kExitPartial;
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "frame/CommandLine.h"
+#include "frame/Console.h"
+#include "frame/Session.h"
+
+namespace ombrelian {
+
+/// Scans the one source of the line with all lists on and writes them to standard output. Returns
+/// the exit status of a silent run.
+int runLists(const CommandLine& line, Session& session, Console& console);
+
+}  // namespace ombrelian

@@ -1,0 +1,65 @@
+#include "frame/SilentRun.h"
+
+#include <cstdio>
+
+#include "export/FolderSave.h"
+#include "format/Sizes.h"
+#include "platform/ReplacingFile.h"
+#include "platform/Time.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+using Severity = UserInterface::Severity;
+
+/// What is known before the scan to keep the report from being saved after it; empty: nothing.
+Text findObstacle(const Text& target) {
+  const Failure failure = platform::ReplacingFile::check(target);
+  return failure ? unwritableText(target, *failure) : Text();
+}
+
+Text seconds(std::uint64_t milliseconds) {
+  char buffer[32];
+  const int length = std::snprintf(buffer, sizeof buffer, "%.2f", double(milliseconds) / 1000.0);
+  return fromAscii({buffer, std::size_t(length)});
+}
+
+/// Plain digits, so that a script can read them.
+Text summary(const ScanTotals& sum, std::uint64_t milliseconds, const Text& target) {
+  return TL(9006, u"Dateien %1, Ordner %2, Bytes %3 (%4), Fehler %5, Sekunden %6, Ziel %7",
+            {toText(sum.Files), toText(sum.Folders), toText(sum.Size),
+             xFormatFileSize(4, sum.Size, true, false), toText(sum.Errors), seconds(milliseconds),
+             target});
+}
+
+}  // namespace
+
+Text unwritableText(const Text& target, const Error& error) {
+  return TL(9005, u"Der Bericht '%1' kann nicht geschrieben werden: %2", {target, error.text});
+}
+
+int runSilently(const CommandLine& line, Session& session, Console& console) {
+  if (const Text obstacle = findObstacle(line.target); !obstacle.empty()) {
+    console.message(obstacle, Severity::Error);
+    return kExitNothing;
+  }
+  const std::uint64_t start = platform::GetTickCount();
+  session.context.SilentMode = true;
+  session.context.helpers = line.helpers;
+  session.log.setListener(&console);
+  session.SourceQueue = line.sources;
+  ScanRun run(session.scanState(console, nullptr));
+  const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
+  if (result.sourcesScanned == 0) return kExitNothing;
+  FolderSave save(session.folderReport, session.options, console);
+  const Failure failure = save.SAVE(line.target, line.levels, line.delimiter, line.customDelimiter);
+  if (failure) {
+    console.message(unwritableText(line.target, *failure), Severity::Error);
+    return kExitNothing;
+  }
+  console.print(summary(result.sum, platform::GetTickCount() - start, line.target));
+  return result.sum.Errors == 0 && result.sourcesMissing == 0 ? kExitDone : kExitPartial;
+}
+
+}  // namespace ombrelian

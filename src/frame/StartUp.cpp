@@ -1,0 +1,111 @@
+#include "frame/StartUp.h"
+
+#include "fs/z_Filesystem.h"
+#include "platform/Time.h"
+#include "settings/IniSetUp.h"
+#include "support/Version.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kProgramName = u"Ombrelian";
+constexpr TextView kIniName = u"Ombrelian3.ini";
+constexpr TextView kOldIniName = u"Ombrelian.ini";  // of the version before
+constexpr TextView kLanguageSection = u"Allgemein";
+constexpr TextView kLanguageKey = u"Lang";
+
+/// The folder of this user's settings and logs, whether it is there or not.
+Text dataFolder() {
+  Text folder = platform::GetApplicationDataFolder();
+  return folder.empty() ? platform::GetModuleFolder() : appendName(folder, kProgramName);
+}
+
+Text inDataFolder(TextView name) {
+  Text path = dataFolder();
+  return appendName(path, name);
+}
+
+/// The language that an earlier start chose; none: this is the first.
+std::optional<int> storedLanguage() {
+  const Text file = inDataFolder(kIniName);
+  const IniStore settings(xExistFile_W(file) ? file : inDataFolder(kOldIniName));
+  std::int64_t number = 0;
+  const bool isStored =
+      parseNumber(settings.INI_ReadString(kLanguageSection, kLanguageKey, u""), number);
+  return isStored && number > 0 && number < 256 ? std::optional(int(number)) : std::nullopt;
+}
+
+}  // namespace
+
+Text versionText() {
+  Text text = toText(kVersionMajor) + u"." + toText(kVersionMinor);
+  if (kVersionRevision != 0) text += u"." + toText(kVersionRevision);
+  return text;
+}
+
+Text startLanguage(const std::vector<Text>& arguments, Translation& translation) {
+  LanguageStart start;
+  start.programFolder = platform::GetModuleFolder();
+  start.stored = storedLanguage();
+  start.translatorMode = wantsTranslatorMode(arguments);
+  const Text missing = translation.Init_Sprache(start);
+  setLanguageTexts(&translation);
+  if (missing.empty()) return {};
+  // The one line that no language file can translate.
+  return u"cannot read the language file '" + missing + u"'; texts are shown in German";
+}
+
+StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
+    : programStartTime_(toDate(platform::GetLocalTime())) {
+  constexpr std::uint32_t kRestartTimeoutMs = 20000;
+  constexpr std::uint32_t kRestartPollMs = 500;
+  if (line.mode == CommandLine::Mode::Restart) {
+    WaitForMutexGone(kProgramName, kRestartTimeoutMs, kRestartPollMs);
+  }
+  // Installers look for exactly these two names, the lower-case "g" included.
+  mutex_ = platform::CreateMutexW(kProgramName);
+  globalMutex_ = platform::CreateMutexW(Text(u"Global\\g").append(kProgramName));
+  dataPath_ = dataFolder();
+  iniFile_ = inDataFolder(kIniName);
+  if (!platform::GetApplicationDataFolder().empty()) xCreatePath(dataPath_);
+  ProgramFacts facts;
+  facts.title = kProgramName;
+  facts.version = versionText();
+  facts.commandLine = commandText;
+  facts.dataPath = dataPath_;
+  facts.iniFile = iniFile_;
+  facts.started = programStartTime_;
+  facts.languageId = languageId;
+  errorLog_ = std::make_unique<ErrorLog>(std::move(facts));
+  setFaultSink(errorLog_.get());
+  errorLog_->LogDebug(u"Command$=", {Text(commandText)});
+  openSettings(languageId);
+}
+
+Text StartUp::logFile() const {
+  Text path = dataPath_;
+  return appendName(path, u"Ombrelian.log");
+}
+
+StartUp::~StartUp() { setFaultSink(nullptr); }
+
+/// What start-up writes stands whatever the run that follows does.
+void StartUp::openSettings(int languageId) {
+  prepareIniFile(iniFile_, inDataFolder(kOldIniName));
+  settings_ = std::make_unique<IniStore>(iniFile_);
+  // The choice made at the first start sticks.
+  settings_->INI_WriteStringAnsi(kLanguageSection, kLanguageKey, toText(languageId));
+  isFirstStart_ = claimFirstStart(*settings_);
+  settings_->flush();
+}
+
+bool WaitForMutexGone(TextView name, std::uint32_t timeout, std::uint32_t poll) {
+  const std::uint64_t start = platform::GetTickCount();
+  while (platform::OpenMutexW(name)) {
+    if (platform::GetTickCount() - start > timeout) return false;
+    platform::Sleep(poll);
+  }
+  return true;
+}
+
+}  // namespace ombrelian

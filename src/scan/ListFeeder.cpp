@@ -1,0 +1,102 @@
+#include "scan/ListFeeder.h"
+
+#include "fs/PathText.h"
+#include "support/Guard.h"
+
+namespace ombrelian {
+
+ListFeeder::ListFeeder(Options& options, mCompare& filters, FileTypes& types)
+    : options_(options),
+      filters_(filters),
+      topLists_(options, filters, types),
+      hardlinks_(options, types),
+      extensions_(types) {}
+
+void ListFeeder::reset() {
+  Guarded(u"frmMain", u"Report_Reset_All", [&] {
+    topLists_.reset();
+    hardlinks_.reset();
+    junctions_.reset();
+    owners_.reset();
+    extensions_.reset();
+    fresh_.reset();
+    replaceIgnoreNumbers(0, -1);
+  });
+}
+
+/// Of the smallest lists that are on and ignore by size.
+void ListFeeder::replaceIgnoreNumbers(std::int32_t from, std::int32_t to) {
+  const auto replace = [&](std::uint8_t isOn, std::uint8_t ignores, std::int32_t& number) {
+    if (isOn == 1 && ignores == 1 && number == from) number = to;
+  };
+  replace(options_.CreateList100SmallestFiles, options_.CreateList100SmallestFilesIgnore,
+          options_.CreateList100SmallestFilesIgnoreNumber);
+  replace(options_.CreateList100SmallestFolders, options_.CreateList100SmallestFoldersIgnore,
+          options_.CreateList100SmallestFoldersIgnoreNumber);
+}
+
+void ListFeeder::feedFile(const File& file) {
+  // The walk leaves the owner empty where the list is off or the file system keeps none.
+  if (!file.owner.empty()) owners_.feed(file.owner, file.size, 1, 0);
+  if (options_.CreateListExt == 1) {
+    const TextView extension = xGetExtension(file.name);
+    if (filters_.passesExtFilter(extension)) extensions_.feed(extension, file.size);
+  }
+  topLists_.feedFile(file.name, file.folder, file.size, file.data);
+  if (options_.CreateListHardlink == 1 && file.links > 0) {
+    hardlinks_.feed(file.name, file.folder, file.size, file.links, file.data);
+  }
+}
+
+void ListFeeder::feedFolder(TextView owner) { owners_.feed(owner, 0, 0, 1); }
+
+void ListFeeder::feedJunction(const Junction& junction) {
+  junctions_.feed(junction.path, junction.target, junction.tag);
+}
+
+void ListFeeder::feedFolderEnd(TextView path, const ScanTotals& own) {
+  topLists_.feedFolder(path, own.Size, own.Files, own.Folders);
+}
+
+void ListFeeder::finish(const ScanTotals& total) {
+  Guarded(u"frmMain", u"Reports_ProcessNewValues", [&] {
+    topLists_.finish();
+    if (options_.CreateListJunction == 1) junctions_.finish();
+    if (options_.CreateListOwner == 1) owners_.List_Owner_SetDifferentSizes(total.Size);
+    if (options_.CreateListExt == 1) extensions_.List_Ext_SetDifferentSizes(total.Size);
+    if (options_.CreateListHardlink == 1) hardlinks_.finish();
+  });
+  replaceIgnoreNumbers(-1, 0);
+}
+
+Grid& ListFeeder::grid(ListId list) {
+  switch (list) {
+    case ListId::Hardlinks:
+      return hardlinks_.grid();
+    case ListId::Junctions:
+      return junctions_.grid();
+    case ListId::Owners:
+      return owners_.grid();
+    case ListId::Extensions:
+      return extensions_.grid();
+    default:
+      return topLists_.grid(list);
+  }
+}
+
+Text ListFeeder::status(ListId list) const {
+  switch (list) {
+    case ListId::Hardlinks:
+      return hardlinks_.List_Hardlinks_ShowFileStat();
+    case ListId::Junctions:
+      return junctions_.List_Junctions_ShowStat();
+    case ListId::Owners:
+      return owners_.List_Owner_ShowStat();
+    case ListId::Extensions:
+      return extensions_.List_EXT_ShowStat();
+    default:
+      return topLists_.List_TOP_ShowFileStat(list);
+  }
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <bitset>
+
+#include "lists/LinkLists.h"
+#include "lists/SumLists.h"
+#include "lists/TopLists.h"
+#include "scan/DerivedLists.h"
+
+namespace ombrelian {
+
+/// The lists beside the tree: owns them, and feeds those that are on.
+class ListFeeder : public DerivedLists {
+ public:
+  /// All are kept by reference. The options change for the length of a run: see reset().
+  ListFeeder(Options& options, mCompare& filters, FileTypes& types);
+
+  /// Report_Reset_All. A smallest list that is to ignore what is smaller than 0 bytes has the
+  /// limit -1 for the run, so that empty files or folders get in.
+  void reset() override;
+
+  void feedFile(const File& file) override;
+  void feedFolder(TextView owner) override;
+  void feedJunction(const Junction& junction) override;
+  void feedFolderEnd(TextView path, const ScanTotals& own) override;
+
+  /// Reports_ProcessNewValues.
+  void finish(const ScanTotals& total) override;
+
+  Grid& grid(ListId list);
+  HardlinkList& hardlinks() { return hardlinks_; }
+  const TopLists& topLists() const { return topLists_; }
+
+  /// What the status line says of a list.
+  Text status(ListId list) const;
+
+  /// Whether the columns of a list were sized for the rows of this run.
+  bool isFresh(ListId list) const { return fresh_[std::size_t(list)]; }
+  void setFresh(ListId list) { fresh_[std::size_t(list)] = true; }
+
+ private:
+  void replaceIgnoreNumbers(std::int32_t from, std::int32_t to);
+
+  Options& options_;
+  mCompare& filters_;
+  TopLists topLists_;
+  HardlinkList hardlinks_;
+  JunctionList junctions_;
+  OwnerList owners_;
+  ExtensionList extensions_;
+  std::bitset<kLists> fresh_;
+};
+
+}  // namespace ombrelian

@@ -1,0 +1,61 @@
+#include "scan/Rename.h"
+
+#include "fs/PathText.h"
+#include "fs/z_Filesystem.h"
+#include "support/Guard.h"
+#include "tree/TreeEdit.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kModule = u"frmMain";
+
+/// One direct file of a folder is no more.
+void takeOutFile(FolderTree& tree, TextView folder, std::int64_t bytes) {
+  ScanTotals gone;
+  gone.Size = bytes;
+  gone.Files = 1;
+  for (const NodeIndex node : foldersAt(tree, folder))
+    takeOutFiles(tree, node, gone);
+}
+
+void renameNodes(FolderTree& tree, TextView path, TextView newPath, TextView name) {
+  for (const NodeIndex node : foldersAt(tree, path))
+    tree.rename(node, tree[node].parent == kNoNode ? newPath : name);
+  for (const NodeIndex source : sourcesBelow(tree, path)) {
+    Text sourcePath(newPath);
+    sourcePath.append(tree[source].name().substr(path.size()));
+    tree.rename(source, sourcePath);
+  }
+}
+
+}  // namespace
+
+Text renameFolder(FolderTree& tree, TextView path, TextView name) {
+  return Guarded(kModule, u"lvwFolder_GridCellAfterEditing", [&]() -> Text {
+    const TextView folder = xGetPath(path);
+    Text newPath(folder);
+    appendName(newPath, name);
+    platform::FindData replaced;
+    const bool replacesFile =
+        platform::FindFirstFileW(LongPathPrefix(newPath), replaced) == platform::kSuccess &&
+        !replaced.isFolder();
+    if (Text error = xMoveFile_W(path, newPath); !error.empty()) return error;
+    if (replacesFile) {
+      takeOutFile(tree, folder, xGetFileSizeByWFD_W(replaced));
+    } else if (const auto nodes = foldersAt(tree, newPath); !nodes.empty()) {
+      takeOutFolders(tree, nodes);
+    }
+    renameNodes(tree, path, newPath, name);
+    return {};
+  });
+}
+
+Text renameFile(FolderTree& tree, FileList& files, Grid::RowIndex row, TextView name) {
+  const Text folder = xRemoveBackslash(files.folder());
+  const FileList::Renaming renaming = files.rename(row, name);
+  if (renaming.replacedBytes) takeOutFile(tree, folder, *renaming.replacedBytes);
+  return renaming.error;
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,64 @@
+#include "scan/Rescan.h"
+
+#include "support/Guard.h"
+#include "tree/TreeEdit.h"
+#include "tree/TreeOrder.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kModule = u"frmMain";
+
+}  // namespace
+
+Rescan::Rescan(const ScanState& state, RowsOnShow* rows) : state_(state), rows_(orNobody(rows)) {}
+
+NodeIndex Rescan::Report_Rescan(NodeIndex selected) {
+  return Guarded(kModule, u"Report_Rescan", [&]() -> NodeIndex {
+    FolderTree& tree = state_.tree;
+    if (tree.empty() || selected == kNoNode) return kNoNode;
+    NodeIndex folder = selected;
+    if (!tree[folder].has(FolderNode::IsFolder)) folder = tree[folder].parent;
+    const FolderNode& node = tree[folder];
+    const bool isNotEntered = node.has(FolderNode::IsJunction) && state_.options.ScanHardlinks == 0;
+    if (isNotEntered || node.has(FolderNode::IsError)) return kNoNode;
+    state_.ui.scanBegins();
+    state_.context.ScanBusy = true;
+    read(folder, false);
+    Report_Folder_Sort_All(tree);
+    state_.context.ScanBusy = false;
+    state_.context.ScanCancelState = kScanIdle;
+    state_.ui.scanEnds();
+    return folder;
+  });
+}
+
+void Rescan::readRest(NodeIndex folder) { read(folder, true); }
+
+void Rescan::read(NodeIndex folder, bool isRest) {
+  FolderTree& tree = state_.tree;
+  state_.context.SuppressDerivedLists = true;
+  state_.context.HardlinkSeen.Clear();
+  state_.filters.startRun();
+  const Text path = Report_GetFullpathOfNode(tree, folder, false, true);
+  state_.context.IgnoresCancel = isRest;
+  const NodeIndex twin = ScanRun(state_).Quelle_Einlesen(path, tree.addTwin(folder));
+  state_.context.IgnoresCancel = false;
+  rows_.change([&] {
+    rows_.willReplace(folder, twin);
+    putInPlace(tree, folder, twin, isRest);
+  });
+}
+
+Text Report_RemoveFolders(FolderTree& tree, NodeIndex selected, RowsOnShow* rows) {
+  return Guarded(kModule, u"Report_RemoveFolders", [&]() -> Text {
+    if (tree.empty() || selected == kNoNode) return {};
+    while (tree[selected].parent != kNoNode)
+      selected = tree[selected].parent;
+    Text path(tree[selected].name());
+    orNobody(rows).change([&] { tree.remove({selected}); });
+    return path;
+  });
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,211 @@
+#include "scan/ScanRun.h"
+
+#include "format/DatePattern.h"
+#include "format/Sizes.h"
+#include "fs/Links.h"
+#include "fs/z_Filesystem.h"
+#include "lists/ListTables.h"
+#include "platform/Process.h"
+#include "platform/Time.h"
+#include "platform/Volumes.h"
+#include "support/Guard.h"
+#include "support/Translate.h"
+#include "tree/TreeOrder.h"
+
+namespace ombrelian {
+namespace {
+
+constexpr TextView kModule = u"frmMain";
+constexpr std::size_t kRuleLength = 40;  // of the line that parts one source from the next
+
+/// A list that the log mentions when it is on. The lists by date also tell which date counts.
+struct ListOption {
+  std::uint8_t Options::*flag;
+  int captionId;
+  TextView caption;
+  int maximum;                      // number of the top list whose limit "%1" is; -1: none
+  std::uint8_t Options::*dateKind;  // null: no date
+};
+
+constexpr ListOption kListOptions[] = {
+    {&Options::CreateList100LargestFiles, 9020, u"Erstelle eine Liste mit den %1 größten Dateien",
+     0, nullptr},
+    {&Options::CreateList100SmallestFiles, 9021,
+     u"Erstelle eine Liste mit den %1 kleinsten Dateien", 1, nullptr},
+    {&Options::CreateList100NewestFiles, 9022, u"Erstelle eine Liste mit den %1 neusten Dateien", 2,
+     &Options::CreateList100NewestFilesDate},
+    {&Options::CreateList100OldestFiles, 9023, u"Erstelle eine Liste mit den %1 ältesten Dateien",
+     3, &Options::CreateList100OldestFilesDate},
+    {&Options::CreateList100LargestFolders, 9024, u"Erstelle eine Liste mit den %1 größten Ordnern",
+     4, nullptr},
+    {&Options::CreateList100SmallestFolders, 9025,
+     u"Erstelle eine Liste mit den %1 kleinsten Ordnern", 5, nullptr},
+    {&Options::CreateListHardlink, 9026, u"Erstelle eine Liste mit allen Hardlinks", -1, nullptr},
+    {&Options::CreateListJunction, 9027, u"Erstelle eine Liste mit allen Junctions", -1, nullptr},
+    {&Options::CreateListOwner, 9028, u"Erstelle eine Liste sortiert nach Besitzern", -1, nullptr},
+    {&Options::CreateListExt, 9029, u"Erstelle eine Liste sortiert nach Dateiendungen", -1,
+     nullptr},
+};
+
+/// A counter as the log shows it.
+Text plainCount(std::int64_t count) { return xFormatFileSize(0, count, false, false); }
+
+Date now() { return toDate(platform::GetLocalTime()); }
+
+/// The part of a source that its root is named by.
+Text rootName(TextView path) { return xRemoveBackslash(path); }
+
+}  // namespace
+
+DerivedLists* ScanRun::listsOfRun() const {
+  return state_.context.SuppressDerivedLists ? nullptr : state_.lists;
+}
+
+RunResult ScanRun::Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue) {
+  RunResult result;
+  Guarded(kModule, u"Ordnerliste_Abarbeiten", [&] {
+    state_.ui.scanBegins();
+    state_.context.ScanBusy = true;
+    state_.context.HardlinkSeen.Clear();
+    state_.filters.startRun();
+    bool isOnlySource = !state_.context.SilentMode;
+    while (!SourceQueue.empty() && !result.cancelled) {
+      const Text path = SourceQueue.front();
+      if (SourceQueue.size() > 1) isOnlySource = false;
+      if (xExistFolder_W(path)) {
+        scanSource(path, isOnlySource, result);
+      } else {
+        ++result.sourcesMissing;
+        state_.log.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}),
+                                true);
+      }
+      isOnlySource = false;  // whatever was queued meanwhile makes it a run of several
+      SourceQueue.pop_front();
+    }
+    SourceQueue.clear();
+    Report_Folder_Sort_All(state_.tree);
+    state_.context.ScanCancelState = kScanIdle;
+    state_.context.ScanBusy = false;
+    state_.ui.scanEnds();
+  });
+  return result;
+}
+
+void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result) {
+  state_.log.flipGroup();
+  state_.log.LogProtokoll(Text(kRuleLength, u'-'));
+  state_.log.LogProtokoll(TL(3777, u"Einlesen: %1", {path}));
+  prepareSource(isOnlySource);
+  const Date started = now();
+  const std::uint64_t startTick = platform::GetTickCount();
+  const NodeIndex root = Quelle_Einlesen(path);
+  state_.tree.setCreated(root, started);
+  result.lastRoot = root;
+  ++result.sourcesScanned;
+  result.sum += state_.context.Total;
+  logCounts(result.sum);
+  if (DerivedLists* const lists = listsOfRun()) lists->finish(state_.context.Total);
+  result.cancelled = state_.context.ScanCancelState == kScanCancelRequested;
+  if (result.cancelled) {
+    state_.log.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
+  }
+  const std::int64_t seconds = std::int64_t(platform::GetTickCount() - startTick) / 1000;
+  state_.log.LogProtokoll(TL(3830, u"Zeitaufwand: %1", {formatTimeSpan(seconds)}));
+}
+
+/// A lone source starts with empty lists; several share the tree and fill none.
+void ScanRun::prepareSource(bool isOnlySource) {
+  state_.context.SuppressDerivedLists = !isOnlySource;
+  if (!isOnlySource) return;
+  state_.filters.SetExtFilter(state_.options);
+  state_.filters.SetTopFilesExtFilter(state_.options);
+  if (state_.lists != nullptr) state_.lists->reset();
+  logOptions();
+}
+
+void ScanRun::logOptions() {
+  for (const ListOption& option : kListOptions) {
+    if (state_.options.*option.flag != 1) continue;
+    const Text maximum = option.maximum < 0
+                             ? Text()
+                             : toText(state_.options.TopMaxCount[std::size_t(option.maximum)]);
+    const Text caption = TL(option.captionId, option.caption, {maximum});
+    if (option.dateKind == nullptr) {
+      state_.log.LogProtokoll(TL(3874, u"Option: %1", {caption}));
+    } else {
+      const Text kind = dateKindCaption(state_.options.*option.dateKind);
+      state_.log.LogProtokoll(TL(3829, u"Option: %1 (%2)", {caption, kind}));
+    }
+  }
+}
+
+void ScanRun::logCounts(const ScanTotals& counts) {
+  const auto line = [&](int id, TextView german, std::int64_t count) {
+    if (count > 0) state_.log.LogProtokoll(TL(id, german, {plainCount(count)}));
+  };
+  line(3773, u"Zugriffsfehler: %1", counts.Errors);
+  line(3774, u"Ordneranzahl: %1", counts.Folders);
+  line(3775, u"Dateianzahl: %1", counts.Files);
+  if (counts.Size > 0) {
+    state_.log.LogProtokoll(TL(3776, u"Dateigröße: %1 (%2)",
+                               {xFormatFileSize(4, counts.Size, true, false),
+                                xFormatFileSize(0, counts.Size, true, false)}));
+  }
+  line(3885, u"Hardlinks: %1", counts.Hardlinks);
+  line(3886, u"Junctions: %1", counts.Junctions);
+}
+
+NodeIndex ScanRun::Quelle_Einlesen(TextView path, NodeIndex existing) {
+  const NodeIndex root = existing == kNoNode ? state_.tree.addRoot(rootName(path)) : existing;
+  Guarded(kModule, u"Quelle_Einlesen",
+          [&] {
+            state_.context.ReadHardlinkCounts = state_.options.CreateListHardlink == 1 ||
+                                                state_.options.AddHardlinksOnlyOnce == 1 ||
+                                                state_.options.ShowHardlinkCount == 1;
+            state_.filters.SetFileFilterInclude(state_.options);
+            state_.filters.SetFileFilter(state_.options);
+            state_.filters.SetFolderFilterExclude(state_.options);
+            state_.filters.SetFolderFilterInclude(state_.options);
+            platform::VolumeInformation volume;
+            state_.context.KeepsOwners =
+                platform::GetVolumeInformationW(path, volume) == platform::kSuccess &&
+                volume.keepsOwners;
+            state_.context.Total = ScanTotals();
+            platform::DisableWow64FsRedirection(true);
+            Walker walker(state_, listsOfRun());
+            const ScanTotals found = walker.Report_ScanFolders(xGetPathWithBackslash(path), root);
+            platform::DisableWow64FsRedirection(false);
+            FolderNode& node = state_.tree[root];
+            Report_SetNodeSizeAndFilecount(node, found.Size, state_.context.Total.Files);
+            node.folders = state_.context.Total.Folders;
+            node.hardlinks = state_.context.Total.Hardlinks;
+            node.junctions = state_.context.Total.Junctions;
+            node.errors = state_.context.Total.Errors;
+            readRootFacts(path, root);
+          },
+          {path});
+  return root;
+}
+
+/// Dates, attributes and owner of a source itself, which no listing told.
+void ScanRun::readRootFacts(TextView path, NodeIndex root) {
+  FolderNode& node = state_.tree[root];
+  platform::FindData data;
+  if (platform::GetFileInformation(path, data) != platform::kSuccess) return;
+  node.dateModified = data.ftLastWriteTime;
+  node.dateCreate = data.ftCreationTime;
+  node.dateAccess = data.ftLastAccessTime;
+  // That something is mounted on a source is what makes it a drive, not a junction.
+  node.attributes = data.dwFileAttributes & ~platform::kAttributeReparsePoint;
+  // What goes when a source is deleted is a link to it, where there is one.
+  if (platform::FindFirstFileW(path, data) == platform::kSuccess) {
+    state_.tree.setIdentity(root, data.identity);
+  }
+  if (state_.options.ShowFolderOwner != 1 || !state_.context.KeepsOwners) return;
+  const Text owner = GetFileOwnerW(path);
+  node.owner =
+      state_.tree.ownerNumber(owner.empty() ? WalkTexts::translated().unknownOwner : owner);
+  node.set(FolderNode::HasOwner);
+}
+
+}  // namespace ombrelian

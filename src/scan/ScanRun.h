@@ -1,0 +1,42 @@
+#pragma once
+
+#include <deque>
+
+#include "scan/Walker.h"
+
+namespace ombrelian {
+
+/// What came of one run, for who started it.
+struct RunResult {
+  ScanTotals sum;  // over all sources
+  int sourcesScanned = 0;
+  int sourcesMissing = 0;  // no folder of that name
+  bool cancelled = false;
+  NodeIndex lastRoot = kNoNode;
+};
+
+/// Reads every source of the queue into the tree, tells the log about it and keeps the lists of a
+/// single source up to date.
+class ScanRun {
+ public:
+  explicit ScanRun(const ScanState& state) : state_(state) {}
+
+  /// Consumes the queue, which may grow meanwhile. The sources of a run stay side by side in the
+  /// tree; only a run that never holds more than one fills the lists.
+  RunResult Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue);
+
+  /// Scans one source into a new root, or into `existing` for a rescan; returns the root.
+  NodeIndex Quelle_Einlesen(TextView path, NodeIndex existing = kNoNode);
+
+ private:
+  void scanSource(const Text& path, bool isOnlySource, RunResult& result);
+  void prepareSource(bool isOnlySource);
+  void logOptions();
+  void logCounts(const ScanTotals& counts);
+  void readRootFacts(TextView path, NodeIndex root);
+  DerivedLists* listsOfRun() const;
+
+  const ScanState state_;
+};
+
+}  // namespace ombrelian

@@ -1,0 +1,293 @@
+#include "scan/Walker.h"
+
+#include "fs/Links.h"
+#include "fs/z_Filesystem.h"
+#include "platform/Accounts.h"
+#include "platform/Time.h"
+#include "support/Guard.h"
+#include "support/Translate.h"
+#include "tree/TreeOrder.h"
+
+namespace ombrelian {
+namespace {
+
+using platform::ErrorCode;
+using platform::FindData;
+
+constexpr std::uint64_t kProgressIntervalMs = 1000;
+constexpr std::uint64_t kSilentProgressIntervalMs = 100;
+constexpr unsigned kEntriesBetweenClocks = 64;  // of a silent run, which need not answer a user
+
+/// A list names a hardlink by its index alone; two devices must not be taken for one here.
+Text hardlinkKey(const FindData& entry) {
+  return toText(std::int64_t(entry.identity.device)) + u":" + hardlinkIdentity(entry);
+}
+
+}  // namespace
+
+WalkTexts WalkTexts::translated() {
+  return {TL(3822, u"-Unbekannt-"), TL(4141, u"Jeder"), TL(3514, u"Dateien")};
+}
+
+Walker::Walker(const ScanState& state, DerivedLists* lists)
+    : options_(state.options),
+      tree_(state.tree),
+      context_(state.context),
+      log_(state.log),
+      ui_(state.ui),
+      filters_(state.filters),
+      lists_(lists),
+      texts_(WalkTexts::translated()),
+      walk_(state.context.helpers) {}
+
+ScanTotals Walker::Report_ScanFolders(TextView path, NodeIndex node) {
+  path_ = path;
+  frames_.clear();
+  // What a fault leaves behind still stands in the outermost frame.
+  Guarded(u"frmMain", u"Report_ScanFolders",
+          [&] {
+            enterSource(node);
+            walk();
+          },
+          {path});
+  return frames_.empty() ? ScanTotals() : frames_.front().result;
+}
+
+void Walker::enterSource(NodeIndex node) {
+  frames_.push_back({node, {}, {}, path_.size(), true});
+  const ErrorCode error = walk_.FindFirstFileW(path_);
+  if (error == platform::kSuccess) return;
+  frames_.back().isOpen = false;
+  markError(node, error);
+}
+
+/// Ends with the source's own frame alone, its result complete.
+void Walker::walk() {
+  bool cancelled = false;
+  for (;;) {
+    const FindData* const entry =
+        frames_.back().isOpen && !cancelled ? walk_.FindNextFileW() : nullptr;
+    if (entry != nullptr && !(cancelled = isCancelled())) {
+      if (isLeftOut(*entry)) {
+        continue;
+      } else if (entry->isFolder()) {
+        visitFolder(*entry);
+      } else {
+        visitFile(*entry);
+      }
+      continue;
+    }
+    if (!cancelled) finishFolder();
+    if (frames_.back().isOpen) walk_.FindClose();
+    if (frames_.size() == 1) return;
+    leaveFolder();
+  }
+}
+
+/// Shows progress and serves the user, who may cancel.
+bool Walker::isCancelled() {
+  if (context_.SilentMode) {
+    if (entriesUntilProgress_-- == 0) {
+      entriesUntilProgress_ = kEntriesBetweenClocks;
+      showProgress(kSilentProgressIntervalMs);
+    }
+    return false;
+  }
+  showProgress(kProgressIntervalMs);
+  if (ui_.GetInputState()) ui_.yield();
+  return context_.ScanCancelState == kScanCancelRequested && !context_.IgnoresCancel;
+}
+
+void Walker::showProgress(std::uint64_t interval) {
+  const std::uint64_t now = platform::GetTickCount();
+  if (now <= lastProgressTick_ + interval) return;
+  ui_.scanProgress(path_, context_.Total.Files, context_.Total.Folders, context_.Total.Size);
+  if (!context_.SilentMode) ui_.yield();
+  lastProgressTick_ = platform::GetTickCount();
+}
+
+/// Whether the user's filters leave the entry out; it is then not counted at all.
+bool Walker::isLeftOut(const FindData& entry) {
+  const bool isFolder = entry.isFolder();
+  if (isFolder ? !filters_.filtersFolders() : !filters_.filtersFiles()) return false;
+  const TextView name = walk_.name();
+  const std::size_t length = path_.size();
+  path_ += name;
+  const bool isOut = isFolder ? filters_.CheckFolderFilter(name, path_)
+                              : filters_.Check_FolderList_FileFilter(name, path_);
+  path_.resize(length);
+  return isOut;
+}
+
+void Walker::visitFile(const FindData& entry) {
+  ScanTotals& own = frames_.back().own;
+  ++own.Files;
+  ++context_.Total.Files;
+  if (entry.statError != platform::kSuccess) reportUnreadable(entry);
+  const std::int64_t size = xGetFileSizeByWFD_W(entry);
+  const std::int32_t links = context_.ReadHardlinkCounts ? hardlinkCount(entry) : 0;
+  if (links > 0) {
+    ++own.Hardlinks;
+    ++context_.Total.Hardlinks;
+  }
+  countSize(entry, size, links);
+  if (lists_ != nullptr) feedFile(entry, size, links);
+}
+
+void Walker::countSize(const FindData& entry, std::int64_t size, std::int32_t links) {
+  if (options_.AddHardlinksOnlyOnce != 0 && links > 0) {
+    if (context_.HardlinkSeen.Add({}, hardlinkKey(entry), 0).NewNode == 0) return;
+  }
+  frames_.back().own.Size += size;
+  context_.Total.Size += size;
+}
+
+void Walker::feedFile(const FindData& entry, std::int64_t size, std::int32_t links) {
+  TextView owner;
+  if (options_.CreateListOwner == 1 && context_.KeepsOwners) {
+    owner = platform::LookupAccountName(entry.ownerId);
+    if (owner.empty()) owner = texts_.unknownOwner;
+  }
+  lists_->feedFile({walk_.name(), path_, entry, size, links, owner});
+}
+
+Text Walker::entryPath() {
+  Text path = path_;
+  return path += walk_.name();
+}
+
+/// The entry counts, but nothing is known of it.
+void Walker::reportUnreadable(const FindData& entry) {
+  countError(xGetErrorText(false, entry.statError), entryPath());
+}
+
+void Walker::visitFolder(const FindData& entry) {
+  const bool isJunction = entry.isReparse();
+  const bool isWanted = !isJunction || options_.ScanHardlinks == 1;
+  if (isJunction) {
+    ++frames_.back().own.Junctions;
+    ++context_.Total.Junctions;
+  }
+  if (!isWanted && options_.NoHardlinks != 0) {
+    if (lists_ == nullptr || options_.CreateListJunction != 1) return;
+    const Text path = entryPath();
+    ErrorCode error = platform::kSuccess;
+    feedJunction(path, walk_.reparseTarget(path, error), entry.dwReserved0);
+    return;
+  }
+  ++frames_.back().own.Folders;
+  ++context_.Total.Folders;
+  const NodeIndex node = addFolderNode(entry);
+  if (isWanted && enterFolder(entry, node)) return;
+  tree_[node].junctions = 1;
+  if (lists_ != nullptr) feedJunction(entryPath(), tree_.junctionTarget(node), entry.dwReserved0);
+}
+
+NodeIndex Walker::addFolderNode(const FindData& entry) {
+  const NodeIndex node = tree_.addChild(frames_.back().node, walk_.name(), true);
+  tree_.setIdentity(node, entry.identity);
+  if (options_.ShowFolderOwner != 0 || options_.CreateListOwner != 0) setOwner(entry, node);
+  if (entry.isReparse()) readJunction(entry, node);
+  return node;
+}
+
+void Walker::setOwner(const FindData& entry, NodeIndex node) {
+  TextView owner = texts_.everyone;
+  if (context_.KeepsOwners) {
+    owner = platform::LookupAccountName(entry.ownerId);
+    if (owner.empty()) owner = texts_.unknownOwner;
+  }
+  tree_[node].owner = tree_.ownerNumber(owner);
+  tree_[node].set(FolderNode::HasOwner);
+  if (lists_ != nullptr && options_.CreateListOwner == 1) lists_->feedFolder(owner);
+}
+
+void Walker::readJunction(const FindData& entry, NodeIndex node) {
+  tree_[node].set(FolderNode::IsJunction);
+  if (entry.dwReserved0 == platform::kTagMountPoint) tree_[node].set(FolderNode::IsMountPoint);
+  ErrorCode error = platform::kSuccess;
+  tree_.setJunctionTarget(node, walk_.reparseTarget(entryPath(), error));
+  // The folder itself could be read: its row tells why the target is missing, and counts nothing.
+  if (error != platform::kSuccess) tree_.setErrorText(node, xGetErrorText(false, error));
+}
+
+void Walker::feedJunction(TextView path, TextView target, std::uint32_t tag) {
+  if (options_.CreateListJunction == 1) lists_->feedJunction({path, target, tag});
+}
+
+/// Adds a frame for the folder of the current entry. False: it is a junction that cannot be
+/// entered, because it leads to where the walk came from or to no files at all.
+bool Walker::enterFolder(const FindData& entry, NodeIndex node) {
+  const std::size_t pathLength = path_.size();
+  path_ += walk_.name();
+  path_ += platform::kNativeSeparator;
+  const ErrorCode error = walk_.FindFirstFileW();
+  if (entry.isReparse() && (error == platform::kLinkLoop || error == platform::kNotSupported)) {
+    path_.resize(pathLength);
+    return false;
+  }
+  FolderNode& folder = tree_[node];
+  folder.dateModified = entry.ftLastWriteTime;
+  folder.dateCreate = entry.ftCreationTime;
+  folder.dateAccess = entry.ftLastAccessTime;
+  folder.attributes = entry.dwFileAttributes;
+  frames_.push_back({node, {}, {}, pathLength, error == platform::kSuccess});
+  // A folder that vanished under the walk is an empty one.
+  if (error != platform::kSuccess && !platform::isMissing(error)) markError(node, error);
+  return true;
+}
+
+void Walker::countError(const Text& text, TextView path) {
+  ++frames_.back().own.Errors;
+  ++context_.Total.Errors;
+  Text line = u"ERROR: ";
+  line.append(text).append(u" (").append(path).append(u")");
+  log_.LogProtokoll(line, true);
+}
+
+void Walker::markError(NodeIndex node, ErrorCode error) {
+  Text text = xGetErrorText(false, error);
+  tree_[node].set(FolderNode::IsError);
+  countError(text, path_);
+  tree_.setErrorText(node, std::move(text));
+}
+
+/// The folder was read to its end: its direct content joins what its subfolders brought.
+void Walker::finishFolder() {
+  if (frames_.back().isOpen && walk_.listError() != platform::kSuccess) {
+    markError(frames_.back().node, walk_.listError());
+  }
+  Frame& frame = frames_.back();
+  frame.result += frame.own;
+  tree_[frame.node].subfolders = frame.own.Folders;
+  if (lists_ != nullptr) lists_->feedFolderEnd(path_, frame.own);
+  if (frame.own.Files > 0 && tree_[frame.node].firstChild != kNoNode) addPseudoFolder(frame);
+}
+
+/// Beside subfolders the direct files need a row of their own.
+void Walker::addPseudoFolder(const Frame& frame) {
+  const NodeIndex pseudo = tree_.addChild(frame.node, texts_.files, false);
+  Report_SetNodeSizeAndFilecount(tree_[pseudo], frame.own.Size, frame.own.Files);
+  tree_[pseudo].hardlinks = frame.own.Hardlinks;
+}
+
+/// Writes the totals of the innermost folder to its node and hands them to the one above.
+void Walker::leaveFolder() {
+  const Frame child = frames_.back();
+  FolderNode& node = tree_[child.node];
+  if (lists_ != nullptr && node.has(FolderNode::IsJunction)) {
+    feedJunction(
+        TextView(path_).substr(0, path_.size() - 1), tree_.junctionTarget(child.node),
+        node.has(FolderNode::IsMountPoint) ? platform::kTagMountPoint : platform::kTagSymbolicLink);
+  }
+  frames_.pop_back();
+  path_.resize(child.pathLength);
+  Report_SetNodeSizeAndFilecount(node, child.result.Size, child.result.Files);
+  node.folders = child.result.Folders;
+  node.hardlinks = child.result.Hardlinks;
+  node.junctions = child.result.Junctions;
+  node.errors = child.result.Errors;
+  frames_.back().result += child.result;
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/FolderWalk.h"
+#include "scan/ScanState.h"
+
+namespace ombrelian {
+
+/// Texts that a walk puts into many nodes, looked up once.
+struct WalkTexts {
+  Text unknownOwner;  // "-Unbekannt-"
+  Text everyone;      // "Jeder"
+  Text files;         // "Dateien", the name of pseudo folders
+
+  static WalkTexts translated();
+};
+
+/// Reads one source from the disk in a single pass: counts every file, makes a node for every
+/// folder and feeds the lists. It keeps its own stack, so that no depth is too deep.
+class Walker {
+ public:
+  /// `lists` goes before those of `state`: null in a run of several sources.
+  Walker(const ScanState& state, DerivedLists* lists);
+
+  /// Walks the folder `path` (ends in a separator) into `node` and returns the totals of the
+  /// subtree. After a cancel the files of the folders under way are missing from it, but not from
+  /// ScanContext::Total.
+  ScanTotals Report_ScanFolders(TextView path, NodeIndex node);
+
+ private:
+  /// A folder on the way from the source to the one being read.
+  struct Frame {
+    NodeIndex node;
+    ScanTotals own;          // direct content
+    ScanTotals result;       // of the subfolders that are finished
+    std::size_t pathLength;  // of path_ without this folder's own name
+    bool isOpen;             // there is a level of walk_ for it
+  };
+
+  void walk();
+  void enterSource(NodeIndex node);
+  bool isCancelled();
+  void showProgress(std::uint64_t interval);
+
+  bool isLeftOut(const platform::FindData& entry);
+  void visitFile(const platform::FindData& entry);
+  void countSize(const platform::FindData& entry, std::int64_t size, std::int32_t links);
+  void feedFile(const platform::FindData& entry, std::int64_t size, std::int32_t links);
+  void reportUnreadable(const platform::FindData& entry);
+
+  void visitFolder(const platform::FindData& entry);
+  NodeIndex addFolderNode(const platform::FindData& entry);
+  void setOwner(const platform::FindData& entry, NodeIndex node);
+  bool enterFolder(const platform::FindData& entry, NodeIndex node);
+  void readJunction(const platform::FindData& entry, NodeIndex node);
+  void feedJunction(TextView path, TextView target, std::uint32_t tag);
+  Text entryPath();
+
+  void markError(NodeIndex node, platform::ErrorCode error);
+  void finishFolder();
+  void addPseudoFolder(const Frame& frame);
+  void leaveFolder();
+  void countError(const Text& text, TextView path);
+
+  const Options& options_;
+  FolderTree& tree_;
+  ScanContext& context_;
+  Log& log_;
+  UserInterface& ui_;
+  mCompare& filters_;
+  DerivedLists* const lists_;
+  const WalkTexts texts_;
+
+  platform::FolderWalk walk_;
+  std::vector<Frame> frames_;
+  Text path_;  // of the innermost frame, ends in a separator
+  std::uint64_t lastProgressTick_ = 0;
+  unsigned entriesUntilProgress_ = 0;
+};
+
+}  // namespace ombrelian

@@ -1,0 +1,180 @@
+#pragma once
+
+#include <unordered_map>
+
+#include "platform/FindData.h"
+#include "support/Date.h"
+#include "support/Text.h"
+#include "tree/NamePool.h"
+#include "tree/ScanTotals.h"
+#include "tree/SegmentedArray.h"
+
+namespace ombrelian {
+
+/// A folder of the tree by its place in the array of nodes. It stays as long as the folder is in
+/// the tree; the place of one that was taken out may be given to another.
+using NodeIndex = std::uint32_t;
+inline constexpr NodeIndex kNoNode = UINT32_MAX;
+
+/// One folder, or the pseudo folder that stands for the direct files of its parent. Rare values
+/// lie beside the nodes (FolderTree::errorText and others); what follows from others (the size in
+/// other units, the percentage) is computed when it is asked for.
+///
+///   0  links        parent, first child, last child, next sibling   4 x 4
+///  16  name         pointer, length, level                          8 + 4 + 4
+///  32  size                                                         8
+///  40  dates        modified, created, accessed                     3 x 8
+///  64  counts       files ... errors                                6 x 4
+///  88  attributes, owner, flags, device                             4 x 4
+/// 104  inode                                                        8
+struct FolderNode {
+  enum Flag : std::uint32_t {
+    IsFolder = 1,      // not set: the pseudo folder of its parent's direct files
+    IsError = 2,       // listing it failed, wholly or in the middle
+    IsJunction = 4,    // a reparse folder
+    IsMountPoint = 8,  // with IsJunction: something is mounted there; else it is a link
+    HasOwner = 16,     // owner was read
+    IsFree = 32,       // out of the tree; the place waits for another folder
+  };
+
+  NodeIndex parent = kNoNode;
+  NodeIndex firstChild = kNoNode;
+  NodeIndex lastChild = kNoNode;
+  NodeIndex nextSibling = kNoNode;
+
+  const char16_t* nameUnits = nullptr;  // in the tree's pool
+  std::uint32_t nameLength = 0;
+  std::uint32_t level = 0;  // of a root 0
+
+  std::int64_t size = 0;  // bytes of the whole subtree
+
+  FileTime dateModified = 0;  // 0: none; not set on a junction that was not entered
+  FileTime dateCreate = 0;
+  FileTime dateAccess = 0;
+
+  std::int32_t files = 0;       // in the whole subtree, like the counts below
+  std::int32_t folders = 0;     // not counting itself
+  std::int32_t subfolders = 0;  // direct subfolders that have nodes
+  std::int32_t hardlinks = 0;
+  std::int32_t junctions = 0;
+  std::int32_t errors = 0;
+
+  std::uint32_t attributes = 0;
+  std::uint32_t owner = 0;  // number of an owner text of the tree, if HasOwner
+  std::uint32_t flags = 0;
+  std::uint32_t device = 0;  // number of a device of the tree
+  std::uint64_t inode = 0;   // 0: unknown, as of pseudo folders
+
+  bool hasChildren() const { return firstChild != kNoNode; }
+  TextView name() const { return {nameUnits, nameLength}; }
+  bool has(Flag flag) const { return (flags & flag) != 0; }
+  void set(Flag flag) { flags |= flag; }
+};
+static_assert(sizeof(FolderNode) <= 112, "a million folders should fit 112 MB");
+
+/// The forest of all scanned sources. Owns its nodes and every text of theirs.
+class FolderTree {
+ public:
+  FolderNode& operator[](NodeIndex index) { return nodes_[index]; }
+  const FolderNode& operator[](NodeIndex index) const { return nodes_[index]; }
+
+  /// First and last source; kNoNode while there is none. Sources hang together as siblings.
+  NodeIndex firstRoot() const { return firstRoot_; }
+  NodeIndex lastRoot() const { return lastRoot_; }
+  bool empty() const { return firstRoot_ == kNoNode; }
+
+  /// Places of nodes, in use or free; every NodeIndex is below it.
+  std::uint32_t nodeCount() const { return nodes_.size(); }
+
+  /// Greatest level in the tree; 0 when it is empty.
+  std::uint32_t MaxFolderDepth() const { return maxFolderDepth_; }
+
+  /// Adds a source behind the last one; `path` without trailing separator but for a root's own.
+  NodeIndex addRoot(TextView path);
+
+  /// Adds a folder, or with `isFolder` false a pseudo folder, behind the last child of `parent`.
+  NodeIndex addChild(NodeIndex parent, TextView name, bool isFolder);
+
+  void rename(NodeIndex node, TextView name);
+
+  /// Takes nodes with all below them out of the tree. Names, and what was got of these nodes, are
+  /// no longer good afterwards.
+  void remove(const std::vector<NodeIndex>& nodes);
+
+  /// A node like `node` that hangs nowhere yet, to be filled while the tree stays as it is.
+  NodeIndex addTwin(NodeIndex node);
+
+  /// `node` loses what lies below it and gets what its twin has: values and subtree. Its name stays
+  /// and the twin goes. Names got before are no longer good afterwards.
+  void adopt(NodeIndex node, NodeIndex twin);
+
+  /// Which object a folder is on this machine; index 0: unknown.
+  platform::FileIdentity identity(NodeIndex node) const;
+  void setIdentity(NodeIndex node, const platform::FileIdentity& identity);
+
+  /// Text of an owner number, and the number of an owner text.
+  const Text& ownerText(std::uint32_t owner) const { return owners_[owner]; }
+  std::uint32_t ownerCount() const { return std::uint32_t(owners_.size()); }
+  std::uint32_t ownerNumber(TextView text);
+
+  /// System text of a failed listing; empty where none failed.
+  TextView errorText(NodeIndex node) const { return find(errorTexts_, node); }
+  void setErrorText(NodeIndex node, Text text);
+
+  /// Where a reparse folder leads; empty on others.
+  TextView junctionTarget(NodeIndex node) const { return find(junctionTargets_, node); }
+  void setJunctionTarget(NodeIndex node, Text target);
+
+  /// When the scan of a source began; 0 on other nodes.
+  Date created(NodeIndex root) const;
+  void setCreated(NodeIndex root, Date date);
+
+  void clear();
+
+  /// Orders the children of `parent` by `before`, keeping the order of equals.
+  template <class Before>
+  void sortChildren(NodeIndex parent, Before before);
+
+  /// Puts the children of `parent`, or with kNoNode the sources, in the order of `order`, which
+  /// holds each of them once.
+  void orderChildren(NodeIndex parent, const std::vector<NodeIndex>& order);
+
+ private:
+  using Texts = std::unordered_map<NodeIndex, Text>;
+
+  NodeIndex addNode(TextView name);
+  static TextView find(const Texts& texts, NodeIndex node);
+  void unlink(std::vector<NodeIndex> nodes);
+  void release(NodeIndex top);
+  void compactNames();
+
+  SegmentedArray<FolderNode> nodes_;
+  NamePool names_;
+  NodeIndex firstRoot_ = kNoNode;
+  NodeIndex lastRoot_ = kNoNode;
+  std::uint32_t maxFolderDepth_ = 0;
+  NodeIndex firstFree_ = kNoNode;  // free places hang together as siblings
+  std::size_t freedUnits_ = 0;     // of names_, no longer in use
+  std::vector<std::uint64_t> devices_;
+  std::vector<Text> owners_;
+  std::unordered_map<Text, std::uint32_t> ownerNumbers_;
+  Texts errorTexts_;
+  Texts junctionTargets_;
+  std::unordered_map<NodeIndex, Date> created_;
+  std::vector<NodeIndex> order_;  // of one sort; kept for its memory
+};
+
+template <class Before>
+void FolderTree::sortChildren(NodeIndex parent, Before before) {
+  const FolderNode& node = nodes_[parent];
+  if (node.firstChild == node.lastChild) return;
+  order_.clear();
+  for (NodeIndex child = node.firstChild; child != kNoNode; child = nodes_[child].nextSibling) {
+    order_.push_back(child);
+  }
+  std::stable_sort(order_.begin(), order_.end(),
+                   [&](NodeIndex a, NodeIndex b) { return before(nodes_[a], nodes_[b]); });
+  orderChildren(parent, order_);
+}
+
+}  // namespace ombrelian

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/FolderWalk.h"
+#include "support/CStringCollection.h"
+#include "tree/FolderTree.h"
+
+namespace ombrelian {
+
+inline constexpr int kScanIdle = 0;
+inline constexpr int kScanCancelRequested = 3;
+
+/// What one run shares between its sources, and the walker with who runs it.
+struct ScanContext {
+  explicit ScanContext(const TextRules& rules) : HardlinkSeen(rules) {
+    HardlinkSeen.setCompareMode(0);
+  }
+
+  ScanTotals Total;            // of the source in progress; files left out after a cancel too
+  bool SilentMode = false;     // neither yields nor can be cancelled
+  bool IgnoresCancel = false;  // what is read now must be read whole, or sums would be wrong
+  bool SuppressDerivedLists = false;  // of a run with more than one source
+  bool ReadHardlinkCounts = false;
+  int helpers = platform::kHelpersByDevice;  // of FolderWalk
+  bool KeepsOwners = false;                  // the source's file system keeps owners
+  int ScanCancelState = kScanIdle;
+  bool ScanBusy = false;
+  CStringCollection HardlinkSeen;  // identities whose size was counted in this run
+};
+
+}  // namespace ombrelian

@@ -1,0 +1,154 @@
+#include "tree/TreeEdit.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace ombrelian {
+namespace {
+
+template <class Count>
+void lower(Count& count, Count by) {
+  count = std::max<Count>(0, count - by);
+}
+
+void subtract(FolderNode& node, const ScanTotals& gone) {
+  lower(node.size, gone.Size);
+  lower(node.files, gone.Files);
+  lower(node.folders, gone.Folders);
+  lower(node.hardlinks, gone.Hardlinks);
+  lower(node.junctions, gone.Junctions);
+  lower(node.errors, gone.Errors);
+}
+
+void subtractAbove(FolderTree& tree, NodeIndex node, const ScanTotals& gone) {
+  for (node = tree[node].parent; node != kNoNode; node = tree[node].parent)
+    subtract(tree[node], gone);
+}
+
+NodeIndex pseudoFolderOf(const FolderTree& tree, NodeIndex folder) {
+  NodeIndex child = tree[folder].firstChild;
+  while (child != kNoNode && tree[child].has(FolderNode::IsFolder))
+    child = tree[child].nextSibling;
+  return child;
+}
+
+bool hasOnlyPseudoFolder(const FolderTree& tree, NodeIndex folder) {
+  const FolderNode& node = tree[folder];
+  return node.hasChildren() && node.firstChild == node.lastChild &&
+         !tree[node.firstChild].has(FolderNode::IsFolder);
+}
+
+bool liesBelow(TextView path, TextView folder, char16_t separator) {
+  if (folder.ends_with(separator)) return path.size() > folder.size() && path.starts_with(folder);
+  return path.size() > folder.size() && path[folder.size()] == separator &&
+         path.starts_with(folder);
+}
+
+NodeIndex childOf(const FolderTree& tree, NodeIndex folder, TextView name) {
+  NodeIndex child = tree[folder].firstChild;
+  while (child != kNoNode && !(tree[child].has(FolderNode::IsFolder) && tree[child].name() == name))
+    child = tree[child].nextSibling;
+  return child;
+}
+
+/// `rest` is the path behind the folder.
+NodeIndex descend(const FolderTree& tree, NodeIndex folder, TextView rest, char16_t separator) {
+  while (folder != kNoNode && !rest.empty()) {
+    const TextView name = rest.substr(0, rest.find(separator));
+    if (!name.empty()) folder = childOf(tree, folder, name);
+    rest.remove_prefix(std::min(rest.size(), name.size() + 1));
+  }
+  return folder;
+}
+
+/// What a folder adds to the one above it, itself included.
+ScanTotals totalsWithItself(const FolderNode& folder) {
+  ScanTotals totals = {folder.size,   folder.files,     folder.folders + 1,
+                       folder.errors, folder.hardlinks, folder.junctions};
+  // One that was not entered counts itself, one that was is counted by the folder above.
+  const bool wasEntered = folder.attributes != 0;
+  if (folder.has(FolderNode::IsJunction) && wasEntered) ++totals.Junctions;
+  return totals;
+}
+
+}  // namespace
+
+void takeOutFolders(FolderTree& tree, const std::vector<NodeIndex>& folders) {
+  std::vector<NodeIndex> parents;
+  for (const NodeIndex folder : folders) {
+    subtractAbove(tree, folder, totalsWithItself(tree[folder]));
+    if (tree[folder].parent == kNoNode) continue;
+    parents.push_back(tree[folder].parent);
+    lower(tree[parents.back()].subfolders, 1);
+  }
+  tree.remove(folders);
+  std::sort(parents.begin(), parents.end());
+  parents.erase(std::unique(parents.begin(), parents.end()), parents.end());
+  std::vector<NodeIndex> pseudoFolders;
+  for (const NodeIndex parent : parents) {
+    if (hasOnlyPseudoFolder(tree, parent)) pseudoFolders.push_back(tree[parent].firstChild);
+  }
+  if (!pseudoFolders.empty()) tree.remove(pseudoFolders);
+}
+
+void takeOutFiles(FolderTree& tree, NodeIndex folder, const ScanTotals& gone) {
+  subtract(tree[folder], gone);
+  subtractAbove(tree, folder, gone);
+  const NodeIndex pseudo = pseudoFolderOf(tree, folder);
+  if (pseudo == kNoNode) return;
+  subtract(tree[pseudo], gone);
+  if (tree[pseudo].files == 0) tree.remove({pseudo});
+}
+
+void putInPlace(FolderTree& tree, NodeIndex folder, NodeIndex twin, bool followsAll) {
+  const FolderNode old = tree[folder];
+  const FolderNode fresh = tree[twin];
+  tree.adopt(folder, twin);
+  for (NodeIndex above = old.parent; above != kNoNode; above = tree[above].parent) {
+    FolderNode& node = tree[above];
+    lower(node.size, old.size - fresh.size);
+    lower(node.files, old.files - fresh.files);
+    lower(node.folders, old.folders - fresh.folders);
+    if (!followsAll) continue;
+    lower(node.hardlinks, old.hardlinks - fresh.hardlinks);
+    lower(node.junctions, old.junctions - fresh.junctions);
+    lower(node.errors, old.errors - fresh.errors);
+  }
+}
+
+std::vector<NodeIndex> foldersAt(const FolderTree& tree, TextView path, char16_t separator) {
+  std::vector<NodeIndex> found;
+  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+    const TextView source = tree[root].name();
+    NodeIndex folder = kNoNode;
+    if (path == source) folder = root;
+    if (liesBelow(path, source, separator)) {
+      folder = descend(tree, root, path.substr(source.size()), separator);
+    }
+    if (folder != kNoNode) found.push_back(folder);
+  }
+  return found;
+}
+
+std::vector<NodeIndex> sourcesBelow(const FolderTree& tree, TextView path, char16_t separator) {
+  std::vector<NodeIndex> found;
+  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+    if (liesBelow(tree[root].name(), path, separator)) found.push_back(root);
+  }
+  return found;
+}
+
+std::vector<NodeIndex> outermostOf(const FolderTree& tree, const std::vector<NodeIndex>& nodes) {
+  const std::unordered_set<NodeIndex> chosen(nodes.begin(), nodes.end());
+  std::unordered_set<NodeIndex> taken;
+  std::vector<NodeIndex> outermost;
+  for (const NodeIndex node : nodes) {
+    NodeIndex above = tree[node].parent;
+    while (above != kNoNode && !chosen.contains(above))
+      above = tree[above].parent;
+    if (above == kNoNode && taken.insert(node).second) outermost.push_back(node);
+  }
+  return outermost;
+}
+
+}  // namespace ombrelian

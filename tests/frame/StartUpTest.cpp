@@ -1,0 +1,130 @@
+#include "frame/StartUp.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "tests/testing/TestFolder.h"
+
+namespace ombrelian {
+namespace {
+
+/// Start-ups of a user whose home is a new folder.
+class StartUpTest : public ::testing::Test {
+ protected:
+  StartUpTest() {
+    setenv("XDG_CONFIG_HOME", home.path("config").c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", home.path().c_str(), 1);
+  }
+  ~StartUpTest() override {
+    unsetenv("XDG_CONFIG_HOME");
+    unsetenv("XDG_RUNTIME_DIR");
+  }
+
+  std::string dataFile(const char* name) const {
+    return testing::readFile(home.path(std::string("config/Ombrelian/") + name));
+  }
+
+  testing::TestFolder home;
+};
+
+TEST_F(StartUpTest, ANewUserGetsAFolderAndASettingsFile) {
+  const StartUp startUp({}, u"\"line\"", 7);
+  EXPECT_EQ(startUp.DataPath(), home.text("config/Ombrelian"));
+  EXPECT_TRUE(startUp.isFirstStart());
+  EXPECT_EQ(testing::readReport(home.path("config/Ombrelian/Ombrelian3.ini")),
+            u"[Allgemein]\r\nLang=7\r\n[Optionen]\r\nKontextmenu=1\r\n");
+  EXPECT_TRUE(dataFile("debug.log").ends_with(" - Command$=, \"line\"\r\n"));
+}
+
+TEST_F(StartUpTest, ANewUserKeepsTwoSettingsOfTheOlderVersion) {
+  const struct {
+    const char* old;
+    TextView made;
+    bool isFirst;
+  } cases[] = {
+      {"[Optionen]\r\nKontextmenu=0\r\nBigIcons=1\r\n[Allgemein]\r\nLang=12\r\n",
+       u"[Optionen]\r\nKontextmenu=0\r\n[Allgemein]\r\nLang=12\r\n", false},
+      {"[Allgemein]\nLang=\n", u"[Allgemein]\r\nLang=12\r\n[Optionen]\r\nKontextmenu=1\r\n", true},
+      {"[Optionen]\nKontextmenu=-99\n",
+       u"[Allgemein]\r\nLang=12\r\n[Optionen]\r\nKontextmenu=1\r\n", true},
+  };
+  home.folder("config/Ombrelian");
+  const std::string made = home.path("config/Ombrelian/Ombrelian3.ini");
+  for (const auto& c : cases) {
+    unlink(made.c_str());
+    std::ofstream(home.path("config/Ombrelian/Ombrelian.ini"), std::ios::binary) << c.old;
+    for (const bool isFirst : {c.isFirst, false}) {
+      const StartUp startUp({}, u"", 12);
+      EXPECT_EQ(startUp.isFirstStart(), isFirst) << c.old;
+      EXPECT_EQ(testing::readReport(made), c.made);
+    }
+    EXPECT_EQ(dataFile("Ombrelian.ini"), c.old) << "it stays";
+  }
+}
+
+TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsMendedInPlace) {
+  const struct {
+    std::string before;
+    std::string after;
+  } cases[] = {{"[Sections]",
+                "\xFF\xFE"
+                "ections]"},
+               {std::string("\xFF\xFE[\0]\0", 6), std::string("\xFF\xFE[\0]\0", 6)},
+               {"", "\xFF\xFE"},
+               {"x", "\xFF\xFE"}};
+  home.folder("config/Ombrelian");
+  for (const auto& c : cases) {
+    std::ofstream(home.path("config/Ombrelian/Ombrelian3.ini"), std::ios::binary) << c.before;
+    StartUp startUp({}, u"", 12);
+    EXPECT_TRUE(dataFile("Ombrelian3.ini").starts_with(c.after)) << c.before;
+    EXPECT_EQ(startUp.settings().INI_ReadString(u"Optionen", u"Kontextmenu", u""), u"1");
+  }
+}
+
+TEST_F(StartUpTest, AHomeThatCannotBeWrittenIsDoneWithout) {
+  home.file("file");
+  setenv("XDG_CONFIG_HOME", home.path("file").c_str(), 1);
+  const StartUp startUp({}, u"", 7);
+  EXPECT_EQ(startUp.DataPath(), home.text("file/Ombrelian"));
+}
+
+TEST_F(StartUpTest, FaultsAreReportedAndCounted) {
+  StartUp startUp({}, u"\"the line\"", 7);
+  for (int i = 0; i < 2; ++i) {
+    Guarded(u"mod", u"proc", [] { throw Fault({13, u"step 7", u"went wrong"}); }, {u"value"});
+  }
+  EXPECT_EQ(startUp.errorLog().Errcount(), 2);
+  const std::string log = dataFile("error.log");
+  for (const char* const line :
+       {"Modul: mod\r\n", "Func: proc\r\n", "Line: step 7\r\n", "Err: 13 - went wrong\r\n",
+        "Command: \"the line\"\r\n", "Errcount: 2\r\n", "Debug0: value\r\n"}) {
+    EXPECT_NE(log.find(line), std::string::npos) << line;
+  }
+}
+
+TEST_F(StartUpTest, ARestartWaitsForTheOldProcess) {
+  EXPECT_TRUE(WaitForMutexGone(u"Waited", 0, 1)) << "nobody holds it";
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    const platform::NamedMutex mutex = platform::CreateMutexW(u"Waited");
+    if (write(ready[1], mutex.isHeld() ? "y" : "n", 1) != 1) _exit(2);
+    usleep(300'000);
+    _exit(0);
+  }
+  char held = 0;
+  ASSERT_EQ(read(ready[0], &held, 1), 1);
+  EXPECT_EQ(held, 'y');
+  EXPECT_FALSE(WaitForMutexGone(u"Waited", 20, 10));
+  EXPECT_TRUE(WaitForMutexGone(u"Waited", 10'000, 10));
+  waitpid(child, nullptr, 0);
+  close(ready[0]);
+  close(ready[1]);
+}
+
+}  // namespace
+}  // namespace ombrelian
