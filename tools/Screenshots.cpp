@@ -100,10 +100,10 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
   window.scan({sample});
   photographer.take("2-tree-and-drives");
   window.execute(std::nullopt, 401);
-  window.execute(ViewId::Folders, 1010);
-  window.pane(ViewId::Folders).list().goTo(3);
-  window.execute(ViewId::Folders, 1007);
-  window.pane(ViewId::Folders).list().goTo(5);
+  window.execute(ListId::Folders, 1010);
+  window.pane(ListId::Folders).list().goTo(3);
+  window.execute(ListId::Folders, 1007);
+  window.pane(ListId::Folders).list().goTo(5);
   photographer.take("3-tree-and-files");
   const std::pair<int, const char*> panes[] = {{402, "4-top-list"},   {403, "5-hardlinks"},
                                                {404, "6-junctions"},  {405, "7-owners"},
@@ -112,7 +112,7 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
     window.execute(std::nullopt, id);
     photographer.take(name);
   }
-  window.execute(ViewId::Folders, 355);
+  window.execute(ListId::Folders, 355);
   photographer.take("10-search");
   QMenu* const menu = window.commands().menu(478);
   menu->popup(window.mapToGlobal(QPoint(420, 70)));
@@ -124,9 +124,9 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
       dialog->close();
     }
   });
-  window.execute(ViewId::Folders, 350);
+  window.execute(ListId::Folders, 350);
   // The question before folders are deleted, which is answered with no.
-  ListView& list = window.pane(ViewId::Folders).list();
+  ListView& list = window.pane(ListId::Folders).list();
   list.goTo(1);
   list.selectionModel()->select(list.model()->index(2, 1),
                                 QItemSelectionModel::Select | QItemSelectionModel::Rows);
@@ -137,7 +137,7 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
       dialog->close();
     }
   });
-  window.execute(ViewId::Folders, 506);
+  window.execute(ListId::Folders, 506);
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ void measureGap(const char* what, Action action) {
 
 void measureTree(MainWindow& window, Session& session, int folders) {
   grow(session.tree, folders);
-  ListPane& pane = window.pane(ViewId::Folders);
+  ListPane& pane = window.pane(ListId::Folders);
   auto& rows = static_cast<FolderRows&>(pane.rows());
   measure("open", [&] {
     pane.model().replace([&] { rows.treeChanged(); });
@@ -71,7 +71,7 @@ void measureTree(MainWindow& window, Session& session, int folders) {
     QApplication::processEvents();
   });
   measure("expand all", [&] {
-    window.execute(ViewId::Folders, 396);
+    window.execute(ListId::Folders, 396);
     QApplication::processEvents();
   });
   std::printf("%-40s %8d\n", "rows", pane.model().rowCount());

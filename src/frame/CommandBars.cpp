@@ -88,22 +88,22 @@ static_assert(std::size(kBarTable) == kBars);
 
 }  // namespace
 
-Bar barOf(ViewId view) {
+Bar barOf(ListId view) {
   if (isTopList(view)) return Bar::Top;
   switch (view) {
-    case ViewId::Folders:
+    case ListId::Folders:
       return Bar::Folders;
-    case ViewId::Drives:
+    case ListId::Drives:
       return Bar::Drives;
-    case ViewId::Files:
+    case ListId::Files:
       return Bar::Files;
-    case ViewId::Hardlinks:
+    case ListId::Hardlinks:
       return Bar::Hardlinks;
-    case ViewId::Junctions:
+    case ListId::Junctions:
       return Bar::Junctions;
-    case ViewId::Owners:
+    case ListId::Owners:
       return Bar::Owners;
-    case ViewId::Extensions:
+    case ListId::Extensions:
       return Bar::Extensions;
     default:
       return Bar::Log;
@@ -112,8 +112,8 @@ Bar barOf(ViewId view) {
 
 std::span<const BarItem> barItems(Bar bar) { return kBarTable[std::size_t(bar)]; }
 
-bool hasCommand(ViewId view, int id) {
-  const bool isOfFolders = view == ViewId::LargestFolders || view == ViewId::SmallestFolders;
+bool hasCommand(ListId view, int id) {
+  const bool isOfFolders = view == ListId::LargestFolders || view == ListId::SmallestFolders;
   return !(isOfFolders && findCommand(id)->changesDisk);
 }
 

@@ -9,8 +9,8 @@ CommandBinding edit(Text& text) { return {nullptr, 1, &text}; }
 CommandBinding edit(std::int32_t& number) { return {nullptr, 1, nullptr, &number}; }
 
 /// What the commands of a list are bound to.
-CommandBinding listBinding(Options& options, ViewId view, int id) {
-  const ViewSettings settings = viewSettings(options, view);
+CommandBinding listBinding(Options& options, ListId view, int id) {
+  const ListSettings settings = listSettings(options, view);
   if (id >= 301 && id <= 304 && settings.unit != nullptr) return choice(*settings.unit, id - 301);
   switch (id) {
     case 305:
@@ -105,7 +105,7 @@ CommandBinding mainBinding(Options& options, int id) {
 
 }  // namespace
 
-CommandBinding commandBinding(Options& options, const ViewId* view, int id) {
+CommandBinding commandBinding(Options& options, const ListId* view, int id) {
   return view != nullptr ? listBinding(options, *view, id) : mainBinding(options, id);
 }
 

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "frame/ViewSettings.h"
+#include "lists/ListTable.h"
 
 namespace ombrelian {
 
@@ -24,7 +24,7 @@ enum class Bar : std::uint8_t {
 inline constexpr int kBars = 11;
 
 /// The bar of a list.
-Bar barOf(ViewId view);
+Bar barOf(ListId view);
 
 enum class CommandKind : std::uint8_t {
   Button,
@@ -69,7 +69,7 @@ std::span<const BarItem> barItems(Bar bar);
 
 /// Whether a list has a command, which must exist. The top lists share a bar, but those of folders
 /// change nothing on the disk.
-bool hasCommand(ViewId view, int id);
+bool hasCommand(ListId view, int id);
 
 /// What a command's state is kept in. All null: it has none.
 struct CommandBinding {
@@ -82,7 +82,7 @@ struct CommandBinding {
 };
 
 /// The binding of a command on the bar of `view`, or with null on the main bar.
-CommandBinding commandBinding(Options& options, const ViewId* view, int id);
+CommandBinding commandBinding(Options& options, const ListId* view, int id);
 
 /// The table as a page in Markdown: number, caption, tooltip, bars, shortcut, what waits, and what
 /// changes the disk.

@@ -28,7 +28,7 @@ bool isWordy(const Command& command) {
 
 }  // namespace
 
-CommandSet::CommandSet(Bar bar, std::optional<ViewId> view, Options& options, QWidget* scope)
+CommandSet::CommandSet(Bar bar, std::optional<ListId> view, Options& options, QWidget* scope)
     : QObject(scope), bar_(bar), view_(view), options_(options), scope_(scope) {
   for (const BarItem& item : barItems(bar)) {
     if (!view || hasCommand(*view, item.id)) items_.push_back(item);
@@ -55,7 +55,7 @@ QMenu* CommandSet::menu(int popup) const { return menus_.at(popup); }
 QAction* CommandSet::addAction(int id) { return make(*findCommand(id)); }
 
 CommandBinding CommandSet::binding(int id) const {
-  const ViewId view = view_.value_or(ViewId::Folders);
+  const ListId view = view_.value_or(ListId::Folders);
   return commandBinding(options_, view_ ? &view : nullptr, id);
 }
 

@@ -20,7 +20,7 @@ class CommandSet : public QObject {
  public:
   /// `view` is the list that the bar belongs to; none: the main bar. Shortcuts work while the focus
   /// is in `scope`, those of the main bar in the whole window.
-  CommandSet(Bar bar, std::optional<ViewId> view, Options& options, QWidget* scope);
+  CommandSet(Bar bar, std::optional<ListId> view, Options& options, QWidget* scope);
 
   /// Asserts that the bar has the command.
   QAction* action(int id) const;
@@ -68,7 +68,7 @@ class CommandSet : public QObject {
   QList<QKeySequence> shortcuts(const Command& command) const;
 
   const Bar bar_;
-  const std::optional<ViewId> view_;
+  const std::optional<ListId> view_;
   Options& options_;
   QWidget* const scope_;
   std::vector<BarItem> items_;  // of the bar, as far as this list has them

@@ -24,7 +24,7 @@ constexpr int kFirstColumnCommand = 700;
 
 }  // namespace
 
-ListPane::ListPane(ViewId view, RowSource& rows, Options& options, QWidget* parent)
+ListPane::ListPane(ListId view, RowSource& rows, Options& options, QWidget* parent)
     : QWidget(parent),
       view_(view),
       rows_(rows),
@@ -74,7 +74,7 @@ ListPane::ListPane(ViewId view, RowSource& rows, Options& options, QWidget* pare
 }
 
 void ListPane::connectTree() {
-  if (view_ != ViewId::Folders) return;
+  if (view_ != ListId::Folders) return;
   connect(list_, &ListView::expandWanted, this, &ListPane::expand);
   connect(list_, &ListView::expandSubtreeWanted, this,
           [this](std::size_t, bool expanded) { Q_EMIT triggered(view_, expanded ? 1007 : 1008); });
@@ -222,7 +222,7 @@ std::vector<Text> ListPane::selectedPaths() const {
 void ListPane::copySelection() {
   Text plain;
   Text rich = u"{\\rtf1 ";
-  const TextView between = view_ == ViewId::Log ? u" " : u"\t";
+  const TextView between = view_ == ListId::Log ? u" " : u"\t";
   for (const std::size_t row : list_->selectedRowNumbers()) {
     Text line;
     QHeaderView* const header = list_->horizontalHeader();
@@ -347,7 +347,7 @@ bool ListPane::eventFilter(QObject* object, QEvent* event) {
 }
 
 void ListPane::showSearchBox() {
-  const ViewSettings settings = viewSettings(options_, view_);
+  const ListSettings settings = listSettings(options_, view_);
   searchBox_->setVisible(settings.searchVisible != nullptr && *settings.searchVisible == 1);
 }
 

@@ -16,9 +16,9 @@ class ListPane : public QWidget {
 
  public:
   /// `rows` and `options` must outlive the pane.
-  ListPane(ViewId view, RowSource& rows, Options& options, QWidget* parent = nullptr);
+  ListPane(ListId view, RowSource& rows, Options& options, QWidget* parent = nullptr);
 
-  ViewId viewId() const { return view_; }
+  ListId viewId() const { return view_; }
   ListView& list() { return *list_; }
   ListModel& model() { return *model_; }
   RowSource& rows() { return rows_; }
@@ -60,8 +60,8 @@ class ListPane : public QWidget {
   int barWidth() const { return toolBar_ == nullptr ? 0 : toolBar_->sizeHint().width(); }
 
  Q_SIGNALS:
-  void triggered(ViewId view, int id);
-  void statusChanged(ViewId view);
+  void triggered(ListId view, int id);
+  void statusChanged(ListId view);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -77,7 +77,7 @@ class ListPane : public QWidget {
   void placeEmptyText();
   void expand(std::size_t row, bool expanded);
 
-  const ViewId view_;
+  const ListId view_;
   RowSource& rows_;
   Options& options_;
   ListModel* model_;

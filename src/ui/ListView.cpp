@@ -22,7 +22,7 @@ constexpr int kMeasuredRows = 20'000;  // as many as fitting to all rows looks a
 
 }  // namespace
 
-ListView::ListView(ListModel& model, Options& options, ViewId view, QWidget* parent)
+ListView::ListView(ListModel& model, Options& options, ListId view, QWidget* parent)
     : QTableView(parent), model_(model), options_(options), view_(view) {
   setModel(&model_);
   setItemDelegate(new CellDelegate(options_, view_, this));
@@ -61,7 +61,7 @@ ListView::ListView(ListModel& model, Options& options, ViewId view, QWidget* par
 
 void ListView::applySettings() {
   isArranging_ = true;
-  const ViewSettings settings = viewSettings(options_, view_);
+  const ListSettings settings = listSettings(options_, view_);
   const int sections = model_.columnCount();
   std::vector<int> order(std::size_t(sections - 1));
   for (int section = 1; section < sections; ++section)
@@ -90,7 +90,7 @@ void ListView::applySettings() {
 
 void ListView::setColumnVisible(int section, bool visible) {
   if (section == kNameSection) return;
-  const ViewSettings settings = viewSettings(options_, view_);
+  const ListSettings settings = listSettings(options_, view_);
   if (std::size_t(section) < settings.visible.size())
     settings.visible[std::size_t(section)] = visible ? 1 : 0;
   setColumnHidden(section, !visible);
@@ -101,7 +101,7 @@ void ListView::setColumnVisible(int section, bool visible) {
 void ListView::columnMoved(int section, int from, int to) {
   if (isArranging_) return;
   QHeaderView* const header = horizontalHeader();
-  const bool isTree = view_ == ViewId::Folders;
+  const bool isTree = view_ == ListId::Folders;
   const int fixed = isTree ? 2 : 1;
   if (from < fixed || to < fixed) {
     isArranging_ = true;
@@ -113,7 +113,7 @@ void ListView::columnMoved(int section, int from, int to) {
 }
 
 void ListView::storePositions() {
-  const ViewSettings settings = viewSettings(options_, view_);
+  const ListSettings settings = listSettings(options_, view_);
   for (std::size_t id = 1; id < settings.positions.size(); ++id)
     settings.positions[id] = horizontalHeader()->visualIndex(int(id));
 }
@@ -126,7 +126,7 @@ void ListView::sortByColumn(int section) {
   const bool again = rows.sortColumn() == column;
   const bool byItself = !column->isLeftAligned() || column->kind == CellKind::Timestamp ||
                         column->kind == CellKind::Percent;
-  const bool toggles = again || view_ == ViewId::Folders;
+  const bool toggles = again || view_ == ListId::Folders;
   const bool descending = toggles ? !rows.sortedDescending() : byItself;
   setCursor(Qt::WaitCursor);
   model_.sortBy(*column, descending);
@@ -145,7 +145,7 @@ void ListView::fitColumns() {
 
 /// Looks at the rows on the screen, or with the option at all; of very many, at some from all over.
 int ListView::widthForAllRows(int section) const {
-  const ViewSettings settings = viewSettings(options_, view_);
+  const ListSettings settings = listSettings(options_, view_);
   const bool all = settings.optimizeAll != nullptr && *settings.optimizeAll == 1;
   const int rows = model_.rowCount();
   if (section == 0) return fontMetrics().horizontalAdvance(QString::number(rows)) + kCellMargin;
@@ -215,7 +215,7 @@ void ListView::keyPressEvent(QKeyEvent* event) {
   const std::size_t row = currentRow();
   const bool isPlain =
       event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier;
-  if (view_ == ViewId::Folders && row != RowSource::kNoRow && isPlain) {
+  if (view_ == ListId::Folders && row != RowSource::kNoRow && isPlain) {
     const RowLook look = model_.rows().look(row);
     switch (event->key()) {
       case Qt::Key_Left:
@@ -251,7 +251,7 @@ void ListView::keyPressEvent(QKeyEvent* event) {
 
 bool ListView::toggleAt(const QPoint& position) {
   const QModelIndex index = indexAt(position);
-  if (view_ != ViewId::Folders || index.column() != kNameSection) return false;
+  if (view_ != ListId::Folders || index.column() != kNameSection) return false;
   const auto row = std::size_t(index.row());
   const RowLook look = model_.rows().look(row);
   if (!look.canExpand) return false;

@@ -2,7 +2,7 @@
 
 #include <QTableView>
 
-#include "frame/ViewSettings.h"
+#include "lists/ListTable.h"
 #include "ui/ListModel.h"
 
 namespace ombrelian::ui {
@@ -16,10 +16,10 @@ class ListView : public QTableView {
 
  public:
   /// The columns stand as `options` have it for `view`, and what the user changes goes there.
-  ListView(ListModel& model, Options& options, ViewId view, QWidget* parent = nullptr);
+  ListView(ListModel& model, Options& options, ListId view, QWidget* parent = nullptr);
 
   ListModel& list() { return model_; }
-  ViewId viewId() const { return view_; }
+  ListId viewId() const { return view_; }
 
   /// Takes up columns, grid lines and row heights from the options.
   void applySettings();
@@ -73,7 +73,7 @@ class ListView : public QTableView {
 
   ListModel& model_;
   Options& options_;
-  const ViewId view_;
+  const ListId view_;
   bool isArranging_ = false;  // columns move, but not by the user
 };
 

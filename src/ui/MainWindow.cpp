@@ -29,7 +29,8 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   setWindowTitle(toQString(u"Ombrelian " + versionText()));
   setWindowIcon(icon("app"));
   setAcceptDrops(true);
-  isRightVisible_ = viewFlag(session_.options, visibleView(session_.options)) == 1;
+  const auto shownFlag = listRow(shownList(session_.options)).isShown;
+  isRightVisible_ = session_.options.*shownFlag == 1;
   commands_ = new CommandSet(Bar::Main, std::nullopt, session_.options, this);
   header_ = new CommandSet(Bar::Header, std::nullopt, session_.options, this);
   makePanes();
@@ -39,7 +40,7 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   addToolBar(bar);
   progress_ = new ProgressStrip(this);
   splMain_ = new QSplitter(Qt::Horizontal, this);
-  splMain_->addWidget(panes_[std::size_t(ViewId::Folders)]);
+  splMain_->addWidget(panes_[std::size_t(ListId::Folders)]);
   splMain_->addWidget(makeRightSide());
   splMain_->setChildrenCollapsible(false);
   splMain_->setStretchFactor(0, 1);
@@ -71,7 +72,7 @@ MainWindow::~MainWindow() {
   qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
 }
 
-ListPane* MainWindow::addPane(ViewId view, RowSource& rows) {
+ListPane* MainWindow::addPane(ListId view, RowSource& rows) {
   auto* const pane = new ListPane(view, rows, session_.options, this);
   panes_[std::size_t(view)] = pane;
   return pane;
@@ -82,24 +83,21 @@ void MainWindow::makePanes() {
   folderRows_ = std::make_unique<FolderRows>(session_.tree, session_.folderReport, options);
   driveRows_ = std::make_unique<DriveRows>(drives_, options);
   fileRows_ = std::make_unique<FileRows>(files_, session_.tree, options);
-  logRows_ = std::make_unique<LogRows>(options);
-  for (const LogRow& row : session_.log.rows())
-    logRows_->add(row);
-  addPane(ViewId::Folders, *folderRows_);
-  addPane(ViewId::Drives, *driveRows_);
-  addPane(ViewId::Files, *fileRows_);
-  for (int number = 0; number < kLists; ++number) {
-    const auto view = ViewId(int(ViewId::LargestFiles) + number);
-    Grid& grid = lists_.grid(ListId(number));
-    const bool isOfFiles = view <= ViewId::OldestFiles || view == ViewId::Hardlinks;
+  logRows_ = std::make_unique<LogRows>(session_.log, options);
+  addPane(ListId::Folders, *folderRows_);
+  addPane(ListId::Drives, *driveRows_);
+  addPane(ListId::Files, *fileRows_);
+  for (const ListId view : kDerivedLists) {
+    Grid& grid = lists_.grid(view);
+    const bool isOfFiles = listRow(view).rows == RowKind::File;
     foundRows_.push_back(isOfFiles ? std::make_unique<FoundFileRows>(grid, options, view)
                                    : gridRows(grid, options, view));
     addPane(view, *foundRows_.back());
   }
-  addPane(ViewId::Log, *logRows_);
+  addPane(ListId::Log, *logRows_);
   for (ListPane* const pane : panes_) {
     pane->addToolBar([this, pane](int id, QToolBar* bar) -> QWidget* {
-      if (pane->viewId() != ViewId::Files || id != 465) return nullptr;
+      if (pane->viewId() != ListId::Files || id != 465) return nullptr;
       filePath_ = new QLabel(bar);
       filePath_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
       filePath_->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -114,48 +112,30 @@ void MainWindow::makePanes() {
 }
 
 void MainWindow::setNames() {
-  const auto name = [this](ViewId view, const Text& title) {
-    pane(view).list().setAccessibleName(toQString(title));
-  };
-  name(ViewId::Folders, TL(2232, u"Ordnerliste"));
-  name(ViewId::Drives, DriveList::title());
-  name(ViewId::Files, FileList::title());
-  name(ViewId::Log, Log::title());
-  for (int list = 0; list < kLists; ++list)
-    name(ViewId(int(ViewId::LargestFiles) + list), listTitle(session_.options, ListId(list)));
+  for (const ListId list : kAllLists)
+    pane(list).list().setAccessibleName(toQString(listTitle(session_.options, list)));
 }
 
 void MainWindow::setEmptyTexts() {
-  pane(ViewId::Folders)
-      .setEmptyText(
-          toQString(TL(9550,
-                       u"Oben eine Quelle wählen und Start drücken, rechts ein Laufwerk wählen "
-                       u"und Enter drücken, oder einen Ordner hierher ziehen.")));
-  pane(ViewId::Drives).setEmptyText(toQString(TL(9551, u"Es wurde kein Laufwerk gefunden.")));
-  pane(ViewId::Files)
-      .setEmptyText(toQString(TL(9552, u"Links einen Ordner wählen, um seine Dateien zu sehen.")));
-  const QString notOn =
-      toQString(TL(9553,
-                   u"Diese Liste füllt ein Lauf über eine einzelne Quelle, wenn sie unter 'Listen' "
-                   u"eingeschaltet ist."));
-  for (int view = int(ViewId::LargestFiles); view <= int(ViewId::Extensions); ++view)
-    pane(ViewId(view)).setEmptyText(notOn);
-  pane(ViewId::Log).setEmptyText(toQString(TL(9554, u"Das Protokoll ist leer.")));
+  for (const ListId list : kAllLists) {
+    const Word& empty = listRow(list).empty;
+    pane(list).setEmptyText(toQString(TL(empty.id, empty.german)));
+  }
 }
 
 void MainWindow::setRowCommands() {
   const std::vector<int> ofFiles = {1001, 1002, 0, 504, 1005, 1006, 0, 1004, 320, 321, 0, 1003};
-  for (const ViewId view : {ViewId::Files, ViewId::LargestFiles, ViewId::SmallestFiles,
-                            ViewId::NewestFiles, ViewId::OldestFiles, ViewId::Hardlinks})
+  for (const ListId view : {ListId::Files, ListId::LargestFiles, ListId::SmallestFiles,
+                            ListId::NewestFiles, ListId::OldestFiles, ListId::Hardlinks})
     pane(view).setRowCommands(ofFiles);
-  for (const ViewId view : {ViewId::LargestFolders, ViewId::SmallestFolders, ViewId::Junctions})
+  for (const ListId view : {ListId::LargestFolders, ListId::SmallestFolders, ListId::Junctions})
     pane(view).setRowCommands({1001, 1002, 0, 504, 1005, 1006, 0, 1003});
-  for (const ViewId view : {ViewId::Owners, ViewId::Extensions, ViewId::Log})
+  for (const ListId view : {ListId::Owners, ListId::Extensions, ListId::Log})
     pane(view).setRowCommands({504, 1006});
-  pane(ViewId::Folders)
+  pane(ListId::Folders)
       .setRowCommands(
           {1001, 1002, 0, 1007, 1008, 0, 1015, 1016, 0, 504, 1005, 0, 1004, 507, 506, 0, 1003});
-  pane(ViewId::Drives).setRowCommands({361, 1001, 0, 504, 1005, 1025, 0, 1003});
+  pane(ListId::Drives).setRowCommands({361, 1001, 0, 504, 1005, 1025, 0, 1003});
 }
 
 QWidget* MainWindow::makeRightSide() {
@@ -167,8 +147,9 @@ QWidget* MainWindow::makeRightSide() {
   layout->addWidget(headerBar_);
   right_->installEventFilter(this);
   stack_ = new QStackedWidget(right_);
-  for (int view = int(ViewId::Drives); view < kViews; ++view)
-    stack_->addWidget(&pane(ViewId(view)));
+  for (const ListId list : kAllLists) {
+    if (list != ListId::Folders) stack_->addWidget(&pane(list));
+  }
   layout->addWidget(stack_, 1);
   return right_;
 }
@@ -294,16 +275,16 @@ void MainWindow::connectPanes() {
   connect(header_, &CommandSet::triggered, this, [this](int id) { executeMain(id); });
   for (ListPane* const pane : panes_) {
     connect(pane, &ListPane::triggered, this,
-            [this](ViewId view, int id) { executeList(view, id); });
-    connect(pane, &ListPane::statusChanged, this, [this](ViewId view) {
-      if (view == ViewId::Folders) selectedFolderChanged();
+            [this](ListId view, int id) { executeList(view, id); });
+    connect(pane, &ListPane::statusChanged, this, [this](ListId view) {
+      if (view == ListId::Folders) selectedFolderChanged();
       StatusbarSetTextRightAUTO();
     });
     connect(&pane->list(), &ListView::rowActivated, this,
             [this, pane](std::size_t row) { activateRow(pane->viewId(), row); });
     connect(&pane->list(), &ListView::rowDoubleClicked, this, [this, pane](std::size_t row) {
-      if (pane->viewId() == ViewId::Drives) {
-        openPaths(ViewId::Drives);
+      if (pane->viewId() == ListId::Drives) {
+        openPaths(ListId::Drives);
       } else {
         activateRow(pane->viewId(), row);
       }
@@ -316,9 +297,9 @@ void MainWindow::connectPanes() {
   });
 }
 
-ViewId MainWindow::focusedView() const {
-  if (lastFocused_ == ViewId::Folders && isLeftVisible_) return lastFocused_;
-  return isRightVisible_ ? rightView() : ViewId::Folders;
+ListId MainWindow::focusedView() const {
+  if (lastFocused_ == ListId::Folders && isLeftVisible_) return lastFocused_;
+  return isRightVisible_ ? rightView() : ListId::Folders;
 }
 
 /// While a scan runs, closing stops it, and the user closes again afterwards.
@@ -338,7 +319,7 @@ void MainWindow::showEvent(QShowEvent* event) {
   wasShown_ = true;
   for (ListPane* const pane : panes_)
     pane->rowsReplaced();
-  pane(ViewId::Folders).list().setFocus();
+  pane(ListId::Folders).list().setFocus();
   // The window stands before drives are asked, which may take their time.
   QTimer::singleShot(0, this, &MainWindow::readDrivesOnce);
 }

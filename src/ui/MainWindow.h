@@ -42,11 +42,11 @@ class MainWindow : public QMainWindow,
 
   /// Does a command as a click on it would: of a list, or with none of the main bar. False: it has
   /// no such command, or it waits for later work.
-  bool execute(std::optional<ViewId> view, int id);
+  bool execute(std::optional<ListId> view, int id);
 
-  ListPane& pane(ViewId view) { return *panes_[std::size_t(view)]; }
+  ListPane& pane(ListId view) { return *panes_[std::size_t(view)]; }
   CommandSet& commands() { return *commands_; }
-  ViewId rightView() const { return visibleView(session_.options); }
+  ListId rightView() const { return shownList(session_.options); }
   QComboBox& SourceCombo() { return *SourceCombo_; }
   bool isScanning() const { return session_.context.ScanBusy; }
 
@@ -87,7 +87,7 @@ class MainWindow : public QMainWindow,
 
   // Set-up
   void makePanes();
-  ListPane* addPane(ViewId view, RowSource& rows);
+  ListPane* addPane(ListId view, RowSource& rows);
   void setNames();
   void setEmptyTexts();
   void setRowCommands();
@@ -108,7 +108,7 @@ class MainWindow : public QMainWindow,
   void applyFont();
   void applyLook();
   void Change_Info_Visibility();
-  void Change_ButtonHeaderActive(ViewId view);
+  void Change_ButtonHeaderActive(ListId view);
   void changeSizes(int id);
   void ChangeFontSize(int step);
   void chooseFont();
@@ -124,13 +124,13 @@ class MainWindow : public QMainWindow,
 
   // Deleting, rescanning
   void DeleteFolders(bool recycle);
-  void deleteFiles(ViewId view, bool recycle);
+  void deleteFiles(ListId view, bool recycle);
   void Report_Rescan();
   void Report_RemoveFolders();
   void hideFiles();
   void refreshDrive(const Text& path);
-  std::vector<RowSource::Id> selectedIds(ViewId view);
-  void goNear(ViewId view, std::size_t row);
+  std::vector<RowSource::Id> selectedIds(ListId view);
+  void goNear(ListId view, std::size_t row);
 
   // Lists
   void selectedFolderChanged();
@@ -145,24 +145,22 @@ class MainWindow : public QMainWindow,
   void expandSelected(bool expand);
   void Report_Resize_Width();
   void StatusbarSetTextRightAUTO();
-  Text statusOf(ViewId view);
-  void activateRow(ViewId view, std::size_t row);
-  void openPaths(ViewId view);
-  void save(ViewId view);
+  Text statusOf(ListId view);
+  void activateRow(ListId view, std::size_t row);
+  void openPaths(ListId view);
+  void save(ListId view);
   void saveFolders();
-  Failure saveList(ViewId view, ReportFormat format, const Text& target, UserInterface& ui);
+  Failure saveList(ListId view, ReportFormat format, const Text& target, UserInterface& ui);
   void run(SaveDialog& dialog);
-  ReportSource sourceOf(ViewId view) const;
-  Text titleOf(ViewId view) const;
-  const Grid& gridOf(ViewId view);
+  FlatList& flatList(ListId list);
   void Show_Log();
   void showAbout();
   void showFilterHelp();
   bool executeMain(int id);
-  bool executeList(ViewId view, int id);
+  bool executeList(ListId view, int id);
   bool executeFolders(int id);
   bool executeDrives(int id);
-  ViewId focusedView() const;
+  ListId focusedView() const;
 
   Session& session_;
   IniStore& settings_;
@@ -188,14 +186,14 @@ class MainWindow : public QMainWindow,
   QToolBar* headerBar_ = nullptr;
   QLabel* statusLeft_ = nullptr;
   QLabel* statusRight_ = nullptr;
-  std::array<ListPane*, kViews> panes_ = {};
-  ViewId lastFocused_ = ViewId::Folders;
+  std::array<ListPane*, kLists> panes_ = {};
+  ListId lastFocused_ = ListId::Folders;
   bool isLeftVisible_ = true;
   bool isRightVisible_ = true;
   bool wantsRestart_ = false;
   bool storesSettings_ = true;
   bool wasShown_ = false;
-  ViewId changing_ = ViewId::Folders;  // the list whose rows a deletion takes
+  ListId changing_ = ListId::Folders;  // the list whose rows a deletion takes
   bool stopsReading_ = false;          // Escape while files are read
   std::uint64_t lastYield_ = 0;
 };

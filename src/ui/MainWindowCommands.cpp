@@ -17,15 +17,15 @@
 namespace ombrelian::ui {
 namespace {
 
-constexpr ViewId kHeaderViews[] = {ViewId::Drives,     ViewId::Files,     ViewId::LargestFiles,
-                                   ViewId::Hardlinks,  ViewId::Junctions, ViewId::Owners,
-                                   ViewId::Extensions, ViewId::Log};
+constexpr ListId kHeaderViews[] = {ListId::Drives,     ListId::Files,     ListId::LargestFiles,
+                                   ListId::Hardlinks,  ListId::Junctions, ListId::Owners,
+                                   ListId::Extensions, ListId::Log};
 constexpr double kLeastFontSize = 6;
 constexpr double kMostFontSize = 32;
 
 }  // namespace
 
-bool MainWindow::execute(std::optional<ViewId> view, int id) {
+bool MainWindow::execute(std::optional<ListId> view, int id) {
   CommandSet* set = commands_;
   if (view) set = &pane(*view).commands();
   if (!view && header_->has(id)) set = header_;
@@ -43,9 +43,8 @@ bool MainWindow::execute(std::optional<ViewId> view, int id) {
 
 bool MainWindow::executeMain(int id) {
   if (id >= 400 && id <= 407) {
-    ViewId view = kHeaderViews[id - 400];
-    if (isTopList(view))
-      view = ViewId(int(ViewId::LargestFiles) + selectedTopList(session_.options));
+    ListId view = kHeaderViews[id - 400];
+    if (isTopList(view)) view = topList(std::size_t(selectedTopList(session_.options)));
     Change_ButtonHeaderActive(view);
     return true;
   }
@@ -116,9 +115,9 @@ bool MainWindow::executeMain(int id) {
   }
 }
 
-bool MainWindow::executeList(ViewId view, int id) {
-  if (view == ViewId::Folders && executeFolders(id)) return true;
-  if (view == ViewId::Drives && executeDrives(id)) return true;
+bool MainWindow::executeList(ListId view, int id) {
+  if (view == ListId::Folders && executeFolders(id)) return true;
+  if (view == ListId::Drives && executeDrives(id)) return true;
   switch (id) {
     case 320:
     case 321:
@@ -145,7 +144,7 @@ bool MainWindow::executeList(ViewId view, int id) {
     case 423:
     case 424:
     case 425:
-      Change_ButtonHeaderActive(ViewId(int(ViewId::LargestFiles) + id - 420));
+      Change_ButtonHeaderActive(topList(std::size_t(id - 420)));
       return true;
     case 459:
       showFilterHelp();
@@ -153,7 +152,7 @@ bool MainWindow::executeList(ViewId view, int id) {
     case 508:
       pane(view).model().replace([this] {
         session_.log.clearRows();
-        logRows_->clear();
+        logRows_->takeUpNewRows();
       });
       pane(view).rowsReplaced();
       return true;
@@ -173,11 +172,11 @@ bool MainWindow::executeList(ViewId view, int id) {
 
 bool MainWindow::executeFolders(int id) {
   if (id >= 1010 && id <= 1014) {
-    pane(ViewId::Folders).model().rearrange([&] {
+    pane(ListId::Folders).model().rearrange([&] {
       folderRows_->shownFolders().markLevels(std::uint32_t(id - 1009));
       folderRows_->shownFolders().rebuild();
     });
-    pane(ViewId::Folders).rowsReplaced();
+    pane(ListId::Folders).rowsReplaced();
     return true;
   }
   switch (id) {
@@ -194,7 +193,7 @@ bool MainWindow::executeFolders(int id) {
       return true;
     case 469:
     case 470:
-      pane(ViewId::Folders).applySettings();
+      pane(ListId::Folders).applySettings();
       return true;
     case 506:
     case 507:
@@ -228,7 +227,7 @@ bool MainWindow::executeDrives(int id) {
       addNetworkPath();
       return true;
     case 1025: {
-      ListPane& drives = pane(ViewId::Drives);
+      ListPane& drives = pane(ListId::Drives);
       const std::size_t row = drives.list().currentRow();
       if (row == RowSource::kNoRow) return true;
       drives.setFrozen(true);
@@ -241,24 +240,20 @@ bool MainWindow::executeDrives(int id) {
   }
 }
 
-void MainWindow::Change_ButtonHeaderActive(ViewId view) {
-  showView(session_.options, view);
+void MainWindow::Change_ButtonHeaderActive(ListId view) {
+  showList(session_.options, view);
   isRightVisible_ = true;
   Change_Info_Visibility();
   readDrivesOnce();
-  if (view == ViewId::Files) showFiles(false);
+  if (view == ListId::Files) showFiles(false);
   pane(view).list().fitColumns();
   pane(view).list().setFocus();
 }
 
 void MainWindow::Change_Info_Visibility() {
-  const ViewId view = rightView();
-  if (isRightVisible_) {
-    showView(session_.options, view);
-  } else {
-    viewFlag(session_.options, view) = 0;
-  }
-  pane(ViewId::Folders).setVisible(isLeftVisible_);
+  const ListId view = rightView();
+  showList(session_.options, view, isRightVisible_);
+  pane(ListId::Folders).setVisible(isLeftVisible_);
   right_->setVisible(isRightVisible_);
   stack_->setCurrentWidget(&pane(view));
   for (std::size_t i = 0; i < std::size(kHeaderViews); ++i) {
@@ -287,7 +282,7 @@ void MainWindow::Change_Info_Visibility() {
 void MainWindow::changeSizes(int id) {
   const bool isOn = commands_->action(id)->isChecked();
   for (ListPane* const pane : panes_) {
-    const ViewSettings settings = viewSettings(session_.options, pane->viewId());
+    const ListSettings settings = listSettings(session_.options, pane->viewId());
     if (settings.unit == nullptr) continue;
     if (id <= 304) *settings.unit = std::uint8_t(id - 301);
     if (id == 305) *settings.unitText = isOn ? 1 : 0;
@@ -338,7 +333,7 @@ void MainWindow::ChangeFontSize(int step) {
 
 void MainWindow::chooseFont() {
   bool isChosen = false;
-  const QFont font = QFontDialog::getFont(&isChosen, pane(ViewId::Folders).list().font(), this);
+  const QFont font = QFontDialog::getFont(&isChosen, pane(ListId::Folders).list().font(), this);
   if (!isChosen) return;
   session_.options.FontName = toText(font.family());
   session_.options.FontSize = font.pointSizeF() > 0 ? font.pointSizeF() : 9;

@@ -11,12 +11,12 @@ void MainWindow::change(const std::function<void()>& change) {
   // What was selected is going; to follow a hundred thousand selected rows would take its time.
   pane(changing_).list().clearSelection();
   const auto changeTree = [&] {
-    pane(ViewId::Folders).model().rearrange([&] {
+    pane(ListId::Folders).model().rearrange([&] {
       change();
       folderRows_->nodesWent();
     });
   };
-  if (changing_ == ViewId::Folders) {
+  if (changing_ == ListId::Folders) {
     changeTree();
   } else {
     pane(changing_).model().rearrange(changeTree);
@@ -27,7 +27,7 @@ void MainWindow::willReplace(NodeIndex node, NodeIndex twin) {
   session_.folderReport.carryExpanded(node, twin);
 }
 
-std::vector<RowSource::Id> MainWindow::selectedIds(ViewId view) {
+std::vector<RowSource::Id> MainWindow::selectedIds(ListId view) {
   std::vector<RowSource::Id> ids;
   for (const std::size_t row : pane(view).list().selectedRowNumbers())
     ids.push_back(pane(view).rows().id(row));
@@ -35,7 +35,7 @@ std::vector<RowSource::Id> MainWindow::selectedIds(ViewId view) {
 }
 
 /// Selects what stands where `row` was, so that the keyboard goes on from there.
-void MainWindow::goNear(ViewId view, std::size_t row) {
+void MainWindow::goNear(ListId view, std::size_t row) {
   ListPane& pane = this->pane(view);
   const std::size_t rows = pane.rows().count();
   pane.rowsReplaced();
@@ -44,7 +44,7 @@ void MainWindow::goNear(ViewId view, std::size_t row) {
 
 /// The pointed-at folder may be gone, so its files are not on show any more.
 void MainWindow::hideFiles() {
-  ListPane& files = pane(ViewId::Files);
+  ListPane& files = pane(ListId::Files);
   files.model().replace([this] { files_.clear(); });
   files.rowsReplaced();
   filePath_->clear();
@@ -52,28 +52,28 @@ void MainWindow::hideFiles() {
 
 void MainWindow::refreshDrive(const Text& path) {
   if (drives_.readAt() == 0) return;
-  ListPane& drives = pane(ViewId::Drives);
+  ListPane& drives = pane(ListId::Drives);
   drives.model().rearrange([&] { drives_.Drives_RefreshDrive(path); });
   drives.model().showAnew();
 }
 
 void MainWindow::DeleteFolders(bool recycle) {
-  const std::vector<RowSource::Id> nodes = selectedIds(ViewId::Folders);
+  const std::vector<RowSource::Id> nodes = selectedIds(ListId::Folders);
   if (nodes.empty() || isScanning() || files_.isReading()) return;
-  const std::size_t first = pane(ViewId::Folders).list().selectedRowNumbers().front();
+  const std::size_t first = pane(ListId::Folders).list().selectedRowNumbers().front();
   const Text path = Report_GetFullpathOfNode(session_.tree, nodes.front(), false, false);
-  changing_ = ViewId::Folders;
+  changing_ = ListId::Folders;
   Deletion deletion(session_.scanState(*this, nullptr), this, recycle);
   const bool isAnyGone = deletion.DeleteFolders(nodes);
-  pane(ViewId::Folders).list().setFocus();  // which it lost while nothing could be done
+  pane(ListId::Folders).list().setFocus();  // which it lost while nothing could be done
   if (!isAnyGone) return;
   hideFiles();
-  goNear(ViewId::Folders, first);
+  goNear(ListId::Folders, first);
   showFiles(true);
   refreshDrive(path);
 }
 
-void MainWindow::deleteFiles(ViewId view, bool recycle) {
+void MainWindow::deleteFiles(ListId view, bool recycle) {
   const std::vector<RowSource::Id> ids = selectedIds(view);
   if (ids.empty() || isScanning() || files_.isReading()) return;
   const std::size_t first = pane(view).list().selectedRowNumbers().front();
@@ -81,14 +81,14 @@ void MainWindow::deleteFiles(ViewId view, bool recycle) {
   changing_ = view;
   Deletion deletion(session_.scanState(*this, nullptr), this, recycle);
   bool isAnyGone = false;
-  if (view == ViewId::Files) {
+  if (view == ListId::Files) {
     isAnyGone = deletion.List_Files_DeleteFiles(files_, ids);
   } else {
-    Grid& list = lists_.grid(ListId(int(view) - int(ViewId::LargestFiles)));
-    isAnyGone = view == ViewId::Hardlinks ? deletion.List_Hardlinks_DeleteFiles(list, ids)
+    Grid& list = lists_.grid(view);
+    isAnyGone = view == ListId::Hardlinks ? deletion.List_Hardlinks_DeleteFiles(list, ids)
                                           : deletion.List_TOP_DeleteFiles(list, ids);
   }
-  changing_ = ViewId::Folders;
+  changing_ = ListId::Folders;
   pane(view).list().setFocus();
   if (!isAnyGone) return;
   goNear(view, first);
@@ -96,12 +96,12 @@ void MainWindow::deleteFiles(ViewId view, bool recycle) {
 }
 
 void MainWindow::Report_Rescan() {
-  ListPane& folders = pane(ViewId::Folders);
+  ListPane& folders = pane(ListId::Folders);
   const std::size_t row = folders.list().currentRow();
   if (row >= folderRows_->count() || isScanning() || files_.isReading()) return;
   const NodeIndex selected = folderRows_->id(row);
   const Text name(session_.tree[selected].name());
-  changing_ = ViewId::Folders;
+  changing_ = ListId::Folders;
   const NodeIndex folder = Rescan(session_.scanState(*this, nullptr), this).Report_Rescan(selected);
   if (folder == kNoNode) return;
   folders.model().rearrange(
@@ -121,12 +121,12 @@ void MainWindow::Report_Rescan() {
 }
 
 void MainWindow::Report_RemoveFolders() {
-  const std::size_t row = pane(ViewId::Folders).list().currentRow();
+  const std::size_t row = pane(ListId::Folders).list().currentRow();
   if (row >= folderRows_->count() || isScanning() || files_.isReading()) return;
-  changing_ = ViewId::Folders;
+  changing_ = ListId::Folders;
   ombrelian::Report_RemoveFolders(session_.tree, folderRows_->id(row), this);
   hideFiles();
-  pane(ViewId::Folders).rowsReplaced();
+  pane(ListId::Folders).rowsReplaced();
   StatusbarSetTextRightAUTO();
 }
 

@@ -21,7 +21,7 @@ void MainWindow::selectedFolderChanged() {
 /// A walk leaves owners out unless it is told to read them; who shows their column gets that of
 /// the row that is chosen.
 void MainWindow::readLateOwners() {
-  ListPane& folders = pane(ViewId::Folders);
+  ListPane& folders = pane(ListId::Folders);
   const std::size_t row = folders.list().currentRow();
   if (row >= folderRows_->count() || !folders.list().isColumnVisible(FolderColumnId::Owner)) return;
   FolderNode& node = session_.tree[NodeIndex(folderRows_->id(row))];
@@ -32,13 +32,13 @@ void MainWindow::readLateOwners() {
 }
 
 void MainWindow::showFiles(bool force) {
-  ListPane& folders = pane(ViewId::Folders);
+  ListPane& folders = pane(ListId::Folders);
   const std::size_t row = folders.list().currentRow();
   if (files_.isReading() || row >= folderRows_->count()) return;
   Text folder = folderRows_->path(row);
   if (session_.options.FilelistVisible != 1) return;
   if (!force && files_.folder() == xGetPathWithBackslash(folder)) return;
-  ListPane& pane = this->pane(ViewId::Files);
+  ListPane& pane = this->pane(ListId::Files);
   stopsReading_ = false;
   statusRight_->setText(toQString(TL(3526, u"Dateiliste wird geladen... (Abbruch: ESC-Taste)")));
   pane.model().setFrozen(true);
@@ -55,14 +55,14 @@ void MainWindow::showFiles(bool force) {
 }
 
 void MainWindow::clearFolders() {
-  ListPane& folders = pane(ViewId::Folders);
+  ListPane& folders = pane(ListId::Folders);
   folders.model().replace([this] {
     session_.tree.clear();
     session_.folderReport.forgetNodes();
     folderRows_->treeChanged();
   });
   folders.rowsReplaced();
-  ListPane& files = pane(ViewId::Files);
+  ListPane& files = pane(ListId::Files);
   files.model().replace([this] { files_.clear(); });
   files.rowsReplaced();
   filePath_->clear();
@@ -70,7 +70,7 @@ void MainWindow::clearFolders() {
 }
 
 void MainWindow::expandAll(bool expand) {
-  ListPane& folders = pane(ViewId::Folders);
+  ListPane& folders = pane(ListId::Folders);
   if (folderRows_->count() < 2 && !expand) return;
   folders.model().rearrange([&] {
     folderRows_->shownFolders().markSubtree(kNoNode, expand);
@@ -81,7 +81,7 @@ void MainWindow::expandAll(bool expand) {
 }
 
 void MainWindow::expandSelected(bool expand) {
-  ListPane& folders = pane(ViewId::Folders);
+  ListPane& folders = pane(ListId::Folders);
   const std::size_t row = folders.list().currentRow();
   if (row >= folderRows_->count()) return;
   const NodeIndex node = NodeIndex(folderRows_->id(row));
@@ -98,33 +98,28 @@ void MainWindow::Report_Resize_Width() {
       !isLeftVisible_ || folderRows_->count() == 0)
     return;
   const int all = splMain_->width();
-  ListPane& folders = pane(ViewId::Folders);
+  ListPane& folders = pane(ListId::Folders);
   const int least = std::min(folders.barWidth() + 8, all / 2);
   const int most = std::max(least, all * 2 / 3);
   const int left = std::clamp(folders.list().fullWidth(), least, most);
   splMain_->setSizes({left, std::max(1, all - left - splMain_->handleWidth())});
 }
 
-Text MainWindow::statusOf(ViewId view) {
-  std::vector<Grid::RowIndex> selected = pane(view).list().selectedRowNumbers();
-  switch (view) {
-    case ViewId::Drives:
-      return drives_.List_Drives_ShowStat();
-    case ViewId::Files:
-      return files_.List_Files_ShowFileStat(selected);
-    case ViewId::Hardlinks:
-      return lists_.hardlinks().List_Hardlinks_ShowFileStat(selected);
-    case ViewId::Log:
-      return session_.log.List_Log_ShowStat();
+FlatList& MainWindow::flatList(ListId list) {
+  switch (list) {
+    case ListId::Drives:
+      return drives_;
+    case ListId::Files:
+      return files_;
+    case ListId::Log:
+      return session_.log;
     default:
-      break;
+      return lists_.list(list);
   }
-  const auto list = ListId(int(view) - int(ViewId::LargestFiles));
-  Text status = lists_.status(list);
-  if (isTopList(view) && !selected.empty()) {
-    status = lists_.topLists().Toplist_ShowSelectedFilesize(list, selected).append(u" / ") + status;
-  }
-  return status;
+}
+
+Text MainWindow::statusOf(ListId view) {
+  return flatList(view).status(pane(view).list().selectedRowNumbers());
 }
 
 void MainWindow::StatusbarSetTextRightAUTO() {
@@ -137,20 +132,20 @@ void MainWindow::StatusbarSetTextRightAUTO() {
   statusRight_->setText(isRightVisible_ ? toQString(statusOf(rightView())) : QString());
 }
 
-void MainWindow::activateRow(ViewId view, std::size_t row) {
-  if (view == ViewId::Folders) {
+void MainWindow::activateRow(ListId view, std::size_t row) {
+  if (view == ListId::Folders) {
     const RowLook look = folderRows_->look(row);
     if (look.canExpand) Q_EMIT pane(view).list().expandWanted(row, !look.isExpanded);
     return;
   }
-  if (view == ViewId::Drives) {
+  if (view == ListId::Drives) {
     scan({driveRows_->path(row)});
     return;
   }
   openPaths(view);
 }
 
-void MainWindow::openPaths(ViewId view) {
+void MainWindow::openPaths(ListId view) {
   constexpr std::size_t kManyFiles = 10;
   const std::vector<Text> paths = pane(view).selectedPaths();
   if (paths.size() > kManyFiles && !ask(TL(9557, u"Sollen wirklich %1 Dateien geöffnet werden?",

@@ -20,11 +20,6 @@ namespace {
 /// How long input may wait, in milliseconds.
 constexpr std::uint64_t kInputIntervalMs = 30;
 
-constexpr ViewId kFoundViews[] = {
-    ViewId::LargestFiles,   ViewId::SmallestFiles,   ViewId::NewestFiles, ViewId::OldestFiles,
-    ViewId::LargestFolders, ViewId::SmallestFolders, ViewId::Hardlinks,   ViewId::Junctions,
-    ViewId::Owners,         ViewId::Extensions};
-
 }  // namespace
 
 void MainWindow::StartSearchViaToolbar() {
@@ -86,19 +81,19 @@ void MainWindow::Ordnerliste_Abarbeiten() {
   // A run that was given one source fills the lists anew; while it does, no view may read them.
   const bool fillsLists = session_.SourceQueue.size() == 1;
   if (fillsLists) {
-    for (const ViewId view : kFoundViews)
+    for (const ListId view : kDerivedLists)
       pane(view).setFrozen(true);
   }
   const Text single = fillsLists ? session_.SourceQueue.front() : Text();
   ScanRun run(session_.scanState(*this, &lists_));
   const RunResult result = run.Ordnerliste_Abarbeiten(session_.SourceQueue);
-  ListPane& folders = pane(ViewId::Folders);
+  ListPane& folders = pane(ListId::Folders);
   folders.model().replace([&] {
     if (result.lastRoot != kNoNode) session_.folderReport.setExpanded(result.lastRoot, true);
     folderRows_->treeChanged();
   });
   if (fillsLists) {
-    for (const ViewId view : kFoundViews)
+    for (const ListId view : kDerivedLists)
       pane(view).setFrozen(false);
   }
   folders.rowsReplaced();
@@ -135,7 +130,7 @@ void MainWindow::scanEnds() {
   setBusy(false);
   progress_->end();
   unsetCursor();
-  if (lastFocused_ == ViewId::Folders) pane(ViewId::Folders).list().setFocus();
+  if (lastFocused_ == ListId::Folders) pane(ListId::Folders).list().setFocus();
 }
 
 void MainWindow::scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
@@ -192,15 +187,15 @@ void MainWindow::deletionProgress(TextView path, std::uint64_t done, std::uint64
   progress_->showDeletion(path, done, all);
 }
 
-void MainWindow::logged(const LogRow& row) {
-  ListPane& log = pane(ViewId::Log);
-  log.model().insertRowsAt(logRows_->count(), 1, [&] { logRows_->add(row); });
-  if (rightView() == ViewId::Log) log.list().scrollToBottom();
+void MainWindow::logged(const LogRow&) {
+  ListPane& log = pane(ListId::Log);
+  log.model().insertRowsAt(logRows_->count(), 1, [&] { logRows_->takeUpNewRows(); });
+  if (rightView() == ListId::Log) log.list().scrollToBottom();
   log.setEmptyText(toQString(TL(9554, u"Das Protokoll ist leer.")));
 }
 
 void MainWindow::readDrives() {
-  ListPane& pane = this->pane(ViewId::Drives);
+  ListPane& pane = this->pane(ListId::Drives);
   setCursor(Qt::BusyCursor);
   pane.setFrozen(true);
   drives_.Drives_GetAllDrives(settings_,
@@ -220,7 +215,7 @@ void MainWindow::Drives_ScanDrives(bool all) {
     for (std::size_t row = 0; row < driveRows_->count(); ++row)
       sources.push_back(driveRows_->path(row));
   } else {
-    for (const Text& path : pane(ViewId::Drives).selectedPaths())
+    for (const Text& path : pane(ListId::Drives).selectedPaths())
       sources.push_back(path);
   }
   scan(sources);
@@ -232,7 +227,7 @@ void MainWindow::addNetworkPath() {
       this, QStringLiteral("Ombrelian"), toQString(TL(9052, u"Bitte den Netzwerkpfad eingeben:")),
       QLineEdit::Normal, QStringLiteral("//"), &isChosen);
   if (!isChosen || path.isEmpty()) return;
-  ListPane& pane = this->pane(ViewId::Drives);
+  ListPane& pane = this->pane(ListId::Drives);
   pane.setFrozen(true);
   const bool isAdded = drives_.Drives_AddUNCpath(toTextView(path), settings_);
   pane.setFrozen(false);

@@ -31,62 +31,21 @@ ReportSource allSources(const FolderTree& tree) {
 
 }  // namespace
 
-/// What a report of the list tells of where it comes from.
-ReportSource MainWindow::sourceOf(ViewId view) const {
-  switch (view) {
-    case ViewId::Files:
-      return {files_.folder(), files_.readAt()};
-    case ViewId::Drives:
-      return {{}, drives_.readAt()};
-    case ViewId::Log:
-      return {{}, toDate(platform::GetLocalTime())};
-    default:
-      return allSources(session_.tree);
-  }
-}
-
-Text MainWindow::titleOf(ViewId view) const {
-  switch (view) {
-    case ViewId::Files:
-      return FileList::title();
-    case ViewId::Drives:
-      return DriveList::title();
-    case ViewId::Log:
-      return Log::title();
-    default:
-      return listTitle(session_.options, ListId(int(view) - int(ViewId::LargestFiles)));
-  }
-}
-
-const Grid& MainWindow::gridOf(ViewId view) {
-  switch (view) {
-    case ViewId::Files:
-      return files_.grid();
-    case ViewId::Drives:
-      return drives_.grid();
-    case ViewId::Log:
-      return logRows_->grid();
-    default:
-      return lists_.grid(ListId(int(view) - int(ViewId::LargestFiles)));
-  }
-}
-
-Failure MainWindow::saveList(ViewId view, ReportFormat format, const Text& target,
+Failure MainWindow::saveList(ListId view, ReportFormat format, const Text& target,
                              UserInterface& ui) {
-  const ViewSettings shown = viewSettings(session_.options, view);
   const SaveFilesOptions& chosen = session_.options.SaveFiles;
   return ombrelian::saveList(
-      {titleOf(view), gridOf(view), shown.layout(), shown.sizes(), sourceOf(view)},
+      listToSave(session_.options, view, flatList(view), allSources(session_.tree)),
       session_.options, format, target, delimiterText(chosen.Delimiter, chosen.DelimiterChars), ui);
 }
 
-void MainWindow::save(ViewId view) {
+void MainWindow::save(ListId view) {
   if (pane(view).rows().count() == 0) {
     statusBar()->showMessage(
         toQString(TL(9605, u"Die Liste ist leer: Es gibt nichts zu speichern.")), kNoteMs);
     return;
   }
-  if (view == ViewId::Folders) {
+  if (view == ListId::Folders) {
     saveFolders();
     return;
   }
@@ -100,7 +59,7 @@ void MainWindow::save(ViewId view) {
 }
 
 void MainWindow::saveFolders() {
-  const ListView& list = pane(ViewId::Folders).list();
+  const ListView& list = pane(ListId::Folders).list();
   const QModelIndex current = list.currentIndex();
   const bool hasRow = list.selectionModel()->isSelected(current);
   session_.folderReport.select(hasRow ? NodeIndex(folderRows_->id(std::size_t(current.row())))

@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "frame/ViewSettings.h"
 #include "lists/DriveList.h"
 #include "lists/FileList.h"
+#include "lists/ListTable.h"
 #include "lists/Log.h"
 #include "scan/Rename.h"
 #include "ui/RowSource.h"
@@ -14,12 +14,12 @@
 namespace ombrelian::ui {
 
 /// Rows of a grid under the size settings of `view`.
-std::unique_ptr<GridRows> gridRows(Grid& grid, Options& options, ViewId view);
+std::unique_ptr<GridRows> gridRows(Grid& grid, Options& options, ListId view);
 
 /// Lists of files that a scan filled: rows can be renamed where they are files.
 class FoundFileRows : public GridRows {
  public:
-  FoundFileRows(Grid& grid, Options& options, ViewId view);
+  FoundFileRows(Grid& grid, Options& options, ListId view);
 
   RowLook look(std::size_t row) const override;
   bool canRename(std::size_t row, const Column& column) const override;
@@ -61,21 +61,19 @@ class DriveRows : public GridRows {
   mutable std::map<Text, const char*> icons_;  // by drive; the table of mounts is asked once
 };
 
-/// The lines of the log, which a view wants one by one as they come.
+/// The lines of the log. A line that was added counts as a row once a view knows of it.
 class LogRows : public GridRows {
  public:
-  explicit LogRows(const Options& options);
+  /// Both are kept by reference.
+  LogRows(Log& log, const Options& options);
 
-  void add(const LogRow& row);
-  void clear();
+  std::size_t count() const override { return count_; }
+  void takeUpNewRows() { count_ = grid_.rowCount(); }
   RowLook look(std::size_t row) const override;
-  Grid& grid() { return grid_; }
 
  private:
-  explicit LogRows(std::unique_ptr<Grid> grid, const Options& options);
-
-  std::unique_ptr<Grid> own_;
-  std::vector<bool> errors_;  // by id
+  const Log& log_;
+  std::size_t count_;
 };
 
 }  // namespace ombrelian::ui

@@ -69,8 +69,8 @@ TEST(CommandTableTest, TheRecycleBinStandsBeforeDeletingForGood) {
 /// Two commands that write the same setting on one bar would undo each other.
 TEST(CommandTableTest, EveryStateHasASettingOfItsOwn) {
   Options options;
-  for (int view = -1; view < kViews; ++view) {
-    const ViewId id = ViewId(std::max(view, 0));
+  for (int view = -1; view < kLists; ++view) {
+    const ListId id = ListId(std::max(view, 0));
     const Bar bar = view < 0 ? Bar::Main : barOf(id);
     std::set<std::pair<const void*, int>> places;
     for (const BarItem& item : barItems(bar)) {
@@ -87,9 +87,9 @@ TEST(CommandTableTest, EveryStateHasASettingOfItsOwn) {
 
 TEST(CommandTableTest, OneListStandsOnTheRight) {
   Options options;
-  for (int view = int(ViewId::Drives); view < kViews; ++view) {
-    showView(options, ViewId(view));
-    EXPECT_EQ(int(visibleView(options)), view);
+  for (int view = int(ListId::Drives); view < kLists; ++view) {
+    showList(options, ListId(view));
+    EXPECT_EQ(int(shownList(options)), view);
   }
 }
 

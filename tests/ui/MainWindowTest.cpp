@@ -38,43 +38,43 @@ TEST_F(MainWindowTest, AScanFillsTreeAndLists) {
   EXPECT_TRUE(run.window->execute(std::nullopt, 463));
   EXPECT_FALSE(run.window->isScanning());
   EXPECT_EQ(
-      run.column(ViewId::Folders),
+      run.column(ListId::Folders),
       (QStringList{QString::fromStdString(tree_.path()), QStringLiteral("big"),
                    QStringLiteral("Dateien"), QStringLiteral("small"), QStringLiteral("link")}));
-  EXPECT_EQ(run.column(ViewId::LargestFiles)[0], QStringLiteral("a.bin"));
-  EXPECT_EQ(run.column(ViewId::Hardlinks).size(), 2);
-  EXPECT_EQ(run.column(ViewId::Junctions).size(), 1);
-  EXPECT_EQ(run.column(ViewId::Extensions).size(), 2);
-  EXPECT_FALSE(run.column(ViewId::Log).isEmpty());
+  EXPECT_EQ(run.column(ListId::LargestFiles)[0], QStringLiteral("a.bin"));
+  EXPECT_EQ(run.column(ListId::Hardlinks).size(), 2);
+  EXPECT_EQ(run.column(ListId::Junctions).size(), 1);
+  EXPECT_EQ(run.column(ListId::Extensions).size(), 2);
+  EXPECT_FALSE(run.column(ListId::Log).isEmpty());
   // A second run of several sources leaves the lists and adds to the tree.
   run.window->scan({tree_.text("big"), tree_.text("small")});
   EXPECT_EQ(run.session.tree.nodeCount() > 8, true);
-  EXPECT_EQ(run.column(ViewId::Hardlinks).size(), 2);
-  run.window->execute(ViewId::Folders, 394);
-  EXPECT_TRUE(run.column(ViewId::Folders).isEmpty());
+  EXPECT_EQ(run.column(ListId::Hardlinks).size(), 2);
+  run.window->execute(ListId::Folders, 394);
+  EXPECT_TRUE(run.column(ListId::Folders).isEmpty());
 }
 
 TEST_F(MainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
   Program run(data_);
   run.window->scan({tree_.text()});
-  ListPane& pane = run.window->pane(ViewId::Folders);
-  run.window->execute(ViewId::Folders, 396);
-  EXPECT_EQ(run.column(ViewId::Folders).size(), 6);
+  ListPane& pane = run.window->pane(ListId::Folders);
+  run.window->execute(ListId::Folders, 396);
+  EXPECT_EQ(run.column(ListId::Folders).size(), 6);
   pane.list().goTo(1);
   const RowSource::Id big = pane.rows().id(1);
   for (int section = 1; section < pane.model().columnCount(); ++section) {
     pane.list().sortByColumn(section);
     EXPECT_EQ(pane.rows().id(pane.list().currentRow()), big) << section;
   }
-  run.window->execute(ViewId::Folders, 397);
-  EXPECT_EQ(run.column(ViewId::Folders).size(), 1);
+  run.window->execute(ListId::Folders, 397);
+  EXPECT_EQ(run.column(ListId::Folders).size(), 1);
   // What is closed is found all the same, round the end, both ways.
-  run.window->execute(ViewId::Folders, 355);
+  run.window->execute(ListId::Folders, 355);
   auto* const box = pane.findChild<QLineEdit*>();
   QTest::keyClicks(box, QStringLiteral("dee"));
   for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return}) {
     QTest::keyClick(box, key);
-    EXPECT_EQ(run.cell(ViewId::Folders, int(pane.list().currentRow()), 1), QStringLiteral("deep"));
+    EXPECT_EQ(run.cell(ListId::Folders, int(pane.list().currentRow()), 1), QStringLiteral("deep"));
   }
   box->setText(QStringLiteral("nowhere"));
   QTest::keyClick(box, Qt::Key_Return);
@@ -89,9 +89,9 @@ TEST_F(MainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
 TEST_F(MainWindowTest, KeysWalkThroughTheTree) {
   Program run(data_);
   run.window->scan({tree_.text()});
-  ListView& list = run.window->pane(ViewId::Folders).list();
+  ListView& list = run.window->pane(ListId::Folders).list();
   list.goTo(3);
-  EXPECT_EQ(run.cell(ViewId::Folders, 3, 1), QStringLiteral("small"));
+  EXPECT_EQ(run.cell(ListId::Folders, 3, 1), QStringLiteral("small"));
   QTest::keyClick(&list, Qt::Key_Right);
   EXPECT_EQ(list.model()->rowCount(), 6);
   QTest::keyClick(&list, Qt::Key_Right);
@@ -106,7 +106,7 @@ TEST_F(MainWindowTest, KeysWalkThroughTheTree) {
 TEST_F(MainWindowTest, EnterOpensAndClosesFoldersAndF2EditsTheName) {
   Program run(data_);
   run.window->scan({tree_.text()});
-  ListView& list = run.window->pane(ViewId::Folders).list();
+  ListView& list = run.window->pane(ListId::Folders).list();
   list.goTo(3);
   QTest::keyClick(&list, Qt::Key_Return);
   EXPECT_EQ(list.model()->rowCount(), 6);
@@ -128,10 +128,10 @@ TEST_F(MainWindowTest, RenamingMovesOnTheDiskAndAsksBeforeItReplaces) {
   run.session.options.FilelistVisible = 1;
   run.window->scan({tree_.text()});
   run.window->execute(std::nullopt, 401);
-  run.window->pane(ViewId::Folders).list().goTo(1);
-  ListModel& files = run.window->pane(ViewId::Files).model();
+  run.window->pane(ListId::Folders).list().goTo(1);
+  ListModel& files = run.window->pane(ListId::Files).model();
   const auto rename = [&](const char* from, const char* to) {
-    const int row = int(run.column(ViewId::Files).indexOf(QString::fromUtf8(from)));
+    const int row = int(run.column(ListId::Files).indexOf(QString::fromUtf8(from)));
     return row >= 0 && files.setData(files.index(row, 1), QString::fromUtf8(to), Qt::EditRole);
   };
   EXPECT_TRUE(rename("a.bin", "new\nname"));
@@ -146,7 +146,7 @@ TEST_F(MainWindowTest, RenamingMovesOnTheDiskAndAsksBeforeItReplaces) {
     EXPECT_FALSE(rename("b.txt", "no/folder/x"));
     EXPECT_FALSE(fault.text.isEmpty());
   }
-  ListModel& folders = run.window->pane(ViewId::Folders).model();
+  ListModel& folders = run.window->pane(ListId::Folders).model();
   EXPECT_TRUE(folders.setData(folders.index(1, 1), QStringLiteral("renamed"), Qt::EditRole));
   EXPECT_TRUE(std::ifstream(tree_.path("renamed/b.txt")).good());
   EXPECT_EQ(run.session.tree[run.session.tree.firstRoot()].name(), tree_.text());
@@ -156,7 +156,7 @@ TEST_F(MainWindowTest, ARestartFindsColumnsPanesAndSourcesAsTheyWere) {
   {
     Program run(data_);
     run.window->scan({tree_.text()});
-    ListView& list = run.window->pane(ViewId::Folders).list();
+    ListView& list = run.window->pane(ListId::Folders).list();
     for (const int section : {0, 5, 8})
       list.setColumnVisible(section, true);
     list.setColumnVisible(2, false);
@@ -164,21 +164,21 @@ TEST_F(MainWindowTest, ARestartFindsColumnsPanesAndSourcesAsTheyWere) {
     list.horizontalHeader()->moveSection(list.horizontalHeader()->visualIndex(8), 2);
     list.horizontalHeader()->moveSection(list.horizontalHeader()->visualIndex(5), 1);  // refused
     run.window->execute(std::nullopt, 402);
-    run.window->execute(ViewId::LargestFiles, 423);
-    run.window->execute(ViewId::OldestFiles, 303);
-    run.window->execute(ViewId::OldestFiles, 305);
+    run.window->execute(ListId::LargestFiles, 423);
+    run.window->execute(ListId::OldestFiles, 303);
+    run.window->execute(ListId::OldestFiles, 305);
     run.window->execute(std::nullopt, 374);
     run.window->setGeometry(40, 50, 1000, 600);
   }
   Program run(data_);
-  ListView& list = run.window->pane(ViewId::Folders).list();
+  ListView& list = run.window->pane(ListId::Folders).list();
   EXPECT_TRUE(list.isColumnVisible(0));
   EXPECT_TRUE(list.isColumnVisible(1));
   EXPECT_FALSE(list.isColumnVisible(2));
   EXPECT_TRUE(list.isColumnVisible(8));
   EXPECT_EQ(list.horizontalHeader()->visualIndex(1), 1);
   EXPECT_EQ(list.horizontalHeader()->visualIndex(8), 2);
-  EXPECT_EQ(run.window->rightView(), ViewId::OldestFiles);
+  EXPECT_EQ(run.window->rightView(), ListId::OldestFiles);
   EXPECT_EQ(run.session.options.FileSizeFormatTop[3], 2);
   EXPECT_EQ(run.session.options.SizeFormatShowSizeTextTop[3], 1);
   EXPECT_EQ(run.session.options.GridLineStyle, 0);
@@ -188,14 +188,14 @@ TEST_F(MainWindowTest, ARestartFindsColumnsPanesAndSourcesAsTheyWere) {
 TEST_F(MainWindowTest, CopyingTakesTheSelectedRowsWithTheColumnsOnShow) {
   Program run(data_);
   run.window->scan({tree_.text()});
-  ListPane& pane = run.window->pane(ViewId::Folders);
+  ListPane& pane = run.window->pane(ListId::Folders);
   pane.list().goTo(1);
-  run.window->execute(ViewId::Folders, 504);
+  run.window->execute(ListId::Folders, 504);
   const QMimeData* const copied = QGuiApplication::clipboard()->mimeData();
-  EXPECT_EQ(copied->text(), run.cell(ViewId::Folders, 1, 1) + u'\t' +
-                                run.cell(ViewId::Folders, 1, 2) + QStringLiteral("\r\n"));
+  EXPECT_EQ(copied->text(), run.cell(ListId::Folders, 1, 1) + u'\t' +
+                                run.cell(ListId::Folders, 1, 2) + QStringLiteral("\r\n"));
   EXPECT_TRUE(copied->data(QStringLiteral("text/rtf")).startsWith("{\\rtf1 "));
-  run.window->execute(ViewId::Folders, 1005);
+  run.window->execute(ListId::Folders, 1005);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(tree_.path("big")));
 }
 
@@ -209,16 +209,16 @@ TEST_F(MainWindowTest, InputIsServedWhileAScanRuns) {
   QObject::connect(&timer, &QTimer::timeout, [&] {
     if (!run.window->isScanning() || ++turns != 1) return;
     // Nothing but stopping is possible now; closing stops.
-    EXPECT_FALSE(run.window->execute(ViewId::Folders, 396));
+    EXPECT_FALSE(run.window->execute(ListId::Folders, 396));
     EXPECT_FALSE(run.window->close());
   });
   timer.start(0);
   run.window->scan({many.text()});
   EXPECT_GT(turns, 0);
   EXPECT_FALSE(run.window->isScanning());
-  const QStringList log = run.column(ViewId::Log, 2);
+  const QStringList log = run.column(ListId::Log, 2);
   EXPECT_TRUE(log.contains(QStringLiteral("Der Vorgang wurde vom Anwender abgebrochen!")));
-  EXPECT_TRUE(run.window->execute(ViewId::Folders, 396));
+  EXPECT_TRUE(run.window->execute(ListId::Folders, 396));
 }
 
 /// The best of a few scans, as other programs may take the processor for longer than that.
@@ -249,13 +249,13 @@ TEST_F(MainWindowTest, InputNeverWaitsLongWhileAScanRuns) {
 
 TEST_F(MainWindowTest, EveryCommandOfEveryBarIsThereAndTellsWhatItIs) {
   Program run(data_);
-  for (int view = -1; view < kViews; ++view) {
-    const Bar bar = view < 0 ? Bar::Main : barOf(ViewId(view));
-    CommandSet& set = view < 0 ? run.window->commands() : run.window->pane(ViewId(view)).commands();
+  for (int view = -1; view < kLists; ++view) {
+    const Bar bar = view < 0 ? Bar::Main : barOf(ListId(view));
+    CommandSet& set = view < 0 ? run.window->commands() : run.window->pane(ListId(view)).commands();
     for (const BarItem& item : barItems(bar)) {
       const Command& command = *findCommand(item.id);
       if (command.kind == CommandKind::Edit) continue;
-      const bool isWanted = view < 0 || hasCommand(ViewId(view), item.id);
+      const bool isWanted = view < 0 || hasCommand(ListId(view), item.id);
       ASSERT_EQ(set.has(item.id), isWanted) << item.id;
       if (!isWanted) continue;
       EXPECT_FALSE(set.action(item.id)->text().isEmpty()) << item.id;
@@ -268,21 +268,21 @@ TEST_F(MainWindowTest, EveryCommandOfEveryBarIsThereAndTellsWhatItIs) {
 
 /// Which list has which commands by Del, Shift+Del and F5; 0: none.
 constexpr struct {
-  ViewId view;
+  ListId view;
   int show;  // the command that shows the list; 0: it is on show
   int recycle;
   int erase;
   int refresh;
 } kKeys[] = {
-    {ViewId::Folders, 0, 507, 506, 1015},     {ViewId::Files, 401, 320, 321, 360},
-    {ViewId::LargestFiles, 420, 320, 321, 0}, {ViewId::SmallestFiles, 421, 320, 321, 0},
-    {ViewId::NewestFiles, 422, 320, 321, 0},  {ViewId::OldestFiles, 423, 320, 321, 0},
-    {ViewId::LargestFolders, 424, 0, 0, 0},   {ViewId::SmallestFolders, 425, 0, 0, 0},
-    {ViewId::Hardlinks, 403, 320, 321, 0},    {ViewId::Junctions, 404, 0, 0, 0},
-    {ViewId::Owners, 405, 0, 0, 0},           {ViewId::Extensions, 406, 0, 0, 0},
+    {ListId::Folders, 0, 507, 506, 1015},     {ListId::Files, 401, 320, 321, 360},
+    {ListId::LargestFiles, 420, 320, 321, 0}, {ListId::SmallestFiles, 421, 320, 321, 0},
+    {ListId::NewestFiles, 422, 320, 321, 0},  {ListId::OldestFiles, 423, 320, 321, 0},
+    {ListId::LargestFolders, 424, 0, 0, 0},   {ListId::SmallestFolders, 425, 0, 0, 0},
+    {ListId::Hardlinks, 403, 320, 321, 0},    {ListId::Junctions, 404, 0, 0, 0},
+    {ListId::Owners, 405, 0, 0, 0},           {ListId::Extensions, 406, 0, 0, 0},
 };
 
-void showList(Program& run, ViewId view, int id) {
+void showList(Program& run, ListId view, int id) {
   if (isTopList(view)) {
     run.window->execute(std::nullopt, 402);
     run.window->execute(run.window->rightView(), id);
@@ -293,7 +293,7 @@ void showList(Program& run, ViewId view, int id) {
 
 /// Presses the three keys in a widget of a list, and tells which commands that were. What the
 /// window makes of them is none of this.
-std::vector<int> commandsOfKeys(Program& run, ViewId view, QWidget* widget) {
+std::vector<int> commandsOfKeys(Program& run, ListId view, QWidget* widget) {
   ListPane& pane = run.window->pane(view);
   const QSignalBlocker keepFromWindow(&pane);
   std::vector<int> ids;
@@ -344,13 +344,13 @@ TEST_F(MainWindowTest, DeleteKeysWorkInListsOfObjectsAndNowhereElse) {
 TEST_F(MainWindowTest, ANameInEditTakesTheDeleteKeys) {
   Program run(data_);
   run.window->scan({tree_.text()});
-  ListView& list = run.window->pane(ViewId::Folders).list();
+  ListView& list = run.window->pane(ListId::Folders).list();
   list.goTo(3);
   QTest::keyClick(&list, Qt::Key_F2);
   auto* const field = list.viewport()->findChild<QLineEdit*>();
   ASSERT_NE(field, nullptr);
   QTest::keyClick(field, Qt::Key_Home);
-  std::vector<int> inText = commandsOfKeys(run, ViewId::Folders, field);
+  std::vector<int> inText = commandsOfKeys(run, ListId::Folders, field);
   std::erase(inText, 1015);
   EXPECT_EQ(inText, std::vector<int>());
   EXPECT_EQ(field->text(), QStringLiteral("mall"));
@@ -366,11 +366,11 @@ TEST_F(MainWindowTest, AReadOnlyWindowSaysSoAndChangesNothingOnTheDisk) {
   turnAllListsOn(run.session.options);
   run.window->execute(std::nullopt, 401);
   run.window->scan({tree_.text()});
-  run.window->execute(ViewId::Folders, 396);
-  run.window->pane(ViewId::Folders).list().goTo(1);
-  ASSERT_EQ(run.column(ViewId::Files).size(), 3);
-  for (int number = 0; number < kViews; ++number) {
-    const auto view = ViewId(number);
+  run.window->execute(ListId::Folders, 396);
+  run.window->pane(ListId::Folders).list().goTo(1);
+  ASSERT_EQ(run.column(ListId::Files).size(), 3);
+  for (int number = 0; number < kLists; ++number) {
+    const auto view = ListId(number);
     ListPane& pane = run.window->pane(view);
     pane.commands().update();
     pane.commands().setBusy(false);

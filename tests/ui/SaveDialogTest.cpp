@@ -125,18 +125,18 @@ class SaveFromWindowTest : public ::testing::Test {
     window.scan({source.text()});
   }
 
-  void sortBy(ViewId view, TextView key) {
+  void sortBy(ListId view, TextView key) {
     window.pane(view).list().sortByColumn(column(view, key).id);
   }
 
-  const Column& column(ViewId view, TextView key) {
+  const Column& column(ListId view, TextView key) {
     const Columns columns = window.pane(view).rows().columns();
     return *std::find_if(columns.begin(), columns.end(),
                          [key](const Column& column) { return column.key == key; });
   }
 
   /// Name and size of each row from top to bottom.
-  QStringList shownRows(ViewId view) {
+  QStringList shownRows(ListId view) {
     RowSource& rows = window.pane(view).rows();
     QStringList shown;
     for (std::size_t row = 0; row < rows.count(); ++row) {
@@ -148,7 +148,7 @@ class SaveFromWindowTest : public ::testing::Test {
 
   /// Opens the dialog of a list and lets `act` do what a user would; then it is closed.
   template <class Act>
-  void inDialog(ViewId view, Act act) {
+  void inDialog(ListId view, Act act) {
     bool isMet = false;
     QTimer::singleShot(0, &window, [&] {
       auto* const dialog = qobject_cast<SaveDialog*>(QApplication::activeModalWidget());
@@ -161,7 +161,7 @@ class SaveFromWindowTest : public ::testing::Test {
     EXPECT_TRUE(isMet);
   }
 
-  QString saved(ViewId view, ReportFormat format) {
+  QString saved(ListId view, ReportFormat format) {
     const QString path = pathIn(out, format);
     inDialog(view, [&](SaveDialog& dialog) {
       choose(dialog, format);
@@ -195,23 +195,23 @@ class SaveFromWindowTest : public ::testing::Test {
 }
 
 TEST_F(SaveFromWindowTest, EveryFormatHasTheRowsAndColumnsThatAreShown) {
-  window.execute(ViewId::Folders, 396);
-  sortBy(ViewId::Folders, u"name");
-  sortBy(ViewId::LargestFiles, u"size");
-  ASSERT_EQ(shownRows(ViewId::Folders).size(), 2 * 6);
-  ASSERT_EQ(shownRows(ViewId::Folders)[2], QStringLiteral("attic"));
-  ASSERT_EQ(shownRows(ViewId::LargestFiles).first(), QStringLiteral("hoof.md"));
+  window.execute(ListId::Folders, 396);
+  sortBy(ListId::Folders, u"name");
+  sortBy(ListId::LargestFiles, u"size");
+  ASSERT_EQ(shownRows(ListId::Folders).size(), 2 * 6);
+  ASSERT_EQ(shownRows(ListId::Folders)[2], QStringLiteral("attic"));
+  ASSERT_EQ(shownRows(ListId::LargestFiles).first(), QStringLiteral("hoof.md"));
 
   const struct {
-    ViewId view;
+    ListId view;
     QStringList captions;
     QStringList keys;
     QString hidden;
-  } lists[] = {{ViewId::Folders,
+  } lists[] = {{ListId::Folders,
                 {QStringLiteral("Name"), QStringLiteral("Dateien"), QStringLiteral("Größe")},
                 {QStringLiteral("<name>"), QStringLiteral("<files>"), QStringLiteral("<size>")},
                 QStringLiteral("percent|prozent")},
-               {ViewId::LargestFiles,
+               {ListId::LargestFiles,
                 {QStringLiteral("Dateiname"), QStringLiteral("Typ"), QStringLiteral("Größe")},
                 {QStringLiteral("<name>"), QStringLiteral("<type>"), QStringLiteral("<size>")},
                 QStringLiteral("<ext|endung")}};
@@ -228,9 +228,9 @@ TEST_F(SaveFromWindowTest, EveryFormatHasTheRowsAndColumnsThatAreShown) {
 }
 
 TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
-  ListPane& folders = window.pane(ViewId::Folders);
+  ListPane& folders = window.pane(ListId::Folders);
   folders.list().goTo(1);
-  ASSERT_EQ(shownRows(ViewId::Folders).size(), 2 * 4) << "the source is expanded, no more";
+  ASSERT_EQ(shownRows(ListId::Folders).size(), 2 * 4) << "the source is expanded, no more";
   const struct {
     int folders;
     int levels;
@@ -239,7 +239,7 @@ TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
   } cases[] = {{0, 2, {}, 4}, {0, 0, {}, 6}, {0, 1, QStringLiteral("1"), 4},
                {1, 2, {}, 1}, {1, 0, {}, 3}, {0, 1, QStringLiteral("x"), 6}};
   for (const auto& c : cases) {
-    inDialog(ViewId::Folders, [&](SaveDialog& dialog) {
+    inDialog(ListId::Folders, [&](SaveDialog& dialog) {
       choose(dialog, ReportFormat::CSV);
       radio(dialog, c.folders)->click();
       radio(dialog, 2 + c.levels)->click();
@@ -252,7 +252,7 @@ TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
   }
 
   folders.list().clearSelection();
-  inDialog(ViewId::Folders, [](SaveDialog& dialog) {
+  inDialog(ListId::Folders, [](SaveDialog& dialog) {
     EXPECT_FALSE(radio(dialog, 1)->isEnabled());
     EXPECT_TRUE(radio(dialog, 0)->isChecked());
   });
@@ -262,15 +262,15 @@ TEST_F(SaveFromWindowTest, AListTellsWhereItComesFrom) {
   window.execute(std::nullopt, 401);
   const QString path = QStringLiteral("Pfad: ");
   const struct {
-    ViewId view;
+    ListId view;
     QString title;
     QString source;
-  } cases[] = {{ViewId::Files, QStringLiteral("Dateiliste"), toQString(source.text())},
-               {ViewId::LargestFiles, QStringLiteral("Liste mit den größten Dateien"),
+  } cases[] = {{ListId::Files, QStringLiteral("Dateiliste"), toQString(source.text())},
+               {ListId::LargestFiles, QStringLiteral("Liste mit den größten Dateien"),
                 toQString(source.text())},
-               {ViewId::Log, QStringLiteral("Protokoll"), {}}};
+               {ListId::Log, QStringLiteral("Protokoll"), {}}};
   source.file("plain.txt", 1);
-  window.execute(ViewId::Files, 360);
+  window.execute(ListId::Files, 360);
   for (const auto& c : cases) {
     const QString report = saved(c.view, ReportFormat::TXT);
     EXPECT_TRUE(report.startsWith(QStringLiteral("Ombrelian - ") + c.title + u'\r'));
@@ -280,7 +280,7 @@ TEST_F(SaveFromWindowTest, AListTellsWhereItComesFrom) {
 
 TEST_F(SaveFromWindowTest, AnEmptyListIsNotSaved) {
   QTimer::singleShot(0, &window, [] { EXPECT_EQ(QApplication::activeModalWidget(), nullptr); });
-  window.execute(ViewId::Hardlinks, 350);
+  window.execute(ListId::Hardlinks, 350);
   QApplication::processEvents();
 }
 
