@@ -41,6 +41,8 @@ class FolderRows : public RowSource {
   /// The tree lost nodes, or others took their places; the order is as it was.
   void nodesWent();
 
+  void rebuild() override { shown_.rebuild(); }
+
   ShownFolders& shownFolders() { return shown_; }
 
  private:

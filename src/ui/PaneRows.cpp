@@ -7,21 +7,6 @@
 #include "settings/SavedFolders.h"
 
 namespace ombrelian::ui {
-namespace {
-
-std::function<SizeSettings()> sizesOf(Options& options, ListId view) {
-  return [&options, view] { return listSizes(options, view); };
-}
-
-}  // namespace
-
-std::unique_ptr<GridRows> gridRows(Grid& grid, Options& options, ListId view) {
-  return std::make_unique<GridRows>(grid, options, sizesOf(options, view));
-}
-
-FoundFileRows::FoundFileRows(Grid& grid, Options& options, ListId view)
-    : GridRows(grid, options, sizesOf(options, view)) {}
-
 RowLook FoundFileRows::look(std::size_t row) const {
   const Column& attributes = *column(u"attr");
   const auto bits = std::uint32_t(grid_.number(row, attributes));
@@ -41,7 +26,7 @@ FileRows::FileRows(FileList& files, FolderTree& tree, Options& options)
     : FoundFileRows(files.grid(), options, ListId::Files), files_(files), tree_(tree) {}
 
 DriveRows::DriveRows(DriveList& drives, Options& options)
-    : GridRows(drives.grid(), options, sizesOf(options, ListId::Drives)), drives_(drives) {}
+    : GridRows(drives.grid(), options, ListId::Drives), drives_(drives) {}
 
 RowLook DriveRows::look(std::size_t row) const {
   const auto [entry, isNew] = icons_.try_emplace(textOf(row, u"drive"));
@@ -75,9 +60,7 @@ Text DriveRows::toolTip(std::size_t row, const Column& column) const {
 }
 
 LogRows::LogRows(Log& log, const Options& options)
-    : GridRows(log.grid(), options, [] { return SizeSettings(); }),
-      log_(log),
-      count_(log.rows().size()) {}
+    : GridRows(log.grid(), options, ListId::Log), log_(log), count_(log.rows().size()) {}
 
 RowLook LogRows::look(std::size_t row) const {
   return {.band = grid_.band(row), .isError = log_.rows()[grid_.id(row)].isError};

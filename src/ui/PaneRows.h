@@ -1,8 +1,6 @@
 #pragma once
 
 #include <map>
-#include <memory>
-#include <vector>
 
 #include "lists/DriveList.h"
 #include "lists/FileList.h"
@@ -13,13 +11,10 @@
 
 namespace ombrelian::ui {
 
-/// Rows of a grid under the size settings of `view`.
-std::unique_ptr<GridRows> gridRows(Grid& grid, Options& options, ListId view);
-
 /// Lists of files that a scan filled: rows can be renamed where they are files.
 class FoundFileRows : public GridRows {
  public:
-  FoundFileRows(Grid& grid, Options& options, ListId view);
+  using GridRows::GridRows;
 
   RowLook look(std::size_t row) const override;
   bool canRename(std::size_t row, const Column& column) const override;

@@ -66,13 +66,13 @@ std::optional<RowSource::Id> RowSource::find(const QString& text, std::size_t fr
   return std::nullopt;
 }
 
-GridRows::GridRows(Grid& grid, const Options& options, std::function<SizeSettings()> sizes)
-    : grid_(grid), options_(options), sizes_(std::move(sizes)) {
+GridRows::GridRows(Grid& grid, const Options& options, ListId list)
+    : grid_(grid), options_(options), list_(list) {
   GridRows::applySettings();
 }
 
 void GridRows::applySettings() {
-  format_ = CellFormat(grid_.columns(), sizes_(), options_.DateFormat);
+  format_ = CellFormat(grid_.columns(), listSizes(options_, list_), options_.DateFormat);
 }
 
 const Column* GridRows::column(TextView key) const {

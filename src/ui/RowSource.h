@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "lists/CellFormat.h"
-#include "lists/Grid.h"
+#include "lists/ListTable.h"
 #include "settings/Options.h"
 
 namespace ombrelian::ui {
@@ -67,8 +67,11 @@ class RowSource {
   virtual bool isNameTaken(std::size_t row, const Text& name) const;
 
   /// What a look-up finds next behind the row, or before it; `from` itself comes last. kNoRow:
-  /// nothing has the text. A tree opens what hides the row, and then needs a rebuild first.
+  /// nothing has the text. A tree opens what hides the row; then rebuild() is to be called.
   virtual std::optional<Id> find(const QString& text, std::size_t from, bool backward);
+
+  /// Shows the rows anew after a look-up opened what hid one of them.
+  virtual void rebuild() {}
 
  protected:
   /// Gives the object of a row another name on the disk. Empty: done; else the error text.
@@ -80,8 +83,8 @@ class RowSource {
 /// The rows of a grid, in its order.
 class GridRows : public RowSource {
  public:
-  /// Reads the settings of the list's sizes; kept with the grid by reference.
-  GridRows(Grid& grid, const Options& options, std::function<SizeSettings()> sizes);
+  /// `grid` and `options` are kept by reference; sizes are shown as the options have it for `list`.
+  GridRows(Grid& grid, const Options& options, ListId list);
 
   Columns columns() const override { return grid_.columns(); }
   const CellSource& cells() const override { return grid_; }
@@ -105,7 +108,7 @@ class GridRows : public RowSource {
   const Options& options_;
 
  private:
-  std::function<SizeSettings()> sizes_;
+  const ListId list_;
   CellFormat format_;
 };
 

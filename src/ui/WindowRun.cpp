@@ -13,7 +13,9 @@
 #include "support/Translate.h"
 #include "ui/Icons.h"
 #include "ui/MainWindow.h"
+
 #include "ui/QtText.h"
+#include "ui/ScanControl.h"
 #include "ui/Style.h"
 
 namespace ombrelian::ui {
@@ -85,7 +87,7 @@ int runWindow(int argc, char** argv) {
     MainWindow window(session, startUp.settings());
     window.show();
     if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
-    QTimer::singleShot(0, &window, [&] { window.scan(line.sources); });
+    QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
     status = QApplication::exec();
     wantsRestart = window.wantsRestart();
   }

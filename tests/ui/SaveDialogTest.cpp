@@ -19,7 +19,9 @@
 #include "tests/testing/ScopedLocale.h"
 #include "tests/testing/TestFolder.h"
 #include "ui/MainWindow.h"
+#include "ui/Panes.h"
 #include "ui/QtText.h"
+#include "ui/ScanControl.h"
 
 namespace ombrelian::ui {
 namespace {
@@ -122,7 +124,7 @@ class SaveFromWindowTest : public ::testing::Test {
     std::swap(options.TopColumnIndex[0][2], options.TopColumnIndex[0][4]);
     session.folderReport.applySettings();
     window.show();
-    window.scan({source.text()});
+    window.parts().scans.scan({source.text()});
   }
 
   void sortBy(ListId view, TextView key) {
@@ -157,7 +159,7 @@ class SaveFromWindowTest : public ::testing::Test {
       act(*dialog);
       if (dialog->isVisible()) dialog->reject();
     });
-    window.execute(view, 350);
+    window.execute(view, CommandId::Save);
     EXPECT_TRUE(isMet);
   }
 
@@ -195,7 +197,7 @@ class SaveFromWindowTest : public ::testing::Test {
 }
 
 TEST_F(SaveFromWindowTest, EveryFormatHasTheRowsAndColumnsThatAreShown) {
-  window.execute(ListId::Folders, 396);
+  window.execute(ListId::Folders, CommandId::ExpandAll);
   sortBy(ListId::Folders, u"name");
   sortBy(ListId::LargestFiles, u"size");
   ASSERT_EQ(shownRows(ListId::Folders).size(), 2 * 6);
@@ -259,7 +261,7 @@ TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
 }
 
 TEST_F(SaveFromWindowTest, AListTellsWhereItComesFrom) {
-  window.execute(std::nullopt, 401);
+  window.execute(std::nullopt, CommandId::ShowFiles);
   const QString path = QStringLiteral("Pfad: ");
   const struct {
     ListId view;
@@ -270,7 +272,7 @@ TEST_F(SaveFromWindowTest, AListTellsWhereItComesFrom) {
                 toQString(source.text())},
                {ListId::Log, QStringLiteral("Protokoll"), {}}};
   source.file("plain.txt", 1);
-  window.execute(ListId::Files, 360);
+  window.execute(ListId::Files, CommandId::Refresh);
   for (const auto& c : cases) {
     const QString report = saved(c.view, ReportFormat::TXT);
     EXPECT_TRUE(report.startsWith(QStringLiteral("Ombrelian - ") + c.title + u'\r'));
@@ -280,7 +282,7 @@ TEST_F(SaveFromWindowTest, AListTellsWhereItComesFrom) {
 
 TEST_F(SaveFromWindowTest, AnEmptyListIsNotSaved) {
   QTimer::singleShot(0, &window, [] { EXPECT_EQ(QApplication::activeModalWidget(), nullptr); });
-  window.execute(ListId::Hardlinks, 350);
+  window.execute(ListId::Hardlinks, CommandId::Save);
   QApplication::processEvents();
 }
 

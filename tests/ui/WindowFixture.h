@@ -11,7 +11,9 @@
 
 #include "frame/StartUp.h"
 #include "tests/testing/TestFolder.h"
+#include "ui/DeleteCommands.h"
 #include "ui/MainWindow.h"
+#include "ui/PaneArea.h"
 
 namespace ombrelian::testing {
 
@@ -27,10 +29,9 @@ struct Program {
     window = std::make_unique<MainWindow>(session, startUp->settings());
     window->resize(1280, 800);
     window->show();
-    for (int view = 0; view < kLists; ++view) {
+    for (const ListId list : kAllLists) {
       testers.push_back(std::make_unique<QAbstractItemModelTester>(
-          &window->pane(ListId(view)).model(),
-          QAbstractItemModelTester::FailureReportingMode::Fatal));
+          &window->pane(list).model(), QAbstractItemModelTester::FailureReportingMode::Fatal));
     }
   }
   ~Program() {
