@@ -39,7 +39,7 @@ struct Parts {
   Help& help;
 };
 
-/// Does what the command table says for a command of `list`; none: of the main bar.
+/// Runs a command of `list`, or with none of the main bar, as the command table says.
 void doCommand(CommandId id, std::optional<ListId> list, const Parts& parts);
 
 }  // namespace ombrelian::ui

@@ -188,7 +188,7 @@ void CommandSet::addItem(QMenu& menu, const BarItem& item) {
   }
 }
 
-/// A line of a menu with a label and a field; the setting changes as it is typed.
+/// Makes a line of a menu with a label and a field. The setting changes while the user types.
 QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
   auto* const action = new QWidgetAction(parent);
   auto* const line = new QWidget(parent);

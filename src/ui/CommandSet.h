@@ -13,7 +13,7 @@
 namespace ombrelian::ui {
 
 /// The commands of one bar as actions, and the tool bar and menus made of them. A command that is
-/// bound to a setting changes that before `triggered` tells of it.
+/// bound to a setting changes that setting before it emits `triggered`.
 class CommandSet : public QObject {
   Q_OBJECT
 
@@ -33,7 +33,7 @@ class CommandSet : public QObject {
   /// Adds a command that is on no bar, such as those of context menus.
   QAction* addAction(CommandId id) { return make(commandOf(id)); }
 
-  /// The bar itself.
+  /// Builds the tool bar of these commands.
   QToolBar* makeToolBar(const PlaceWidget& place);
 
   /// Adds the commands of the menu of `popup`, or with None all that are on the bar.

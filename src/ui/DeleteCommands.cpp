@@ -15,7 +15,7 @@ DeleteCommands::DeleteCommands(WindowState& state, WindowDialogs& dialogs, Panes
       scans_(scans) {}
 
 void DeleteCommands::change(const std::function<void()>& change) {
-  // The selected rows are the ones that go; to follow a hundred thousand of them would take long.
+  // The selected rows are the deleted ones. To follow a hundred thousand of them would take long.
   panes_.pane(changing_).list().clearSelection();
   const auto changeTree = [&] {
     panes_.pane(ListId::Folders).model().rearrange([&] {

@@ -13,7 +13,8 @@ class DeleteCommands : private RowsOnShow {
   DeleteCommands(WindowState& state, WindowDialogs& dialogs, Panes& panes, FilesOfFolder& files,
                  DriveCommands& drives, ScanControl& scans);
 
-  /// `recycle`: to the bin, else for good.
+  /// Deletes the selected folders or files; with `recycle` they move to the bin, else they are
+  /// gone.
   void DeleteFolders(bool recycle);
   void deleteFiles(ListId list, bool recycle);
 

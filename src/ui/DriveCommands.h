@@ -15,7 +15,7 @@ class DriveCommands : public QObject {
 
   void readDrives();
 
-  /// Reads the drives if they are on show and were not read yet; a scan goes first.
+  /// Reads the drives if they are shown and were not read yet. While a scan runs it does nothing.
   void readDrivesOnce();
 
   /// Asks the drive that holds `path` for its space again.

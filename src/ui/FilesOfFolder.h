@@ -17,17 +17,17 @@ class FilesOfFolder : public QObject {
   /// Follows the selection in the tree.
   void selectedFolderChanged();
 
-  /// Reads the files of the selected folder where that list is on show; a folder that is shown
-  /// already only with `force`.
+  /// Reads the files of the selected folder if their list is visible. A folder that is shown
+  /// already is read again only with `force`.
   void showFiles(bool force);
 
   /// Shows no folder, because the one that was shown may be gone.
   void hideFiles();
 
-  /// Reads the files again after the filter of `list` changed; that of a scan is not theirs.
+  /// Reads the files again after a filter changed, unless it is a filter of scans (no `list`).
   void filterChanged(std::optional<ListId> list);
 
-  /// Ends the reading that runs; what it found by then stays.
+  /// Ends the current reading; the files that it has found stay in the list.
   void stop() { isStopped_ = true; }
 
  Q_SIGNALS:

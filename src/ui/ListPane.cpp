@@ -52,7 +52,7 @@ ListPane::ListPane(ListId list, RowSource& rows, Options& options, QWidget* pare
   connectModel();
 }
 
-/// Row commands that are on no bar have their keys too.
+/// Adds the row commands that are on no bar, so that their keys work.
 void ListPane::addRowCommands() {
   const auto add = [this](CommandId id) {
     if (id != CommandId::None && !commands_->has(id)) commands_->addAction(id);
@@ -79,7 +79,7 @@ void ListPane::connectModel() {
 }
 
 void ListPane::addToolBar(const CommandSet::PlaceWidget& place) {
-  // The fields of the search are in a box of their own.
+  // The search box has the buttons for the next and the previous match.
   toolBar_ = commands_->makeToolBar(place);
   for (const CommandId id : {CommandId::SearchBack, CommandId::SearchForward}) {
     if (commands_->has(id)) toolBar_->removeAction(commands_->action(id));
@@ -96,7 +96,7 @@ void ListPane::setReadOnly() {
   commands_->setReadOnly();
 }
 
-/// The columns stand in front of the other commands of the menu.
+/// Puts an entry for each column in front of the other commands of the menu.
 void ListPane::fillColumnMenu(QMenu& menu) {
   for (QAction* const action : menu.actions()) {
     const int id = action->data().toInt();
@@ -130,7 +130,7 @@ void ListPane::showContextMenu(const QPoint& at) {
   QMenu menu(this);
   const QModelIndex index = list_->indexAt(at);
   if (!index.isValid()) return;
-  // What was under the pointer became current by the press, or stays what the keyboard chose.
+  // The press made the row under the pointer current; a key leaves the current row as it is.
   for (const CommandId id : rowCommands(id_)) {
     if (id == CommandId::None) {
       menu.addSeparator();
@@ -193,7 +193,7 @@ std::vector<Text> ListPane::selectedPaths() const {
   return paths;
 }
 
-/// Plain text, and RTF for programs that prefer it.
+/// Copies plain text, and RTF for programs that prefer it.
 void ListPane::copySelection() {
   Text plain;
   Text rich = u"{\\rtf1 ";

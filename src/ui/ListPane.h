@@ -20,13 +20,13 @@ class ListPane : public QWidget {
   RowSource& rows() { return rows_; }
   CommandSet& commands() { return *commands_; }
 
-  /// Builds the bar; `place` as CommandSet::makeToolBar has it.
+  /// Builds the tool bar; `place` works as in CommandSet::makeToolBar.
   void addToolBar(const CommandSet::PlaceWidget& place = {});
 
-  /// What is shown in the middle of the list while it has no rows.
+  /// Sets the text in the middle of the list while the list has no rows.
   void setEmptyText(const QString& text);
 
-  /// Shows that text, or hides it where there are rows.
+  /// Shows the text for an empty list, or hides it if the list has rows.
   void showEmptyText();
 
   /// Disables whatever changes the disk, for as long as the pane lives.

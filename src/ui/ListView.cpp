@@ -14,11 +14,11 @@ namespace {
 constexpr int kNameSection = 1;
 constexpr int kLeastColumnWidth = 28;
 constexpr int kMostFittedWidth = 640;
-constexpr int kCellMargin = 16;  // left and right of the text, together
-constexpr int kSortSign = 32;    // beside a title
+constexpr int kCellMargin = 16;  // sum of the margins left and right of the text
+constexpr int kSortSign = 32;    // room for the sort indicator beside a title
 constexpr int kLeastNameWidth = 180;
-constexpr int kRowPadding = 7;         // above and below it, together
-constexpr int kMeasuredRows = 20'000;  // as many as fitting to all rows looks at in one go
+constexpr int kRowPadding = 7;         // sum of the margins above and below the text
+constexpr int kMeasuredRows = 20'000;  // how many rows are measured for one column at most
 
 }  // namespace
 
@@ -34,7 +34,7 @@ ListView::ListView(ListModel& model, Options& options, ListId view, QWidget* par
   setWordWrap(false);
   setTabKeyNavigation(false);
   setCornerButtonEnabled(false);
-  setShowGrid(false);  // the delegate draws the lines that are wanted
+  setShowGrid(false);  // the delegate draws the lines between cells
   setContextMenuPolicy(Qt::CustomContextMenu);
   setMouseTracking(true);
   setDragEnabled(true);
@@ -97,7 +97,7 @@ void ListView::setColumnVisible(int section, bool visible) {
   if (visible) setColumnWidth(section, widthForAllRows(section));
 }
 
-/// The row number stands first, and in the tree the name behind it; they do not move.
+/// The row number stays the first column, and in the tree the name the second.
 void ListView::columnMoved(int section, int from, int to) {
   if (isArranging_) return;
   QHeaderView* const header = horizontalHeader();
@@ -118,7 +118,8 @@ void ListView::storePositions() {
     settings.positions[id] = horizontalHeader()->visualIndex(int(id));
 }
 
-/// Numbers begin with the largest, texts with the first; the tree turns its order round each time.
+/// Numbers are sorted from the largest on at first, texts from the first on; in the tree each click
+/// turns the order round.
 void ListView::sortByColumn(int section) {
   const Column* const column = model_.column(section);
   if (column == nullptr || model_.rowCount() == 0) return;
@@ -143,7 +144,8 @@ void ListView::fitColumns() {
   }
 }
 
-/// Looks at the rows on the screen, or with the option at all; of very many, at some from all over.
+/// Measures the rows on the screen, or all rows where the option is on; of very many rows it
+/// measures some that are spread over all.
 int ListView::widthForAllRows(int section) const {
   const ListSettings settings = listSettings(options_, view_);
   const bool all = settings.optimizeAll != nullptr && *settings.optimizeAll == 1;
@@ -210,7 +212,7 @@ std::size_t ListView::parentRow(std::size_t row) const {
   return row;
 }
 
-/// In a tree left and right close, open and step between levels, as in every tree.
+/// The arrow keys to the left and right collapse and expand a folder, and step between levels.
 void ListView::keyPressEvent(QKeyEvent* event) {
   const std::size_t row = currentRow();
   const bool isPlain =

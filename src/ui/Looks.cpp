@@ -16,7 +16,7 @@ namespace {
 constexpr double kLeastFontSize = 6;
 constexpr double kMostFontSize = 32;
 
-/// Gives `to` the unit, the decimals and the unit's text of `from`, as far as it shows sizes.
+/// Copies the size settings of one list to another, if that list shows sizes.
 void copySizes(const ListSettings& from, const ListSettings& to) {
   if (to.unit == nullptr) return;
   *to.unit = *from.unit;

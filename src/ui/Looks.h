@@ -29,7 +29,7 @@ class Looks : public QObject {
   /// which are what the main bar shows.
   void changeSizes(std::optional<ListId> list);
 
-  /// Stores the language for the next start, and offers that at once.
+  /// Stores the language for the next start, and offers to start again at once.
   void ChangeLanguage(int language);
 
  Q_SIGNALS:

@@ -189,7 +189,7 @@ void MainWindow::setBusy(bool busy) {
   if (!busy) owned_->area->restoreFocus();
 }
 
-/// What changes the disk is off, and the window says so all the time.
+/// Disables everything that changes the disk, and says so in the title and the status line.
 void MainWindow::showReadOnly() {
   owned_->panes.setReadOnly();
   owned_->status.showReadOnly();

@@ -14,8 +14,8 @@ class ProgressStrip;
 class StatusLine;
 class WindowDialogs;
 
-/// The window: it puts the parts together and tells each what the others report. It owns no
-/// results; those are the session's.
+/// The window. It puts its parts together and passes on what they report to each other. The results
+/// belong to the session.
 class MainWindow : public QMainWindow {
   Q_OBJECT
 
@@ -28,12 +28,12 @@ class MainWindow : public QMainWindow {
   ListPane& pane(ListId list);
   CommandSet& commands() { return *main_; }
 
-  /// Does a command as a click on it would: of a list, or with none of the main bar. False: the
-  /// window has no such command, or it is off.
+  /// Runs a command of `list`, or with none of the main bar, as a click on it would. False: the
+  /// window has no such command, or the command is off.
   bool execute(std::optional<ListId> list, CommandId id);
 
-  /// With false nothing is stored at the end: the settings are faulty, and the user wants to mend
-  /// them.
+  /// Says whether the settings are stored at the end. They are not where they are faulty and the
+  /// user wants to mend them.
   void setStoresSettings(bool stores) { storesSettings_ = stores; }
 
   /// Whether the program is to start again when the window has closed.
@@ -47,7 +47,7 @@ class MainWindow : public QMainWindow {
   void showEvent(QShowEvent* event) override;
 
  private:
-  /// The parts themselves, in the order in which they are made.
+  /// The parts in the order in which they are made.
   struct Owned;
 
   void makeBars();

@@ -4,13 +4,13 @@
 
 namespace ombrelian::ui {
 
-/// Opens what rows stand for: in other programs, in the file manager, or in the tree itself.
+/// Opens the objects of rows in other programs, in the file manager, or in the tree itself.
 class OpenCommands {
  public:
   /// All must outlive this object.
   OpenCommands(WindowState& state, WindowDialogs& dialogs, Panes& panes, ScanControl& scans);
 
-  /// What Enter does on a row, and what a double click does.
+  /// Does what Enter does on a row, or what a double click does.
   void activateRow(ListId list, std::size_t row);
   void doubleClickRow(ListId list, std::size_t row);
 

@@ -12,7 +12,7 @@ namespace ombrelian::ui {
 namespace {
 
 constexpr TextView kForm = u"frmMain";
-constexpr TextView kFolderPaneWidth = u"FolderPaneWidth";  // of the left side, in pixels
+constexpr TextView kFolderPaneWidth = u"FolderPaneWidth";  // width of the left side in pixels
 
 /// The button that shows a list; the six top lists share one.
 constexpr std::pair<CommandId, ListId> kHeaderButtons[] = {
@@ -38,7 +38,8 @@ PaneArea::PaneArea(Panes& panes, CommandSet& header, Session& session, QWidget* 
       header_(header),
       session_(session),
       right_(new QWidget(this)),
-      stack_(new QStackedWidget(right_)) {
+      stack_(new QStackedWidget(right_)),
+      rightList_(shownList(session.options)) {
   isRightVisible_ = session_.options.*listRow(rightList()).isShown == 1;
   addWidget(&panes_.pane(ListId::Folders));
   makeRightSide();
@@ -72,8 +73,8 @@ bool PaneArea::eventFilter(QObject* object, QEvent* event) {
   return QSplitter::eventFilter(object, event);
 }
 
-/// The buttons have picture and word as long as all of them fit, else the word, else the picture,
-/// and then only the one that is pressed has its word.
+/// Gives all buttons a picture and a word if they fit, else the word alone, else the picture alone;
+/// in the last case the pressed button keeps its word.
 void PaneArea::fitHeaderBar() {
   QList<QToolButton*> buttons;
   for (QToolButton* const button : headerBar_->findChildren<QToolButton*>()) {
@@ -105,7 +106,7 @@ void PaneArea::restoreFocus() {
 }
 
 void PaneArea::Change_ButtonHeaderActive(ListId list) {
-  showList(session_.options, list);
+  rightList_ = list;
   isRightVisible_ = true;
   Change_Info_Visibility();
   panes_.pane(list).list().fitColumns();
@@ -123,7 +124,7 @@ void PaneArea::showSides(bool left, bool right) {
 }
 
 void PaneArea::Change_Info_Visibility() {
-  const ListId list = rightList();
+  const ListId list = rightList_;
   showList(session_.options, list, isRightVisible_);
   panes_.pane(ListId::Folders).setVisible(isLeftVisible_);
   right_->setVisible(isRightVisible_);

@@ -16,13 +16,13 @@ class PaneArea : public QSplitter {
   /// `header` are the commands of the bar. All must outlive the area.
   PaneArea(Panes& panes, CommandSet& header, Session& session, QWidget* parent);
 
-  /// The list on the right side, or that would be there.
-  ListId rightList() const { return shownList(session_.options); }
+  /// The list on the right side, also while that side is hidden.
+  ListId rightList() const { return rightList_; }
 
   bool isLeftVisible() const { return isLeftVisible_; }
   bool isRightVisible() const { return isRightVisible_; }
 
-  /// The list that the keyboard is in, or was in last.
+  /// The list that has the keyboard focus, or had it last.
   ListId focusedList() const;
 
   /// Gives the focus back to the tree if the tree had it.
@@ -37,7 +37,7 @@ class PaneArea : public QSplitter {
   /// Gives the folder pane the width of its columns, but leaves the other side its least.
   void Report_Resize_Width();
 
-  /// Fits the columns of a list, and with those of the tree the width of its pane.
+  /// Fits the columns of a list, and for the tree the width of its pane too.
   void fitColumns(ListId list);
 
   /// Shows as many words on the bar above the right side as fit.
@@ -47,7 +47,7 @@ class PaneArea : public QSplitter {
   void storeWidths(IniStore& settings) const;
 
  Q_SIGNALS:
-  /// Another list is on show, or another side.
+  /// The user shows another list, or shows or hides a side.
   void shownChanged(ListId list);
 
  protected:
@@ -63,6 +63,7 @@ class PaneArea : public QSplitter {
   QWidget* right_;
   QStackedWidget* stack_;
   QToolBar* headerBar_ = nullptr;
+  ListId rightList_;
   ListId lastFocused_ = ListId::Folders;
   bool isLeftVisible_ = true;
   bool isRightVisible_ = true;

@@ -11,7 +11,7 @@
 
 namespace ombrelian::ui {
 
-/// Lists of files that a scan filled: rows can be renamed where they are files.
+/// The rows of a list whose rows are files, which can be renamed.
 class FoundFileRows : public GridRows {
  public:
   using GridRows::GridRows;
@@ -24,7 +24,8 @@ class FoundFileRows : public GridRows {
 /// The files of one folder.
 class FileRows : public FoundFileRows {
  public:
-  /// A rename that replaces a file lowers the sums of the tree. Both are kept by reference.
+  /// `files` and `tree` are kept by reference. A rename that replaces a file lowers the sums of the
+  /// tree.
   FileRows(FileList& files, FolderTree& tree, Options& options);
 
   Text path(std::size_t row) const override { return files_.fullPath(row); }
@@ -53,13 +54,13 @@ class DriveRows : public GridRows {
   const char* iconOf(std::size_t row) const;
 
   DriveList& drives_;
-  mutable std::map<Text, const char*> icons_;  // by drive; the table of mounts is asked once
+  mutable std::map<Text, const char*> icons_;  // icon of each drive, looked up once
 };
 
 /// The lines of the log. A line that was added counts as a row once a view knows of it.
 class LogRows : public GridRows {
  public:
-  /// Both are kept by reference.
+  /// `log` and `options` are kept by reference.
   LogRows(Log& log, const Options& options);
 
   std::size_t count() const override { return count_; }

@@ -33,19 +33,19 @@ class Panes : public QObject, private LogListener {
   /// Selects the row that is now where `row` was, so that the keyboard goes on from there.
   void goNear(ListId list, std::size_t row);
 
-  /// Changes the tree and its rows; what is shown follows.
+  /// Runs `change`, which marks folders as expanded or not, and shows the tree as it is then.
   void changeFolders(const std::function<void()>& change);
 
-  /// Shows no rows of the lists that a scan fills while it does so.
+  /// Hides the rows of the lists that a scan fills, while it fills them, or shows them again.
   void setDerivedFrozen(bool frozen);
 
   void setBusy(bool busy);
   void setReadOnly();
 
-  /// Tells above the list of files which folder it shows; empty: none.
+  /// Names the folder above its list of files; empty: no folder is shown.
   void showFilesFolder(const Text& folder);
 
-  /// What the status line says of a list.
+  /// The text of the status line for a list.
   Text status(ListId list);
 
   void groupHardlinks();
@@ -54,7 +54,7 @@ class Panes : public QObject, private LogListener {
  Q_SIGNALS:
   void triggered(ListId list, CommandId id);
   void statusChanged(ListId list);
-  void rowActivated(ListId list, std::size_t row);  // by Enter
+  void rowActivated(ListId list, std::size_t row);  // Enter was pressed on it
   void rowDoubleClicked(ListId list, std::size_t row);
 
  private:

@@ -11,7 +11,7 @@
 namespace ombrelian::ui {
 namespace {
 
-/// All sources, and when the last of them was read.
+/// The paths of all sources, and the time when the last of them was read.
 ReportSource allSources(const FolderTree& tree) {
   ReportSource all;
   for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
@@ -67,7 +67,7 @@ void Saving::saveFolders() {
   run(dialog);
 }
 
-/// Shows the dialog, and then what came of it.
+/// Shows the dialog, and a note about the saved file afterwards.
 void Saving::run(SaveDialog& dialog) {
   if (state_.session.readOnly) dialog.setReadOnly();
   if (dialog.exec() != QDialog::Accepted) return;

@@ -32,10 +32,10 @@ class ScanControl : public QObject {
   void Ordnerliste_Abarbeiten();
 
  Q_SIGNALS:
-  /// Comes before a run, so that the tree can be made visible.
+  /// A run is about to begin, and the tree is to be visible for it.
   void starting();
 
-  /// The rows of a run are on show; `single`: the run had one source alone.
+  /// A run has ended and its rows are shown; `single`: the run had one source alone.
   void finished(bool single);
 
  private:

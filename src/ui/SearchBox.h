@@ -13,13 +13,13 @@ class SearchBox : public QWidget {
   Q_OBJECT
 
  public:
-  /// `commands` are those of the list. All must outlive the box.
+  /// `commands` are the commands of the list. All must outlive the box.
   SearchBox(ListView& list, CommandSet& commands, QWidget* parent);
 
-  /// Is visible or not as the options have it.
+  /// Shows or hides the box as the options say.
   void applySettings();
 
-  /// Takes up the options after the user switched the box on or off; on, it gets the focus.
+  /// Follows the options after the user switched the box on or off. A visible box gets the focus.
   void toggled();
 
   /// Goes to the next row that has the text, from the current row on and round the end.

@@ -14,7 +14,7 @@
 namespace ombrelian::ui {
 namespace {
 
-/// Whether a saved folder is worth offering. What is on another machine counts, as that machine may
+/// Whether a saved folder is worth offering. A folder on another machine is, since that machine may
 /// not answer for a long time.
 bool existsOrIsFarAway(TextView path) {
   for (const Text& drive : platform::GetLogicalDriveStringsW()) {

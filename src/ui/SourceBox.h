@@ -14,7 +14,7 @@ class SourceBox : public QComboBox {
   /// `state` must outlive the box.
   SourceBox(WindowState& state, QWidget* parent);
 
-  /// What the user typed or chose.
+  /// The path that the user typed or chose.
   Text path() const;
 
   /// Selects a path, which is added where it is new.
@@ -33,7 +33,7 @@ class SourceBox : public QComboBox {
   void store() const;
 
  Q_SIGNALS:
-  void startWanted();  // by Return
+  void startWanted();  // Return was pressed
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override;

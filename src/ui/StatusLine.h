@@ -15,16 +15,16 @@ class StatusLine : public QObject {
   /// All must outlive this object.
   StatusLine(WindowState& state, Panes& panes, PaneArea& area, QStatusBar& bar);
 
-  /// Tells of the list on show, unless something runs.
+  /// Describes the list on the right side, unless something runs.
   void StatusbarSetTextRightAUTO();
 
-  /// Shows a text on the right until the list on show has news.
+  /// Shows a text on the right until the description of the list follows.
   void showProgress(const QString& text) { right_->setText(text); }
 
   /// Shows a text for some seconds.
   void showNote(const QString& text);
 
-  /// Says all the time that nothing on the disk can be changed.
+  /// Adds a label that says that nothing on the disk can be changed.
   void showReadOnly();
 
  private:

@@ -8,7 +8,7 @@ namespace {
 
 using enum CommandId;
 
-/// The menu of the source; None is a line.
+/// The commands of the menu "Source"; None is a line.
 constexpr CommandId kSourceMenu[] = {AddSource,    RemoveSource, None,           Start,
                                      Stop,         None,         CountHardlinks, CountHardlinksOnce,
                                      FolderOwners, EnterLinks,   HideLinks,      None,

@@ -28,7 +28,7 @@ std::vector<Text> argumentsOf(int argc, char** argv) {
   return arguments;
 }
 
-/// What could not be read has its default now, and would be lost at the end.
+/// Settings that could not be read have their defaults now and would be lost at the end.
 bool askToStore(const StartUp& startUp, QWidget* window) {
   Text trace = startUp.DataPath();
   appendName(trace, u"debug.log");
@@ -42,8 +42,7 @@ bool askToStore(const StartUp& startUp, QWidget* window) {
                                QMessageBox::No) == QMessageBox::Yes;
 }
 
-/// The first program of the two stands beside this one, and starts the window again, which may do
-/// no more than this one.
+/// Starts the program beside this one, which opens the window again with the same rights.
 void restart(bool readOnly) {
   Text program = platform::GetModuleFolder();
   appendName(program, u"ombrelian");

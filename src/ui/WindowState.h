@@ -10,7 +10,7 @@ namespace ombrelian::ui {
 /// What the parts of the window work on: the session with its settings file, and the lists that a
 /// session without a window does not need.
 struct WindowState {
-  /// Both are kept by reference.
+  /// `of` and `file` are kept by reference.
   WindowState(Session& of, IniStore& file)
       : session(of),
         settings(file),

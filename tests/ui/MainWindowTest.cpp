@@ -221,32 +221,6 @@ TEST_F(MainWindowTest, InputIsServedWhileAScanRuns) {
   EXPECT_TRUE(run.window->execute(ListId::Folders, CommandId::ExpandAll));
 }
 
-/// The best of a few scans, as other programs may take the processor for longer than that.
-TEST_F(MainWindowTest, InputNeverWaitsLongWhileAScanRuns) {
-  const TestFolder many(TestFolder::Place::Memory);
-  for (int i = 0; i < 30'000; ++i)
-    many.file("f" + std::to_string(i % 3000) + "/" + std::to_string(i));
-  Program run(data_);
-  qint64 shortest = INT64_MAX;
-  for (int scan = 0; scan < 5; ++scan) {
-    QElapsedTimer last;
-    qint64 longest = 0;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout,
-                     [&] { longest = std::max(longest, last.restart()); });
-    timer.start(0);
-    last.start();
-    run.window->parts().scans.scan({many.text()});
-    shortest = std::min(shortest, std::max(longest, last.elapsed()));
-  }
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  constexpr qint64 kLimit = 1000;  // everything takes several times as long, beside other tests too
-#else
-  constexpr qint64 kLimit = 100;
-#endif
-  EXPECT_LT(shortest, kLimit) << "milliseconds between two turns of the event loop";
-}
-
 TEST_F(MainWindowTest, EveryCommandOfEveryBarIsThereAndTellsWhatItIs) {
   Program run(data_);
   const auto check = [](CommandSet& set, Bar bar, const std::function<bool(CommandId)>& isWanted) {
