@@ -28,6 +28,7 @@ struct When {
   CommandTime time;
   bool changesDisk = false;
   const char* waitsFor = "";
+  CommandId whileBusy = CommandId::None;
 };
 
 using State = CommandState (*)(Options&, std::optional<ListId>);
@@ -35,20 +36,9 @@ using State = CommandState (*)(Options&, std::optional<ListId>);
 constexpr Command commandRow(CommandId id, CommandKind kind, const Caption& caption,
                              const Tips& tips, Picture picture, const char* key, const When& when,
                              State state) {
-  return {id,
-          kind,
-          caption.word,
-          caption.value,
-          caption.option,
-          tips.tip,
-          tips.forAll,
-          picture.icon,
-          picture.isWordy,
-          key,
-          when.time,
-          when.waitsFor,
-          when.changesDisk,
-          state};
+  return {id,        kind,          caption.word,     caption.value,   caption.option,
+          tips.tip,  tips.forAll,   picture.icon,     picture.isWordy, key,
+          when.time, when.waitsFor, when.changesDisk, when.whileBusy,  state};
 }
 
 /// The settings of a list; none for the main bar.
@@ -73,7 +63,7 @@ ListSettings sizes(Options& options, std::optional<ListId> list) {
 #define PLAIN {}
 #define IDLE {CommandTime::Idle}
 #define SCANNING {CommandTime::Scanning}
-#define ALWAYS {CommandTime::Always}
+#define ALWAYS_AS(name) {CommandTime::Always, false, "", CommandId::name}
 #define DISK {CommandTime::Idle, true}
 #define LATER(what) {CommandTime::Never, false, what}
 #define FLAG(place) CommandState{place}
@@ -100,7 +90,7 @@ constexpr Command kCommands[] = {
 #undef FLAG
 #undef LATER
 #undef DISK
-#undef ALWAYS
+#undef ALWAYS_AS
 #undef SCANNING
 #undef IDLE
 #undef PLAIN

@@ -76,6 +76,7 @@ struct Command {
   CommandTime time = CommandTime::Idle;
   const char* waitsFor = "";  // of Never: what is still to be built
   bool changesDisk = false;   // touches what was scanned; off where nothing may be changed
+  CommandId whileBusy = CommandId::None;  // what it looks like while something runs; None: itself
   CommandState (*state)(Options&, std::optional<ListId>) = nullptr;
 };
 

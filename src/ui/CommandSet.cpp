@@ -102,6 +102,9 @@ void CommandSet::update() {
 void CommandSet::setBusy(bool busy) {
   isBusy_ = busy;
   update();
+  for (const auto& [id, action] : actions_) {
+    if (commandOf(id).whileBusy != CommandId::None) showTexts(*action, id);
+  }
 }
 
 void CommandSet::setReadOnly() {
@@ -111,7 +114,7 @@ void CommandSet::setReadOnly() {
 }
 
 /// The tool tip with the reason why the command is off, and its key.
-QString CommandSet::toolTip(const Command& command) const {
+QString CommandSet::toolTip(const Command& command, const QAction& action) const {
   Text tip = commandTip(command, bar_);
   if (tip.empty()) tip = commandCaption(command, options_);
   QString shown = toQString(tip);
@@ -121,19 +124,23 @@ QString CommandSet::toolTip(const Command& command) const {
   } else if (isReadOnly_ && command.changesDisk) {
     add(toQString(TL(9640, u"nur Lesen")));
   }
-  const QKeySequence key = actions_.at(command.id)->shortcut();
+  const QKeySequence key = action.shortcut();
   if (!key.isEmpty()) add(key.toString(QKeySequence::NativeText));
   return shown;
 }
 
+void CommandSet::showTexts(QAction& action, CommandId id) const {
+  const CommandId other = commandOf(id).whileBusy;
+  const Command& command = commandOf(isBusy_ && other != CommandId::None ? other : id);
+  QString caption = toQString(commandCaption(command, options_));
+  action.setText(caption.replace(u'&', QStringLiteral("&&")));
+  action.setToolTip(toolTip(command, action));
+  if (other != CommandId::None) action.setIcon(icon(command.icon));
+}
+
 void CommandSet::applyLook() {
-  for (const auto& [id, action] : actions_) {
-    const Command& command = commandOf(id);
-    QString caption = toQString(commandCaption(command, options_));
-    action->setText(caption.replace(u'&', QStringLiteral("&&")));
-    action->setToolTip(toolTip(command));
-    action->setStatusTip(QString());
-  }
+  for (const auto& [id, action] : actions_)
+    showTexts(*action, id);
   for (const auto& [popup, menu] : menus_)
     menu->setTitle(actions_.at(popup)->text());
   if (toolBar_ == nullptr) return;

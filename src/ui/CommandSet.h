@@ -69,7 +69,8 @@ class CommandSet : public QObject {
   QAction* makeEdit(const Command& command, QWidget* parent);
   void trigger(CommandId id, bool checked);
   void addItem(QMenu& menu, const BarItem& item);
-  QString toolTip(const Command& command) const;
+  QString toolTip(const Command& command, const QAction& action) const;
+  void showTexts(QAction& action, CommandId id) const;
 
   const Bar bar_;
   const std::optional<ListId> list_;

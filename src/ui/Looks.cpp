@@ -49,6 +49,12 @@ void Looks::changeSizes(std::optional<ListId> list) {
   main_.update();
 }
 
+void Looks::chooseTheme() {
+  StoreSettings(u"Optionen", u"ToolbarTheme",
+                ombrelian::toText(state_.session.options.ToolbarTheme), state_.settings);
+  ChangeTheme();
+}
+
 void Looks::ChangeTheme() {
   applyTheme(makeTheme(state_.session.options.ToolbarTheme, scheme_.isDark()));
   main_.update();

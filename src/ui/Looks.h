@@ -22,6 +22,9 @@ class Looks : public QObject {
   /// Takes up the design, and whether the desktop is dark.
   void ChangeTheme();
 
+  /// Takes up the design that was chosen in the menu, and stores it at once.
+  void chooseTheme();
+
   void chooseFont();
   void ChangeFontSize(int step);
 

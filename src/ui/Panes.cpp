@@ -51,10 +51,7 @@ void Panes::makePane(ListId list) {
   ListPane* const made = &pane(list);
   made->addToolBar([this](CommandId id, QToolBar* bar) -> QWidget* {
     if (id != CommandId::FolderOfFiles) return nullptr;
-    filesFolder_ = new QLabel(bar);
-    filesFolder_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    filesFolder_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    filesFolder_->setTextFormat(Qt::PlainText);
+    filesFolder_ = new ElidedLabel(bar);
     filesFolder_->setContentsMargins(6, 0, 6, 0);
     return filesFolder_;
   });
@@ -127,10 +124,7 @@ void Panes::setReadOnly() {
     pane->setReadOnly();
 }
 
-void Panes::showFilesFolder(const Text& folder) {
-  filesFolder_->setText(toQString(folder));
-  filesFolder_->setToolTip(filesFolder_->text());
-}
+void Panes::showFilesFolder(const Text& folder) { filesFolder_->setFullText(toQString(folder)); }
 
 Text Panes::status(ListId list) {
   return state_.flatList(list).status(pane(list).list().selectedRowNumbers());

@@ -3,6 +3,7 @@
 #include <array>
 #include <memory>
 
+#include "ui/ElidedLabel.h"
 #include "ui/FolderRows.h"
 #include "ui/ListPane.h"
 #include "ui/PaneRows.h"
@@ -68,7 +69,7 @@ class Panes : public QObject, private LogListener {
   LogRows* logRows_ = nullptr;
   std::array<std::unique_ptr<RowSource>, kLists> rows_;
   std::array<ListPane*, kLists> panes_ = {};
-  QLabel* filesFolder_ = nullptr;
+  ElidedLabel* filesFolder_ = nullptr;
 };
 
 }  // namespace ombrelian::ui

@@ -4,6 +4,12 @@
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
+namespace {
+
+/// A second click on the button within this time belongs to the first.
+constexpr qint64 kDoubleClickMs = 1000;
+
+}  // namespace
 
 ScanControl::ScanControl(WindowState& state, WindowDialogs& dialogs, Panes& panes,
                          SourceBox& sources)
@@ -11,7 +17,7 @@ ScanControl::ScanControl(WindowState& state, WindowDialogs& dialogs, Panes& pane
 
 void ScanControl::startOrStop() {
   if (isScanning()) {
-    stop();
+    if (!started_.isValid() || started_.elapsed() > kDoubleClickMs) stop();
   } else {
     StartSearchViaToolbar();
   }
@@ -38,6 +44,7 @@ void ScanControl::scan(const std::deque<Text>& sources) {
 
 void ScanControl::Ordnerliste_Abarbeiten() {
   Session& session = state_.session;
+  started_.start();
   Q_EMIT starting();
   // A run that was given one source fills the lists anew; while it does, no view may read them.
   const bool fillsLists = session.SourceQueue.size() == 1;

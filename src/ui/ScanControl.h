@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <deque>
 
@@ -23,7 +24,8 @@ class ScanControl : public QObject {
   /// does nothing while a scan runs.
   void scan(const std::deque<Text>& sources);
 
-  /// Scans the path in the source box, or stops the scan that runs.
+  /// Scans the path in the source box, or stops the scan that runs. A second call within a second
+  /// does nothing, since a double click means one start.
   void startOrStop();
 
   void stop() { state_.session.context.ScanCancelState = kScanCancelRequested; }
@@ -45,6 +47,7 @@ class ScanControl : public QObject {
   WindowDialogs& dialogs_;
   Panes& panes_;
   SourceBox& sources_;
+  QElapsedTimer started_;
 };
 
 }  // namespace ombrelian::ui

@@ -210,12 +210,16 @@ TEST_F(MainWindowTest, InputIsServedWhileAScanRuns) {
     if (!run.window->parts().scans.isScanning() || ++turns != 1) return;
     // Nothing but stopping is possible now; closing stops.
     EXPECT_FALSE(run.window->execute(ListId::Folders, CommandId::ExpandAll));
+    EXPECT_EQ(run.window->commands().action(CommandId::Start)->text(), QStringLiteral("Stop"));
+    EXPECT_TRUE(run.window->execute(std::nullopt, CommandId::Start));  // as of a double click
+    EXPECT_EQ(run.session.context.ScanCancelState, kScanIdle);
     EXPECT_FALSE(run.window->close());
   });
   timer.start(0);
   run.window->parts().scans.scan({many.text()});
   EXPECT_GT(turns, 0);
   EXPECT_FALSE(run.window->parts().scans.isScanning());
+  EXPECT_EQ(run.window->commands().action(CommandId::Start)->text(), QStringLiteral("Start"));
   const QStringList log = run.column(ListId::Log, 2);
   EXPECT_TRUE(log.contains(QStringLiteral("Der Vorgang wurde vom Anwender abgebrochen!")));
   EXPECT_TRUE(run.window->execute(ListId::Folders, CommandId::ExpandAll));

@@ -167,6 +167,8 @@ TEST_F(PartsTest, FilesFollowTheSelectedFolderWhileTheirListIsVisible) {
   made_.session.options.FileList_Filter_Text = u"late";
   made_.files->filterChanged(ListId::Files);
   EXPECT_EQ(made_.names(ListId::Files), QStringList(QStringLiteral("late")));
+  ElidedLabel& folder = *made_.panes->pane(ListId::Files).findChild<ElidedLabel*>();
+  EXPECT_EQ(folder.toolTip(), toQString(tree_.text("big")));
   made_.files->hideFiles();
   EXPECT_TRUE(made_.names(ListId::Files).isEmpty());
   EXPECT_TRUE(made_.state->files.folder().empty());
