@@ -51,6 +51,12 @@ ListSettings sizes(Options& options, std::optional<ListId> list) {
   return listSettings(options, list.value_or(ListId::Folders));
 }
 
+/// Whether a filter is in force: of a list its own, else any of those of a scan.
+bool isFiltered(const Options& options, std::optional<ListId> list) {
+  return list ? options.FileList_Filter_Active == 1 && !options.FileList_Filter_Text.empty()
+              : filtersOfScan(options) > 0;
+}
+
 // clang-format off
 #define TEXT(number, german) {{number, german}}
 #define NUMBERED(number, german, value) {{number, german}, value}
@@ -68,8 +74,10 @@ ListSettings sizes(Options& options, std::optional<ListId> list) {
 #define LATER(what) {CommandTime::Never, false, what}
 #define FLAG(place) CommandState{place}
 #define CHOICE(place, value) CommandState{place, value}
-#define EDIT(place) CommandState{nullptr, 1, place}
+#define FLAG_OR(place, other) CommandState{place, 1, nullptr, nullptr, other}
+#define EDIT(place, name) CommandState{nullptr, 1, place, nullptr, nullptr, CommandId::name}
 #define NUMBER(place) CommandState{nullptr, 1, nullptr, place}
+#define MARK(condition) CommandState{nullptr, 1, nullptr, nullptr, nullptr, CommandId::None, true, condition}
 #define NONE CommandState{}
 #define COMMAND(name, number, kind, caption, tip, picture, key, when, state, does)         \
   commandRow(CommandId::name, CommandKind::kind, caption, tip, picture, key, when,         \
@@ -84,8 +92,10 @@ constexpr Command kCommands[] = {
 
 #undef COMMAND
 #undef NONE
+#undef MARK
 #undef NUMBER
 #undef EDIT
+#undef FLAG_OR
 #undef CHOICE
 #undef FLAG
 #undef LATER
@@ -135,6 +145,17 @@ void appendRow(const Command& command, Text& page) {
 }
 
 }  // namespace
+
+int filtersOfScan(const Options& o) {
+  const std::pair<std::uint8_t, const Text&> filters[] = {
+      {o.FolderList_FilterFilesInclude_Active, o.FolderList_FilterFilesInclude_Text},
+      {o.FolderList_FilterFilesExclude_Active, o.FolderList_FilterFilesExclude_Text},
+      {o.FolderList_FilterFolderInclude_Active, o.FolderList_FilterFolderInclude_Text},
+      {o.FolderList_FilterFolderExclude_Active, o.FolderList_FilterFolderExclude_Text}};
+  return int(std::count_if(std::begin(filters), std::end(filters), [](const auto& filter) {
+    return filter.first == 1 && !filter.second.empty();
+  }));
+}
 
 std::span<const Command> commandTable() { return kCommands; }
 

@@ -57,6 +57,10 @@ struct CommandState {
   std::uint8_t value = 1;        // number of this Choice
   Text* text = nullptr;
   std::int32_t* number = nullptr;
+  std::uint8_t* excludes = nullptr;        // flag that is cleared when `flag` is set
+  CommandId switchedOn = CommandId::None;  // Toggle that is on while `text` is not empty
+  bool hasMark = false;                    // the button of a menu shows `isMarked`
+  bool isMarked = false;
 
   bool isChecked() const { return flag != nullptr && *flag == value; }
 };
@@ -79,6 +83,9 @@ struct Command {
   CommandId whileBusy = CommandId::None;  // what it looks like while something runs; None: itself
   CommandState (*state)(Options&, std::optional<ListId>) = nullptr;
 };
+
+/// How many of the filters of scans are on and not empty.
+int filtersOfScan(const Options& options);
 
 std::span<const Command> commandTable();
 

@@ -220,11 +220,10 @@ ListId shownList(const Options& options) {
   return ListId::Drives;
 }
 
-void showList(Options& options, ListId list, bool isVisible) {
+void showList(Options& options, ListId list) {
   for (const ListId other : kAllLists) {
     if (const auto flag = listRow(other).isShown) options.*flag = 0;
   }
-  if (!isVisible) return;
   options.*listRow(list).isShown = 1;
   if (isTopList(list)) options.ToplistVisibleIndex = std::int32_t(topIndex(list));
 }

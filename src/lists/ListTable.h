@@ -98,8 +98,8 @@ SizeSettings listSizes(const Options& options, ListId list);
 /// share one flag.
 ListId shownList(const Options& options);
 
-/// Makes `list` the one on the right side, or with `isVisible` false leaves that side empty.
-void showList(Options& options, ListId list, bool isVisible = true);
+/// Makes `list` the one on the right side.
+void showList(Options& options, ListId list);
 
 /// Orders the rows of a list as it opens.
 void sortAsOpened(Grid& grid, ListId list);

@@ -8,6 +8,7 @@
 #include <QToolButton>
 #include <QWidgetAction>
 
+#include "filters/FilterText.h"
 #include "support/Translate.h"
 #include "ui/Icons.h"
 #include "ui/QtText.h"
@@ -87,14 +88,28 @@ void CommandSet::trigger(CommandId id, bool checked) {
   const CommandState kept = state(id);
   const bool isChoice = commandOf(id).kind == CommandKind::Choice;
   if (kept.flag != nullptr) *kept.flag = isChoice || checked ? kept.value : 0;
+  if (kept.excludes != nullptr && checked) *kept.excludes = 0;
   update();
   Q_EMIT triggered(id);
+}
+
+/// A filter that is typed into is switched on, and one that is emptied is switched off.
+void CommandSet::switchByText(CommandId toggle, bool on) {
+  if (toggle == CommandId::None || !has(toggle) || state(toggle).isChecked() == on) return;
+  const CommandState kept = state(toggle);
+  *kept.flag = on ? kept.value : 0;
+  if (on && kept.excludes != nullptr) *kept.excludes = 0;
+  update();
 }
 
 void CommandSet::update() {
   for (const auto& [id, action] : actions_) {
     const CommandState kept = state(id);
     if (kept.flag != nullptr && action->isCheckable()) action->setChecked(kept.isChecked());
+    if (kept.hasMark) {
+      action->setCheckable(kept.isMarked);
+      action->setChecked(kept.isMarked);
+    }
     action->setEnabled(isOn(commandOf(id)));
   }
 }
@@ -228,9 +243,16 @@ QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
       *bound.number = text.toInt();
     } else {
       *bound.text = toText(text);
+      switchByText(bound.switchedOn, !text.isEmpty());
     }
+    update();
     applyLook();
     Q_EMIT triggered(id);
+  });
+  connect(field, &QLineEdit::editingFinished, this, [field, bound] {
+    if (bound.text == nullptr) return;
+    *bound.text = tidyPatterns(*bound.text);
+    field->setText(toQString(*bound.text));
   });
   action->setDefaultWidget(line);
   return action;

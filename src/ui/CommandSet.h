@@ -68,6 +68,7 @@ class CommandSet : public QObject {
   QAction* make(const Command& command);
   QAction* makeEdit(const Command& command, QWidget* parent);
   void trigger(CommandId id, bool checked);
+  void switchByText(CommandId toggle, bool on);
   void addItem(QMenu& menu, const BarItem& item);
   QString toolTip(const Command& command, const QAction& action) const;
   void showTexts(QAction& action, CommandId id) const;

@@ -72,9 +72,11 @@ void ListPane::connectModel() {
                   toQString(TL(9545, u"'%1' gibt es dort schon. Soll es ersetzt werden?",
                                {toTextView(name)})),
                   QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+    list_->setFocus();
   });
   connect(model_, &ListModel::renameFailed, this, [this](const QString& error) {
     QMessageBox::warning(this, QStringLiteral("Ombrelian"), error);
+    list_->setFocus();  // not to another list, on which the next key would act
   });
 }
 

@@ -195,6 +195,7 @@ std::size_t ListView::currentRow() const {
 
 void ListView::goTo(std::size_t row) {
   const QModelIndex index = model_.index(int(row), kNameSection);
+  setCurrentIndex(index);  // a selection with Shift begins here from now on
   selectionModel()->setCurrentIndex(
       index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   scrollTo(index);

@@ -146,8 +146,10 @@ void MainWindow::connectParts() {
 void MainWindow::connectLists() {
   Owned& o = *owned_;
   for (CommandSet* const set : {main_, header_}) {
-    connect(set, &CommandSet::triggered, this,
-            [this](CommandId id) { doCommand(id, std::nullopt, *parts_); });
+    connect(set, &CommandSet::triggered, this, [this, &o](CommandId id) {
+      doCommand(id, std::nullopt, *parts_);
+      o.status.StatusbarSetTextRightAUTO();  // which tells how many filters are on
+    });
   }
   connect(&o.panes, &Panes::triggered, this,
           [this](ListId list, CommandId id) { doCommand(id, list, *parts_); });

@@ -38,9 +38,7 @@ PaneArea::PaneArea(Panes& panes, CommandSet& header, Session& session, QWidget* 
       header_(header),
       session_(session),
       right_(new QWidget(this)),
-      stack_(new QStackedWidget(right_)),
-      rightList_(shownList(session.options)) {
-  isRightVisible_ = session_.options.*listRow(rightList()).isShown == 1;
+      stack_(new QStackedWidget(right_)) {
   addWidget(&panes_.pane(ListId::Folders));
   makeRightSide();
   addWidget(right_);
@@ -97,8 +95,8 @@ void PaneArea::fitHeaderBar() {
 }
 
 ListId PaneArea::focusedList() const {
-  if (lastFocused_ == ListId::Folders && isLeftVisible_) return lastFocused_;
-  return isRightVisible_ ? rightList() : ListId::Folders;
+  if (lastFocused_ == ListId::Folders && isLeftVisible()) return lastFocused_;
+  return isRightVisible() ? rightList() : ListId::Folders;
 }
 
 void PaneArea::restoreFocus() {
@@ -106,8 +104,8 @@ void PaneArea::restoreFocus() {
 }
 
 void PaneArea::Change_ButtonHeaderActive(ListId list) {
-  rightList_ = list;
-  isRightVisible_ = true;
+  showList(session_.options, list);
+  if (!isRightVisible()) session_.options.ShownSides = kBothSides;
   Change_Info_Visibility();
   panes_.pane(list).list().fitColumns();
   panes_.pane(list).list().setFocus();
@@ -118,20 +116,18 @@ void PaneArea::showTopLists() {
 }
 
 void PaneArea::showSides(bool left, bool right) {
-  isLeftVisible_ = left;
-  isRightVisible_ = right;
+  session_.options.ShownSides = left && right ? kBothSides : left ? kLeftSide : kRightSide;
   Change_Info_Visibility();
 }
 
 void PaneArea::Change_Info_Visibility() {
-  const ListId list = rightList_;
-  showList(session_.options, list, isRightVisible_);
-  panes_.pane(ListId::Folders).setVisible(isLeftVisible_);
-  right_->setVisible(isRightVisible_);
+  const ListId list = rightList();
+  panes_.pane(ListId::Folders).setVisible(isLeftVisible());
+  right_->setVisible(isRightVisible());
   stack_->setCurrentWidget(&panes_.pane(list));
   for (const auto& [command, shown] : kHeaderButtons) {
     const bool isShown = isTopList(shown) ? isTopList(list) : list == shown;
-    header_.action(command)->setChecked(isShown && isRightVisible_);
+    header_.action(command)->setChecked(isShown && isRightVisible());
   }
   if (isTopList(list)) {
     CommandSet& commands = panes_.pane(list).commands();
@@ -147,8 +143,8 @@ void PaneArea::Change_Info_Visibility() {
 
 void PaneArea::Report_Resize_Width() {
   ListPane& folders = panes_.pane(ListId::Folders);
-  if (session_.options.ChangeFolderReportWidthAutomatically != 1 || !isRightVisible_ ||
-      !isLeftVisible_ || folders.rows().count() == 0)
+  if (session_.options.ChangeFolderReportWidthAutomatically != 1 || !isRightVisible() ||
+      !isLeftVisible() || folders.rows().count() == 0)
     return;
   const int all = width();
   const int least = std::min(folders.barWidth() + 8, all / 2);
@@ -171,7 +167,7 @@ void PaneArea::loadWidths(const IniStore& settings) {
 }
 
 void PaneArea::storeWidths(IniStore& settings) const {
-  if (!isLeftVisible_ || !isRightVisible_) return;
+  if (!isLeftVisible() || !isRightVisible()) return;
   settings.INI_WriteString(kForm, kFolderPaneWidth, ombrelian::toText(sizes().constFirst()));
 }
 

@@ -17,10 +17,10 @@ class PaneArea : public QSplitter {
   PaneArea(Panes& panes, CommandSet& header, Session& session, QWidget* parent);
 
   /// The list on the right side, also while that side is hidden.
-  ListId rightList() const { return rightList_; }
+  ListId rightList() const { return shownList(session_.options); }
 
-  bool isLeftVisible() const { return isLeftVisible_; }
-  bool isRightVisible() const { return isRightVisible_; }
+  bool isLeftVisible() const { return session_.options.ShownSides != kRightSide; }
+  bool isRightVisible() const { return session_.options.ShownSides != kLeftSide; }
 
   /// The list that has the keyboard focus, or had it last.
   ListId focusedList() const;
@@ -54,6 +54,9 @@ class PaneArea : public QSplitter {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
+  /// Values of Options::ShownSides; frozen.
+  enum Sides : std::uint8_t { kBothSides = 0, kLeftSide = 1, kRightSide = 2 };
+
   void makeRightSide();
   void Change_Info_Visibility();
 
@@ -63,10 +66,7 @@ class PaneArea : public QSplitter {
   QWidget* right_;
   QStackedWidget* stack_;
   QToolBar* headerBar_ = nullptr;
-  ListId rightList_;
   ListId lastFocused_ = ListId::Folders;
-  bool isLeftVisible_ = true;
-  bool isRightVisible_ = true;
 };
 
 }  // namespace ombrelian::ui

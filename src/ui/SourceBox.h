@@ -39,6 +39,8 @@ class SourceBox : public QComboBox {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
+  QCompleter* makeCompleter();
+
   WindowState& state_;
 };
 

@@ -36,7 +36,11 @@ void StatusLine::StatusbarSetTextRightAUTO() {
   std::int64_t roots = 0;
   for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling)
     ++roots;
-  left_->setText(toQString(TL(9041, u"%1 Quellordner", {ombrelian::toText(roots)})));
+  Text sources = TL(9041, u"%1 Quellordner", {ombrelian::toText(roots)});
+  if (const int filters = filtersOfScan(state_.session.options); filters > 0)
+    sources.append(u"  \u00B7  ")
+        .append(TL(9700, u"Filter eingeschaltet: %1", {ombrelian::toText(filters)}));
+  left_->setText(toQString(sources));
   right_->setText(area_.isRightVisible() ? toQString(panes_.status(area_.rightList())) : QString());
 }
 

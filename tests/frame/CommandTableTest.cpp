@@ -108,8 +108,6 @@ TEST(CommandTableTest, OneListIsOnTheRight) {
     showList(options, list);
     EXPECT_EQ(shownList(options), list);
   }
-  showList(options, ListId::Hardlinks, false);
-  EXPECT_EQ(options.HardlinksVisible, 0);
 }
 
 }  // namespace
