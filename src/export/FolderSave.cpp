@@ -1,6 +1,5 @@
 #include "export/FolderSave.h"
 
-#include "platform/SystemError.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
 
@@ -18,22 +17,18 @@ Failure FolderSave::saveAs(ReportFormat format, const Text& FileName) {
 
 Failure FolderSave::write(ReportFormat format, const Text& FileName, const LevelLimit& levels,
                           const Text& delimiter) {
-  Failure failure = Error{std::int32_t(platform::kGeneralFailure), u"SAVE", u""};
-  Guarded(u"frmSave", u"SAVE",
-          [&] {
-            if (report_.tree().empty()) {
-              failure.reset();
-              return;
-            }
-            // Without a selected row there is nothing to choose, and all sources are saved.
-            const bool single = options_.FolderOpt == 1 && report_.selected() != kNoNode;
-            const NodeIndex start = single ? report_.selected() : report_.tree().firstRoot();
-            failure = saveReport(format, FileName, list(),
-                                 {delimiter, options_.ShowIndent == 1, options_.DividingLine == 1},
-                                 FolderFeed(report_, levels, start, single), ui_);
-          },
-          {FileName});
-  return failure;
+  return GuardedOr(
+      u"frmSave", u"SAVE",
+      [&]() -> Failure {
+        if (report_.tree().empty()) return {};
+        // Without a selected row there is nothing to choose, and all sources are saved.
+        const bool single = options_.FolderOpt == 1 && report_.selected() != kNoNode;
+        const NodeIndex start = single ? report_.selected() : report_.tree().firstRoot();
+        return saveReport(format, FileName, list(),
+                          {delimiter, options_.ShowIndent == 1, options_.DividingLine == 1},
+                          FolderFeed(report_, levels, start, single), ui_);
+      },
+      failureOf, {FileName});
 }
 
 ReportList FolderSave::list() const {

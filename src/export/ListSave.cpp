@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/SystemError.h"
 #include "support/Guard.h"
 
 namespace ombrelian {
@@ -42,8 +41,7 @@ ListToSave listToSave(const Options& options, ListId id, FlatList& list, ReportS
 
 Failure saveList(const ListToSave& list, const Options& options, ReportFormat format,
                  TextView target, TextView delimiter, UserInterface& ui) {
-  Failure failure = Error{std::int32_t(platform::kGeneralFailure), u"SAVE", u""};
-  Guarded(
+  return GuardedOr(
       u"frmSaveFiles", u"SAVE",
       [&] {
         const CellFormat cells(list.grid.columns(), list.sizes, options.DateFormat);
@@ -54,11 +52,9 @@ Failure saveList(const ListToSave& list, const Options& options, ReportFormat fo
           report.sortedDescending = list.grid.sortedDescending();
         }
         const SaveSettings settings = {Text(delimiter), false, options.SaveFiles.DividingLine == 1};
-        failure =
-            saveReport(format, target, report, settings, GridFeed(list.grid, list.source), ui);
+        return saveReport(format, target, report, settings, GridFeed(list.grid, list.source), ui);
       },
-      {Text(target)});
-  return failure;
+      failureOf, {target});
 }
 
 }  // namespace ombrelian

@@ -147,7 +147,7 @@ int runLists(const CommandLine& line, Session& session, Console& console) {
   const bool isDone = saves ? saver.saveAll(session, lists, result.lastRoot)
                             : printAll(line, session, lists, console);
   if (!isDone) return kExitNothing;
-  return result.sum.Errors == 0 && !result.cancelled ? kExitDone : kExitPartial;
+  return result.isComplete() ? kExitDone : kExitPartial;
 }
 
 }  // namespace ombrelian

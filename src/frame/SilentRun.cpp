@@ -59,7 +59,7 @@ int runSilently(const CommandLine& line, Session& session, Console& console) {
     return kExitNothing;
   }
   console.print(summary(result.sum, platform::GetTickCount() - start, line.target));
-  return result.sum.Errors == 0 && result.sourcesMissing == 0 ? kExitDone : kExitPartial;
+  return result.isComplete() ? kExitDone : kExitPartial;
 }
 
 }  // namespace ombrelian

@@ -75,13 +75,18 @@ Failure deleteFile(const platform::ShownObject& file, bool force) {
   return deletingError(error, file.path, u"xDeleteFile_W");
 }
 
+/// A deletion that a fault ended: nobody knows how much is gone.
+FolderDeletion unfinished(const Error& error) {
+  FolderDeletion deletion;
+  deletion.errorText = errorTextOf(error);
+  return deletion;
+}
+
 }  // namespace
 
 Failure xDeleteFile_W(const platform::ShownObject& file, bool force) {
-  // Where something was thrown the file is not to be taken for deleted.
-  const auto done = Guarded(kModule, u"xDeleteFile_W",
-                            [&]() -> std::optional<Failure> { return deleteFile(file, force); });
-  return done ? *done : deletingError(platform::kGeneralFailure, file.path, u"xDeleteFile_W");
+  return GuardedOr(
+      kModule, u"xDeleteFile_W", [&] { return deleteFile(file, force); }, failureOf);
 }
 
 bool isMissingObject(TextView path) {
@@ -98,22 +103,28 @@ bool RemoveDirectoryForce_W(const platform::ShownObject& folder) {
 }
 
 FolderDeletion xDeleteFolderR_W(const platform::ShownObject& folder, const DeletionGoOn& goOn) {
-  return Guarded(kModule, u"xDeleteFolderR_W", [&]() -> FolderDeletion {
-    Watch watch(folder.path, goOn);
-    const platform::Removal removal = platform::RemoveTree(folder, watch);
-    return {removal.isGone, removal.wasStopped, removal.files, removal.folders, watch.text()};
-  });
+  return GuardedOr(
+      kModule, u"xDeleteFolderR_W",
+      [&]() -> FolderDeletion {
+        Watch watch(folder.path, goOn);
+        const platform::Removal removal = platform::RemoveTree(folder, watch);
+        return {removal.isGone, removal.wasStopped, removal.files, removal.folders, watch.text()};
+      },
+      unfinished);
 }
 
 FolderDeletion xDeleteFolder_W(const platform::ShownObject& folder, const DeletionGoOn& goOn) {
-  return Guarded(kModule, u"xDeleteFolder_W", [&]() -> FolderDeletion {
-    FolderDeletion deletion = xDeleteFolderR_W(folder, goOn);
-    if (!deletion.isGone && isMissingObject(folder.path)) {
-      deletion.isGone = true;
-      deletion.errorText.clear();
-    }
-    return deletion;
-  });
+  return GuardedOr(
+      kModule, u"xDeleteFolder_W",
+      [&] {
+        FolderDeletion deletion = xDeleteFolderR_W(folder, goOn);
+        if (!deletion.isGone && isMissingObject(folder.path)) {
+          deletion.isGone = true;
+          deletion.errorText.clear();
+        }
+        return deletion;
+      },
+      unfinished);
 }
 
 }  // namespace ombrelian

@@ -17,29 +17,41 @@ constexpr TextView kModule = u"z_Filesystem";
 }  // namespace
 
 Text xGetJunctionPath(TextView path, std::uint32_t tag, Text& errorText) {
-  return Guarded(kModule, u"xGetJunctionPath", [&] {
-    ErrorCode error = kSuccess;
-    Text target = platform::GetReparseTarget(path, tag, error);
-    errorText = error == kSuccess ? Text() : xGetErrorText(true, error) + u" (DeviceIoControl)";
-    return target;
-  });
+  return GuardedOr(
+      kModule, u"xGetJunctionPath",
+      [&] {
+        ErrorCode error = kSuccess;
+        Text target = platform::GetReparseTarget(path, tag, error);
+        errorText = error == kSuccess ? Text() : xGetErrorText(true, error) + u" (DeviceIoControl)";
+        return target;
+      },
+      [&](const Error& error) {
+        errorText = errorTextOf(error);
+        return Text();
+      });
 }
 
 std::int32_t xGetHardlinkCount(TextView path, Text* id, Text& errorText) {
-  return Guarded(kModule, u"xGetHardlinkCount", [&]() -> std::int32_t {
-    FindData data;
-    const ErrorCode error = platform::FindFirstFileW(LongPathPrefix(path), data);
-    if (error != kSuccess) {
-      errorText = TL(4071,
-                     u"Die Datei '%1' konnte nicht geöffnet werden. "
-                     u"(xGetHardlinkCount\\CreateFileWide: %2)",
-                     {path, xGetErrorText(true, error)});
-      return 0;
-    }
-    errorText.clear();
-    if (id != nullptr) *id = hardlinkIdentity(data);
-    return hardlinkCount(data);
-  });
+  return GuardedOr(
+      kModule, u"xGetHardlinkCount",
+      [&]() -> std::int32_t {
+        FindData data;
+        const ErrorCode error = platform::FindFirstFileW(LongPathPrefix(path), data);
+        if (error != kSuccess) {
+          errorText = TL(4071,
+                         u"Die Datei '%1' konnte nicht geöffnet werden. "
+                         u"(xGetHardlinkCount\\CreateFileWide: %2)",
+                         {path, xGetErrorText(true, error)});
+          return 0;
+        }
+        errorText.clear();
+        if (id != nullptr) *id = hardlinkIdentity(data);
+        return hardlinkCount(data);
+      },
+      [&](const Error& error) {
+        errorText = errorTextOf(error);
+        return std::int32_t(0);
+      });
 }
 
 std::int32_t hardlinkCount(const FindData& data) {
@@ -53,11 +65,14 @@ Text hardlinkIdentity(const FindData& data) {
 }
 
 Text GetFileOwnerW(TextView path) {
-  return Guarded(kModule, u"GetFileOwnerW", [&]() -> Text {
-    FindData data;
-    if (platform::FindFirstFileW(LongPathPrefix(path), data) != kSuccess) return {};
-    return platform::LookupAccountName(data.ownerId);
-  });
+  return GuardedOr(
+      kModule, u"GetFileOwnerW",
+      [&]() -> Text {
+        FindData data;
+        if (platform::FindFirstFileW(LongPathPrefix(path), data) != kSuccess) return {};
+        return platform::LookupAccountName(data.ownerId);
+      },
+      nothing<Text>);
 }
 
 }  // namespace ombrelian

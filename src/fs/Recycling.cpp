@@ -53,6 +53,8 @@ constexpr ShellText kShellTexts[] = {
     {0x10074, u"Destination is a root directory and cannot be renamed."},
 };
 
+constexpr ErrorCode kUnknown = 0x402;
+
 /// Deletes without a question, and keeps what went wrong first.
 class FirstFailure : public platform::RemovalProgress {
  public:
@@ -71,11 +73,8 @@ ShellResult recycle(const ShownObject& object) {
   return result;
 }
 
-/// For a procedure that threw: neither the caller nor the user may take that for success.
-ShellResult orUnknown(std::optional<ShellResult> result) {
-  constexpr ErrorCode kUnknown = 0x402;
-  return result ? *std::move(result) : ShellResult{kUnknown, {}};
-}
+/// What a fault leaves: neither the caller nor the user may take it for success.
+ShellResult unknown(const Error&) { return {kUnknown, {}}; }
 
 /// What a user can do about `result`; empty where its text says enough.
 Text advice(const ShellResult& result) {
@@ -94,22 +93,27 @@ Text advice(const ShellResult& result) {
 }  // namespace
 
 ShellResult xDeleteFolderSHwide(const ShownObject& folder, bool recycle) {
-  return orUnknown(Guarded(kModule, u"xDeleteFolderSHwide", [&]() -> std::optional<ShellResult> {
-    if (recycle) return ombrelian::recycle(folder);
-    FirstFailure progress;
-    if (platform::RemoveTree(folder, progress).isGone) return ShellResult();
-    if (progress.result.code == kSuccess) return std::nullopt;
-    return progress.result;
-  }));
+  return GuardedOr(
+      kModule, u"xDeleteFolderSHwide",
+      [&]() -> ShellResult {
+        if (recycle) return ombrelian::recycle(folder);
+        FirstFailure progress;
+        if (platform::RemoveTree(folder, progress).isGone) return ShellResult();
+        return progress.result.code == kSuccess ? ShellResult{kUnknown, {}} : progress.result;
+      },
+      unknown);
 }
 
 ShellResult xDeleteFileSHwide(const ShownObject& file, bool recycle) {
-  return orUnknown(Guarded(kModule, u"xDeleteFileSHwide", [&]() -> std::optional<ShellResult> {
-    if (recycle) return ombrelian::recycle(file);
-    const Failure failure = xDeleteFile_W(file, true);
-    if (!failure) return ShellResult();
-    return ShellResult{ErrorCode(failure->number), file.path};
-  }));
+  return GuardedOr(
+      kModule, u"xDeleteFileSHwide",
+      [&]() -> ShellResult {
+        if (recycle) return ombrelian::recycle(file);
+        const Failure failure = xDeleteFile_W(file, true);
+        if (!failure) return ShellResult();
+        return ShellResult{ErrorCode(failure->number), file.path};
+      },
+      unknown);
 }
 
 Text xGetErrorTextFromSH(ErrorCode code, bool addNumber) {

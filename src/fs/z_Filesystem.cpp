@@ -44,11 +44,14 @@ Date dateOf(FileTime time, TextView path, TextView errorName) {
 }
 
 Date dateByPath(TextView path, FileTime FindData::*field, TextView errorName) {
-  return Guarded(kModule, u"xGetFileDate", [&]() -> Date {
-    FindData data;
-    if (platform::FindFirstFileW(LongPathPrefix(path), data) != kSuccess) return 0;
-    return dateOf(data.*field, path, errorName);
-  });
+  return GuardedOr(
+      kModule, u"xGetFileDate",
+      [&]() -> Date {
+        FindData data;
+        if (platform::FindFirstFileW(LongPathPrefix(path), data) != kSuccess) return 0;
+        return dateOf(data.*field, path, errorName);
+      },
+      nothing<Date>);
 }
 
 bool isAbsolute(TextView path, char16_t separator) {
@@ -88,11 +91,14 @@ bool xExistFolder_W(TextView path) { return existsFolder(u"xExistFolder_W", path
 bool xExistFolder(TextView path) { return existsFolder(u"xExistFolder", path, false); }
 
 std::uint32_t xGetFileAttributesWide(TextView path) {
-  return Guarded(kModule, u"xGetFileAttributesWide", [&]() -> std::uint32_t {
-    FindData data;
-    return platform::FindFirstFileW(LongPathPrefix(path), data) == kSuccess ? data.dwFileAttributes
-                                                                            : 0;
-  });
+  return GuardedOr(
+      kModule, u"xGetFileAttributesWide",
+      [&]() -> std::uint32_t {
+        FindData data;
+        const ErrorCode error = platform::FindFirstFileW(LongPathPrefix(path), data);
+        return error == kSuccess ? data.dwFileAttributes : 0;
+      },
+      nothing<std::uint32_t>);
 }
 
 std::int64_t xGetFileSizeByWFD_W(const FindData& data) {
@@ -119,32 +125,39 @@ Date xGetFileAccessDate(TextView path) {
 }
 
 Text xMoveFile_W(TextView source, TextView target) {
-  return Guarded(kModule, u"xMoveFile_W", [&]() -> Text {
-    const ErrorCode error = platform::MoveFileExW(LongPathPrefix(source), LongPathPrefix(target));
-    return error == kSuccess ? Text() : xGetErrorText(false, error);
-  });
+  return GuardedOr(
+      kModule, u"xMoveFile_W",
+      [&] {
+        const ErrorCode error =
+            platform::MoveFileExW(LongPathPrefix(source), LongPathPrefix(target));
+        return error == kSuccess ? Text() : xGetErrorText(false, error);
+      },
+      errorTextOf);
 }
 
 Failure xCreatePath(TextView path, char16_t separator) {
-  return Guarded(kModule, u"xCreatePath", [&]() -> Failure {
-    if (isRoot(path, separator)) return Error{kInvalidPath, u"xCreatePath", {}};
-    if (!isAbsolute(path, separator)) {
-      return Error{
-          kInvalidPath, u"xCreatePath",
-          TL(1120, u"Der Ordnerpfad '%1' ist ungültig und kann nicht erstellt werden!", {path})};
-    }
-    const Text full = xGetPathWithBackslash(path, separator);
-    for (auto end = firstComponentEnd(full, separator); end != Text::npos;
-         end = full.find(separator, end + 1)) {
-      const TextView component = TextView(full).substr(0, end);
-      if (xExistFolder(component)) continue;
-      const ErrorCode error = platform::CreateDirectoryW(LongPathPrefix(component, separator));
-      if (error != kSuccess && error != platform::kAlreadyExists) {
-        return systemError(error, u"xCreatePath");
-      }
-    }
-    return {};
-  });
+  return GuardedOr(
+      kModule, u"xCreatePath",
+      [&]() -> Failure {
+        if (isRoot(path, separator)) return Error{kInvalidPath, u"xCreatePath", {}};
+        if (!isAbsolute(path, separator)) {
+          return Error{kInvalidPath, u"xCreatePath",
+                       TL(1120, u"Der Ordnerpfad '%1' ist ungültig und kann nicht erstellt werden!",
+                          {path})};
+        }
+        const Text full = xGetPathWithBackslash(path, separator);
+        for (auto end = firstComponentEnd(full, separator); end != Text::npos;
+             end = full.find(separator, end + 1)) {
+          const TextView component = TextView(full).substr(0, end);
+          if (xExistFolder(component)) continue;
+          const ErrorCode error = platform::CreateDirectoryW(LongPathPrefix(component, separator));
+          if (error != kSuccess && error != platform::kAlreadyExists) {
+            return systemError(error, u"xCreatePath");
+          }
+        }
+        return {};
+      },
+      failureOf);
 }
 
 Text xGetDriveTypeString(TextView drive, int& typeCode) {
@@ -166,12 +179,18 @@ Text xGetDriveTypeString(TextView drive, int& typeCode) {
 }
 
 Text xGetDriveLabelW(TextView drive, Text& errorText) {
-  return Guarded(kModule, u"xGetDriveLabelW", [&] {
-    platform::VolumeInformation information;
-    const ErrorCode error = platform::GetVolumeInformationW(drive, information);
-    errorText = error == kSuccess ? Text() : xGetErrorText(true, error);
-    return information.label;
-  });
+  return GuardedOr(
+      kModule, u"xGetDriveLabelW",
+      [&] {
+        platform::VolumeInformation information;
+        const ErrorCode error = platform::GetVolumeInformationW(drive, information);
+        errorText = error == kSuccess ? Text() : xGetErrorText(true, error);
+        return information.label;
+      },
+      [&](const Error& error) {
+        errorText = errorTextOf(error);
+        return Text();
+      });
 }
 
 Text xGetDriveLabel(TextView drive, Text& errorText) {
@@ -180,23 +199,32 @@ Text xGetDriveLabel(TextView drive, Text& errorText) {
 }
 
 Text xGetDriveFileSystem(TextView path, Text& errorText) {
-  return Guarded(kModule, u"xGetDriveFileSystem", [&]() -> Text {
-    platform::VolumeInformation information;
-    const ErrorCode error = platform::GetVolumeInformationW(path, information);
-    errorText = error == kSuccess ? Text() : xGetErrorText(true, error);
-    return error == kSuccess ? information.fileSystem : Text(u"?");
-  });
+  return GuardedOr(
+      kModule, u"xGetDriveFileSystem",
+      [&]() -> Text {
+        platform::VolumeInformation information;
+        const ErrorCode error = platform::GetVolumeInformationW(path, information);
+        errorText = error == kSuccess ? Text() : xGetErrorText(true, error);
+        return error == kSuccess ? information.fileSystem : Text(u"?");
+      },
+      [&](const Error& error) {
+        errorText = errorTextOf(error);
+        return Text(u"?");
+      });
 }
 
 Text GetAllDriveString() {
-  return Guarded(kModule, u"GetAllDriveString", [&] {
-    Text roots;
-    for (const Text& root : platform::GetLogicalDriveStringsW()) {
-      if (!roots.empty()) roots.push_back(u' ');
-      roots += root;
-    }
-    return roots;
-  });
+  return GuardedOr(
+      kModule, u"GetAllDriveString",
+      [&] {
+        Text roots;
+        for (const Text& root : platform::GetLogicalDriveStringsW()) {
+          if (!roots.empty()) roots.push_back(u' ');
+          roots += root;
+        }
+        return roots;
+      },
+      nothing<Text>);
 }
 
 }  // namespace ombrelian

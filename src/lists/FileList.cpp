@@ -205,16 +205,22 @@ FileList::FileList(Options& options, FileTypes& types)
 bool FileList::List_Files_ScanFolder(Text& folder, bool force, const GoOn& goOn) {
   if (isReading_) return false;
   isReading_ = true;
-  const bool isNew = Guarded(kModule, u"List_Files_ScanFolder", [&] {
-    if (options_.FilelistVisible == 0) {
-      replace(Contents());
-      return true;
-    }
-    xAddBackslash(folder);
-    if (folder == shown_.folder && !force) return false;
-    List_Files_ScanFolderR(folder, goOn);
-    return true;
-  });
+  const bool isNew = GuardedOr(
+      kModule, u"List_Files_ScanFolder",
+      [&] {
+        if (options_.FilelistVisible == 0) {
+          replace(Contents());
+          return true;
+        }
+        xAddBackslash(folder);
+        if (folder == shown_.folder && !force) return false;
+        List_Files_ScanFolderR(folder, goOn);
+        return true;
+      },
+      [&](const Error& error) {
+        shown_.failure = failureOf(error);
+        return true;
+      });
   isReading_ = false;
   return isNew;
 }
@@ -314,16 +320,21 @@ Text FileList::move(Grid::RowIndex row, TextView newName) const {
 }
 
 FileList::Renaming FileList::rename(Grid::RowIndex row, TextView newName) {
-  return Guarded(kModule, u"lvwFiles_GridCellAfterEditing", [&]() -> Renaming {
-    if (newName.empty() || newName == shown_.grid.text(row, kName)) return {};
-    const std::optional<FindData> replaced = otherNamed(row, newName);
-    if (Text error = move(row, newName); !error.empty()) return {std::move(error), {}};
-    const std::uint32_t id = shown_.grid.id(row);
-    removeReplaced(row, newName);
-    setName(shown_.grid.rowOf(id), newName);
-    if (!replaced) return {};
-    return {{}, xGetFileSizeByWFD_W(*replaced)};
-  });
+  return GuardedOr(
+      kModule, u"lvwFiles_GridCellAfterEditing",
+      [&]() -> Renaming {
+        if (newName.empty() || newName == shown_.grid.text(row, kName)) return {};
+        const std::optional<FindData> replaced = otherNamed(row, newName);
+        if (Text error = move(row, newName); !error.empty()) return {std::move(error), {}};
+        const std::uint32_t id = shown_.grid.id(row);
+        removeReplaced(row, newName);
+        setName(shown_.grid.rowOf(id), newName);
+        if (!replaced) return {};
+        return {{}, xGetFileSizeByWFD_W(*replaced)};
+      },
+      [](const Error& error) {
+        return Renaming{errorTextOf(error), {}};
+      });
 }
 
 /// A file that had the name before is no more, and neither is its row.

@@ -42,20 +42,18 @@ void ExtensionList::feed(TextView extension, std::int64_t size) {
 }
 
 void ExtensionList::List_Ext_SetDifferentSizes(std::int64_t total) {
-  Guarded(u"frmMain", u"List_Ext_SetDifferentSizes", [&] {
-    const Text none = TL(3842, u"[Ohne Endung]");
-    for (std::int32_t slot = 1; slot <= sums_.count(); ++slot) {
-      const Grid::RowIndex row = addSumRow(grid_, sums_, slot, total);
-      const TextView key = sums_.key(slot);
-      const bool isNone = key == u".";
-      const Text extension = lowerCase(key.substr(1));
-      grid_.set(row, grid_.column(u"extname"), isNone ? TextView(none) : key);
-      grid_.set(row, grid_.column(u"type"), TextView(isNone ? none : types_.typeText(extension)));
-      grid_.set(row, grid_.column(u"exe"),
-                TextView(isNone ? Text() : types_.associatedProgram(extension)));
-    }
-    sortAsOpened(grid_, ListId::Extensions);
-  });
+  const Text none = TL(3842, u"[Ohne Endung]");
+  for (std::int32_t slot = 1; slot <= sums_.count(); ++slot) {
+    const Grid::RowIndex row = addSumRow(grid_, sums_, slot, total);
+    const TextView key = sums_.key(slot);
+    const bool isNone = key == u".";
+    const Text extension = lowerCase(key.substr(1));
+    grid_.set(row, grid_.column(u"extname"), isNone ? TextView(none) : key);
+    grid_.set(row, grid_.column(u"type"), TextView(isNone ? none : types_.typeText(extension)));
+    grid_.set(row, grid_.column(u"exe"),
+              TextView(isNone ? Text() : types_.associatedProgram(extension)));
+  }
+  sortAsOpened(grid_, ListId::Extensions);
   sums_.clear();
 }
 
@@ -71,14 +69,12 @@ void OwnerList::reset() {
 }
 
 void OwnerList::List_Owner_SetDifferentSizes(std::int64_t total) {
-  Guarded(u"frmMain", u"List_Owner_SetDifferentSizes", [&] {
-    for (std::int32_t slot = 1; slot <= sums_.count(); ++slot) {
-      const Grid::RowIndex row = addSumRow(grid_, sums_, slot, total);
-      grid_.set(row, grid_.column(u"owner"), sums_.key(slot));
-      grid_.set(row, grid_.column(u"folders"), std::int64_t(sums_.folders(slot)));
-    }
-    sortAsOpened(grid_, ListId::Owners);
-  });
+  for (std::int32_t slot = 1; slot <= sums_.count(); ++slot) {
+    const Grid::RowIndex row = addSumRow(grid_, sums_, slot, total);
+    grid_.set(row, grid_.column(u"owner"), sums_.key(slot));
+    grid_.set(row, grid_.column(u"folders"), std::int64_t(sums_.folders(slot)));
+  }
+  sortAsOpened(grid_, ListId::Owners);
   sums_.clear();
 }
 

@@ -200,22 +200,20 @@ void TopLists::fillGrid(ListId list) {
 }
 
 void TopLists::List_TOP_GetAllNodeValues(ListId list) {
-  Guarded(u"frmMain", u"List_TOP_GetAllNodeValues", [&] {
-    Grid& grid = this->grid(list);
-    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
-      Text full(grid.text(row, grid.column(u"name")));
-      if (!isFolderList(list)) {
-        List_TOP_GetFileValues(grid, row);
-        full.insert(0, grid.text(row, grid.column(u"path")));
-      }
-      platform::FindData data;
-      if (platform::FindFirstFileW(LongPathPrefix(full), data) != platform::kSuccess) continue;
-      grid.set(row, grid.column(u"datemodified"), xGetFileModifyDateByWFD(data, full));
-      grid.set(row, grid.column(u"datecreate"), xGetFileCreateDateByWFD(data, full));
-      grid.set(row, grid.column(u"dateaccess"), xGetFileAccessDateByWFD(data, full));
-      grid.set(row, grid.column(u"attr"), std::int64_t(data.dwFileAttributes));
+  Grid& grid = this->grid(list);
+  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
+    Text full(grid.text(row, grid.column(u"name")));
+    if (!isFolderList(list)) {
+      List_TOP_GetFileValues(grid, row);
+      full.insert(0, grid.text(row, grid.column(u"path")));
     }
-  });
+    platform::FindData data;
+    if (platform::FindFirstFileW(LongPathPrefix(full), data) != platform::kSuccess) continue;
+    grid.set(row, grid.column(u"datemodified"), xGetFileModifyDateByWFD(data, full));
+    grid.set(row, grid.column(u"datecreate"), xGetFileCreateDateByWFD(data, full));
+    grid.set(row, grid.column(u"dateaccess"), xGetFileAccessDateByWFD(data, full));
+    grid.set(row, grid.column(u"attr"), std::int64_t(data.dwFileAttributes));
+  }
 }
 
 void TopLists::List_TOP_GetFileValues(Grid& grid, Grid::RowIndex row) {

@@ -80,4 +80,13 @@ bool OpenMutexW(TextView name);
 /// On a 32-bit Windows process: file system redirection off or on again. Elsewhere nothing.
 void DisableWow64FsRedirection(bool disable);
 
+/// Switches the redirection off while it lives.
+class NoRedirection {
+ public:
+  NoRedirection() { DisableWow64FsRedirection(true); }
+  ~NoRedirection() { DisableWow64FsRedirection(false); }
+  NoRedirection(const NoRedirection&) = delete;
+  NoRedirection& operator=(const NoRedirection&) = delete;
+};
+
 }  // namespace ombrelian::platform

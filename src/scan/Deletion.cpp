@@ -11,6 +11,7 @@
 #include "platform/Files.h"
 #include "platform/Time.h"
 #include "scan/Rescan.h"
+#include "scan/RunScope.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
 #include "tree/TreeEdit.h"
@@ -47,18 +48,23 @@ platform::ShownObject shownObject(const FolderTree& tree, NodeIndex node) {
 Deletion::Deletion(const ScanState& state, RowsOnShow* rows, bool recycle)
     : state_(state), rows_(orNobody(rows)), recycles_(recycle) {}
 
-/// Between its beginning and its end the user can do nothing but stop it.
+/// Runs a deletion, and tells of what failed at its end. After a fault something may be gone.
 template <class Work>
 bool Deletion::run(Work work) {
-  state_.ui.scanBegins();
-  state_.context.ScanBusy = true;
-  const bool isAnythingGone = Guarded(kModule, u"Deletion", work);
-  if (wasStopped_) {
-    state_.log.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
-  }
-  state_.context.ScanBusy = false;
-  state_.context.ScanCancelState = kScanIdle;
-  state_.ui.scanEnds();
+  const bool isAnythingGone = GuardedOr(
+      kModule, u"Deletion",
+      [&] {
+        const RunScope scope(state_);
+        const bool isGone = work();
+        if (wasStopped_)
+          state_.log.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
+        return isGone;
+      },
+      [&](const Error& error) {
+        fail(TL(9701, u"Der Vorgang wurde durch einen Fehler des Programms beendet: %1",
+                {errorTextOf(error)}));
+        return true;
+      });
   tellFailures();
   return isAnythingGone;
 }

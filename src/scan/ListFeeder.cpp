@@ -1,7 +1,6 @@
 #include "scan/ListFeeder.h"
 
 #include "fs/PathText.h"
-#include "support/Guard.h"
 
 namespace ombrelian {
 
@@ -13,14 +12,12 @@ ListFeeder::ListFeeder(Options& options, mCompare& filters, FileTypes& types)
       extensions_(types) {}
 
 void ListFeeder::reset() {
-  Guarded(u"frmMain", u"Report_Reset_All", [&] {
-    topLists_.reset();
-    hardlinks_.reset();
-    junctions_.reset();
-    owners_.reset();
-    extensions_.reset();
-    replaceIgnoreNumbers(0, -1);
-  });
+  topLists_.reset();
+  hardlinks_.reset();
+  junctions_.reset();
+  owners_.reset();
+  extensions_.reset();
+  replaceIgnoreNumbers(0, -1);
 }
 
 /// Of the smallest lists that are on and ignore by size.
@@ -58,13 +55,11 @@ void ListFeeder::feedFolderEnd(TextView path, const ScanTotals& own) {
 }
 
 void ListFeeder::finish(const ScanTotals& total) {
-  Guarded(u"frmMain", u"Reports_ProcessNewValues", [&] {
-    topLists_.finish();
-    if (options_.CreateListJunction == 1) junctions_.finish();
-    if (options_.CreateListOwner == 1) owners_.List_Owner_SetDifferentSizes(total.Size);
-    if (options_.CreateListExt == 1) extensions_.List_Ext_SetDifferentSizes(total.Size);
-    if (options_.CreateListHardlink == 1) hardlinks_.finish();
-  });
+  topLists_.finish();
+  if (options_.CreateListJunction == 1) junctions_.finish();
+  if (options_.CreateListOwner == 1) owners_.List_Owner_SetDifferentSizes(total.Size);
+  if (options_.CreateListExt == 1) extensions_.List_Ext_SetDifferentSizes(total.Size);
+  if (options_.CreateListHardlink == 1) hardlinks_.finish();
   replaceIgnoreNumbers(-1, 0);
 }
 

@@ -32,23 +32,26 @@ void renameNodes(FolderTree& tree, TextView path, TextView newPath, TextView nam
 }  // namespace
 
 Text renameFolder(FolderTree& tree, TextView path, TextView name) {
-  return Guarded(kModule, u"lvwFolder_GridCellAfterEditing", [&]() -> Text {
-    const TextView folder = xGetPath(path);
-    Text newPath(folder);
-    appendName(newPath, name);
-    platform::FindData replaced;
-    const bool replacesFile =
-        platform::FindFirstFileW(LongPathPrefix(newPath), replaced) == platform::kSuccess &&
-        !replaced.isFolder();
-    if (Text error = xMoveFile_W(path, newPath); !error.empty()) return error;
-    if (replacesFile) {
-      takeOutFile(tree, folder, xGetFileSizeByWFD_W(replaced));
-    } else if (const auto nodes = foldersAt(tree, newPath); !nodes.empty()) {
-      takeOutFolders(tree, nodes);
-    }
-    renameNodes(tree, path, newPath, name);
-    return {};
-  });
+  return GuardedOr(
+      kModule, u"lvwFolder_GridCellAfterEditing",
+      [&]() -> Text {
+        const TextView folder = xGetPath(path);
+        Text newPath(folder);
+        appendName(newPath, name);
+        platform::FindData replaced;
+        const bool replacesFile =
+            platform::FindFirstFileW(LongPathPrefix(newPath), replaced) == platform::kSuccess &&
+            !replaced.isFolder();
+        if (Text error = xMoveFile_W(path, newPath); !error.empty()) return error;
+        if (replacesFile) {
+          takeOutFile(tree, folder, xGetFileSizeByWFD_W(replaced));
+        } else if (const auto nodes = foldersAt(tree, newPath); !nodes.empty()) {
+          takeOutFolders(tree, nodes);
+        }
+        renameNodes(tree, path, newPath, name);
+        return {};
+      },
+      errorTextOf);
 }
 
 Text renameFile(FolderTree& tree, FileList& files, Grid::RowIndex row, TextView name) {

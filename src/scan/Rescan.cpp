@@ -1,5 +1,6 @@
 #include "scan/Rescan.h"
 
+#include "scan/RunScope.h"
 #include "support/Guard.h"
 #include "tree/TreeEdit.h"
 #include "tree/TreeOrder.h"
@@ -14,23 +15,26 @@ constexpr TextView kModule = u"frmMain";
 Rescan::Rescan(const ScanState& state, RowsOnShow* rows) : state_(state), rows_(orNobody(rows)) {}
 
 NodeIndex Rescan::Report_Rescan(NodeIndex selected) {
-  return Guarded(kModule, u"Report_Rescan", [&]() -> NodeIndex {
-    FolderTree& tree = state_.tree;
-    if (tree.empty() || selected == kNoNode) return kNoNode;
-    NodeIndex folder = selected;
-    if (!tree[folder].has(FolderNode::IsFolder)) folder = tree[folder].parent;
-    const FolderNode& node = tree[folder];
-    const bool isNotEntered = node.has(FolderNode::IsJunction) && state_.options.ScanHardlinks == 0;
-    if (isNotEntered || node.has(FolderNode::IsError)) return kNoNode;
-    state_.ui.scanBegins();
-    state_.context.ScanBusy = true;
-    read(folder, false);
-    Report_Folder_Sort_All(tree);
-    state_.context.ScanBusy = false;
-    state_.context.ScanCancelState = kScanIdle;
-    state_.ui.scanEnds();
-    return folder;
-  });
+  return GuardedOr(
+      kModule, u"Report_Rescan",
+      [&]() -> NodeIndex {
+        FolderTree& tree = state_.tree;
+        if (tree.empty() || selected == kNoNode) return kNoNode;
+        NodeIndex folder = selected;
+        if (!tree[folder].has(FolderNode::IsFolder)) folder = tree[folder].parent;
+        const FolderNode& node = tree[folder];
+        const bool isNotEntered =
+            node.has(FolderNode::IsJunction) && state_.options.ScanHardlinks == 0;
+        if (isNotEntered || node.has(FolderNode::IsError)) return kNoNode;
+        const RunScope scope(state_);
+        read(folder, false);
+        Report_Folder_Sort_All(tree);
+        return folder;
+      },
+      [&](const Error& error) {
+        logFault(state_, error);
+        return kNoNode;
+      });
 }
 
 void Rescan::readRest(NodeIndex folder) { read(folder, true); }
@@ -51,14 +55,17 @@ void Rescan::read(NodeIndex folder, bool isRest) {
 }
 
 Text Report_RemoveFolders(FolderTree& tree, NodeIndex selected, RowsOnShow* rows) {
-  return Guarded(kModule, u"Report_RemoveFolders", [&]() -> Text {
-    if (tree.empty() || selected == kNoNode) return {};
-    while (tree[selected].parent != kNoNode)
-      selected = tree[selected].parent;
-    Text path(tree[selected].name());
-    orNobody(rows).change([&] { tree.remove({selected}); });
-    return path;
-  });
+  return GuardedOr(
+      kModule, u"Report_RemoveFolders",
+      [&]() -> Text {
+        if (tree.empty() || selected == kNoNode) return {};
+        while (tree[selected].parent != kNoNode)
+          selected = tree[selected].parent;
+        Text path(tree[selected].name());
+        orNobody(rows).change([&] { tree.remove({selected}); });
+        return path;
+      },
+      nothing<Text>);
 }
 
 }  // namespace ombrelian

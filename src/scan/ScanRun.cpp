@@ -8,6 +8,7 @@
 #include "platform/Process.h"
 #include "platform/Time.h"
 #include "platform/Volumes.h"
+#include "scan/RunScope.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
 #include "tree/TreeOrder.h"
@@ -34,32 +35,39 @@ DerivedLists* ScanRun::listsOfRun() const {
 
 RunResult ScanRun::Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue) {
   RunResult result;
-  Guarded(kModule, u"Ordnerliste_Abarbeiten", [&] {
-    state_.ui.scanBegins();
-    state_.context.ScanBusy = true;
-    state_.context.HardlinkSeen.Clear();
-    state_.filters.startRun();
-    bool isOnlySource = !state_.context.SilentMode;
-    while (!SourceQueue.empty() && !result.cancelled) {
-      const Text path = SourceQueue.front();
-      if (SourceQueue.size() > 1) isOnlySource = false;
-      if (xExistFolder_W(path)) {
-        scanSource(path, isOnlySource, result);
-      } else {
-        ++result.sourcesMissing;
-        state_.log.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}),
-                                true);
-      }
-      isOnlySource = false;  // whatever was queued meanwhile makes it a run of several
-      SourceQueue.pop_front();
-    }
-    SourceQueue.clear();
-    Report_Folder_Sort_All(state_.tree);
-    state_.context.ScanCancelState = kScanIdle;
-    state_.context.ScanBusy = false;
-    state_.ui.scanEnds();
-  });
+  result.failed = !GuardedOr(
+      kModule, u"Ordnerliste_Abarbeiten",
+      [&] {
+        const RunScope scope(state_);
+        scanQueue(SourceQueue, result);
+        return true;
+      },
+      [&](const Error& error) {
+        logFault(state_, error);
+        return false;
+      });
+  SourceQueue.clear();
   return result;
+}
+
+void ScanRun::scanQueue(std::deque<Text>& SourceQueue, RunResult& result) {
+  state_.context.HardlinkSeen.Clear();
+  state_.filters.startRun();
+  bool isOnlySource = !state_.context.SilentMode;
+  while (!SourceQueue.empty() && !result.cancelled) {
+    const Text path = SourceQueue.front();
+    if (SourceQueue.size() > 1) isOnlySource = false;
+    if (xExistFolder_W(path)) {
+      scanSource(path, isOnlySource, result);
+    } else {
+      ++result.sourcesMissing;
+      state_.log.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}),
+                              true);
+    }
+    isOnlySource = false;  // whatever was queued meanwhile makes it a run of several
+    SourceQueue.pop_front();
+  }
+  Report_Folder_Sort_All(state_.tree);
 }
 
 void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result) {
@@ -125,34 +133,46 @@ void ScanRun::logCounts(const ScanTotals& counts) {
 
 NodeIndex ScanRun::Quelle_Einlesen(TextView path, NodeIndex existing) {
   const NodeIndex root = existing == kNoNode ? state_.tree.addRoot(rootName(path)) : existing;
-  Guarded(kModule, u"Quelle_Einlesen",
-          [&] {
-            state_.context.ReadHardlinkCounts = state_.options.CreateListHardlink == 1 ||
-                                                state_.options.AddHardlinksOnlyOnce == 1 ||
-                                                state_.options.ShowHardlinkCount == 1;
-            state_.filters.SetFileFilterInclude(state_.options);
-            state_.filters.SetFileFilter(state_.options);
-            state_.filters.SetFolderFilterExclude(state_.options);
-            state_.filters.SetFolderFilterInclude(state_.options);
-            platform::VolumeInformation volume;
-            state_.context.KeepsOwners =
-                platform::GetVolumeInformationW(path, volume) == platform::kSuccess &&
-                volume.keepsOwners;
-            state_.context.Total = ScanTotals();
-            platform::DisableWow64FsRedirection(true);
-            Walker walker(state_, listsOfRun());
-            const ScanTotals found = walker.Report_ScanFolders(xGetPathWithBackslash(path), root);
-            platform::DisableWow64FsRedirection(false);
-            FolderNode& node = state_.tree[root];
-            Report_SetNodeSizeAndFilecount(node, found.Size, state_.context.Total.Files);
-            node.folders = state_.context.Total.Folders;
-            node.hardlinks = state_.context.Total.Hardlinks;
-            node.junctions = state_.context.Total.Junctions;
-            node.errors = state_.context.Total.Errors;
-            readRootFacts(path, root);
-          },
-          {path});
+  GuardedOr(
+      kModule, u"Quelle_Einlesen", [&] { readSource(path, root); },
+      [&](const Error& error) {
+        // What is missing is an error, so that nobody takes the source for complete.
+        ++state_.context.Total.Errors;
+        state_.tree[root].errors = state_.context.Total.Errors;
+        state_.tree[root].set(FolderNode::IsError);
+        logFault(state_, error);
+        state_.tree.setErrorText(root, errorTextOf(error));
+      },
+      {path});
   return root;
+}
+
+void ScanRun::readSource(TextView path, NodeIndex root) {
+  ScanContext& context = state_.context;
+  const Options& options = state_.options;
+  context.ReadHardlinkCounts = options.CreateListHardlink == 1 ||
+                               options.AddHardlinksOnlyOnce == 1 || options.ShowHardlinkCount == 1;
+  state_.filters.SetFileFilterInclude(state_.options);
+  state_.filters.SetFileFilter(state_.options);
+  state_.filters.SetFolderFilterExclude(state_.options);
+  state_.filters.SetFolderFilterInclude(state_.options);
+  platform::VolumeInformation volume;
+  context.KeepsOwners =
+      platform::GetVolumeInformationW(path, volume) == platform::kSuccess && volume.keepsOwners;
+  context.Total = ScanTotals();
+  const ScanTotals found = walk(path, root);
+  FolderNode& node = state_.tree[root];
+  Report_SetNodeSizeAndFilecount(node, found.Size, context.Total.Files);
+  node.folders = context.Total.Folders;
+  node.hardlinks = context.Total.Hardlinks;
+  node.junctions = context.Total.Junctions;
+  node.errors = context.Total.Errors;
+  readRootFacts(path, root);
+}
+
+ScanTotals ScanRun::walk(TextView path, NodeIndex root) {
+  const platform::NoRedirection whileWalking;
+  return Walker(state_, listsOfRun()).Report_ScanFolders(xGetPathWithBackslash(path), root);
 }
 
 /// Dates, attributes and owner of a source itself, which no listing told.

@@ -12,7 +12,13 @@ struct RunResult {
   int sourcesScanned = 0;
   int sourcesMissing = 0;  // no folder of that name
   bool cancelled = false;
+  bool failed = false;  // a fault of the program ended the run
   NodeIndex lastRoot = kNoNode;
+
+  /// Whether everything was read that was asked for.
+  bool isComplete() const {
+    return sum.Errors == 0 && sourcesMissing == 0 && !cancelled && !failed;
+  }
 };
 
 /// Reads every source of the queue into the tree, tells the log about it and keeps the lists of a
@@ -34,6 +40,9 @@ class ScanRun {
   void logOptions();
   void logCounts(const ScanTotals& counts);
   void readRootFacts(TextView path, NodeIndex root);
+  void scanQueue(std::deque<Text>& SourceQueue, RunResult& result);
+  void readSource(TextView path, NodeIndex root);
+  ScanTotals walk(TextView path, NodeIndex root);
   DerivedLists* listsOfRun() const;
 
   const ScanState state_;

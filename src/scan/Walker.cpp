@@ -43,14 +43,9 @@ Walker::Walker(const ScanState& state, DerivedLists* lists)
 ScanTotals Walker::Report_ScanFolders(TextView path, NodeIndex node) {
   path_ = path;
   frames_.clear();
-  // What a fault leaves behind still stands in the outermost frame.
-  Guarded(u"frmMain", u"Report_ScanFolders",
-          [&] {
-            enterSource(node);
-            walk();
-          },
-          {path});
-  return frames_.empty() ? ScanTotals() : frames_.front().result;
+  enterSource(node);
+  walk();
+  return frames_.front().result;
 }
 
 void Walker::enterSource(NodeIndex node) {

@@ -6,15 +6,20 @@
 namespace ombrelian {
 
 Text SystemFileTypes::typeText(TextView extension) {
-  return Guarded(u"FileTypes", u"typeText", [&] {
-    const auto [known, isNew] = typeTexts_.try_emplace(Text(extension));
-    if (isNew) known->second = platform::GetFileTypeName(extension);
-    return known->second;
-  });
+  return GuardedOr(
+      u"FileTypes", u"typeText",
+      [&] {
+        const auto [known, isNew] = typeTexts_.try_emplace(Text(extension));
+        if (isNew) known->second = platform::GetFileTypeName(extension);
+        return known->second;
+      },
+      nothing<Text>);
 }
 
 Text SystemFileTypes::iconName(TextView extension) {
-  return Guarded(u"FileTypes", u"iconName", [&] { return platform::GetFileTypeIcon(extension); });
+  return GuardedOr(
+      u"FileTypes", u"iconName", [&] { return platform::GetFileTypeIcon(extension); },
+      nothing<Text>);
 }
 
 }  // namespace ombrelian

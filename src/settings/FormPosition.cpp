@@ -45,20 +45,23 @@ std::int32_t onScreen(std::int32_t edge, std::int32_t size) {
 
 FormPosition LoadFormPosition(TextView form, bool positionOnly, const FormPosition& present,
                               const ScreenSize& screen, const IniStore& file) {
-  return Guarded(kModule, kLoad, [&] {
-    FormPosition position = present;
-    position.Left = screen.Width / 2 - present.Width / 2;
-    position.Top = screen.Height / 2 - present.Height / 2;
-    position.WindowState = 0;
-    if (!readKeys(form, position, file)) return present;
-    position.Left = onScreen(position.Left, screen.Width);
-    position.Top = onScreen(position.Top, screen.Height);
-    position.Width = positionOnly ? present.Width : std::min(position.Width, screen.Width);
-    position.Height = positionOnly ? present.Height : std::min(position.Height, screen.Height);
-    // No window starts minimised.
-    if (position.WindowState != kMaximised) position.WindowState = 0;
-    return position;
-  });
+  return GuardedOr(
+      kModule, kLoad,
+      [&] {
+        FormPosition position = present;
+        position.Left = screen.Width / 2 - present.Width / 2;
+        position.Top = screen.Height / 2 - present.Height / 2;
+        position.WindowState = 0;
+        if (!readKeys(form, position, file)) return present;
+        position.Left = onScreen(position.Left, screen.Width);
+        position.Top = onScreen(position.Top, screen.Height);
+        position.Width = positionOnly ? present.Width : std::min(position.Width, screen.Width);
+        position.Height = positionOnly ? present.Height : std::min(position.Height, screen.Height);
+        // No window starts minimised.
+        if (position.WindowState != kMaximised) position.WindowState = 0;
+        return position;
+      },
+      [&](const Error&) { return present; });
 }
 
 void SaveFormPosition(TextView form, const FormPosition& position, IniStore& file) {

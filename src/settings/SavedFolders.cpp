@@ -43,22 +43,25 @@ void writeList(const NumberedList& list, const std::vector<Text>& items, IniStor
 
 ComboFolders GetAllSavedComboFolders(const IniStore& file, TextView comboText,
                                      const std::function<bool(TextView)>& xExistFolder) {
-  return Guarded(kModule, u"GetAllSavedComboFolders", [&] {
-    CStringCollection sorted(platform::localeTextRules());
-    CStringCollection::AddOptions byText;
-    byText.Sorted = true;
-    byText.SortCompare = 1;
-    for (const Text& folder : readList(kComboFolders, file)) {
-      if (xExistFolder(folder)) sorted.Add(folder, {}, 0, byText);
-    }
-    ComboFolders combo;
-    combo.text = comboText;
-    for (std::int32_t position = 1; position <= sorted.Count(); ++position) {
-      combo.folders.emplace_back(*sorted.Item(position));
-      if (combo.folders.back() == comboText) combo.selected = position - 1;
-    }
-    return combo;
-  });
+  return GuardedOr(
+      kModule, u"GetAllSavedComboFolders",
+      [&] {
+        CStringCollection sorted(platform::localeTextRules());
+        CStringCollection::AddOptions byText;
+        byText.Sorted = true;
+        byText.SortCompare = 1;
+        for (const Text& folder : readList(kComboFolders, file)) {
+          if (xExistFolder(folder)) sorted.Add(folder, {}, 0, byText);
+        }
+        ComboFolders combo;
+        combo.text = comboText;
+        for (std::int32_t position = 1; position <= sorted.Count(); ++position) {
+          combo.folders.emplace_back(*sorted.Item(position));
+          if (combo.folders.back() == comboText) combo.selected = position - 1;
+        }
+        return combo;
+      },
+      nothing<ComboFolders>);
 }
 
 void Optionen_Speichern_SaveAllComboFolders(const std::vector<Text>& items, IniStore& file) {
@@ -71,8 +74,9 @@ void Optionen_Speichern_SaveAllComboFolders(const std::vector<Text>& items, IniS
 }
 
 std::vector<Text> Drives_LoadSavedNetworkFolders(const IniStore& file) {
-  return Guarded(kModule, u"Drives_LoadSavedNetworkFolders",
-                 [&] { return readList(kNetworkFolders, file); });
+  return GuardedOr(
+      kModule, u"Drives_LoadSavedNetworkFolders", [&] { return readList(kNetworkFolders, file); },
+      nothing<std::vector<Text>>);
 }
 
 void Optionen_Speichern_Drives_SaveNetworkFolders(const std::vector<Text>& rows, IniStore& file) {

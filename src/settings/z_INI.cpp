@@ -68,34 +68,40 @@ void IniStore::apply(const Change& change) {
 }
 
 Failure IniStore::refresh() {
-  return Guarded(kModule, u"refresh", [&]() -> Failure {
-    const Result<Stamp> stamp = readStamp();
-    if (!stamp) return stamp.error();
-    if (*stamp == stamp_) return {};
-    const Result<std::string> bytes = readBytes(*stamp);
-    if (!bytes) return bytes.error();
-    text_ = IniText(decode(*bytes));
-    stamp_ = *stamp;
-    isChanged_ = false;
-    for (const Change& change : changes_)
-      apply(change);
-    return {};
-  });
+  return GuardedOr(
+      kModule, u"refresh",
+      [&]() -> Failure {
+        const Result<Stamp> stamp = readStamp();
+        if (!stamp) return stamp.error();
+        if (*stamp == stamp_) return {};
+        const Result<std::string> bytes = readBytes(*stamp);
+        if (!bytes) return bytes.error();
+        text_ = IniText(decode(*bytes));
+        stamp_ = *stamp;
+        isChanged_ = false;
+        for (const Change& change : changes_)
+          apply(change);
+        return {};
+      },
+      failureOf);
 }
 
 Failure IniStore::flush() {
-  return Guarded(kModule, u"flush", [&]() -> Failure {
-    if (changes_.empty()) return {};
-    if (Failure failure = refresh()) return failure;
-    if (isChanged_) {
-      if (Failure failure = replaceFile()) return failure;
-      // Whether it is still this one that has the name is for the next refresh to see.
-      stamp_ = {};
-      isChanged_ = false;
-    }
-    changes_.clear();
-    return {};
-  });
+  return GuardedOr(
+      kModule, u"flush",
+      [&]() -> Failure {
+        if (changes_.empty()) return {};
+        if (Failure failure = refresh()) return failure;
+        if (isChanged_) {
+          if (Failure failure = replaceFile()) return failure;
+          // Whether it is still this one that has the name is for the next refresh to see.
+          stamp_ = {};
+          isChanged_ = false;
+        }
+        changes_.clear();
+        return {};
+      },
+      failureOf);
 }
 
 Result<IniStore::Stamp> IniStore::readStamp() const {
@@ -148,8 +154,9 @@ Failure IniStore::replaceFile() const {
 }
 
 Text GetSettings(TextView section, TextView key, TextView defaultText, const IniStore& file) {
-  return Guarded(kMainModule, u"GetSettings",
-                 [&] { return file.INI_ReadString(section, key, defaultText); });
+  return GuardedOr(
+      kMainModule, u"GetSettings", [&] { return file.INI_ReadString(section, key, defaultText); },
+      [&](const Error&) { return Text(defaultText); });
 }
 
 void StoreSettings(TextView section, TextView key, TextView value, IniStore& file) {

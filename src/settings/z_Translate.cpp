@@ -152,16 +152,19 @@ Translation::Translation()
 }
 
 Text Translation::Init_Sprache(const LanguageStart& start) {
-  return Guarded(kModule, u"Init_Sprache", [&] {
-    const int stored = start.stored.value_or(0);
-    LanguageId_ = stored != 0 ? findLanguage(stored).id : usersLanguage(start.programFolder);
-    Text missing = loadLanguageFile(start.programFolder);
-    if (start.translatorMode) {
-      TranslatorMode_ = true;
-      LoadTextFromFile(joinPath(start.programFolder, kTranslatorFile));
-    }
-    return missing;
-  });
+  return GuardedOr(
+      kModule, u"Init_Sprache",
+      [&] {
+        const int stored = start.stored.value_or(0);
+        LanguageId_ = stored != 0 ? findLanguage(stored).id : usersLanguage(start.programFolder);
+        Text missing = loadLanguageFile(start.programFolder);
+        if (start.translatorMode) {
+          TranslatorMode_ = true;
+          LoadTextFromFile(joinPath(start.programFolder, kTranslatorFile));
+        }
+        return missing;
+      },
+      nothing<Text>);
 }
 
 /// A file without a single text is none.

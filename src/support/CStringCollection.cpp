@@ -100,16 +100,19 @@ void CStringCollection::Clear() {
 }
 
 std::int32_t CStringCollection::FindNode(TextView key) const {
-  return Guarded(kModule, u"FindNode", [&]() -> std::int32_t {
-    SearchKey search(*this, key);
-    std::int32_t node = Root;
-    while (node != 0) {
-      const int order = search.compare(Nodes[node].Key);
-      if (order == 0) break;
-      node = order < 0 ? Nodes[node].Left : Nodes[node].Right;
-    }
-    return node;
-  });
+  return GuardedOr(
+      kModule, u"FindNode",
+      [&]() -> std::int32_t {
+        SearchKey search(*this, key);
+        std::int32_t node = Root;
+        while (node != 0) {
+          const int order = search.compare(Nodes[node].Key);
+          if (order == 0) break;
+          node = order < 0 ? Nodes[node].Left : Nodes[node].Right;
+        }
+        return node;
+      },
+      nothing<std::int32_t>);
 }
 
 std::int32_t CStringCollection::GetKeyIndex(const KeyOrIndex& keyOrIndex) const {
@@ -230,15 +233,18 @@ void CStringCollection::closeSlot(std::int32_t position) {
 }
 
 Failure CStringCollection::Remove(const KeyOrIndex& keyOrIndex) {
-  return Guarded(kModule, u"Remove", [&]() -> Failure {
-    const std::int32_t z = GetKeyIndex(keyOrIndex);
-    if (z == 0) {
-      if (!RaiseError_) return {};
-      return notFound(u"Remove", keyOrIndex);
-    }
-    removeNode(z);
-    return {};
-  });
+  return GuardedOr(
+      kModule, u"Remove",
+      [&]() -> Failure {
+        const std::int32_t z = GetKeyIndex(keyOrIndex);
+        if (z == 0) {
+          if (!RaiseError_) return {};
+          return notFound(u"Remove", keyOrIndex);
+        }
+        removeNode(z);
+        return {};
+      },
+      failureOf);
 }
 
 void CStringCollection::removeNode(std::int32_t z) {

@@ -41,13 +41,25 @@ void reportFault(TextView module, TextView name, const Error& error,
   if (faultSink != nullptr) faultSink->Debug(name, module, error, params);
 }
 
-void reportEscaped(TextView module, TextView name,
-                   std::initializer_list<TextView> params) noexcept {
-  if (faultSink == nullptr) return;
+Error reportEscaped(TextView module, TextView name,
+                    std::initializer_list<TextView> params) noexcept {
   try {
-    faultSink->Debug(name, module, describeEscaped(), {params.begin(), params.end()});
+    Error error = describeEscaped();
+    if (faultSink != nullptr) faultSink->Debug(name, module, error, {params.begin(), params.end()});
+    return error;
   } catch (...) {  // no memory for the report itself: the process goes on without it
+    return {kOutOfMemory, {}, {}};
   }
+}
+
+Failure failureOf(const Error& error) {
+  return Error{error.number, error.source, errorTextOf(error)};
+}
+
+/// The short form needs no memory of its own.
+Text errorTextOf(const Error& error) {
+  if (error.text.empty()) return u"#" + toText(error.number);
+  return u"#" + toText(error.number) + u" - " + error.text;
 }
 
 }  // namespace ombrelian

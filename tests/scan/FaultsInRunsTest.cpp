@@ -1,0 +1,207 @@
+// What escapes a procedure is a failure that its caller hears of, wherever it happened.
+
+#include <gtest/gtest.h>
+
+#include "export/ListSave.h"
+#include "fs/Deleting.h"
+#include "fs/Recycling.h"
+#include "fs/z_Filesystem.h"
+#include "scan/Deletion.h"
+#include "scan/ListFeeder.h"
+#include "scan/Rename.h"
+#include "scan/Rescan.h"
+#include "settings/z_INI.h"
+#include "support/Guard.h"
+#include "tests/testing/Allocations.h"
+#include "tests/testing/ScanFixture.h"
+
+namespace ombrelian {
+namespace {
+
+using testing::FailingAllocation;
+using testing::QuietInterface;
+using testing::ScanFixture;
+
+struct Thrown : std::exception {
+  const char* what() const noexcept override { return "thrown by the test"; }
+};
+
+/// Throws where a test wants it, and counts the runs.
+struct Faulty : QuietInterface {
+  void scanBegins() override {
+    ++begun;
+    if (atBegin) throw Thrown();
+  }
+  void scanEnds() override { ++ended; }
+  void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override {
+    if (atProgress) throw Thrown();
+  }
+  bool confirm(TextView, const std::vector<Text>&) override { return true; }
+
+  bool atBegin = false;
+  bool atProgress = false;
+  int begun = 0;
+  int ended = 0;
+};
+
+class FaultsInRunsTest : public ScanFixture {
+ protected:
+  FaultsInRunsTest() {
+    folder.file("a/one", 100);
+    folder.file("a/two", 10);
+    folder.file("b/three", 1);
+  }
+
+  ScanState faulty(DerivedLists* lists = nullptr) {
+    return {options, tree, context, filters, log, window, lists};
+  }
+
+  void expectIdle(int runs) {
+    EXPECT_EQ(window.begun, runs);
+    EXPECT_EQ(window.ended, runs);
+    EXPECT_FALSE(context.ScanBusy);
+    EXPECT_FALSE(context.IgnoresCancel);
+    EXPECT_EQ(context.ScanCancelState, kScanIdle);
+    ASSERT_FALSE(log.rows().empty());
+    EXPECT_TRUE(log.rows().back().isError);
+  }
+
+  Faulty window;
+};
+
+TEST_F(FaultsInRunsTest, ARunThatThrowsIsOverAndIncomplete) {
+  std::deque<Text> queue = {folder.text()};
+  window.atBegin = true;
+  RunResult run = ScanRun(faulty()).Ordnerliste_Abarbeiten(queue);
+  EXPECT_TRUE(run.failed);
+  EXPECT_FALSE(run.isComplete());
+  EXPECT_TRUE(queue.empty());
+  expectIdle(1);
+  window.atBegin = false;
+  window.atProgress = true;
+  queue = {folder.text()};
+  run = ScanRun(faulty()).Ordnerliste_Abarbeiten(queue);
+  EXPECT_FALSE(run.isComplete());
+  EXPECT_EQ(run.sum.Errors, 1);
+  EXPECT_TRUE(tree[run.lastRoot].has(FolderNode::IsError));
+  EXPECT_EQ(window.ended, 2);
+  EXPECT_FALSE(context.ScanBusy);
+  window.atProgress = false;
+  queue = {folder.text()};
+  EXPECT_TRUE(ScanRun(faulty()).Ordnerliste_Abarbeiten(queue).isComplete());
+}
+
+TEST_F(FaultsInRunsTest, RescanAndDeletionEndTheirRunsToo) {
+  const NodeIndex root = scan(folder.text());
+  struct : RowsOnShow {
+    void change(const std::function<void()>&) override { throw Thrown(); }
+  } rows;
+  EXPECT_EQ(Rescan(faulty(), &rows).Report_Rescan(find(root, u"a")), kNoNode);
+  expectIdle(1);
+  EXPECT_TRUE(Deletion(faulty(), &rows, false).DeleteFolders({find(root, u"a")}))
+      << "something is gone";
+  expectIdle(2);
+  ASSERT_EQ(window.messages.size(), 1U);
+  EXPECT_NE(window.messages[0].find(u"thrown by the test"), Text::npos);
+}
+
+/// Every procedure whose empty answer means success, with each of its allocations failing once. The
+/// answer must be a failure, or what was asked for must be done.
+TEST_F(FaultsInRunsTest, NoLackOfMemoryIsTakenForSuccess) {
+  const Text place = folder.text();
+  const auto at = [&](const char* name) { return place + u"/" + fromBytes(name); };
+  const Text long1 = at("a name that no short text holds, one");
+  const Text long2 = at("a name that no short text holds, two");
+  const NodeIndex root = scan(place);
+  IniStore store(at("settings with a long name.ini"));
+  Grid grid(listRow(ListId::Owners).columns());
+  const struct {
+    const char* name;
+    std::function<void()> prepare;
+    std::function<bool()> succeeds;  // what the procedure answers
+    std::function<bool()> isDone;    // what is on the disk
+  } procedures[] = {
+      {"xMoveFile_W",
+       [&] {
+         if (!xExistFile_W(long1)) folder.file("a name that no short text holds, one", 1);
+       },
+       [&] { return xMoveFile_W(long1, long2).empty(); }, [&] { return xExistFile_W(long2); }},
+      {"xCreatePath", [] {},
+       [&] { return !xCreatePath(at("made/of several folders with long names/deep")); },
+       [&] { return xExistFolder_W(at("made/of several folders with long names/deep")); }},
+      {"renameFolder", [&] { folder.folder("b"); },
+       [&] { return renameFolder(tree, at("b"), u"a new name of some length").empty(); },
+       [&] { return xExistFolder_W(at("a new name of some length")); }},
+      {"xDeleteFile_W",
+       [&] {
+         if (!xExistFile_W(long1)) folder.file("a name that no short text holds, one", 1);
+       },
+       [&] { return !xDeleteFile_W({long1}, true); }, [&] { return !xExistFile_W(long1); }},
+      {"xDeleteFolderSHwide",
+       [&] {
+         if (!xExistFile_W(at("gone/with a file of a long name")))
+           folder.file("gone/with a file of a long name", 1);
+       },
+       [&] { return xDeleteFolderSHwide({at("gone")}, false).code == platform::kSuccess; },
+       [&] { return !xExistFile_W(at("gone")); }},
+      {"flush",
+       [&] {
+         store.INI_WriteString(u"a section of some length", u"a key of some length", u"value");
+       },
+       [&] { return !store.flush(); },
+       [&] { return xExistFile_W(at("settings with a long name.ini")); }},
+      {"saveList", [] {},
+       [&] {
+         return !saveList({u"a title of some length", grid, {}, {}, {}}, options, ReportFormat::CSV,
+                          at("a report with a long name.csv"), u",", window);
+       },
+       [&] { return xExistFile_W(at("a report with a long name.csv")); }},
+  };
+  for (const auto& procedure : procedures) {
+    int failures = 0;
+    bool isThrough = false;
+    for (int number = 1; !isThrough && number < 3000; ++number) {
+      procedure.prepare();
+      bool answer = false;
+      {
+        const FailingAllocation failing(number);
+        try {
+          answer = procedure.succeeds();
+        } catch (const std::bad_alloc&) {  // of the arguments, before the procedure began
+        }
+        isThrough = !failing.hasFailed();
+      }
+      if (answer) {
+        EXPECT_TRUE(procedure.isDone()) << procedure.name << " " << number;
+      } else {
+        ++failures;
+      }
+    }
+    EXPECT_TRUE(isThrough) << procedure.name;
+    EXPECT_GT(failures, 0) << procedure.name << ": no allocation of it failed";
+  }
+  EXPECT_NE(root, kNoNode);
+}
+
+TEST_F(FaultsInRunsTest, AGuardAnswersWithTheReason) {
+  const auto text = GuardedOr(
+      u"module", u"procedure",
+      []() -> Text {
+        throw Fault({9, u"there", u"out of range"});
+      },
+      errorTextOf);
+  EXPECT_EQ(text, u"#9 - out of range");
+  int asked = 0;
+  const auto again = GuardedOr(
+      u"module", u"procedure", []() -> Text { throw Thrown(); },
+      [&](const Error& error) {
+        if (++asked == 1) throw std::bad_alloc();
+        return errorTextOf(error);
+      });
+  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(again, u"#51");
+  EXPECT_FALSE(Guarded(u"module", u"procedure", []() -> bool { throw Thrown(); }));
+}
+
+}  // namespace
+}  // namespace ombrelian

@@ -1,0 +1,36 @@
+#include "tests/testing/Allocations.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local std::int64_t untilFailure = 0;  // allocations to go; 0: none fails
+thread_local bool failed = false;
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  if (untilFailure > 0 && --untilFailure == 0) {
+    failed = true;
+    throw std::bad_alloc();
+  }
+  if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace ombrelian::testing {
+
+FailingAllocation::FailingAllocation(std::int64_t number) {
+  untilFailure = number;
+  failed = false;
+}
+
+FailingAllocation::~FailingAllocation() { untilFailure = 0; }
+
+bool FailingAllocation::hasFailed() const { return failed; }
+
+}  // namespace ombrelian::testing
