@@ -125,7 +125,7 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
     }
   });
   window.execute(ViewId::Folders, 350);
-  // The question before folders are deleted, which is answered with no.
+  // The question before folders are deleted is answered with no.
   ListView& list = window.pane(ViewId::Folders).list();
   list.goTo(1);
   list.selectionModel()->select(list.model()->index(2, 1),
@@ -142,7 +142,8 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
 
 }  // namespace
 
-/// Arguments: folder for the pictures, prefix of their names, "light" or "dark", "de" or "en".
+/// Arguments: the folder for the pictures, a prefix of their names, "light" or "dark", "de" or
+/// "en".
 int main(int argc, char** argv) {
   if (argc < 5) return 2;
   QApplication application(argc, argv);

@@ -17,7 +17,7 @@ namespace {
 constexpr int kNameSection = 1;
 constexpr int kIconSize = 16;
 constexpr int kGap = 5;          // between the open/closed sign, the icon and the text
-constexpr int kMargin = 7;       // at both ends of a cell
+constexpr int kMargin = 7;       // left and right of the text in a cell
 constexpr int kMostLevels = 60;  // deeper folders are not indented further
 constexpr int kFadeStep = 10;    // how much darker or lighter each level is, of 255
 constexpr int kMostFade = 120;

@@ -24,7 +24,7 @@ constexpr int kSliderMinimum = 28;
 constexpr int kPushButtonMinimum = 84;
 constexpr int kProgressHeight = 8;
 
-/// The one height of buttons and fields, so that they line up in a row.
+/// The common height of buttons and fields, so that they line up in a row.
 int controlHeight(const QStyleOption& option) {
   return std::max(option.fontMetrics.height() + 10, 26);
 }
@@ -36,8 +36,8 @@ QSize toolButtonSize(const QStyleOptionToolButton& button, QSize size) {
   return size;
 }
 
-/// Where Qt's own style would have the part if the scroll bar were longer by the two buttons, which
-/// it does not have here.
+/// The rectangle of a part of a scroll bar without buttons: Qt's own style computes it for a scroll
+/// bar that is longer by the two buttons.
 QRect scrollBarPart(const QProxyStyle& style, const QStyleOptionSlider& bar,
                     QStyle::SubControl part) {
   if (part == QStyle::SC_ScrollBarAddLine || part == QStyle::SC_ScrollBarSubLine) return {};
@@ -49,7 +49,7 @@ QRect scrollBarPart(const QProxyStyle& style, const QStyleOptionSlider& bar,
       .translated(bar.rect.topLeft() - button);
 }
 
-/// Rows are dense, but for those of a combo box.
+/// Rows are dense, except those of a combo box.
 int rowHeight(const QStyleOption& option, const QWidget* widget) {
   const bool isChoice = widget != nullptr && widget->inherits("QComboBoxListView");
   return option.fontMetrics.height() + (isChoice ? 9 : 5);
@@ -229,7 +229,7 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
   QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
-/// At a fractional scale a picture would be smeared over two device pixels.
+/// Puts the picture on whole device pixels, so that a fractional scale does not blur it.
 void Style::drawItemPixmap(QPainter* painter, const QRect& rect, int alignment,
                            const QPixmap& pixmap) const {
   const QSizeF size = pixmap.deviceIndependentSize();

@@ -24,7 +24,7 @@ struct Tones {
   QRgb base;
   QRgb text;
   QRgb accent;
-  bool solid = false;  ///< selected rows in the full accent, lines in the full text colour
+  bool solid = false;  ///< selected rows have the full accent, lines the full text colour
 };
 
 /// The two faces of a design. One that does not follow the desktop has the same face twice.
@@ -80,7 +80,7 @@ QColor readable(const QColor& color, std::initializer_list<QColor> backgrounds, 
   return pole;
 }
 
-/// The colours between the tones of a face.
+/// The colours that are mixed from the tones of a face.
 struct Mixer {
   explicit Mixer(const Tones& tones)
       : window(tones.window),

@@ -7,7 +7,7 @@
 
 namespace ombrelian::ui {
 
-/// Designs are numbered from 0, as `ToolbarTheme` stores them.
+/// The number of designs, which are numbered from 0 as in `ToolbarTheme`.
 inline constexpr int kThemes = 10;
 
 /// The colours of a design. In the palette AlternateBase is the background of every second group
@@ -22,7 +22,7 @@ struct Theme {
 /// light or always dark, the others follow the desktop.
 Theme makeTheme(int number, bool desktopIsDark);
 
-/// What the user calls the design `number`, 0 to kThemes - 1, in the language in force.
+/// The name of the design `number`, 0 to kThemes - 1, in the current language.
 Text themeName(int number);
 
 /// Gives the whole application the colours of `theme`.

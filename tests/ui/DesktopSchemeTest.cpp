@@ -82,7 +82,7 @@ class FakePortal : public QDBusVirtualObject {
   int asked = 0;
 };
 
-/// A bus of its own with a portal on it.
+/// Starts a private bus with a fake portal.
 class PortalTest : public ::testing::Test {
  protected:
   void SetUp() override {

@@ -87,7 +87,7 @@ TEST_F(IconsTest, EachModeHasTheColoursOfThePaletteInForce) {
 
 TEST_F(IconsTest, IsPaintedOnWholeDevicePixelsAtAnyScale) {
   for (const qreal scale : {1.0, 1.25, 1.5, 2.0})
-    for (const int at : {0, 3, 5}) {  // some are no whole device pixels at that scale
+    for (const int at : {0, 3, 5}) {  // at some scales these are no whole device pixels
       const QPixmap exact = icon("save").pixmap(QSize(16, 16), scale);
       const int side = qRound(16 * scale);
       ASSERT_EQ(exact.size(), QSize(side, side));

@@ -39,12 +39,12 @@ void choose(const QDialog& dialog, ReportFormat format) {
   find<QComboBox>(dialog, "cboFormat")->setCurrentIndex(int(format));
 }
 
-/// All sources or the selected one, then the three choices of levels.
+/// The radio button `number`: 0 all sources, 1 the selected one, 2 to 4 the choices of levels.
 QRadioButton* radio(const QDialog& dialog, int number) {
   return dialog.findChildren<QRadioButton*>()[number];
 }
 
-/// Answers every question for a file with this one.
+/// Answers every question for a file with `path`.
 SaveDialog::ChooseFile answer(const QString& path) {
   return [path](QWidget*, const FileQuestion&) { return path; };
 }
@@ -53,7 +53,7 @@ QString pathIn(const TestFolder& folder, ReportFormat format) {
   return toQString(folder.text("report." + toBytes(fileExtension(format))));
 }
 
-/// What a report says, whatever its format; of a workbook its sheet.
+/// The text of a report; for a workbook, the text of its sheet.
 QString contents(const QString& path) {
   if (!path.endsWith(u".xlsx"_s)) return toQString(testing::readReport(path.toStdString()));
   QProcess python;
@@ -220,7 +220,7 @@ TEST_F(SaveFromWindowTest, AListTellsWhereItComesFromAndAnEmptyOneIsNotSaved) {
   QApplication::processEvents();
 }
 
-/// A dialog by itself, over a tree made by hand.
+/// A dialog without a window, for a tree that is made by hand.
 class SaveDialogTest : public ::testing::Test {
  protected:
   SaveDialogTest() { root = tree.addRoot(u"/tree"); }

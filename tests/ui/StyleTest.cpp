@@ -111,7 +111,7 @@ TEST(StyleTest, ThePartsOfAScrollBarFillItAtEveryPosition) {
     int page;
     int at;
     Qt::Orientation orientation;
-    int slider;  // its position
+    int slider;  // the expected position of the slider
   };
   const Style style;
   for (const Scrolled& scrolled :
