@@ -14,7 +14,9 @@
 #include "support/Translate.h"
 #include "tests/testing/TestFolder.h"
 #include "ui/MainWindow.h"
+#include "ui/Panes.h"
 #include "ui/QtText.h"
+#include "ui/ScanControl.h"
 #include "ui/WindowRun.h"
 
 namespace {
@@ -97,24 +99,25 @@ void turnOnLists(Options& options) {
 
 void takeAll(MainWindow& window, const Text& sample, Photographer& photographer) {
   photographer.take("1-empty");
-  window.scan({sample});
+  window.parts().scans.scan({sample});
   photographer.take("2-tree-and-drives");
-  window.execute(std::nullopt, 401);
-  window.execute(ViewId::Folders, 1010);
-  window.pane(ViewId::Folders).list().goTo(3);
-  window.execute(ViewId::Folders, 1007);
-  window.pane(ViewId::Folders).list().goTo(5);
+  window.execute(std::nullopt, CommandId::ShowFiles);
+  window.execute(ListId::Folders, CommandId::ExpandLevel1);
+  window.pane(ListId::Folders).list().goTo(3);
+  window.execute(ListId::Folders, CommandId::ExpandSubtree);
+  window.pane(ListId::Folders).list().goTo(5);
   photographer.take("3-tree-and-files");
-  const std::pair<int, const char*> panes[] = {{402, "4-top-list"},   {403, "5-hardlinks"},
-                                               {404, "6-junctions"},  {405, "7-owners"},
-                                               {406, "8-extensions"}, {407, "9-log"}};
+  const std::pair<CommandId, const char*> panes[] = {
+      {CommandId::ShowTopLists, "4-top-list"},     {CommandId::ShowHardlinks, "5-hardlinks"},
+      {CommandId::ShowJunctions, "6-junctions"},   {CommandId::ShowOwners, "7-owners"},
+      {CommandId::ShowExtensions, "8-extensions"}, {CommandId::ShowLog, "9-log"}};
   for (const auto& [id, name] : panes) {
     window.execute(std::nullopt, id);
     photographer.take(name);
   }
-  window.execute(ViewId::Folders, 355);
+  window.execute(ListId::Folders, CommandId::Search);
   photographer.take("10-search");
-  QMenu* const menu = window.commands().menu(478);
+  QMenu* const menu = window.commands().menu(CommandId::ListMenu);
   menu->popup(window.mapToGlobal(QPoint(420, 70)));
   photographer.take("11-lists-menu", menu);
   menu->close();
@@ -124,9 +127,9 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
       dialog->close();
     }
   });
-  window.execute(ViewId::Folders, 350);
+  window.execute(ListId::Folders, CommandId::Save);
   // The question before folders are deleted is answered with no.
-  ListView& list = window.pane(ViewId::Folders).list();
+  ListView& list = window.pane(ListId::Folders).list();
   list.goTo(1);
   list.selectionModel()->select(list.model()->index(2, 1),
                                 QItemSelectionModel::Select | QItemSelectionModel::Rows);
@@ -137,13 +140,12 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
       dialog->close();
     }
   });
-  window.execute(ViewId::Folders, 506);
+  window.execute(ListId::Folders, CommandId::DeleteFolders);
 }
 
 }  // namespace
 
-/// Arguments: the folder for the pictures, a prefix of their names, "light" or "dark", "de" or
-/// "en".
+/// Arguments: the folder for the pictures, a prefix of their names, "light" or "dark", "de" or "en".
 int main(int argc, char** argv) {
   if (argc < 5) return 2;
   QApplication application(argc, argv);

@@ -12,7 +12,9 @@
 #include "tests/testing/TestFolder.h"
 #include "ui/FolderRows.h"
 #include "ui/MainWindow.h"
+#include "ui/Panes.h"
 #include "ui/QtText.h"
+#include "ui/ScanControl.h"
 #include "ui/WindowRun.h"
 
 namespace {
@@ -63,7 +65,7 @@ void measureGap(const char* what, Action action) {
 
 void measureTree(MainWindow& window, Session& session, int folders) {
   grow(session.tree, folders);
-  ListPane& pane = window.pane(ViewId::Folders);
+  ListPane& pane = window.pane(ListId::Folders);
   auto& rows = static_cast<FolderRows&>(pane.rows());
   measure("open", [&] {
     pane.model().replace([&] { rows.treeChanged(); });
@@ -71,7 +73,7 @@ void measureTree(MainWindow& window, Session& session, int folders) {
     QApplication::processEvents();
   });
   measure("expand all", [&] {
-    window.execute(ViewId::Folders, 396);
+    window.execute(ListId::Folders, CommandId::ExpandAll);
     QApplication::processEvents();
   });
   std::printf("%-40s %8d\n", "rows", pane.model().rowCount());
@@ -110,7 +112,7 @@ int main(int argc, char** argv) {
   window.resize(1280, 800);
   window.show();
   if (argc > 2) {
-    measureGap("scan in the window", [&] { window.scan({fromBytes(argv[2])}); });
+    measureGap("scan in the window", [&] { window.parts().scans.scan({fromBytes(argv[2])}); });
   } else {
     measureTree(window, session, argc > 1 ? std::atoi(argv[1]) : 1'000'000);
   }

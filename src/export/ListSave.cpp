@@ -34,6 +34,12 @@ bool contains(const std::vector<const Column*>& columns, const Column* column) {
 
 }  // namespace
 
+ListToSave listToSave(const Options& options, ListId id, FlatList& list, ReportSource source) {
+  if (const auto origin = list.origin()) source = {origin->path, origin->readAt};
+  return {listTitle(options, id), list.grid(), listLayout(options, id), listSizes(options, id),
+          std::move(source)};
+}
+
 Failure saveList(const ListToSave& list, const Options& options, ReportFormat format,
                  TextView target, TextView delimiter, UserInterface& ui) {
   Failure failure = Error{std::int32_t(platform::kGeneralFailure), u"SAVE", u""};

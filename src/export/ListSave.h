@@ -1,7 +1,8 @@
 #pragma once
 
 #include "export/ReportSave.h"
-#include "lists/ListTables.h"
+#include "lists/FlatList.h"
+#include "lists/ListTable.h"
 
 namespace ombrelian {
 
@@ -13,6 +14,10 @@ struct ListToSave {
   SizeSettings sizes;
   ReportSource source;
 };
+
+/// A list as the options have it; `source` is what its head tells where the list has no origin of
+/// its own.
+ListToSave listToSave(const Options& options, ListId id, FlatList& list, ReportSource source);
 
 /// Saves a list as `target` (absolute) in `format`, with the delimiter text `delimiter` and what
 /// the options say of dates and dividing lines. A list without rows becomes a report of its head

@@ -3,80 +3,124 @@
 namespace ombrelian {
 namespace {
 
-// Command, the popup that it is in, whether a line stands in front of it.
+using enum CommandId;
+
+// Command, the popup that it is in, whether a line is in front of it.
 // clang-format off
 constexpr BarItem kMainBar[] = {
-    {460}, {461}, {462}, {463, 0, true}, {464}, {473, 0, true}, {474}, {475}, {476}, {477},
-    {478, 0, true}, {479, 478}, {480, 478}, {481, 478}, {482, 478}, {483, 478}, {484, 478},
-    {485, 478, true}, {486, 478}, {487, 478}, {488, 478}, {1041, 478, true}, {1042, 478},
-    {1043, 478}, {1044, 478}, {1045, 478}, {1046, 478}, {1047, 478}, {1101, 1041}, {501, 1041},
-    {502, 1041}, {1102, 1042}, {499, 1042}, {500, 1042}, {1103, 1043}, {496, 1043, true},
-    {497, 1043}, {498, 1043}, {1104, 1044}, {493, 1044, true}, {494, 1044}, {495, 1044},
-    {1105, 1045}, {1106, 1046}, {491, 1046}, {492, 1046}, {489, 1047}, {490, 1047}, {450}, {451, 450}, {452, 450}, {453, 450},
-    {454, 450}, {455, 450}, {456, 450}, {457, 450}, {458, 450}, {459, 450, true}, {389, 0, true},
-    {390, 389}, {391, 389}, {392, 389}, {300}, {301, 300}, {302, 300}, {303, 300}, {304, 300},
-    {305, 300, true}, {309, 300}, {1023}, {367, 1023}, {1024, 1023, true}, {1030, 1024},
-    {1031, 1024}, {1032, 1024}, {1033, 1024}, {1034, 1024}, {1035, 1024}, {1036, 1024},
-    {1037, 1024}, {1038, 1024}, {1039, 1024}, {368, 1023}, {369, 1023}, {378, 1023},
-    {370, 1023, true}, {371, 1023}, {372, 1023}, {373, 1023, true}, {374, 373}, {375, 373},
-    {376, 373}, {377, 373}, {379, 1023, true}, {380, 379}, {381, 379}, {382, 379, true}, {1022},
-    {383, 1022}, {385, 1022}, {386, 1022}, {384, 1022, true}, {387, 1022, true}, {388, 1022},
+    {Source}, {AddSource}, {RemoveSource}, {Start, None, true}, {Stop},
+    {CountHardlinks, None, true}, {CountHardlinksOnce}, {FolderOwners}, {EnterLinks}, {HideLinks},
+    {ListMenu, None, true}, {MakeLargestFiles, ListMenu}, {MakeSmallestFiles, ListMenu},
+    {MakeNewestFiles, ListMenu}, {MakeOldestFiles, ListMenu}, {MakeLargestFolders, ListMenu},
+    {MakeSmallestFolders, ListMenu}, {MakeHardlinks, ListMenu, true}, {MakeJunctions, ListMenu},
+    {MakeOwners, ListMenu}, {MakeExtensions, ListMenu}, {LargestFilesMenu, ListMenu, true},
+    {SmallestFilesMenu, ListMenu}, {NewestFilesMenu, ListMenu}, {OldestFilesMenu, ListMenu},
+    {LargestFoldersMenu, ListMenu}, {SmallestFoldersMenu, ListMenu}, {ExtensionsMenu, ListMenu},
+    {LargestFilesLimit, LargestFilesMenu}, {LargestOfExtensions, LargestFilesMenu},
+    {LargestOfExtensionsText, LargestFilesMenu}, {SmallestFilesLimit, SmallestFilesMenu},
+    {IgnoreSmallFiles, SmallestFilesMenu}, {IgnoreSmallFilesBytes, SmallestFilesMenu},
+    {NewestFilesLimit, NewestFilesMenu}, {NewestByModified, NewestFilesMenu, true},
+    {NewestByCreated, NewestFilesMenu}, {NewestByAccess, NewestFilesMenu},
+    {OldestFilesLimit, OldestFilesMenu}, {OldestByModified, OldestFilesMenu, true},
+    {OldestByCreated, OldestFilesMenu}, {OldestByAccess, OldestFilesMenu},
+    {LargestFoldersLimit, LargestFoldersMenu}, {SmallestFoldersLimit, SmallestFoldersMenu},
+    {IgnoreSmallFolders, SmallestFoldersMenu}, {IgnoreSmallFoldersBytes, SmallestFoldersMenu},
+    {OnlyTheseExtensions, ExtensionsMenu}, {OnlyTheseExtensionsText, ExtensionsMenu}, {FilterMenu},
+    {OnlyTheseFiles, FilterMenu}, {OnlyTheseFilesText, FilterMenu}, {NotTheseFiles, FilterMenu},
+    {NotTheseFilesText, FilterMenu}, {OnlyTheseFolders, FilterMenu},
+    {OnlyTheseFoldersText, FilterMenu}, {NotTheseFolders, FilterMenu},
+    {NotTheseFoldersText, FilterMenu}, {FilterHelp, FilterMenu, true}, {ViewMenu, None, true},
+    {ShowBothSides, ViewMenu}, {ShowLeftSide, ViewMenu}, {ShowRightSide, ViewMenu}, {SizeMenu},
+    {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu}, {SizeMegabytes, SizeMenu},
+    {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true}, {SizeDecimals, SizeMenu},
+    {AppearanceMenu}, {OptionsDialog, AppearanceMenu}, {DesignMenu, AppearanceMenu, true},
+    {Design0, DesignMenu}, {Design1, DesignMenu}, {Design2, DesignMenu}, {Design3, DesignMenu},
+    {Design4, DesignMenu}, {Design5, DesignMenu}, {Design6, DesignMenu}, {Design7, DesignMenu},
+    {Design8, DesignMenu}, {Design9, DesignMenu}, {BigIcons, AppearanceMenu},
+    {IconText, AppearanceMenu}, {NoBackgroundPicture, AppearanceMenu},
+    {ChooseFont, AppearanceMenu, true}, {LargerFont, AppearanceMenu}, {SmallerFont, AppearanceMenu},
+    {GridLineMenu, AppearanceMenu, true}, {NoGridLines, GridLineMenu},
+    {HorizontalGridLines, GridLineMenu}, {VerticalGridLines, GridLineMenu},
+    {AllGridLines, GridLineMenu}, {LanguageMenu, AppearanceMenu, true}, {German, LanguageMenu},
+    {English, LanguageMenu}, {Translate, LanguageMenu, true}, {HelpMenu}, {Documentation, HelpMenu},
+    {Homepage, HelpMenu}, {CheckForUpdates, HelpMenu}, {Donate, HelpMenu, true},
+    {About, HelpMenu, true}, {Quit, HelpMenu},
 };
 
 constexpr BarItem kHeaderBar[] = {
-    {400}, {401}, {402}, {403}, {404}, {405}, {406}, {407},
+    {ShowDrives}, {ShowFiles}, {ShowTopLists}, {ShowHardlinks}, {ShowJunctions}, {ShowOwners},
+    {ShowExtensions}, {ShowLog},
 };
 
 constexpr BarItem kFoldersBar[] = {
-    {350}, {351}, {396, 0, true}, {397}, {1009}, {1010, 1009}, {1011, 1009}, {1012, 1009},
-    {1013, 1009}, {1014, 1009}, {355, 0, true}, {356}, {357}, {358}, {300, 0, true}, {301, 300},
-    {302, 300}, {303, 300}, {304, 300}, {305, 300, true}, {309, 300}, {366}, {467, 366}, {468, 366},
-    {469, 366}, {470, 366}, {509, 366, true}, {395, 366}, {352}, {1015, 0, true}, {1016},
-    {394}, {507, 0, true}, {506},
+    {Save}, {Print}, {ExpandAll, None, true}, {CollapseAll}, {LevelMenu}, {ExpandLevel1, LevelMenu},
+    {ExpandLevel2, LevelMenu}, {ExpandLevel3, LevelMenu}, {ExpandLevel4, LevelMenu},
+    {ExpandLevel5, LevelMenu}, {Search, None, true}, {SearchText}, {SearchBack}, {SearchForward},
+    {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
+    {SizeDecimals, SizeMenu}, {ColumnMenu}, {LevelColors, ColumnMenu}, {PercentBars, ColumnMenu},
+    {DriveLabels, ColumnMenu}, {ScanDates, ColumnMenu}, {FitAllRows, ColumnMenu, true},
+    {FitPaneWidth, ColumnMenu}, {FitColumns}, {Rescan, None, true}, {RemoveSourceRows},
+    {ClearFolders}, {RecycleFolders, None, true}, {DeleteFolders},
 };
 
 constexpr BarItem kDrivesBar[] = {
-    {361}, {362}, {360, 0, true}, {363}, {364}, {365}, {350, 0, true}, {351}, {300, 0, true},
-    {301, 300}, {302, 300}, {303, 300}, {304, 300}, {305, 300, true}, {309, 300}, {366}, {352},
+    {ScanDrives}, {ScanAllDrives}, {Refresh, None, true}, {AddNetworkPath}, {ConnectDrive},
+    {DisconnectDrive}, {Save, None, true}, {Print}, {SizeMenu, None, true}, {SizeBytes, SizeMenu},
+    {SizeKilobytes, SizeMenu}, {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu},
+    {SizeUnitText, SizeMenu, true}, {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitColumns},
 };
 
 constexpr BarItem kFilesBar[] = {
-    {360}, {465}, {350, 0, true}, {351}, {355, 0, true}, {356}, {357}, {358}, {450, 0, true},
-    {451, 450}, {452, 450}, {459, 450}, {300}, {301, 300}, {302, 300}, {303, 300}, {304, 300},
-    {305, 300, true}, {309, 300}, {366}, {509, 366}, {352}, {353, 0, true}, {354},
-    {320, 0, true}, {321},
+    {Refresh}, {FolderOfFiles}, {Save, None, true}, {Print}, {Search, None, true}, {SearchText},
+    {SearchBack}, {SearchForward}, {FilterMenu, None, true}, {OnlyTheseFiles, FilterMenu},
+    {OnlyTheseFilesText, FilterMenu}, {FilterHelp, FilterMenu}, {SizeMenu}, {SizeBytes, SizeMenu},
+    {SizeKilobytes, SizeMenu}, {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu},
+    {SizeUnitText, SizeMenu, true}, {SizeDecimals, SizeMenu}, {ColumnMenu},
+    {FitAllRows, ColumnMenu}, {FitColumns}, {Preview, None, true}, {SplitDirection},
+    {RecycleFiles, None, true}, {DeleteFiles},
 };
 
 constexpr BarItem kTopBar[] = {
-    {398}, {420, 398}, {421, 398}, {422, 398}, {423, 398}, {424, 398}, {425, 398}, {350, 0, true},
-    {351}, {355, 0, true}, {356}, {357}, {358}, {300, 0, true}, {301, 300}, {302, 300}, {303, 300},
-    {304, 300}, {305, 300, true}, {309, 300}, {366}, {509, 366}, {352}, {353, 0, true}, {354},
-    {320, 0, true}, {321},
+    {TopListMenu}, {ShowLargestFiles, TopListMenu}, {ShowSmallestFiles, TopListMenu},
+    {ShowNewestFiles, TopListMenu}, {ShowOldestFiles, TopListMenu},
+    {ShowLargestFolders, TopListMenu}, {ShowSmallestFolders, TopListMenu}, {Save, None, true},
+    {Print}, {Search, None, true}, {SearchText}, {SearchBack}, {SearchForward},
+    {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
+    {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitAllRows, ColumnMenu}, {FitColumns},
+    {Preview, None, true}, {SplitDirection}, {RecycleFiles, None, true}, {DeleteFiles},
 };
 
 constexpr BarItem kHardlinksBar[] = {
-    {359}, {350, 0, true}, {351}, {355, 0, true}, {356}, {357}, {358}, {300, 0, true}, {301, 300},
-    {302, 300}, {303, 300}, {304, 300}, {305, 300, true}, {309, 300}, {366}, {509, 366}, {352},
-    {353, 0, true}, {354}, {320, 0, true}, {321},
+    {GroupHardlinks}, {Save, None, true}, {Print}, {Search, None, true}, {SearchText}, {SearchBack},
+    {SearchForward}, {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
+    {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitAllRows, ColumnMenu}, {FitColumns},
+    {Preview, None, true}, {SplitDirection}, {RecycleFiles, None, true}, {DeleteFiles},
 };
 
 constexpr BarItem kJunctionsBar[] = {
-    {350}, {351}, {355, 0, true}, {356}, {357}, {358}, {366, 0, true}, {509, 366}, {352},
+    {Save}, {Print}, {Search, None, true}, {SearchText}, {SearchBack}, {SearchForward},
+    {ColumnMenu, None, true}, {FitAllRows, ColumnMenu}, {FitColumns},
 };
 
 constexpr BarItem kOwnersBar[] = {
-    {350}, {351}, {300, 0, true}, {301, 300}, {302, 300}, {303, 300}, {304, 300}, {305, 300, true},
-    {309, 300}, {366}, {352},
+    {Save}, {Print}, {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
+    {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitColumns},
 };
 
 constexpr BarItem kExtensionsBar[] = {
-    {350}, {351}, {355, 0, true}, {356}, {357}, {358}, {300, 0, true}, {301, 300}, {302, 300},
-    {303, 300}, {304, 300}, {305, 300, true}, {309, 300}, {366}, {509, 366}, {352},
+    {Save}, {Print}, {Search, None, true}, {SearchText}, {SearchBack}, {SearchForward},
+    {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
+    {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitAllRows, ColumnMenu}, {FitColumns},
 };
 
 constexpr BarItem kLogBar[] = {
-    {393}, {508}, {504}, {350, 0, true}, {351}, {355, 0, true}, {356}, {357}, {358},
-    {366, 0, true}, {509, 366}, {352},
+    {OpenLog}, {ClearLog}, {Copy}, {Save, None, true}, {Print}, {Search, None, true}, {SearchText},
+    {SearchBack}, {SearchForward}, {ColumnMenu, None, true}, {FitAllRows, ColumnMenu}, {FitColumns},
 };
 
 // clang-format on
@@ -86,35 +130,41 @@ constexpr std::span<const BarItem> kBarTable[] = {
     kHardlinksBar, kJunctionsBar, kOwnersBar,  kExtensionsBar, kLogBar};
 static_assert(std::size(kBarTable) == kBars);
 
+constexpr CommandId kTreeRow[] = {
+    Open,   Reveal,           None,          ExpandSubtree, CollapseSubtree, None,
+    Rescan, RemoveSourceRows, None,          Copy,          CopyPath,        None,
+    Rename, RecycleFolders,   DeleteFolders, None,          Properties};
+constexpr CommandId kDriveRow[] = {ScanDrives,        Open, None,      Copy, CopyPath,
+                                   RemoveNetworkPath, None, Properties};
+constexpr CommandId kFileRow[] = {Open, Reveal, None,         Copy,        CopyPath, SelectAll,
+                                  None, Rename, RecycleFiles, DeleteFiles, None,     Properties};
+constexpr CommandId kPathRow[] = {Open, Reveal, None, Copy, CopyPath, SelectAll, None, Properties};
+constexpr CommandId kTextRow[] = {Copy, SelectAll};
+
+/// The bar and the row commands of each list, in the order of ListId.
+constexpr struct {
+  Bar bar;
+  std::span<const CommandId> row;
+} kListBars[] = {
+    {Bar::Folders, kTreeRow},    {Bar::Drives, kDriveRow},   {Bar::Files, kFileRow},
+    {Bar::Top, kFileRow},        {Bar::Top, kFileRow},       {Bar::Top, kFileRow},
+    {Bar::Top, kFileRow},        {Bar::Top, kPathRow},       {Bar::Top, kPathRow},
+    {Bar::Hardlinks, kFileRow},  {Bar::Junctions, kPathRow}, {Bar::Owners, kTextRow},
+    {Bar::Extensions, kTextRow}, {Bar::Log, kTextRow},
+};
+static_assert(std::size(kListBars) == kLists);
+
 }  // namespace
 
-Bar barOf(ViewId view) {
-  if (isTopList(view)) return Bar::Top;
-  switch (view) {
-    case ViewId::Folders:
-      return Bar::Folders;
-    case ViewId::Drives:
-      return Bar::Drives;
-    case ViewId::Files:
-      return Bar::Files;
-    case ViewId::Hardlinks:
-      return Bar::Hardlinks;
-    case ViewId::Junctions:
-      return Bar::Junctions;
-    case ViewId::Owners:
-      return Bar::Owners;
-    case ViewId::Extensions:
-      return Bar::Extensions;
-    default:
-      return Bar::Log;
-  }
-}
+Bar barOf(ListId list) { return kListBars[std::size_t(list)].bar; }
 
 std::span<const BarItem> barItems(Bar bar) { return kBarTable[std::size_t(bar)]; }
 
-bool hasCommand(ViewId view, int id) {
-  const bool isOfFolders = view == ViewId::LargestFolders || view == ViewId::SmallestFolders;
-  return !(isOfFolders && findCommand(id)->changesDisk);
+std::span<const CommandId> rowCommands(ListId list) { return kListBars[std::size_t(list)].row; }
+
+bool hasCommand(ListId list, CommandId id) {
+  const bool isOfFolders = isTopList(list) && listRow(list).rows == RowKind::Folder;
+  return !(isOfFolders && commandOf(id).changesDisk);
 }
 
 }  // namespace ombrelian

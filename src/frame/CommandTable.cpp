@@ -7,519 +7,120 @@
 namespace ombrelian {
 namespace {
 
-constexpr bool kChangesDisk = true;
+/// How a command looks on bars and in menus.
+struct Picture {
+  const char* icon = "";
+  bool isWordy = false;
+};
+
+struct Caption {
+  Word word = {0, {}};
+  int value = 0;
+  std::optional<ListId> option = std::nullopt;
+};
+
+struct Tips {
+  Word tip = {0, {}};
+  Word forAll = {0, {}};
+};
+
+struct When {
+  CommandTime time;
+  bool changesDisk = false;
+  const char* waitsFor = "";
+  CommandId whileBusy = CommandId::None;
+};
+
+using State = CommandState (*)(Options&, std::optional<ListId>);
+
+constexpr Command commandRow(CommandId id, CommandKind kind, const Caption& caption,
+                             const Tips& tips, Picture picture, const char* key, const When& when,
+                             State state) {
+  return {id,        kind,          caption.word,     caption.value,   caption.option,
+          tips.tip,  tips.forAll,   picture.icon,     picture.isWordy, key,
+          when.time, when.waitsFor, when.changesDisk, when.whileBusy,  state};
+}
+
+/// The settings of a list; none for the main bar.
+ListSettings of(Options& options, std::optional<ListId> list) {
+  return list ? listSettings(options, *list) : ListSettings();
+}
+
+/// The same, but the main bar shows the sizes of the folder report, and sets those of all lists.
+ListSettings sizes(Options& options, std::optional<ListId> list) {
+  return listSettings(options, list.value_or(ListId::Folders));
+}
+
+/// Whether a filter is in force: of a list its own, else any of those of a scan.
+bool isFiltered(const Options& options, std::optional<ListId> list) {
+  return list ? options.FileList_Filter_Active == 1 && !options.FileList_Filter_Text.empty()
+              : filtersOfScan(options) > 0;
+}
+
+// clang-format off
+#define TEXT(number, german) {{number, german}}
+#define NUMBERED(number, german, value) {{number, german}, value}
+#define OPTION(list) {{0, {}}, 0, list}
+#define CAPTION {}
+#define TIPS(number, german, numberForAll, germanForAll) {{number, german}, {numberForAll, germanForAll}}
+#define TIP_FOR_ALL(number, german) {{0, {}}, {number, german}}
+#define ICON(name) {name}
+#define WORD(name) {name, true}
+#define PLAIN {}
+#define IDLE {CommandTime::Idle}
+#define SCANNING {CommandTime::Scanning}
+#define ALWAYS_AS(name) {CommandTime::Always, false, "", CommandId::name}
+#define DISK {CommandTime::Idle, true}
+#define LATER(what) {CommandTime::Never, false, what}
+#define FLAG(place) CommandState{place}
+#define CHOICE(place, value) CommandState{place, value}
+#define FLAG_OR(place, other) CommandState{place, 1, nullptr, nullptr, other}
+#define EDIT(place, name) CommandState{nullptr, 1, place, nullptr, nullptr, CommandId::name}
+#define NUMBER(place) CommandState{nullptr, 1, nullptr, place}
+#define MARK(condition) CommandState{nullptr, 1, nullptr, nullptr, nullptr, CommandId::None, true, condition}
+#define NONE CommandState{}
+#define COMMAND(name, number, kind, caption, tip, picture, key, when, state, does)         \
+  commandRow(CommandId::name, CommandKind::kind, caption, tip, picture, key, when,         \
+             []([[maybe_unused]] Options& o, [[maybe_unused]] std::optional<ListId> list) { \
+               return state;                                                               \
+             }),
+// clang-format on
 
 constexpr Command kCommands[] = {
-    {300, CommandKind::Popup, {3583, u"Größe"}, {9180, u"Größenformat ändern"}, "size"},
-    {301, CommandKind::Choice, {9181, u"Bytes"}},
-    {302, CommandKind::Choice, {9182, u"Kilobytes"}},
-    {303, CommandKind::Choice, {9183, u"Megabytes"}},
-    {304, CommandKind::Choice, {9184, u"Gigabytes"}},
-    {305, CommandKind::Toggle, {9185, u"Größeneinheit anzeigen"}},
-    {309, CommandKind::Toggle, {9186, u"Nachkommastellen anzeigen"}},
-    {320,
-     CommandKind::Button,
-     {9231, u"Dateien in den Papierkorb verschieben"},
-     {9648,
-      u"Die ausgewählten Dateien in den Papierkorb verschieben; dort bleiben sie, bis er geleert "
-      u"wird"},
-     "recycle",
-     "Del",
-     "",
-     kChangesDisk},
-    {321,
-     CommandKind::Button,
-     {9230, u"Dateien löschen"},
-     {9649, u"Die ausgewählten Dateien endgültig löschen, nicht in den Papierkorb"},
-     "delete",
-     "Shift+Del",
-     "",
-     kChangesDisk},
-    {350,
-     CommandKind::Button,
-     {3612, u"Speichern"},
-     {9480, u"Diese Liste als TXT, CSV, HTML, XML oder XLSX speichern"},
-     "save",
-     "Ctrl+S"},
-    {351, CommandKind::Button, {3619, u"Drucken"}, {0, {}}, "print", "Ctrl+P", "printing"},
-    {352,
-     CommandKind::Button,
-     {9187, u"Optimieren"},
-     {9481, u"Spaltenbreiten an den Inhalt anpassen"},
-     "fit-columns",
-     "Ctrl+B"},
-    {353, CommandKind::Toggle, {9189, u"Vorschau"}, {0, {}}, "preview", "", "the preview"},
-    {354,
-     CommandKind::Toggle,
-     {9190, u"Vertikale Fensterteilung"},
-     {0, {}},
-     "split",
-     "",
-     "the preview"},
-    {355,
-     CommandKind::Toggle,
-     {9191, u"Suche"},
-     {9482, u"In dieser Liste suchen"},
-     "search",
-     "Ctrl+F"},
-    {356, CommandKind::Edit, {9483, u"Suchtext"}},
-    {357,
-     CommandKind::Button,
-     {9192, u"Rückwärts"},
-     {9484, u"Vorigen Treffer zeigen"},
-     "previous",
-     "Shift+F3"},
-    {358,
-     CommandKind::Button,
-     {9193, u"Vorwärts"},
-     {9485, u"Nächsten Treffer zeigen"},
-     "next",
-     "F3"},
-    {359,
-     CommandKind::Button,
-     {9194, u"Analysieren"},
-     {9195, u"Hardlinks sortieren und farblich abgrenzen"},
-     "analyse"},
-    {360,
-     CommandKind::Button,
-     {9196, u"Aktualisieren"},
-     {9486, u"Diese Liste neu lesen"},
-     "refresh",
-     "F5"},
-    {361,
-     CommandKind::Button,
-     {9197, u"Einlesen"},
-     {9487, u"Die ausgewählten Laufwerke einlesen"},
-     "scan",
-     "Ctrl+Return"},
-    {362,
-     CommandKind::Button,
-     {9198, u"Alle einlesen"},
-     {9488, u"Alle Laufwerke einlesen"},
-     "scan-all"},
-    {363,
-     CommandKind::Button,
-     {9199, u"Hinzufügen"},
-     {9489, u"Einen Netzwerkpfad hinzufügen"},
-     "network-add"},
-    {364,
-     CommandKind::Button,
-     {9200, u"Verbinden"},
-     {9490, u"Ein Netzlaufwerk verbinden"},
-     "connect",
-     "",
-     "a dialog of the system"},
-    {365,
-     CommandKind::Button,
-     {9201, u"Netzlaufwerk trennen"},
-     {0, {}},
-     "disconnect",
-     "",
-     "a dialog of the system"},
-    {366,
-     CommandKind::Popup,
-     {9202, u"Spalten"},
-     {9491, u"Spalten anzeigen oder verbergen"},
-     "columns"},
-    {367, CommandKind::Button, {9151, u"Optionen"}, {0, {}}, "options", "", "the options dialog"},
-    {368, CommandKind::Toggle, {9152, u"Große Symbole"}, {0, {}}, "big-icons"},
-    {369, CommandKind::Toggle, {9153, u"Symboltext anzeigen"}, {0, {}}, "icon-text"},
-    {370, CommandKind::Button, {9154, u"Schriftart ändern"}, {0, {}}, "font"},
-    {371, CommandKind::Button, {9155, u"Schrift vergrößern"}, {0, {}}, "font-larger", "Ctrl++"},
-    {372, CommandKind::Button, {9156, u"Schrift verkleinern"}, {0, {}}, "font-smaller", "Ctrl+-"},
-    {373, CommandKind::Popup, {9157, u"Gitternetzlinien"}, {0, {}}, "grid-lines"},
-    {374, CommandKind::Choice, {9158, u"Keine Linien"}},
-    {375, CommandKind::Choice, {9159, u"Nur horizontale Linien"}},
-    {376, CommandKind::Choice, {9160, u"Nur vertikale Linien"}},
-    {377, CommandKind::Choice, {9161, u"Horizontale und vertikale Linien"}},
-    {378, CommandKind::Toggle, {9162, u"Kein Hintergrundbild in den Listen anzeigen"}},
-    {379, CommandKind::Popup, {9163, u"Sprache"}, {0, {}}, "language"},
-    {380, CommandKind::Choice, {9164, u"Deutsch"}},
-    {381, CommandKind::Choice, {9165, u"Englisch"}},
-    {382,
-     CommandKind::Button,
-     {9166, u"Ombrelian übersetzen"},
-     {0, {}},
-     "",
-     "",
-     "the translator mode"},
-    {383,
-     CommandKind::Button,
-     {9167, u"Ombrelian Dokumentation"},
-     {0, {}},
-     "help",
-     "F1",
-     "the web site"},
-    {384, CommandKind::Button, {9168, u"Spenden"}, {0, {}}, "donate", "", "the web site"},
-    {385, CommandKind::Button, {9169, u"Ombrelian Homepage"}, {0, {}}, "home", "", "the web site"},
-    {386,
-     CommandKind::Button,
-     {9170, u"Auf neue Updates prüfen"},
-     {0, {}},
-     "update",
-     "",
-     "the update"},
-    {387, CommandKind::Button, {9171, u"Info"}, {0, {}}, "info"},
-    {388, CommandKind::Button, {9172, u"Beenden"}, {0, {}}, "quit", "Ctrl+Q"},
-    {389, CommandKind::Popup, {9140, u"Ansicht"}, {0, {}}, "view-both"},
-    {390, CommandKind::Choice, {9141, u"Beide Listen anzeigen"}, {0, {}}, "view-both"},
-    {391, CommandKind::Choice, {9142, u"Nur die linke Liste anzeigen"}, {0, {}}, "view-left"},
-    {392, CommandKind::Choice, {9143, u"Nur die rechte Liste anzeigen"}, {0, {}}, "view-right"},
-    {393, CommandKind::Button, {3549, u"Protokoll"}, {9492, u"Die Protokolldatei öffnen"}, "open"},
-    {394,
-     CommandKind::Button,
-     {9205, u"Liste löschen"},
-     {9493, u"Alle Quellen aus der Liste nehmen; auf dem Datenträger bleibt alles"},
-     "clear"},
-    {395,
-     CommandKind::Toggle,
-     {9206, u"Fensterbreite automatisch anpassen"},
-     {0, {}},
-     "pane-width"},
-    {396,
-     CommandKind::Button,
-     {9208, u"Aufklappen"},
-     {9494, u"Alle Ordner aufklappen"},
-     "expand-all"},
-    {397,
-     CommandKind::Button,
-     {9207, u"Zuklappen"},
-     {9495, u"Alle Ordner zuklappen"},
-     "collapse-all"},
-    {398, CommandKind::Popup, {9209, u"Toplisten"}, {9496, u"Wählt die Topliste"}, "toplists"},
-    {400,
-     CommandKind::Choice,
-     {9500, u"Laufwerke"},
-     {9216, u"Laufwerksliste anzeigen"},
-     "drives",
-     "Alt+1"},
-    {401,
-     CommandKind::Choice,
-     {9501, u"Dateien"},
-     {9217, u"Dateiliste anzeigen"},
-     "files",
-     "Alt+2"},
-    {402,
-     CommandKind::Choice,
-     {9502, u"Toplisten"},
-     {9218, u"Toplisten anzeigen"},
-     "toplists",
-     "Alt+3"},
-    {403,
-     CommandKind::Choice,
-     {9503, u"Hardlinks"},
-     {9219, u"Liste mit Hardlinks anzeigen"},
-     "hardlinks",
-     "Alt+4"},
-    {404,
-     CommandKind::Choice,
-     {9504, u"Junctions"},
-     {9220, u"Liste mit Junctions anzeigen"},
-     "junctions",
-     "Alt+5"},
-    {405,
-     CommandKind::Choice,
-     {9505, u"Besitzer"},
-     {9221, u"Liste mit Besitzer anzeigen"},
-     "owners",
-     "Alt+6"},
-    {406,
-     CommandKind::Choice,
-     {9506, u"Endungen"},
-     {9222, u"Liste mit Dateiendungen anzeigen"},
-     "extensions",
-     "Alt+7"},
-    {407,
-     CommandKind::Choice,
-     {9507, u"Protokoll"},
-     {9223, u"Protokollfenster anzeigen"},
-     "log",
-     "Alt+8"},
-    {420,
-     CommandKind::Choice,
-     {9210, u"Liste mit den größten Dateien anzeigen"},
-     {0, {}},
-     "largest-files"},
-    {421,
-     CommandKind::Choice,
-     {9211, u"Liste mit den kleinsten Dateien anzeigen"},
-     {0, {}},
-     "smallest-files"},
-    {422,
-     CommandKind::Choice,
-     {9212, u"Liste mit den neusten Dateien anzeigen"},
-     {0, {}},
-     "newest-files"},
-    {423,
-     CommandKind::Choice,
-     {9213, u"Liste mit den ältesten Dateien anzeigen"},
-     {0, {}},
-     "oldest-files"},
-    {424,
-     CommandKind::Choice,
-     {9214, u"Liste mit den größten Ordnern anzeigen"},
-     {0, {}},
-     "largest-folders"},
-    {425,
-     CommandKind::Choice,
-     {9215, u"Liste mit den kleinsten Ordnern anzeigen"},
-     {0, {}},
-     "smallest-folders"},
-    {450, CommandKind::Popup, {9134, u"Filter"}, {9135, u"Datei- und Ordnerfilter"}, "filter"},
-    {451, CommandKind::Toggle, {9091, u"Nur diese Dateien einlesen:"}},
-    {452, CommandKind::Edit, {9091, u"Nur diese Dateien einlesen:"}},
-    {453, CommandKind::Toggle, {9092, u"Diese Dateien nicht einlesen:"}},
-    {454, CommandKind::Edit, {9092, u"Diese Dateien nicht einlesen:"}},
-    {455, CommandKind::Toggle, {9093, u"Nur diese Ordner einlesen:"}},
-    {456, CommandKind::Edit, {9093, u"Nur diese Ordner einlesen:"}},
-    {457, CommandKind::Toggle, {9094, u"Diese Ordner nicht einlesen:"}},
-    {458, CommandKind::Edit, {9094, u"Diese Ordner nicht einlesen:"}},
-    {459, CommandKind::Button, {9136, u"Filterhilfe anzeigen"}, {0, {}}, "help"},
-    {460,
-     CommandKind::Edit,
-     {9497, u"Quelle"},
-     {9498, u"Ordner, Laufwerk oder Netzwerkpfad, der eingelesen wird"},
-     "",
-     "Ctrl+L"},
-    {461,
-     CommandKind::Button,
-     {9120, u"Neu"},
-     {9121, u"Quelle hinzufügen"},
-     "source-add",
-     "Ctrl+O"},
-    {462, CommandKind::Button, {9122, u"Quelle entfernen"}, {0, {}}, "source-remove"},
-    {463, CommandKind::Button, {9123, u"Start"}, {9124, u"Quelle einlesen"}, "start", "Ctrl+R"},
-    {464, CommandKind::Button, {9125, u"Stop"}, {9126, u"Einlesen beenden"}, "stop"},
-    {465, CommandKind::Edit, {3728, u"Pfad"}},
-    {467,
-     CommandKind::Toggle,
-     {9224, u"Ordnerebenen farblich voneinander abgrenzen"},
-     {0, {}},
-     "level-colors"},
-    {468,
-     CommandKind::Toggle,
-     {9225, u"Balkengrafik in der Spalte 'Prozent' anzeigen"},
-     {0, {}},
-     "percent-bars"},
-    {469,
-     CommandKind::Toggle,
-     {9226, u"Laufwerksname neben einem Quelllaufwerk anzeigen"},
-     {0, {}},
-     "drive-label"},
-    {470,
-     CommandKind::Toggle,
-     {9227, u"Erstellungsdatum neben dem Quellordner anzeigen"},
-     {0, {}},
-     "scan-date"},
-    {473, CommandKind::Toggle, {9127, u"Anzahl der Hardlinks ermitteln"}, {0, {}}, "count-links"},
-    {474,
-     CommandKind::Toggle,
-     {9128, u"Dateigröße von Hardlinks nur einmal zählen"},
-     {0, {}},
-     "count-once"},
-    {475, CommandKind::Toggle, {9129, u"Ordnerbesitzer ermitteln"}, {0, {}}, "owner-folders"},
-    {476,
-     CommandKind::Toggle,
-     {9130, u"NTFS-Abzweigungspunkte und symbolische Verknüpfungen einlesen"},
-     {0, {}},
-     "enter-links"},
-    {477,
-     CommandKind::Toggle,
-     {9131, u"Keine Junctions in der Ordnerliste anzeigen"},
-     {0, {}},
-     "hide-links"},
-    {478, CommandKind::Popup, {9132, u"Listen"}, {9133, u"Zusätzliche Listen erstellen"}, "lists"},
-    {479,
-     CommandKind::Toggle,
-     {9020, u"Erstelle eine Liste mit den %1 größten Dateien"},
-     {0, {}},
-     "largest-files"},
-    {480,
-     CommandKind::Toggle,
-     {9021, u"Erstelle eine Liste mit den %1 kleinsten Dateien"},
-     {0, {}},
-     "smallest-files"},
-    {481,
-     CommandKind::Toggle,
-     {9022, u"Erstelle eine Liste mit den %1 neusten Dateien"},
-     {0, {}},
-     "newest-files"},
-    {482,
-     CommandKind::Toggle,
-     {9023, u"Erstelle eine Liste mit den %1 ältesten Dateien"},
-     {0, {}},
-     "oldest-files"},
-    {483,
-     CommandKind::Toggle,
-     {9024, u"Erstelle eine Liste mit den %1 größten Ordnern"},
-     {0, {}},
-     "largest-folders"},
-    {484,
-     CommandKind::Toggle,
-     {9025, u"Erstelle eine Liste mit den %1 kleinsten Ordnern"},
-     {0, {}},
-     "smallest-folders"},
-    {485,
-     CommandKind::Toggle,
-     {9026, u"Erstelle eine Liste mit allen Hardlinks"},
-     {0, {}},
-     "hardlinks"},
-    {486,
-     CommandKind::Toggle,
-     {9027, u"Erstelle eine Liste mit allen Junctions"},
-     {0, {}},
-     "junctions"},
-    {487,
-     CommandKind::Toggle,
-     {9028, u"Erstelle eine Liste sortiert nach Besitzern"},
-     {0, {}},
-     "owners"},
-    {488,
-     CommandKind::Toggle,
-     {9029, u"Erstelle eine Liste sortiert nach Dateiendungen"},
-     {0, {}},
-     "extensions"},
-    {489, CommandKind::Toggle, {9033, u"Nur diese Dateiendungen:"}},
-    {490,
-     CommandKind::Edit,
-     {9033, u"Nur diese Dateiendungen:"},
-     {2226, u"Mehrere Dateiendungen müssen mit einem Komma getrennt werden"}},
-    {491, CommandKind::Toggle, {9031, u"Ignoriere Ordner kleiner als"}},
-    {492, CommandKind::Edit, {9032, u"Bytes:"}},
-    {493, CommandKind::Choice, {3587, u"Änderungsdatum"}},
-    {494, CommandKind::Choice, {3588, u"Erstellungsdatum"}},
-    {495, CommandKind::Choice, {3589, u"Letzter Zugriff"}},
-    {496, CommandKind::Choice, {3587, u"Änderungsdatum"}},
-    {497, CommandKind::Choice, {3588, u"Erstellungsdatum"}},
-    {498, CommandKind::Choice, {3589, u"Letzter Zugriff"}},
-    {499, CommandKind::Toggle, {9030, u"Ignoriere Dateien kleiner als"}},
-    {500, CommandKind::Edit, {9032, u"Bytes:"}},
-    {501, CommandKind::Toggle, {9033, u"Nur diese Dateiendungen:"}},
-    {502,
-     CommandKind::Edit,
-     {9033, u"Nur diese Dateiendungen:"},
-     {2226, u"Mehrere Dateiendungen müssen mit einem Komma getrennt werden"}},
-    {504,
-     CommandKind::Button,
-     {9204, u"In die Zwischenablage kopieren"},
-     {0, {}},
-     "copy",
-     "Ctrl+C"},
-    {506,
-     CommandKind::Button,
-     {9228, u"Ordner löschen"},
-     {9647, u"Die ausgewählten Ordner mit allem darin endgültig löschen, nicht in den Papierkorb"},
-     "delete",
-     "Shift+Del",
-     "",
-     kChangesDisk},
-    {507,
-     CommandKind::Button,
-     {9229, u"Ordner in den Papierkorb verschieben"},
-     {9646,
-      u"Die ausgewählten Ordner mit allem darin in den Papierkorb verschieben; dort bleiben sie, "
-      u"bis er geleert wird"},
-     "recycle",
-     "Del",
-     "",
-     kChangesDisk},
-    {508,
-     CommandKind::Button,
-     {9203, u"Löschen"},
-     {9499, u"Die Zeilen des Protokolls löschen; die Datei bleibt"},
-     "clear"},
-    {509, CommandKind::Toggle, {9188, u"Spaltenbreite von allen Zeilen optimieren"}},
-    {1001, CommandKind::Button, {9510, u"Öffnen"}, {0, {}}, "open"},
-    {1002,
-     CommandKind::Button,
-     {9511, u"Im Dateimanager zeigen"},
-     {0, {}},
-     "reveal",
-     "Ctrl+Shift+O"},
-    {1003, CommandKind::Button, {9512, u"Eigenschaften"}, {0, {}}, "properties", "Alt+Return"},
-    {1004, CommandKind::Button, {9513, u"Umbenennen"}, {0, {}}, "rename", "F2", "", kChangesDisk},
-    {1005, CommandKind::Button, {9514, u"Pfad kopieren"}, {0, {}}, "copy", "Ctrl+Shift+C"},
-    {1006, CommandKind::Button, {9515, u"Alles auswählen"}, {0, {}}, "", "Ctrl+A"},
-    {1007,
-     CommandKind::Button,
-     {9516, u"Unterordner aufklappen"},
-     {0, {}},
-     "expand-all",
-     "Ctrl+Right"},
-    {1008,
-     CommandKind::Button,
-     {9517, u"Unterordner zuklappen"},
-     {0, {}},
-     "collapse-all",
-     "Ctrl+Left"},
-    {1009, CommandKind::Popup, {9518, u"Ebenen"}},
-    {1010, CommandKind::Button, {9530, u"Bis Ebene %1 aufklappen"}},
-    {1011, CommandKind::Button, {9530, u"Bis Ebene %1 aufklappen"}},
-    {1012, CommandKind::Button, {9530, u"Bis Ebene %1 aufklappen"}},
-    {1013, CommandKind::Button, {9530, u"Bis Ebene %1 aufklappen"}},
-    {1014, CommandKind::Button, {9530, u"Bis Ebene %1 aufklappen"}},
-    {1015,
-     CommandKind::Button,
-     {9642, u"Ordner neu einlesen"},
-     {9643, u"Den gewählten Ordner mit allem darin neu einlesen"},
-     "refresh",
-     "F5"},
-    {1016,
-     CommandKind::Button,
-     {9644, u"Quelle aus der Liste nehmen"},
-     {9645, u"Nur die Zeilen verschwinden; auf dem Datenträger wird nichts gelöscht"},
-     "source-remove"},
-    {1022, CommandKind::Popup, {9520, u"Hilfe"}, {0, {}}, "help"},
-    {1023, CommandKind::Popup, {9521, u"Oberfläche"}, {0, {}}, "options"},
-    {1024, CommandKind::Popup, {9522, u"Design"}, {0, {}}, "theme"},
-    {1025, CommandKind::Button, {9523, u"Netzwerkpfad entfernen"}, {0, {}}, "disconnect", "Del"},
-    {1030, CommandKind::Choice, {9278, u"Design %1"}},
-    {1031, CommandKind::Choice, {9278, u"Design %1"}},
-    {1032, CommandKind::Choice, {9278, u"Design %1"}},
-    {1033, CommandKind::Choice, {9278, u"Design %1"}},
-    {1034, CommandKind::Choice, {9278, u"Design %1"}},
-    {1035, CommandKind::Choice, {9278, u"Design %1"}},
-    {1036, CommandKind::Choice, {9278, u"Design %1"}},
-    {1037, CommandKind::Choice, {9278, u"Design %1"}},
-    {1038, CommandKind::Choice, {9278, u"Design %1"}},
-    {1039, CommandKind::Choice, {9278, u"Design %1"}},
-    {1041, CommandKind::Popup, {9566, u"Größte Dateien"}, {0, {}}, "largest-files"},
-    {1042, CommandKind::Popup, {9567, u"Kleinste Dateien"}, {0, {}}, "smallest-files"},
-    {1043, CommandKind::Popup, {9568, u"Neuste Dateien"}, {0, {}}, "newest-files"},
-    {1044, CommandKind::Popup, {9569, u"Älteste Dateien"}, {0, {}}, "oldest-files"},
-    {1045, CommandKind::Popup, {9570, u"Größte Ordner"}, {0, {}}, "largest-folders"},
-    {1046, CommandKind::Popup, {9571, u"Kleinste Ordner"}, {0, {}}, "smallest-folders"},
-    {1047, CommandKind::Popup, {9572, u"Dateiendungen"}, {0, {}}, "extensions"},
-    {1101, CommandKind::Edit, {9034, u"Anzahl der Einträge:"}},
-    {1102, CommandKind::Edit, {9034, u"Anzahl der Einträge:"}},
-    {1103, CommandKind::Edit, {9034, u"Anzahl der Einträge:"}},
-    {1104, CommandKind::Edit, {9034, u"Anzahl der Einträge:"}},
-    {1105, CommandKind::Edit, {9034, u"Anzahl der Einträge:"}},
-    {1106, CommandKind::Edit, {9034, u"Anzahl der Einträge:"}},
+#include "frame/Commands.inc"
 };
+
+#undef COMMAND
+#undef NONE
+#undef MARK
+#undef NUMBER
+#undef EDIT
+#undef FLAG_OR
+#undef CHOICE
+#undef FLAG
+#undef LATER
+#undef DISK
+#undef ALWAYS_AS
+#undef SCANNING
+#undef IDLE
+#undef PLAIN
+#undef WORD
+#undef ICON
+#undef TIP_FOR_ALL
+#undef TIPS
+#undef CAPTION
+#undef OPTION
+#undef NUMBERED
+#undef TEXT
 
 constexpr TextView kBarNames[] = {u"main",   u"header",     u"folders",   u"drives",
                                   u"files",  u"top",        u"hardlinks", u"junctions",
                                   u"owners", u"extensions", u"log"};
 static_assert(std::size(kBarNames) == kBars);
 
-/// What the size commands say where they change all lists.
-constexpr struct {
-  int id;
-  Word tip;
-} kTipsForAll[] = {
-    {300, {9144, u"Bei allen Listen das Größenformat ändern"}},
-    {301, {9145, u"Bei allen Listen die Größe in Bytes anzeigen"}},
-    {302, {9146, u"Bei allen Listen die Größe in Kilobytes anzeigen"}},
-    {303, {9147, u"Bei allen Listen die Größe in Megabytes anzeigen"}},
-    {304, {9148, u"Bei allen Listen die Größe in Gigabytes anzeigen"}},
-    {305, {9149, u"Bei allen Listen die Größeneinheit anzeigen"}},
-    {309, {9150, u"Bei allen Listen die Nachkommastellen anzeigen"}},
-};
-
 Text inCell(const Text& text) { return replaceAll(text, u"|", u"\\|"); }
 
-Text barsOf(int id) {
+Text barsOf(CommandId id) {
   Text names;
   for (int bar = 0; bar < kBars; ++bar) {
     const auto items = barItems(Bar(bar));
@@ -532,8 +133,10 @@ Text barsOf(int id) {
 }
 
 void appendRow(const Command& command, Text& page) {
-  page.append(u"| ").append(toText(command.id));
-  page.append(u" | ").append(inCell(TL(command.caption.id, command.caption.german, {u"N"})));
+  const Word& caption = command.option ? listRow(*command.option).option : command.caption;
+  const Text value = command.value == 0 ? Text(u"N") : toText(command.value);
+  page.append(u"| ").append(toText(int(command.id)));
+  page.append(u" | ").append(inCell(TL(caption.id, caption.german, {value})));
   page.append(u" | ").append(inCell(TL(command.tip.id, command.tip.german)));
   page.append(u" | ").append(barsOf(command.id));
   page.append(u" | ").append(fromAscii(command.shortcut));
@@ -543,30 +146,45 @@ void appendRow(const Command& command, Text& page) {
 
 }  // namespace
 
+int filtersOfScan(const Options& o) {
+  const std::pair<std::uint8_t, const Text&> filters[] = {
+      {o.FolderList_FilterFilesInclude_Active, o.FolderList_FilterFilesInclude_Text},
+      {o.FolderList_FilterFilesExclude_Active, o.FolderList_FilterFilesExclude_Text},
+      {o.FolderList_FilterFolderInclude_Active, o.FolderList_FilterFolderInclude_Text},
+      {o.FolderList_FilterFolderExclude_Active, o.FolderList_FilterFolderExclude_Text}};
+  return int(std::count_if(std::begin(filters), std::end(filters), [](const auto& filter) {
+    return filter.first == 1 && !filter.second.empty();
+  }));
+}
+
 std::span<const Command> commandTable() { return kCommands; }
 
-const Command* findCommand(int id) {
-  const auto* const found =
-      std::lower_bound(std::begin(kCommands), std::end(kCommands), id,
-                       [](const Command& command, int wanted) { return command.id < wanted; });
-  return found != std::end(kCommands) && found->id == id ? found : nullptr;
+const Command& commandOf(CommandId id) {
+  return *std::lower_bound(
+      std::begin(kCommands), std::end(kCommands), id,
+      [](const Command& command, CommandId wanted) { return command.id < wanted; });
+}
+
+std::optional<CommandId> findCommand(int number) {
+  for (const Command& command : kCommands) {
+    if (int(command.id) == number) return command.id;
+  }
+  return std::nullopt;
 }
 
 Text commandCaption(const Command& command, const Options& options) {
-  Text value;
-  if (command.id >= 479 && command.id <= 484)
-    value = toText(options.TopMaxCount[std::size_t(command.id - 479)]);
-  if (command.id >= 1010 && command.id <= 1014) value = toText(command.id - 1009);
-  if (command.id >= 1030 && command.id <= 1039) value = toText(command.id - 1029);
-  return TL(command.caption.id, command.caption.german, {value});
+  if (command.option) return optionCaption(options, *command.option);
+  return TL(command.caption.id, command.caption.german, {toText(command.value)});
 }
 
 Text commandTip(const Command& command, Bar bar) {
-  for (const auto& entry : kTipsForAll) {
-    if (bar == Bar::Main && entry.id == command.id) return TL(entry.tip.id, entry.tip.german);
-  }
-  if (!command.tip.german.empty()) return TL(command.tip.id, command.tip.german);
-  return {};
+  const Word& tip =
+      bar == Bar::Main && !command.tipForAll.german.empty() ? command.tipForAll : command.tip;
+  return tip.german.empty() ? Text() : TL(tip.id, tip.german);
+}
+
+CommandState commandState(Options& options, std::optional<ListId> list, CommandId id) {
+  return commandOf(id).state(options, list);
 }
 
 Text commandPage() {

@@ -1,10 +1,19 @@
 #pragma once
 
+#include <optional>
 #include <span>
 
-#include "frame/ViewSettings.h"
+#include "lists/ListTable.h"
 
 namespace ombrelian {
+
+/// Every command of the program by its number; see Commands.inc.
+enum class CommandId : std::uint16_t {
+  None = 0,
+#define COMMAND(name, number, kind, caption, tip, picture, key, when, state, does) name = number,
+#include "frame/Commands.inc"
+#undef COMMAND
+};
 
 /// The bars of the window: one above all, one for each list (the top lists share theirs), and the
 /// row of buttons that chooses the list on the right.
@@ -24,7 +33,7 @@ enum class Bar : std::uint8_t {
 inline constexpr int kBars = 11;
 
 /// The bar of a list.
-Bar barOf(ViewId view);
+Bar barOf(ListId list);
 
 enum class CommandKind : std::uint8_t {
   Button,
@@ -34,55 +43,81 @@ enum class CommandKind : std::uint8_t {
   Edit,    // holds a text or a number
 };
 
-/// What a command is called and looks like. A number means the same on every bar; each bar applies
-/// it to its own list. Numbers up to 999 are frozen; those above 1000 are this program's own.
-struct Command {
-  int id;
-  CommandKind kind;
-  Word caption;
-  Word tip = {0, {}};         // no text: the caption says it all
-  const char* icon = "";      // name of a picture; empty: none
-  const char* shortcut = "";  // in the portable form, such as "Ctrl+S"; empty: none
-  const char* waitsFor =
-      "";                    // what is still to be built before it can do anything; empty: it works
-  bool changesDisk = false;  // touches what was scanned; off where nothing may be changed
+/// When a command can be used.
+enum class CommandTime : std::uint8_t {
+  Idle,      // while nothing runs
+  Scanning,  // only while something does
+  Always,
+  Never,  // it is still to be built
 };
 
-std::span<const Command> commandTable();
-
-/// Null: there is no such command.
-const Command* findCommand(int id);
-
-/// Caption and tooltip in the language in force; captions of commands with a "%1" get `value`. On
-/// the main bar the size commands speak of all lists.
-Text commandCaption(const Command& command, const Options& options);
-Text commandTip(const Command& command, Bar bar);
-
-/// Where a command stands on a bar.
-struct BarItem {
-  int id;
-  int popup = 0;             // the command whose menu it is in; 0: on the bar itself
-  bool beginsGroup = false;  // a line in front of it
-};
-
-std::span<const BarItem> barItems(Bar bar);
-
-/// Whether a list has a command, which must exist. The top lists share a bar, but those of folders
-/// change nothing on the disk.
-bool hasCommand(ViewId view, int id);
-
-/// What a command's state is kept in. All null: it has none.
-struct CommandBinding {
+/// What a command's state is kept in. All null: the command has none.
+struct CommandState {
   std::uint8_t* flag = nullptr;  // of a Toggle 0 or 1; of a Choice the number chosen
-  std::uint8_t value = 1;        // of a Choice: its number
+  std::uint8_t value = 1;        // number of this Choice
   Text* text = nullptr;
   std::int32_t* number = nullptr;
+  std::uint8_t* excludes = nullptr;        // flag that is cleared when `flag` is set
+  CommandId switchedOn = CommandId::None;  // Toggle that is on while `text` is not empty
+  bool hasMark = false;                    // the button of a menu shows `isMarked`
+  bool isMarked = false;
 
   bool isChecked() const { return flag != nullptr && *flag == value; }
 };
 
-/// The binding of a command on the bar of `view`, or with null on the main bar.
-CommandBinding commandBinding(Options& options, const ViewId* view, int id);
+/// What a command is called and looks like, when it is on and where its state is kept.
+struct Command {
+  CommandId id;
+  CommandKind kind;
+  Word caption;
+  int value = 0;                      // "%1" of the caption; 0: it has none
+  std::optional<ListId> option = {};  // the list whose option is the caption
+  Word tip = {0, {}};                 // no text: the caption says it all
+  Word tipForAll = {0, {}};           // on the main bar, where the command changes all lists
+  const char* icon = "";              // name of a picture; empty: none
+  bool isWordy = false;               // the picture needs the caption beside it
+  const char* shortcut = "";          // in the portable form, such as "Ctrl+S"; empty: none
+  CommandTime time = CommandTime::Idle;
+  const char* waitsFor = "";  // of Never: what is still to be built
+  bool changesDisk = false;   // touches what was scanned; off where nothing may be changed
+  CommandId whileBusy = CommandId::None;  // what it looks like while something runs; None: itself
+  CommandState (*state)(Options&, std::optional<ListId>) = nullptr;
+};
+
+/// How many of the filters of scans are on and not empty.
+int filtersOfScan(const Options& options);
+
+std::span<const Command> commandTable();
+
+/// `id` must be in the table.
+const Command& commandOf(CommandId id);
+
+/// The command of that number; none where there is no such command.
+std::optional<CommandId> findCommand(int number);
+
+/// Caption and tooltip in the language in force. On the main bar the size commands speak of all
+/// lists.
+Text commandCaption(const Command& command, const Options& options);
+Text commandTip(const Command& command, Bar bar);
+
+/// Where the state of a command is kept for a list, or with none for the main bar.
+CommandState commandState(Options& options, std::optional<ListId> list, CommandId id);
+
+/// Where a command is on a bar.
+struct BarItem {
+  CommandId id;
+  CommandId popup = CommandId::None;  // the command whose menu it is in; None: on the bar itself
+  bool beginsGroup = false;           // a line is in front of it
+};
+
+std::span<const BarItem> barItems(Bar bar);
+
+/// The commands in the context menu of a row; None is a line.
+std::span<const CommandId> rowCommands(ListId list);
+
+/// Whether a list has a command. The top lists share a bar, but those of folders change nothing on
+/// the disk.
+bool hasCommand(ListId list, CommandId id);
 
 /// The table as a page in Markdown: number, caption, tooltip, bars, shortcut, what waits, and what
 /// changes the disk.

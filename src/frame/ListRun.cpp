@@ -24,23 +24,23 @@ bool writeText(ListFeeder& lists, ListId list, const Options& options, std::size
                const ByteSink& sink) {
   Grid& grid = lists.grid(list);
   const CellFormat format(grid.columns(), listSizes(options, list), options.DateFormat);
-  return writeListText(listTitle(options, list), lists.status(list), grid,
+  return writeListText(listTitle(options, list), lists.list(list).status({}), grid,
                        visibleColumns(grid.columns(), listLayout(options, list)), format, rows,
                        sink);
 }
 
 bool writeJson(ListFeeder& lists, ListId list, const Options& options, std::size_t rows,
                const ByteSink& sink) {
-  return writeListJson(listFacts(list).key, listTitle(options, list), lists.grid(list), rows, sink);
+  return writeListJson(listRow(list).key, listTitle(options, list), lists.grid(list), rows, sink);
 }
 
 bool writeAll(const CommandLine& line, ListFeeder& lists, const Options& options,
               const ByteSink& sink) {
   const std::int32_t all = std::numeric_limits<std::int32_t>::max();
   const std::int32_t rows = line.rows >= 0 ? line.rows : line.json ? all : kDefaultRows;
-  for (int number = 0; number < kLists; ++number) {
+  for (const ListId list : kDerivedLists) {
     const auto write = line.json ? writeJson : writeText;
-    if (!write(lists, ListId(number), options, std::size_t(rows), sink)) return false;
+    if (!write(lists, list, options, std::size_t(rows), sink)) return false;
   }
   return true;
 }
@@ -83,15 +83,9 @@ class ListSaver {
   bool saveAll(Session& session, ListFeeder& lists, NodeIndex root) const {
     bool isSaved = saveFolders(session);
     const ReportSource source = {Text(session.tree[root].name()), session.tree.created(root)};
-    for (int number = 0; number < kLists; ++number) {
-      const auto list = ListId(number);
-      isSaved &= save(listFacts(list).key,
-                      {listTitle(options_, list), lists.grid(list), listLayout(options_, list),
-                       listSizes(options_, list), source});
-    }
-    const Grid log = session.log.asGrid();
-    const ReportSource now = {{}, toDate(platform::GetLocalTime())};
-    return save(u"log", {Log::title(), log, {}, {}, now}) && isSaved;
+    for (const ListId list : kDerivedLists)
+      isSaved &= save(list, lists.list(list), source);
+    return save(ListId::Log, session.log, {}) && isSaved;
   }
 
  private:
@@ -108,9 +102,10 @@ class ListSaver {
     return failure ? tell(path, *failure) : told(path);
   }
 
-  bool save(TextView name, const ListToSave& list) const {
-    const Text path = pathOf(name);
-    const Failure failure = saveList(list, options_, format_, path, delimiter_, console_);
+  bool save(ListId id, FlatList& list, const ReportSource& source) const {
+    const Text path = pathOf(listRow(id).key);
+    const Failure failure = saveList(listToSave(options_, id, list, source), options_, format_,
+                                     path, delimiter_, console_);
     return failure ? tell(path, *failure) : told(path);
   }
 

@@ -370,11 +370,6 @@ Text DriveList::folderOf(Grid::RowIndex row) const {
   return Text(isNetworkPath(drive) && !mounted.empty() ? mounted : drive);
 }
 
-Text DriveList::title() { return TL(2233, u"Laufwerksliste"); }
-
-SizeSettings driveSizes(const Options& options) {
-  return {options.FileSizeFormatDrive, options.SizeFormatNachkommastellenDrive != 0,
-          options.SizeFormatShowSizeTextDrive == 1};
-}
+Columns DriveList::columns() { return kDriveTable; }
 
 }  // namespace ombrelian

@@ -4,7 +4,7 @@
 #include <map>
 
 #include "format/ToolTips.h"
-#include "lists/Grid.h"
+#include "lists/FlatList.h"
 #include "platform/Volumes.h"
 #include "settings/Options.h"
 #include "settings/z_INI.h"
@@ -17,7 +17,7 @@ namespace ombrelian {
 /// says where its files lie, and "path" where they are mounted.
 ///
 /// A drive that does not answer costs a reading a bounded time; see platform::ProbeDrives.
-class DriveList {
+class DriveList : public FlatList {
  public:
   /// Takes what a reading is about to do, for the status line. Calls of this list do nothing
   /// meanwhile.
@@ -51,6 +51,8 @@ class DriveList {
   void Optionen_Speichern_Drives_SaveNetworkFolders(IniStore& file) const;
 
   Text List_Drives_ShowStat() const;
+  Text status(const std::vector<Grid::RowIndex>&) const override { return List_Drives_ShowStat(); }
+  std::optional<ListOrigin> origin() const override { return ListOrigin{{}, shown_.readAt}; }
 
   /// When the drives were read last, in local time; 0: never.
   Date readAt() const { return shown_.readAt; }
@@ -68,10 +70,9 @@ class DriveList {
   /// The folder to scan or open for a row; of a network path that is mounted where that is.
   Text folderOf(Grid::RowIndex row) const;
 
-  Grid& grid() { return shown_.grid; }
+  Grid& grid() override { return shown_.grid; }
 
-  /// Title of saved and printed lists.
-  static Text title();
+  static Columns columns();
 
  private:
   struct Contents {
@@ -92,8 +93,5 @@ class DriveList {
   bool isReading_ = false;
   bool hasSavedPaths_ = false;  // the remembered paths are rows, so that saving loses none
 };
-
-/// How the settings want the sizes of the drive list shown.
-SizeSettings driveSizes(const Options& options);
 
 }  // namespace ombrelian

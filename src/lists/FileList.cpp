@@ -6,6 +6,7 @@
 #include "fs/Links.h"
 #include "fs/z_Filesystem.h"
 #include "lists/ListStatus.h"
+#include "lists/ListTable.h"
 #include "lists/LocalClock.h"
 #include "platform/Accounts.h"
 #include "platform/FolderWalk.h"
@@ -245,7 +246,7 @@ void FileList::clear() {
 }
 
 Text FileList::List_Files_ShowFileStat(const std::vector<Grid::RowIndex>& selected) const {
-  const SizeSettings sizes = fileSizes(options_);
+  const SizeSettings sizes = listSizes(options_, ListId::Files);
   const auto rows = std::int64_t(shown_.grid.rowCount());
   Text status = fileCountText(rows);
   if (rows > 0) {
@@ -342,11 +343,6 @@ void FileList::setName(Grid::RowIndex row, TextView name) {
   grid.set(row, kType, TextView(types_.typeText(lowerCase(extension))));
 }
 
-Text FileList::title() { return TL(2244, u"Dateiliste"); }
-
-SizeSettings fileSizes(const Options& options) {
-  return {options.FileSizeFormatFiles, options.SizeFormatNachkommastellenFiles != 0,
-          options.SizeFormatShowSizeTextFiles == 1};
-}
+Columns FileList::columns() { return kFileTable; }
 
 }  // namespace ombrelian

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "filters/mCompare.h"
-#include "lists/Grid.h"
+#include "lists/FlatList.h"
 #include "platform/FindData.h"
 #include "services/FileTypes.h"
 #include "support/Date.h"
@@ -14,7 +14,7 @@ namespace ombrelian {
 
 /// The files directly in one folder, read from the disk when the folder is shown: it knows nothing
 /// of a scan, and so is never older than its last read.
-class FileList {
+class FileList : public FlatList {
  public:
   /// Asked now and then while a folder is read, some times in a thousand files or twenty times a
   /// second; false ends the read. It may serve what the user does meanwhile.
@@ -51,6 +51,12 @@ class FileList {
 
   /// With `selected` rows their number and size too.
   Text List_Files_ShowFileStat(const std::vector<Grid::RowIndex>& selected = {}) const;
+  Text status(const std::vector<Grid::RowIndex>& selected) const override {
+    return List_Files_ShowFileStat(selected);
+  }
+  std::optional<ListOrigin> origin() const override {
+    return ListOrigin{shown_.folder, shown_.readAt};
+  }
 
   Text fullPath(Grid::RowIndex row) const;
 
@@ -79,10 +85,9 @@ class FileList {
   /// replaced goes; others may move up.
   Renaming rename(Grid::RowIndex row, TextView newName);
 
-  Grid& grid() { return shown_.grid; }
+  Grid& grid() override { return shown_.grid; }
 
-  /// Title of saved and printed lists.
-  static Text title();
+  static Columns columns();
 
  private:
   struct Contents {
@@ -111,8 +116,5 @@ class FileList {
   bool sortsDescending_ = true;
   bool isReading_ = false;
 };
-
-/// How the settings want the sizes of the file list shown.
-SizeSettings fileSizes(const Options& options);
 
 }  // namespace ombrelian

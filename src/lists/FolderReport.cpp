@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "lists/ListTable.h"
 #include "platform/Time.h"
 
 namespace ombrelian {
@@ -68,22 +69,17 @@ FolderReport::FolderReport(const FolderTree& tree, const Options& options)
 }
 
 void FolderReport::applySettings() {
-  const SizeSettings sizes = {options_.FileSizeFormat,
-                              options_.SizeFormatNachkommastellenFolders != 0,
-                              options_.SizeFormatShowSizeTextFolders == 1};
-  format_ = CellFormat(kColumns, sizes, options_.DateFormat);
+  format_ = CellFormat(kColumns, listSizes(options_, ListId::Folders), options_.DateFormat);
 }
 
 Columns FolderReport::columns() { return kColumns; }
 
 std::vector<const FolderColumn*> FolderReport::visibleColumns() const {
-  return ombrelian::visibleColumns(kColumns,
-                                   {options_.FolderColumnVisible, options_.FolderColumnIndex});
+  return ombrelian::visibleColumns(kColumns, listLayout(options_, ListId::Folders));
 }
 
 std::vector<const FolderColumn*> FolderReport::reportColumns() const {
-  return visibleColumnsAndNumber(kColumns,
-                                 {options_.FolderColumnVisible, options_.FolderColumnIndex});
+  return visibleColumnsAndNumber(kColumns, listLayout(options_, ListId::Folders));
 }
 
 std::int64_t FolderReport::number(RowIndex row, const Column& column) const {

@@ -4,14 +4,14 @@
 #include "fs/Links.h"
 #include "fs/z_Filesystem.h"
 #include "lists/ListStatus.h"
-#include "lists/ListTables.h"
+#include "lists/ListTable.h"
 #include "platform/Locale.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
 
 namespace ombrelian {
 HardlinkList::HardlinkList(const Options& options, FileTypes& types)
-    : options_(options), types_(types), grid_(listFacts(ListId::Hardlinks).columns) {}
+    : options_(options), types_(types), grid_(listRow(ListId::Hardlinks).columns()) {}
 
 void HardlinkList::feed(TextView name, TextView folder, std::int64_t size, std::int32_t links,
                         const platform::FindData& data) {
@@ -54,7 +54,7 @@ Text HardlinkList::List_Hardlinks_ShowFileStat(const std::vector<Grid::RowIndex>
   return status += u" / " + selectedFilesText(std::int64_t(selected.size()), size);
 }
 
-JunctionList::JunctionList() : grid_(listFacts(ListId::Junctions).columns) {}
+JunctionList::JunctionList() : grid_(listRow(ListId::Junctions).columns()) {}
 
 void JunctionList::feed(TextView path, TextView target, std::uint32_t tag) {
   const Grid::RowIndex row = grid_.addRow();

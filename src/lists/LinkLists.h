@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lists/Grid.h"
+#include "lists/FlatList.h"
 #include "platform/FindData.h"
 #include "services/FileTypes.h"
 #include "settings/Options.h"
@@ -8,7 +8,7 @@
 namespace ombrelian {
 
 /// One row for each name of a file that has several.
-class HardlinkList {
+class HardlinkList : public FlatList {
  public:
   /// Both are kept by reference.
   HardlinkList(const Options& options, FileTypes& types);
@@ -27,8 +27,11 @@ class HardlinkList {
 
   /// With `selected` rows their number and size too.
   Text List_Hardlinks_ShowFileStat(const std::vector<Grid::RowIndex>& selected = {}) const;
+  Text status(const std::vector<Grid::RowIndex>& selected) const override {
+    return List_Hardlinks_ShowFileStat(selected);
+  }
 
-  Grid& grid() { return grid_; }
+  Grid& grid() override { return grid_; }
 
  private:
   const Options& options_;
@@ -37,7 +40,7 @@ class HardlinkList {
 };
 
 /// One row for each reparse folder, with where it leads.
-class JunctionList {
+class JunctionList : public FlatList {
  public:
   JunctionList();
 
@@ -49,8 +52,11 @@ class JunctionList {
   void finish();
 
   Text List_Junctions_ShowStat() const;
+  Text status(const std::vector<Grid::RowIndex>&) const override {
+    return List_Junctions_ShowStat();
+  }
 
-  Grid& grid() { return grid_; }
+  Grid& grid() override { return grid_; }
 
  private:
   Grid grid_;

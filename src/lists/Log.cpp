@@ -25,6 +25,7 @@ void Log::LogProtokoll(TextView text, bool isError) {
             LogRow row{toDate(platform::GetLocalTime()), Text(text), isError, group_};
             if (options_.DontCreateLogFile != 1 && !file_.empty()) appendToFile(row);
             rows_.push_back(std::move(row));
+            addToGrid(rows_.back());
             if (listener_ != nullptr) listener_->logged(rows_.back());
           },
           {file_});
@@ -37,20 +38,23 @@ void Log::appendToFile(const LogRow& row) {
   platform::WriteFile(file, toBytes(dateText(row).append(u" - ").append(row.text) += lineEnd()));
 }
 
-Grid Log::asGrid() const {
-  Grid grid(kColumns);
-  for (const LogRow& row : rows_) {
-    const Grid::RowIndex at = grid.addRow();
-    grid.set(at, kColumns[0], row.date);
-    grid.set(at, kColumns[1], TextView(row.text));
-    grid.setBand(at, row.group);
-  }
-  return grid;
+void Log::addToGrid(const LogRow& row) {
+  const Grid::RowIndex at = grid_.addRow();
+  grid_.set(at, kColumns[0], row.date);
+  grid_.set(at, kColumns[1], TextView(row.text));
+  grid_.setBand(at, row.group);
+}
+
+void Log::clearRows() {
+  rows_.clear();
+  grid_.clear();
 }
 
 Columns Log::columns() { return kColumns; }
 
-Text Log::title() { return TL(3549, u"Protokoll"); }
+std::optional<ListOrigin> Log::origin() const {
+  return ListOrigin{{}, toDate(platform::GetLocalTime())};
+}
 
 Text Log::dateText(const LogRow& row) {
   const Text format = options_.DateFormat.empty() ? defaultDateFormat() : options_.DateFormat;

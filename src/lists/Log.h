@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "format/DatePattern.h"
-#include "lists/Grid.h"
+#include "lists/FlatList.h"
 #include "settings/Options.h"
 #include "support/Date.h"
 #include "support/Text.h"
@@ -28,9 +28,10 @@ class LogListener {
 /// What the program did, for the user: the start and end of each scan, its sums and failures. Each
 /// line is a row of the list and a line of a file, which is opened for it alone, so that it can be
 /// read at any time and survives a crash.
-class Log {
+class Log : public FlatList {
  public:
-  explicit Log(const Options& options) : options_(options) {}
+  /// `options` is kept by reference.
+  explicit Log(const Options& options) : options_(options), grid_(columns()) {}
 
   /// Where the file is to be, an absolute path; without it there is none. It grows for ever.
   void setFile(Text path) { file_ = std::move(path); }
@@ -46,32 +47,35 @@ class Log {
 
   const std::vector<LogRow>& rows() const { return rows_; }
 
-  /// The rows go; the file stays.
-  void clearRows() { rows_.clear(); }
+  /// Deletes all rows and leaves the file alone.
+  void clearRows();
 
-  /// The rows as a list of their own, in the order in which they came.
-  Grid asGrid() const;
+  /// The rows in the order in which they came, with their groups as bands.
+  Grid& grid() override { return grid_; }
 
   /// Date and text.
   static Columns columns();
-
-  /// Title of saved and printed lists.
-  static Text title();
 
   /// The date of a row as it is shown, by the present form of dates.
   Text dateText(const LogRow& row);
 
   /// What the status line says of the log.
   Text List_Log_ShowStat() const;
+  Text status(const std::vector<Grid::RowIndex>&) const override { return List_Log_ShowStat(); }
+
+  /// A log is as old as its last look.
+  std::optional<ListOrigin> origin() const override;
 
   /// The file to open for the user; empty where there is none.
   Text Show_Log() const;
 
  private:
   void appendToFile(const LogRow& row);
+  void addToGrid(const LogRow& row);
 
   const Options& options_;
   std::vector<LogRow> rows_;
+  Grid grid_;
   LogListener* listener_ = nullptr;
   Text file_;
   Text dateFormat_;  // what datePattern_ was made from

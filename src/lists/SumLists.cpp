@@ -2,7 +2,7 @@
 
 #include "format/LetterCase.h"
 #include "lists/ListStatus.h"
-#include "lists/ListTables.h"
+#include "lists/ListTable.h"
 #include "platform/Locale.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
@@ -22,7 +22,7 @@ Grid::RowIndex addSumRow(Grid& grid, const SumTable& sums, std::int32_t slot, st
 }  // namespace
 
 ExtensionList::ExtensionList(FileTypes& types)
-    : types_(types), grid_(listFacts(ListId::Extensions).columns) {}
+    : types_(types), grid_(listRow(ListId::Extensions).columns()) {}
 
 void ExtensionList::reset() {
   sums_.clear();
@@ -63,7 +63,7 @@ Text ExtensionList::List_EXT_ShowStat() const {
   return TL(9105, u"%1 Dateiendungen", {statusCount(std::int64_t(grid_.rowCount()))});
 }
 
-OwnerList::OwnerList() : grid_(listFacts(ListId::Owners).columns) {}
+OwnerList::OwnerList() : grid_(listRow(ListId::Owners).columns()) {}
 
 void OwnerList::reset() {
   sums_.clear();

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "lists/Grid.h"
+#include "lists/FlatList.h"
 #include "lists/SumTable.h"
 #include "services/FileTypes.h"
 
 namespace ombrelian {
 
 /// One row for each extension of a run.
-class ExtensionList {
+class ExtensionList : public FlatList {
  public:
   explicit ExtensionList(FileTypes& types);
 
@@ -17,8 +17,9 @@ class ExtensionList {
   /// Fills the rows; `total` is what percentages are shares of. The sums go.
   void List_Ext_SetDifferentSizes(std::int64_t total);
   Text List_EXT_ShowStat() const;
+  Text status(const std::vector<Grid::RowIndex>&) const override { return List_EXT_ShowStat(); }
 
-  Grid& grid() { return grid_; }
+  Grid& grid() override { return grid_; }
 
  private:
   FileTypes& types_;
@@ -28,7 +29,7 @@ class ExtensionList {
 };
 
 /// One row for each owner of a run.
-class OwnerList {
+class OwnerList : public FlatList {
  public:
   OwnerList();
 
@@ -39,8 +40,9 @@ class OwnerList {
 
   void List_Owner_SetDifferentSizes(std::int64_t total);
   Text List_Owner_ShowStat() const;
+  Text status(const std::vector<Grid::RowIndex>&) const override { return List_Owner_ShowStat(); }
 
-  Grid& grid() { return grid_; }
+  Grid& grid() override { return grid_; }
 
  private:
   SumTable sums_{0};

@@ -12,17 +12,7 @@
 namespace ombrelian {
 namespace {
 
-constexpr std::uint8_t Options::*kOnFlags[kTopLists] = {
-    &Options::CreateList100LargestFiles,   &Options::CreateList100SmallestFiles,
-    &Options::CreateList100NewestFiles,    &Options::CreateList100OldestFiles,
-    &Options::CreateList100LargestFolders, &Options::CreateList100SmallestFolders,
-};
-
-bool isFolderList(ListId list) {
-  return list == ListId::LargestFolders || list == ListId::SmallestFolders;
-}
-
-bool isDateList(ListId list) { return list == ListId::NewestFiles || list == ListId::OldestFiles; }
+bool isFolderList(ListId list) { return listRow(list).rows == RowKind::Folder; }
 
 }  // namespace
 
@@ -99,21 +89,14 @@ TopLists::TopLists(const Options& options, mCompare& filters, FileTypes& types)
                                                                        TopCollector(false),
                                                                        TopCollector(true),
                                                                        TopCollector(false)} {
-  for (int list = 0; list < kTopLists; ++list)
-    grids_.emplace_back(listFacts(ListId(list)).columns);
-}
-
-bool TopLists::isOn(ListId list) const { return options_.*kOnFlags[std::size_t(list)] == 1; }
-
-std::uint8_t TopLists::dateKind(ListId list) const {
-  return list == ListId::NewestFiles ? options_.CreateList100NewestFilesDate
-                                     : options_.CreateList100OldestFilesDate;
+  for (std::size_t number = 0; number < kTopLists; ++number)
+    lists_.emplace_back(*this, topList(number));
 }
 
 void TopLists::reset() {
   date_ = 0;
   for (std::size_t list = 0; list < kTopLists; ++list) {
-    grids_[list].clear();
+    lists_[list].rows.clear();
     collectors_[list].reset(std::clamp(options_.TopMaxCount[list], kLeastTopRows, kMostTopRows));
   }
 }
@@ -185,20 +168,20 @@ void TopLists::offerFolder(ListId list, TextView path, std::int64_t ownSize, std
 }
 
 void TopLists::finish() {
-  for (int number = 0; number < kTopLists; ++number) {
-    const auto list = ListId(number);
+  for (std::size_t number = 0; number < kTopLists; ++number) {
+    const ListId list = topList(number);
     if (!isOn(list)) continue;
     fillGrid(list);
     List_TOP_GetAllNodeValues(list);
-    const ListFacts& facts = listFacts(list);
+    const ListRow& facts = listRow(list);
     Grid& rows = grid(list);
-    rows.sort(rows.column(isDateList(list) ? dateKindColumn(dateKind(list)) : facts.sortKey),
+    rows.sort(rows.column(facts.dateKind ? dateKindColumn(dateKind(list)) : facts.sortKey),
               facts.sortDescending);
   }
 }
 
 void TopLists::fillGrid(ListId list) {
-  Grid& grid = grids_[std::size_t(list)];
+  Grid& grid = this->grid(list);
   const Column& name = grid.column(u"name");
   const Column& size = grid.column(u"size");
   const Column& path = grid.column(u"path");
@@ -218,7 +201,7 @@ void TopLists::fillGrid(ListId list) {
 
 void TopLists::List_TOP_GetAllNodeValues(ListId list) {
   Guarded(u"frmMain", u"List_TOP_GetAllNodeValues", [&] {
-    Grid& grid = grids_[std::size_t(list)];
+    Grid& grid = this->grid(list);
     for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
       Text full(grid.text(row, grid.column(u"name")));
       if (!isFolderList(list)) {
@@ -242,16 +225,21 @@ void TopLists::List_TOP_GetFileValues(Grid& grid, Grid::RowIndex row) {
 }
 
 Text TopLists::List_TOP_ShowFileStat(ListId list) const {
-  const auto count = std::int64_t(grids_[std::size_t(list)].rowCount());
+  const auto count = std::int64_t(grid(list).rowCount());
   return isFolderList(list) ? folderCountText(count) : fileCountText(count);
 }
 
 Text TopLists::Toplist_ShowSelectedFilesize(ListId list,
                                             const std::vector<Grid::RowIndex>& rows) const {
-  const Text size = FormatSize(listSizes(options_, list),
-                               sumOfSizes(grids_[std::size_t(list)], rows), true, false, true);
+  const Text size =
+      FormatSize(listSizes(options_, list), sumOfSizes(grid(list), rows), true, false, true);
   const auto count = std::int64_t(rows.size());
   return isFolderList(list) ? selectedFoldersText(count, size) : selectedFilesText(count, size);
+}
+
+Text TopLists::OneList::status(const std::vector<Grid::RowIndex>& selected) const {
+  const Text all = top.List_TOP_ShowFileStat(id);
+  return selected.empty() ? all : top.Toplist_ShowSelectedFilesize(id, selected) + u" / " + all;
 }
 
 }  // namespace ombrelian

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <array>
+#include <deque>
 
 #include "filters/mCompare.h"
-#include "lists/Grid.h"
-#include "lists/ListTables.h"
+#include "lists/FlatList.h"
+#include "lists/ListTable.h"
 #include "lists/LocalClock.h"
 #include "platform/FindData.h"
 #include "services/FileTypes.h"
@@ -88,24 +89,37 @@ class TopLists {
   /// were kept.
   void finish();
 
-  bool isOn(ListId list) const;
-  Grid& grid(ListId list) { return grids_[std::size_t(list)]; }
-  const TopCollector& collector(ListId list) const { return collectors_[std::size_t(list)]; }
-
-  /// The date that decides in the newest or oldest list.
-  std::uint8_t dateKind(ListId list) const;
+  Grid& grid(ListId list) { return lists_[topIndex(list)].rows; }
+  FlatList& list(ListId list) { return lists_[topIndex(list)]; }
+  const TopCollector& collector(ListId list) const { return collectors_[topIndex(list)]; }
 
   Text List_TOP_ShowFileStat(ListId list) const;
   Text Toplist_ShowSelectedFilesize(ListId list, const std::vector<Grid::RowIndex>& rows) const;
 
  private:
+  /// One of the six as a list of its own.
+  struct OneList : FlatList {
+    OneList(const TopLists& all, ListId list) : top(all), id(list), rows(listRow(list).columns()) {}
+    Grid& grid() override { return rows; }
+    Text status(const std::vector<Grid::RowIndex>& selected) const override;
+
+    const TopLists& top;
+    ListId id;
+    Grid rows;
+  };
+
+  /// The date that decides in the newest or oldest list.
+  std::uint8_t dateKind(ListId list) const { return options_.*listRow(list).dateKind; }
+
+  const Grid& grid(ListId list) const { return lists_[topIndex(list)].rows; }
   void offerFile(ListId list, std::int64_t key, TextView name, TextView folder, std::int64_t size,
                  const platform::FindData& data);
   void offerFolder(ListId list, TextView path, std::int64_t ownSize, std::int32_t ownFiles,
                    std::int32_t ownFolders);
   void offerDate(ListId list, TextView name, TextView folder, std::int64_t size,
                  const platform::FindData& data);
-  TopCollector& rows(ListId list) { return collectors_[std::size_t(list)]; }
+  bool isOn(ListId list) const { return ombrelian::isOn(options_, list); }
+  TopCollector& rows(ListId list) { return collectors_[topIndex(list)]; }
   void fillGrid(ListId list);
   void List_TOP_GetAllNodeValues(ListId list);
   void List_TOP_GetFileValues(Grid& grid, Grid::RowIndex row);
@@ -116,7 +130,7 @@ class TopLists {
   LocalClock clock_;
   FileTime date_ = 0;  // of the last file asked for one
   std::array<TopCollector, kTopLists> collectors_;
-  std::vector<Grid> grids_;
+  std::deque<OneList> lists_;
 };
 
 }  // namespace ombrelian

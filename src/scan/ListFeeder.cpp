@@ -19,7 +19,6 @@ void ListFeeder::reset() {
     junctions_.reset();
     owners_.reset();
     extensions_.reset();
-    fresh_.reset();
     replaceIgnoreNumbers(0, -1);
   });
 }
@@ -69,34 +68,10 @@ void ListFeeder::finish(const ScanTotals& total) {
   replaceIgnoreNumbers(-1, 0);
 }
 
-Grid& ListFeeder::grid(ListId list) {
-  switch (list) {
-    case ListId::Hardlinks:
-      return hardlinks_.grid();
-    case ListId::Junctions:
-      return junctions_.grid();
-    case ListId::Owners:
-      return owners_.grid();
-    case ListId::Extensions:
-      return extensions_.grid();
-    default:
-      return topLists_.grid(list);
-  }
-}
-
-Text ListFeeder::status(ListId list) const {
-  switch (list) {
-    case ListId::Hardlinks:
-      return hardlinks_.List_Hardlinks_ShowFileStat();
-    case ListId::Junctions:
-      return junctions_.List_Junctions_ShowStat();
-    case ListId::Owners:
-      return owners_.List_Owner_ShowStat();
-    case ListId::Extensions:
-      return extensions_.List_EXT_ShowStat();
-    default:
-      return topLists_.List_TOP_ShowFileStat(list);
-  }
+FlatList& ListFeeder::list(ListId list) {
+  if (isTopList(list)) return topLists_.list(list);
+  FlatList* const others[] = {&hardlinks_, &junctions_, &owners_, &extensions_};
+  return *others[std::size_t(list) - std::size_t(ListId::Hardlinks)];
 }
 
 }  // namespace ombrelian

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <bitset>
-
 #include "lists/LinkLists.h"
 #include "lists/SumLists.h"
 #include "lists/TopLists.h"
@@ -27,16 +25,10 @@ class ListFeeder : public DerivedLists {
   /// Reports_ProcessNewValues.
   void finish(const ScanTotals& total) override;
 
-  Grid& grid(ListId list);
+  /// One of kDerivedLists.
+  FlatList& list(ListId list);
+  Grid& grid(ListId list) { return this->list(list).grid(); }
   HardlinkList& hardlinks() { return hardlinks_; }
-  const TopLists& topLists() const { return topLists_; }
-
-  /// What the status line says of a list.
-  Text status(ListId list) const;
-
-  /// Whether the columns of a list were sized for the rows of this run.
-  bool isFresh(ListId list) const { return fresh_[std::size_t(list)]; }
-  void setFresh(ListId list) { fresh_[std::size_t(list)] = true; }
 
  private:
   void replaceIgnoreNumbers(std::int32_t from, std::int32_t to);
@@ -48,7 +40,6 @@ class ListFeeder : public DerivedLists {
   JunctionList junctions_;
   OwnerList owners_;
   ExtensionList extensions_;
-  std::bitset<kLists> fresh_;
 };
 
 }  // namespace ombrelian

@@ -4,7 +4,7 @@
 #include "format/Sizes.h"
 #include "fs/Links.h"
 #include "fs/z_Filesystem.h"
-#include "lists/ListTables.h"
+#include "lists/ListTable.h"
 #include "platform/Process.h"
 #include "platform/Time.h"
 #include "platform/Volumes.h"
@@ -17,35 +17,6 @@ namespace {
 
 constexpr TextView kModule = u"frmMain";
 constexpr std::size_t kRuleLength = 40;  // of the line that parts one source from the next
-
-/// A list that the log mentions when it is on. The lists by date also tell which date counts.
-struct ListOption {
-  std::uint8_t Options::*flag;
-  int captionId;
-  TextView caption;
-  int maximum;                      // number of the top list whose limit "%1" is; -1: none
-  std::uint8_t Options::*dateKind;  // null: no date
-};
-
-constexpr ListOption kListOptions[] = {
-    {&Options::CreateList100LargestFiles, 9020, u"Erstelle eine Liste mit den %1 größten Dateien",
-     0, nullptr},
-    {&Options::CreateList100SmallestFiles, 9021,
-     u"Erstelle eine Liste mit den %1 kleinsten Dateien", 1, nullptr},
-    {&Options::CreateList100NewestFiles, 9022, u"Erstelle eine Liste mit den %1 neusten Dateien", 2,
-     &Options::CreateList100NewestFilesDate},
-    {&Options::CreateList100OldestFiles, 9023, u"Erstelle eine Liste mit den %1 ältesten Dateien",
-     3, &Options::CreateList100OldestFilesDate},
-    {&Options::CreateList100LargestFolders, 9024, u"Erstelle eine Liste mit den %1 größten Ordnern",
-     4, nullptr},
-    {&Options::CreateList100SmallestFolders, 9025,
-     u"Erstelle eine Liste mit den %1 kleinsten Ordnern", 5, nullptr},
-    {&Options::CreateListHardlink, 9026, u"Erstelle eine Liste mit allen Hardlinks", -1, nullptr},
-    {&Options::CreateListJunction, 9027, u"Erstelle eine Liste mit allen Junctions", -1, nullptr},
-    {&Options::CreateListOwner, 9028, u"Erstelle eine Liste sortiert nach Besitzern", -1, nullptr},
-    {&Options::CreateListExt, 9029, u"Erstelle eine Liste sortiert nach Dateiendungen", -1,
-     nullptr},
-};
 
 /// A counter as the log shows it.
 Text plainCount(std::int64_t count) { return xFormatFileSize(0, count, false, false); }
@@ -124,17 +95,14 @@ void ScanRun::prepareSource(bool isOnlySource) {
 }
 
 void ScanRun::logOptions() {
-  for (const ListOption& option : kListOptions) {
-    if (state_.options.*option.flag != 1) continue;
-    const Text maximum = option.maximum < 0
-                             ? Text()
-                             : toText(state_.options.TopMaxCount[std::size_t(option.maximum)]);
-    const Text caption = TL(option.captionId, option.caption, {maximum});
-    if (option.dateKind == nullptr) {
-      state_.log.LogProtokoll(TL(3874, u"Option: %1", {caption}));
-    } else {
-      const Text kind = dateKindCaption(state_.options.*option.dateKind);
+  for (const ListId list : kDerivedLists) {
+    if (!isOn(state_.options, list)) continue;
+    const Text caption = optionCaption(state_.options, list);
+    if (const auto dateKind = listRow(list).dateKind) {
+      const Text kind = dateKindCaption(state_.options.*dateKind);
       state_.log.LogProtokoll(TL(3829, u"Option: %1 (%2)", {caption, kind}));
+    } else {
+      state_.log.LogProtokoll(TL(3874, u"Option: %1", {caption}));
     }
   }
 }

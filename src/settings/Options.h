@@ -192,6 +192,7 @@ struct Options {
   std::uint8_t FolderShowPercentBar = 0;
   std::uint8_t FolderShowDriveLabel = 0;
   std::uint8_t FolderShowCreateDate = 0;
+  std::uint8_t ShownSides = 0;  // of the window: 0 both, 1 the left, 2 the right
   std::uint8_t DiskinfoVisible = 1;
   std::uint8_t FilelistVisible = 0;
   std::uint8_t ToplistVisible = 0;

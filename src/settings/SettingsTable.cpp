@@ -141,6 +141,7 @@ constexpr SettingRow kTable[] = {
     mine(KEY(FolderShowPercentBar)),
     mine(KEY(FolderShowDriveLabel)),
     mine(KEY(FolderShowCreateDate)),
+    mine(KEY(ShownSides)),
     mine(KEY(DiskinfoVisible)),
     mine(KEY(FilelistVisible)),
     mine(KEY(ToplistVisible)),

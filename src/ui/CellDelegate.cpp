@@ -37,7 +37,7 @@ QColor faded(const QPalette& palette, int level) {
 
 }  // namespace
 
-CellDelegate::CellDelegate(const Options& options, ViewId view, QObject* parent)
+CellDelegate::CellDelegate(const Options& options, ListId view, QObject* parent)
     : QStyledItemDelegate(parent), options_(options), view_(view) {}
 
 int CellDelegate::leading(const RowSource& rows, std::size_t row) {
@@ -49,7 +49,7 @@ int CellDelegate::leading(const RowSource& rows, std::size_t row) {
 }
 
 bool CellDelegate::hasBars() const {
-  return view_ != ViewId::Folders || options_.FolderShowPercentBar == 1;
+  return view_ != ListId::Folders || options_.FolderShowPercentBar == 1;
 }
 
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -72,7 +72,7 @@ void CellDelegate::paintBackground(QPainter& painter, const QStyleOptionViewItem
                                    const RowLook& look) const {
   const QPalette& palette = option.palette;
   QColor color = palette.color(look.band == 0 ? QPalette::Base : QPalette::AlternateBase);
-  if (view_ == ViewId::Folders && options_.FolderColorFade == 1) color = faded(palette, look.level);
+  if (view_ == ListId::Folders && options_.FolderColorFade == 1) color = faded(palette, look.level);
   if (option.state & QStyle::State_Selected) {
     const auto group =
         (option.state & QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;

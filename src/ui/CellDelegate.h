@@ -2,7 +2,7 @@
 
 #include <QStyledItemDelegate>
 
-#include "frame/ViewSettings.h"
+#include "lists/ListTable.h"
 #include "ui/RowSource.h"
 
 namespace ombrelian::ui {
@@ -14,7 +14,7 @@ class CellDelegate : public QStyledItemDelegate {
   Q_OBJECT
 
  public:
-  CellDelegate(const Options& options, ViewId view, QObject* parent);
+  CellDelegate(const Options& options, ListId view, QObject* parent);
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
@@ -36,7 +36,7 @@ class CellDelegate : public QStyledItemDelegate {
   bool hasBars() const;
 
   const Options& options_;
-  const ViewId view_;
+  const ListId view_;
 };
 
 }  // namespace ombrelian::ui

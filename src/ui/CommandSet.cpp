@@ -7,12 +7,11 @@
 #include <QLineEdit>
 #include <QToolButton>
 #include <QWidgetAction>
-#include <algorithm>
 
+#include "filters/FilterText.h"
 #include "support/Translate.h"
 #include "ui/Icons.h"
 #include "ui/QtText.h"
-#include "ui/Themes.h"
 
 namespace ombrelian::ui {
 namespace {
@@ -20,21 +19,15 @@ namespace {
 constexpr int kSmallIcon = 16;
 constexpr int kLargeIcon = 24;
 
-/// Commands whose picture does not say enough, so that they get their caption beside it.
-bool isWordy(const Command& command) {
-  constexpr int kWordy[] = {463, 478, 450, 398, 359, 361, 400, 401, 402, 403, 404, 405, 406, 407};
-  return std::find(std::begin(kWordy), std::end(kWordy), command.id) != std::end(kWordy);
-}
-
 }  // namespace
 
-CommandSet::CommandSet(Bar bar, std::optional<ViewId> view, Options& options, QWidget* scope)
-    : QObject(scope), bar_(bar), view_(view), options_(options), scope_(scope) {
+CommandSet::CommandSet(Bar bar, std::optional<ListId> list, Options& options, QWidget* scope)
+    : QObject(scope), bar_(bar), list_(list), options_(options), scope_(scope) {
   for (const BarItem& item : barItems(bar)) {
-    if (!view || hasCommand(*view, item.id)) items_.push_back(item);
+    if (!list || hasCommand(*list, item.id)) items_.push_back(item);
   }
   for (const BarItem& item : items_) {
-    const Command& command = *findCommand(item.id);
+    const Command& command = commandOf(item.id);
     if (command.kind == CommandKind::Popup) {
       menus_[command.id] = new QMenu(scope);
       menus_[command.id]->setToolTipsVisible(true);
@@ -48,37 +41,32 @@ CommandSet::CommandSet(Bar bar, std::optional<ViewId> view, Options& options, QW
   update();
 }
 
-QAction* CommandSet::action(int id) const { return actions_.at(id); }
-
-QMenu* CommandSet::menu(int popup) const { return menus_.at(popup); }
-
-QAction* CommandSet::addAction(int id) { return make(*findCommand(id)); }
-
-CommandBinding CommandSet::binding(int id) const {
-  const ViewId view = view_.value_or(ViewId::Folders);
-  return commandBinding(options_, view_ ? &view : nullptr, id);
-}
-
-QList<QKeySequence> CommandSet::shortcuts(const Command& command) const {
-  if (*command.shortcut == '\0') return {};
-  return {QKeySequence(QString::fromLatin1(command.shortcut), QKeySequence::PortableText)};
-}
-
-/// Whether the command can do anything while nothing else is going on.
-bool CommandSet::works(const Command& command) const {
-  return *command.waitsFor == '\0' && !(isReadOnly_ && command.changesDisk);
+bool CommandSet::isOn(const Command& command) const {
+  if (isReadOnly_ && command.changesDisk) return false;
+  switch (command.time) {
+    case CommandTime::Idle:
+      return !isBusy_;
+    case CommandTime::Scanning:
+      return isBusy_;
+    case CommandTime::Always:
+      return true;
+    default:
+      return false;
+  }
 }
 
 QAction* CommandSet::make(const Command& command) {
   auto* const action = new QAction(this);
-  action->setEnabled(works(command));
+  action->setEnabled(isOn(command));
   actions_[command.id] = action;
-  action->setData(command.id);
+  action->setData(int(command.id));
   if (*command.icon != '\0') action->setIcon(icon(command.icon));
   action->setCheckable(command.kind == CommandKind::Toggle || command.kind == CommandKind::Choice);
   action->setIconVisibleInMenu(!action->isCheckable());
-  action->setShortcuts(shortcuts(command));
-  action->setShortcutContext(view_ ? Qt::WidgetWithChildrenShortcut : Qt::WindowShortcut);
+  if (*command.shortcut != '\0')
+    action->setShortcut(
+        QKeySequence(QString::fromLatin1(command.shortcut), QKeySequence::PortableText));
+  action->setShortcutContext(list_ ? Qt::WidgetWithChildrenShortcut : Qt::WindowShortcut);
   if (command.kind == CommandKind::Popup) action->setMenu(menus_.at(command.id));
   scope_->addAction(action);
   connect(action, &QAction::triggered, this,
@@ -96,34 +84,41 @@ bool CommandSet::eventFilter(QObject* object, QEvent* event) {
   return true;
 }
 
-void CommandSet::trigger(int id, bool checked) {
-  const CommandBinding bound = binding(id);
-  if (bound.flag != nullptr) {
-    const bool isChoice = findCommand(id)->kind == CommandKind::Choice;
-    if (isChoice || checked) {
-      *bound.flag = bound.value;
-    } else {
-      *bound.flag = 0;
-    }
-  }
+void CommandSet::trigger(CommandId id, bool checked) {
+  const CommandState kept = state(id);
+  const bool isChoice = commandOf(id).kind == CommandKind::Choice;
+  if (kept.flag != nullptr) *kept.flag = isChoice || checked ? kept.value : 0;
+  if (kept.excludes != nullptr && checked) *kept.excludes = 0;
   update();
   Q_EMIT triggered(id);
 }
 
+/// A filter that is typed into is switched on, and one that is emptied is switched off.
+void CommandSet::switchByText(CommandId toggle, bool on) {
+  if (toggle == CommandId::None || !has(toggle) || state(toggle).isChecked() == on) return;
+  const CommandState kept = state(toggle);
+  *kept.flag = on ? kept.value : 0;
+  if (on && kept.excludes != nullptr) *kept.excludes = 0;
+  update();
+}
+
 void CommandSet::update() {
   for (const auto& [id, action] : actions_) {
-    const Command& command = *findCommand(id);
-    const CommandBinding bound = binding(id);
-    if (bound.flag != nullptr && action->isCheckable()) action->setChecked(bound.isChecked());
-    if (!works(command)) action->setEnabled(false);
+    const CommandState kept = state(id);
+    if (kept.flag != nullptr && action->isCheckable()) action->setChecked(kept.isChecked());
+    if (kept.hasMark) {
+      action->setCheckable(kept.isMarked);
+      action->setChecked(kept.isMarked);
+    }
+    action->setEnabled(isOn(commandOf(id)));
   }
 }
 
-void CommandSet::setBusy(bool busy, std::initializer_list<int> exceptions) {
+void CommandSet::setBusy(bool busy) {
+  isBusy_ = busy;
+  update();
   for (const auto& [id, action] : actions_) {
-    const bool isException =
-        std::find(exceptions.begin(), exceptions.end(), id) != exceptions.end();
-    action->setEnabled(works(*findCommand(id)) && (!busy || isException));
+    if (commandOf(id).whileBusy != CommandId::None) showTexts(*action, id);
   }
 }
 
@@ -133,24 +128,34 @@ void CommandSet::setReadOnly() {
   applyLook();
 }
 
-void CommandSet::applyLook() {
-  for (const auto& [id, action] : actions_) {
-    const Command& command = *findCommand(id);
-    QString caption = toQString(commandCaption(command, options_));
-    if (id >= 1030 && id <= 1039) caption = toQString(themeName(id - 1030));
-    action->setText(caption.replace(u'&', QStringLiteral("&&")));
-    QString tip = toQString(commandTip(command, bar_));
-    if (tip.isEmpty()) tip = toQString(commandCaption(command, options_));
-    if (!works(command)) {
-      const bool waits = *command.waitsFor != '\0';
-      const Text reason = waits ? TL(9543, u"kommt noch") : TL(9640, u"nur Lesen");
-      tip += QStringLiteral(" (") + toQString(reason) + u')';
-    }
-    const QKeySequence key = action->shortcut();
-    if (!key.isEmpty()) tip += QStringLiteral(" (") + key.toString(QKeySequence::NativeText) + u')';
-    action->setToolTip(tip);
-    action->setStatusTip(QString());
+/// The tool tip with the reason why the command is off, and its key.
+QString CommandSet::toolTip(const Command& command, const QAction& action) const {
+  Text tip = commandTip(command, bar_);
+  if (tip.empty()) tip = commandCaption(command, options_);
+  QString shown = toQString(tip);
+  const auto add = [&](const QString& text) { shown += QStringLiteral(" (") + text + u')'; };
+  if (command.time == CommandTime::Never) {
+    add(toQString(TL(9543, u"kommt noch")));
+  } else if (isReadOnly_ && command.changesDisk) {
+    add(toQString(TL(9640, u"nur Lesen")));
   }
+  const QKeySequence key = action.shortcut();
+  if (!key.isEmpty()) add(key.toString(QKeySequence::NativeText));
+  return shown;
+}
+
+void CommandSet::showTexts(QAction& action, CommandId id) const {
+  const CommandId other = commandOf(id).whileBusy;
+  const Command& command = commandOf(isBusy_ && other != CommandId::None ? other : id);
+  QString caption = toQString(commandCaption(command, options_));
+  action.setText(caption.replace(u'&', QStringLiteral("&&")));
+  action.setToolTip(toolTip(command, action));
+  if (other != CommandId::None) action.setIcon(icon(command.icon));
+}
+
+void CommandSet::applyLook() {
+  for (const auto& [id, action] : actions_)
+    showTexts(*action, id);
   for (const auto& [popup, menu] : menus_)
     menu->setTitle(actions_.at(popup)->text());
   if (toolBar_ == nullptr) return;
@@ -159,17 +164,18 @@ void CommandSet::applyLook() {
   for (QToolButton* const button : toolBar_->findChildren<QToolButton*>()) {
     const QAction* const action = button->defaultAction();
     if (action == nullptr) continue;
-    const bool words = options_.SymbolText == 1 && isWordy(*findCommand(action->data().toInt()));
+    const auto id = CommandId(action->data().toInt());
+    const bool words = options_.SymbolText == 1 && commandOf(id).isWordy;
     button->setToolButtonStyle(words ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
   }
 }
 
-QToolBar* CommandSet::makeToolBar(const std::function<QWidget*(int id, QToolBar*)>& place) {
+QToolBar* CommandSet::makeToolBar(const PlaceWidget& place) {
   toolBar_ = new QToolBar(scope_);
   toolBar_->setMovable(false);
   toolBar_->setContextMenuPolicy(Qt::PreventContextMenu);
   for (const BarItem& item : items_) {
-    if (item.popup != 0) continue;
+    if (item.popup != CommandId::None) continue;
     if (item.beginsGroup) toolBar_->addSeparator();
     if (QWidget* const widget = place ? place(item.id, toolBar_) : nullptr) {
       toolBar_->addWidget(widget);
@@ -188,7 +194,7 @@ QToolBar* CommandSet::makeToolBar(const std::function<QWidget*(int id, QToolBar*
   return toolBar_;
 }
 
-void CommandSet::fillMenu(QMenu& menu, int popup) {
+void CommandSet::fillMenu(QMenu& menu, CommandId popup) {
   for (const BarItem& item : items_) {
     if (item.popup == popup) addItem(menu, item);
   }
@@ -196,15 +202,15 @@ void CommandSet::fillMenu(QMenu& menu, int popup) {
 
 void CommandSet::addItem(QMenu& menu, const BarItem& item) {
   if (item.beginsGroup) menu.addSeparator();
-  const Command& command = *findCommand(item.id);
+  const Command& command = commandOf(item.id);
   if (command.kind != CommandKind::Edit) {
     menu.addAction(actions_.at(item.id));
-  } else if (binding(item.id).text != nullptr || binding(item.id).number != nullptr) {
+  } else if (state(item.id).text != nullptr || state(item.id).number != nullptr) {
     menu.addAction(makeEdit(command, &menu));
   }
 }
 
-/// A line of a menu with a label and a field; the setting changes as it is typed.
+/// Makes a line of a menu with a label and a field. The setting changes while the user types.
 QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
   auto* const action = new QWidgetAction(parent);
   auto* const line = new QWidget(parent);
@@ -214,7 +220,7 @@ QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
   auto* const field = new QLineEdit(line);
   field->setAccessibleName(caption);
   field->setToolTip(toQString(commandTip(command, bar_)));
-  const CommandBinding bound = binding(command.id);
+  const CommandState bound = state(command.id);
   if (bound.number != nullptr) {
     layout->addWidget(new QLabel(caption, line));
     field->setValidator(new QIntValidator(0, 999'999'999, field));
@@ -237,9 +243,16 @@ QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
       *bound.number = text.toInt();
     } else {
       *bound.text = toText(text);
+      switchByText(bound.switchedOn, !text.isEmpty());
     }
+    update();
     applyLook();
     Q_EMIT triggered(id);
+  });
+  connect(field, &QLineEdit::editingFinished, this, [field, bound] {
+    if (bound.text == nullptr) return;
+    *bound.text = tidyPatterns(*bound.text);
+    field->setText(toQString(*bound.text));
   });
   action->setDefaultWidget(line);
   return action;

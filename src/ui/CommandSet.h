@@ -13,69 +13,76 @@
 namespace ombrelian::ui {
 
 /// The commands of one bar as actions, and the tool bar and menus made of them. A command that is
-/// bound to a setting changes that before `triggered` tells of it.
+/// bound to a setting changes that setting before it emits `triggered`.
 class CommandSet : public QObject {
   Q_OBJECT
 
  public:
-  /// `view` is the list that the bar belongs to; none: the main bar. Shortcuts work while the focus
-  /// is in `scope`, those of the main bar in the whole window.
-  CommandSet(Bar bar, std::optional<ViewId> view, Options& options, QWidget* scope);
+  /// Makes the widget for a command that is more than a button; null: a button serves.
+  using PlaceWidget = std::function<QWidget*(CommandId id, QToolBar*)>;
+
+  /// `list` is the list that the bar belongs to; none: the bar concerns the whole window. Shortcuts
+  /// work while the focus is in `scope`, those of the main bar in the whole window.
+  CommandSet(Bar bar, std::optional<ListId> list, Options& options, QWidget* scope);
 
   /// Asserts that the bar has the command.
-  QAction* action(int id) const;
+  QAction* action(CommandId id) const { return actions_.at(id); }
 
-  bool has(int id) const { return actions_.contains(id); }
+  bool has(CommandId id) const { return actions_.contains(id); }
 
-  /// A command that stands on no bar, such as those of context menus.
-  QAction* addAction(int id);
+  /// Adds a command that is on no bar, such as those of context menus.
+  QAction* addAction(CommandId id) { return make(commandOf(id)); }
 
-  /// The bar itself. `place` may give a widget for a command that is more than a button; null: a
-  /// button.
-  QToolBar* makeToolBar(const std::function<QWidget*(int id, QToolBar*)>& place);
+  /// Builds the tool bar of these commands.
+  QToolBar* makeToolBar(const PlaceWidget& place);
 
-  /// The commands that stand in the menu of `popup`, or with 0 all that stand on the bar.
-  void fillMenu(QMenu& menu, int popup);
+  /// Adds the commands of the menu of `popup`, or with None all that are on the bar.
+  void fillMenu(QMenu& menu, CommandId popup);
 
   /// The menu of a popup command; filled by fillMenu unless the caller changes it.
-  QMenu* menu(int popup) const;
+  QMenu* menu(CommandId popup) const { return menus_.at(popup); }
+
+  /// Where the options keep the state of a command.
+  CommandState state(CommandId id) const { return commandState(options_, list_, id); }
 
   /// Shows the state of every command as the options are.
   void update();
 
-  /// Takes all commands away or gives back those that work, but for `exceptions`.
-  void setBusy(bool busy, std::initializer_list<int> exceptions = {});
+  /// Disables all commands but those that work while something runs, or enables them again.
+  void setBusy(bool busy);
 
-  /// Takes the commands away that change the disk, for as long as the set lives.
+  /// Disables the commands that change the disk, for as long as the set lives.
   void setReadOnly();
 
   /// Shows texts in the language in force, and on the tool bar as the options want.
   void applyLook();
 
  Q_SIGNALS:
-  void triggered(int id);
+  void triggered(CommandId id);
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  bool works(const Command& command) const;
+  bool isOn(const Command& command) const;
   QAction* make(const Command& command);
   QAction* makeEdit(const Command& command, QWidget* parent);
-  void trigger(int id, bool checked);
+  void trigger(CommandId id, bool checked);
+  void switchByText(CommandId toggle, bool on);
   void addItem(QMenu& menu, const BarItem& item);
-  CommandBinding binding(int id) const;
-  QList<QKeySequence> shortcuts(const Command& command) const;
+  QString toolTip(const Command& command, const QAction& action) const;
+  void showTexts(QAction& action, CommandId id) const;
 
   const Bar bar_;
-  const std::optional<ViewId> view_;
+  const std::optional<ListId> list_;
   Options& options_;
   QWidget* const scope_;
-  std::vector<BarItem> items_;  // of the bar, as far as this list has them
+  std::vector<BarItem> items_;  // commands of the bar, as far as this list has them
   bool isReadOnly_ = false;
+  bool isBusy_ = false;
   QToolBar* toolBar_ = nullptr;
-  std::map<int, QAction*> actions_;
-  std::map<int, QMenu*> menus_;
+  std::map<CommandId, QAction*> actions_;
+  std::map<CommandId, QMenu*> menus_;
 };
 
 }  // namespace ombrelian::ui

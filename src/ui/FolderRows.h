@@ -7,10 +7,11 @@
 
 namespace ombrelian::ui {
 
-/// The folder report: a tree whose rows are what is expanded. The ids are the nodes.
+/// The folder report as a tree whose rows are the expanded nodes. The ids of the rows are the
+/// nodes.
 class FolderRows : public RowSource {
  public:
-  /// Both are kept by reference.
+  /// `tree` and `report` are kept by reference.
   FolderRows(FolderTree& tree, FolderReport& report, const Options& options);
 
   Columns columns() const override;
@@ -32,14 +33,17 @@ class FolderRows : public RowSource {
   Text rename(std::size_t row, const Text& name) override;
   std::optional<Id> find(const QString& text, std::size_t from, bool backward) override;
 
-  /// Name of a source as the options want it: with the label of a drive and the date of the scan.
+  /// Name of a source, with the label of its drive and the date of the scan where the options want
+  /// them.
   Text rootCaption(NodeIndex root) const;
 
-  /// The tree got or lost nodes, which stand by size again.
+  /// Takes up a tree that got or lost nodes and is sorted by size again.
   void treeChanged();
 
-  /// The tree lost nodes, or others took their places; the order is as it was.
+  /// Takes up a tree that lost nodes or had some replaced, in the order that it had before.
   void nodesWent();
+
+  void rebuild() override { shown_.rebuild(); }
 
   ShownFolders& shownFolders() { return shown_; }
 

@@ -32,7 +32,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   const Column* const shown = column(index.column());
   switch (role) {
     case Qt::DisplayRole:
-      if (shown == nullptr) return {};  // the row's number is no part of the row: the view draws it
+      if (shown == nullptr) return {};  // the view draws the row number
       return shownOnOneLine(rows_.shown(row, *shown));
     case Qt::EditRole:
       return shown == nullptr ? QVariant()
@@ -53,8 +53,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-/// A screen reader reads cells one by one, so each says what it is; a row of a tree says where it
-/// stands and whether it is open.
+/// The text of a cell for a screen reader, which reads cells one by one: the column, the value, and
+/// in a tree the level of the row and whether the row is expanded.
 QString ListModel::accessibleText(std::size_t row, const Column& column) const {
   QString value = toQString(rows_.shown(row, column));
   if (column.id != 1)
@@ -123,7 +123,7 @@ bool ListModel::setData(const QModelIndex& index, const QVariant& value, int rol
   }
   Text error;
   const auto rename = [&] { error = rows_.rename(row, name); };
-  // The row of what is replaced goes.
+  // The row of the replaced object is removed.
   replaces ? rearrange(rename) : rename();
   if (!error.empty()) {
     Q_EMIT renameFailed(toQString(error));

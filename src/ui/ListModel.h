@@ -7,8 +7,8 @@
 
 namespace ombrelian::ui {
 
-/// Any list as Qt's views take it. A column of the model is the id of the list's column; 0 is the
-/// row number. It holds nothing of the rows.
+/// Any list as a model for Qt's views. A column of the model is the id of the list's column; 0 is
+/// the row number. The model keeps no copy of the rows.
 class ListModel : public QAbstractTableModel {
   Q_OBJECT
 
@@ -30,17 +30,17 @@ class ListModel : public QAbstractTableModel {
   RowSource& rows() { return rows_; }
   const RowSource& rows() const { return rows_; }
 
-  /// Null: the row number.
+  /// The column of a section; null: the row number.
   const Column* column(int section) const;
 
-  /// Orders the rows; what is selected and current stays so.
+  /// Orders the rows; the selected and the current rows stay so.
   void sortBy(const Column& column, bool descending);
 
   /// Runs `change`, which may put the rows in any order or put others in their place. The rows that
   /// remain keep their selection.
   void rearrange(const std::function<void()>& change);
 
-  /// Runs `change`, after which nothing is as it was.
+  /// Runs `change`, which replaces all rows.
   void replace(const std::function<void()>& change);
 
   /// Runs `change`, which adds `count` rows before row `first`, or takes that many away.
@@ -50,14 +50,14 @@ class ListModel : public QAbstractTableModel {
   /// A frozen model has no rows, whatever is done to them meanwhile.
   void setFrozen(bool frozen);
 
-  /// No cell can be edited any more.
+  /// Forbids the editing of cells for as long as the model lives.
   void setReadOnly() { isReadOnly_ = true; }
 
-  /// Units, dates or names are shown in another way.
+  /// Shows all cells again after units, dates or names changed their form.
   void showAnew();
 
  Q_SIGNALS:
-  /// Whether to replace what has the name that a row is to get; `answer` is "no" at first.
+  /// Asks whether an object that has the wanted name may be replaced; `answer` is "no" at first.
   void nameTaken(const QString& name, bool* answer);
   void renameFailed(const QString& error);
 

@@ -1,45 +1,41 @@
 #pragma once
 
 #include <QLabel>
-#include <QLineEdit>
-#include <QWidget>
 
-#include "ui/CommandSet.h"
-#include "ui/ListView.h"
+#include "ui/SearchBox.h"
 
 namespace ombrelian::ui {
 
-/// One list with its bar, its search box, and a word for when it is empty. What concerns this list
-/// alone (units, columns, search, copying, selection) it does itself; everything else it passes on.
+/// One list with its bar, its search box, and a text for when it is empty.
 class ListPane : public QWidget {
   Q_OBJECT
 
  public:
   /// `rows` and `options` must outlive the pane.
-  ListPane(ViewId view, RowSource& rows, Options& options, QWidget* parent = nullptr);
+  ListPane(ListId list, RowSource& rows, Options& options, QWidget* parent = nullptr);
 
-  ViewId viewId() const { return view_; }
+  ListId listId() const { return id_; }
   ListView& list() { return *list_; }
   ListModel& model() { return *model_; }
   RowSource& rows() { return rows_; }
   CommandSet& commands() { return *commands_; }
 
-  /// Builds the bar; `place` as CommandSet::makeToolBar has it.
-  void addToolBar(const std::function<QWidget*(int id, QToolBar*)>& place = {});
+  /// Builds the tool bar; `place` works as in CommandSet::makeToolBar.
+  void addToolBar(const CommandSet::PlaceWidget& place = {});
 
-  /// What stands in the middle of the list while it has no rows.
+  /// Sets the text in the middle of the list while the list has no rows.
   void setEmptyText(const QString& text);
 
-  /// Commands for the context menu of a row, in this order; 0 is a line.
-  void setRowCommands(std::vector<int> ids);
+  /// Shows the text for an empty list, or hides it if the list has rows.
+  void showEmptyText();
 
-  /// Nothing on the disk can be changed from here any more.
+  /// Disables whatever changes the disk, for as long as the pane lives.
   void setReadOnly();
 
   /// Takes up units, columns, fonts and names as the options are now.
   void applySettings();
 
-  /// Rows came or went by ListModel::replace.
+  /// Shows the list after its rows were replaced.
   void rowsReplaced();
 
   /// Empties the view without touching the rows, while something else fills or clears them; then
@@ -53,42 +49,36 @@ class ListPane : public QWidget {
   void copyPaths();
   void selectRow(RowSource::Id id);
 
-  /// Does a command of this pane as a click would; false: it is none of its own.
-  bool execute(int id);
+  void toggleSearch() { search_->toggled(); }
+  void search(bool backward) { search_->search(backward); }
 
   /// Width that the bar needs to show all its buttons.
   int barWidth() const { return toolBar_ == nullptr ? 0 : toolBar_->sizeHint().width(); }
 
  Q_SIGNALS:
-  void triggered(ViewId view, int id);
-  void statusChanged(ViewId view);
+  void triggered(ListId list, CommandId id);
+
+  /// Rows were selected, came or went.
+  void statusChanged(ListId list);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  QWidget* makeSearchBox();
-  void connectTree();
+  void addRowCommands();
+  void connectModel();
   void fillColumnMenu(QMenu& menu);
   void showContextMenu(const QPoint& at);
-  void search(bool backward);
-  void showSearchBox();
-  void placeEmptyText();
-  void expand(std::size_t row, bool expanded);
 
-  const ViewId view_;
+  const ListId id_;
   RowSource& rows_;
-  Options& options_;
   ListModel* model_;
   ListView* list_;
   CommandSet* commands_;
+  SearchBox* search_;
   QToolBar* toolBar_ = nullptr;
-  QWidget* searchBox_ = nullptr;
-  QLineEdit* searchText_ = nullptr;
-  QLabel* searchResult_ = nullptr;
   QLabel* emptyText_;
-  std::vector<int> rowCommands_;
 };
 
 }  // namespace ombrelian::ui

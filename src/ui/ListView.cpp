@@ -14,15 +14,15 @@ namespace {
 constexpr int kNameSection = 1;
 constexpr int kLeastColumnWidth = 28;
 constexpr int kMostFittedWidth = 640;
-constexpr int kCellMargin = 16;  // left and right of the text, together
-constexpr int kSortSign = 32;    // beside a title
+constexpr int kCellMargin = 16;  // sum of the margins left and right of the text
+constexpr int kSortSign = 32;    // room for the sort indicator beside a title
 constexpr int kLeastNameWidth = 180;
-constexpr int kRowPadding = 7;         // above and below it, together
-constexpr int kMeasuredRows = 20'000;  // as many as fitting to all rows looks at in one go
+constexpr int kRowPadding = 7;         // sum of the margins above and below the text
+constexpr int kMeasuredRows = 20'000;  // how many rows are measured for one column at most
 
 }  // namespace
 
-ListView::ListView(ListModel& model, Options& options, ViewId view, QWidget* parent)
+ListView::ListView(ListModel& model, Options& options, ListId view, QWidget* parent)
     : QTableView(parent), model_(model), options_(options), view_(view) {
   setModel(&model_);
   setItemDelegate(new CellDelegate(options_, view_, this));
@@ -34,7 +34,7 @@ ListView::ListView(ListModel& model, Options& options, ViewId view, QWidget* par
   setWordWrap(false);
   setTabKeyNavigation(false);
   setCornerButtonEnabled(false);
-  setShowGrid(false);  // the delegate draws the lines that are wanted
+  setShowGrid(false);  // the delegate draws the lines between cells
   setContextMenuPolicy(Qt::CustomContextMenu);
   setMouseTracking(true);
   setDragEnabled(true);
@@ -61,7 +61,7 @@ ListView::ListView(ListModel& model, Options& options, ViewId view, QWidget* par
 
 void ListView::applySettings() {
   isArranging_ = true;
-  const ViewSettings settings = viewSettings(options_, view_);
+  const ListSettings settings = listSettings(options_, view_);
   const int sections = model_.columnCount();
   std::vector<int> order(std::size_t(sections - 1));
   for (int section = 1; section < sections; ++section)
@@ -90,18 +90,18 @@ void ListView::applySettings() {
 
 void ListView::setColumnVisible(int section, bool visible) {
   if (section == kNameSection) return;
-  const ViewSettings settings = viewSettings(options_, view_);
+  const ListSettings settings = listSettings(options_, view_);
   if (std::size_t(section) < settings.visible.size())
     settings.visible[std::size_t(section)] = visible ? 1 : 0;
   setColumnHidden(section, !visible);
   if (visible) setColumnWidth(section, widthForAllRows(section));
 }
 
-/// The row number stands first, and in the tree the name behind it; they do not move.
+/// The row number stays the first column, and in the tree the name the second.
 void ListView::columnMoved(int section, int from, int to) {
   if (isArranging_) return;
   QHeaderView* const header = horizontalHeader();
-  const bool isTree = view_ == ViewId::Folders;
+  const bool isTree = view_ == ListId::Folders;
   const int fixed = isTree ? 2 : 1;
   if (from < fixed || to < fixed) {
     isArranging_ = true;
@@ -113,12 +113,13 @@ void ListView::columnMoved(int section, int from, int to) {
 }
 
 void ListView::storePositions() {
-  const ViewSettings settings = viewSettings(options_, view_);
+  const ListSettings settings = listSettings(options_, view_);
   for (std::size_t id = 1; id < settings.positions.size(); ++id)
     settings.positions[id] = horizontalHeader()->visualIndex(int(id));
 }
 
-/// Numbers begin with the largest, texts with the first; the tree turns its order round each time.
+/// Numbers are sorted from the largest on at first, texts from the first on; in the tree each click
+/// turns the order round.
 void ListView::sortByColumn(int section) {
   const Column* const column = model_.column(section);
   if (column == nullptr || model_.rowCount() == 0) return;
@@ -126,7 +127,7 @@ void ListView::sortByColumn(int section) {
   const bool again = rows.sortColumn() == column;
   const bool byItself = !column->isLeftAligned() || column->kind == CellKind::Timestamp ||
                         column->kind == CellKind::Percent;
-  const bool toggles = again || view_ == ViewId::Folders;
+  const bool toggles = again || view_ == ListId::Folders;
   const bool descending = toggles ? !rows.sortedDescending() : byItself;
   setCursor(Qt::WaitCursor);
   model_.sortBy(*column, descending);
@@ -143,9 +144,10 @@ void ListView::fitColumns() {
   }
 }
 
-/// Looks at the rows on the screen, or with the option at all; of very many, at some from all over.
+/// Measures the rows on the screen, or all rows where the option is on; of very many rows it
+/// measures some that are spread over all.
 int ListView::widthForAllRows(int section) const {
-  const ViewSettings settings = viewSettings(options_, view_);
+  const ListSettings settings = listSettings(options_, view_);
   const bool all = settings.optimizeAll != nullptr && *settings.optimizeAll == 1;
   const int rows = model_.rowCount();
   if (section == 0) return fontMetrics().horizontalAdvance(QString::number(rows)) + kCellMargin;
@@ -193,6 +195,7 @@ std::size_t ListView::currentRow() const {
 
 void ListView::goTo(std::size_t row) {
   const QModelIndex index = model_.index(int(row), kNameSection);
+  setCurrentIndex(index);  // a selection with Shift begins here from now on
   selectionModel()->setCurrentIndex(
       index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   scrollTo(index);
@@ -210,12 +213,12 @@ std::size_t ListView::parentRow(std::size_t row) const {
   return row;
 }
 
-/// In a tree left and right close, open and step between levels, as in every tree.
+/// The arrow keys to the left and right collapse and expand a folder, and step between levels.
 void ListView::keyPressEvent(QKeyEvent* event) {
   const std::size_t row = currentRow();
   const bool isPlain =
       event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier;
-  if (view_ == ViewId::Folders && row != RowSource::kNoRow && isPlain) {
+  if (view_ == ListId::Folders && row != RowSource::kNoRow && isPlain) {
     const RowLook look = model_.rows().look(row);
     switch (event->key()) {
       case Qt::Key_Left:
@@ -251,7 +254,7 @@ void ListView::keyPressEvent(QKeyEvent* event) {
 
 bool ListView::toggleAt(const QPoint& position) {
   const QModelIndex index = indexAt(position);
-  if (view_ != ViewId::Folders || index.column() != kNameSection) return false;
+  if (view_ != ListId::Folders || index.column() != kNameSection) return false;
   const auto row = std::size_t(index.row());
   const RowLook look = model_.rows().look(row);
   if (!look.canExpand) return false;

@@ -2,41 +2,41 @@
 
 #include <QTableView>
 
-#include "frame/ViewSettings.h"
+#include "lists/ListTable.h"
 #include "ui/ListModel.h"
 
 namespace ombrelian::ui {
 
 struct Theme;
 
-/// Any list on the screen. A tree is a table whose first column is indented: rows that are not on
-/// the screen cost nothing but a number.
+/// The view of any list. A tree is a table whose first column is indented, so that a row outside
+/// the screen costs one number.
 class ListView : public QTableView {
   Q_OBJECT
 
  public:
-  /// The columns stand as `options` have it for `view`, and what the user changes goes there.
-  ListView(ListModel& model, Options& options, ViewId view, QWidget* parent = nullptr);
+  /// Takes the columns from the options of `view`, and stores there what the user changes.
+  ListView(ListModel& model, Options& options, ListId view, QWidget* parent = nullptr);
 
   ListModel& list() { return model_; }
-  ViewId viewId() const { return view_; }
+  ListId viewId() const { return view_; }
 
   /// Takes up columns, grid lines and row heights from the options.
   void applySettings();
 
-  /// Fits the columns to the rows on the screen, or to all of them if the list is to.
+  /// Fits the columns to the rows on the screen, or to all rows where the options want that.
   void fitColumns();
 
   void setColumnVisible(int section, bool visible);
   bool isColumnVisible(int section) const { return !isColumnHidden(section); }
 
-  /// Orders by a column; by the one in force already: the other way round.
+  /// Orders the rows by a column; a second call for the same column turns the order round.
   void sortByColumn(int section);
 
-  /// Rows that are selected, from top to bottom.
+  /// Numbers of the selected rows, from top to bottom.
   std::vector<std::size_t> selectedRowNumbers() const;
 
-  /// The row that commands act on: the current one if it is selected; kNoRow: none.
+  /// The row that commands act on, which is the current row if it is selected; kNoRow: none.
   std::size_t currentRow() const;
 
   void goTo(std::size_t row);
@@ -47,11 +47,11 @@ class ListView : public QTableView {
   /// Width that shows all visible columns whole, with the scroll bar.
   int fullWidth() const;
 
-  static constexpr int kIndent = 16;  // of a level
+  static constexpr int kIndent = 16;  // pixels a level
 
  Q_SIGNALS:
   void columnMenuWanted(const QPoint& at);
-  void rowActivated(std::size_t row);  // by Enter
+  void rowActivated(std::size_t row);  // Enter was pressed on it
   void rowDoubleClicked(std::size_t row);
   void selectedRowsChanged();
   void expandWanted(std::size_t row, bool expanded);
@@ -73,8 +73,8 @@ class ListView : public QTableView {
 
   ListModel& model_;
   Options& options_;
-  const ViewId view_;
-  bool isArranging_ = false;  // columns move, but not by the user
+  const ListId view_;
+  bool isArranging_ = false;  // the program moves columns, not the user
 };
 
 }  // namespace ombrelian::ui

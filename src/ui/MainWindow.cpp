@@ -1,330 +1,217 @@
 #include "ui/MainWindow.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
-#include <QHeaderView>
-#include <QLineEdit>
-#include <QMenuBar>
 #include <QMimeData>
-#include <QStatusBar>
+#include <QScreen>
 #include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "frame/StartUp.h"
 #include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
+#include "settings/Optionen.h"
 #include "support/Translate.h"
-#include "ui/FolderRows.h"
+#include "ui/DeleteCommands.h"
+#include "ui/FolderCommands.h"
+#include "ui/FormPlace.h"
+#include "ui/Help.h"
 #include "ui/Icons.h"
+#include "ui/Looks.h"
+#include "ui/OpenCommands.h"
 #include "ui/QtText.h"
+#include "ui/Saving.h"
+#include "ui/StatusLine.h"
+#include "ui/WindowMenus.h"
 
 namespace ombrelian::ui {
+namespace {
+
+constexpr TextView kForm = u"frmMain";
+constexpr QSize kFirstSize(1240, 760);
+
+}  // namespace
+
+struct MainWindow::Owned {
+  Owned(MainWindow& w, WindowState& state, QWidget* middle)
+      : dialogs(w, *w.progress_),
+        panes(state, middle),
+        area(new PaneArea(panes, *w.header_, state.session, middle)),
+        sources(new SourceBox(state, &w)),
+        scans(state, dialogs, panes, *sources),
+        files(state, panes),
+        folders(state, panes, *area, files),
+        drives(state, panes, scans, dialogs, w),
+        saving(state, panes, w),
+        deleting(state, dialogs, panes, files, drives, scans),
+        opening(state, dialogs, panes, scans),
+        looks(state, dialogs, panes, *area, *w.main_, *w.header_, w),
+        help(dialogs, w),
+        status(state, panes, *area, *w.statusBar()) {}
+
+  WindowDialogs dialogs;
+  Panes panes;
+  PaneArea* area;      // child of the window
+  SourceBox* sources;  // child of the tool bar
+  ScanControl scans;
+  FilesOfFolder files;
+  FolderCommands folders;
+  DriveCommands drives;
+  Saving saving;
+  DeleteCommands deleting;
+  OpenCommands opening;
+  Looks looks;
+  Help help;
+  StatusLine status;
+};
+
 MainWindow::MainWindow(Session& session, IniStore& settings)
-    : session_(session),
-      settings_(settings),
-      lists_(session.options, session.filters, types_),
-      files_(session.options, types_) {
+    : state_(session, settings),
+      main_(new CommandSet(Bar::Main, std::nullopt, session.options, this)),
+      header_(new CommandSet(Bar::Header, std::nullopt, session.options, this)) {
   setWindowTitle(toQString(u"Ombrelian " + versionText()));
   setWindowIcon(icon("app"));
   setAcceptDrops(true);
-  isRightVisible_ = viewFlag(session_.options, visibleView(session_.options)) == 1;
-  commands_ = new CommandSet(Bar::Main, std::nullopt, session_.options, this);
-  header_ = new CommandSet(Bar::Header, std::nullopt, session_.options, this);
-  makePanes();
-  QToolBar* const bar =
-      commands_->makeToolBar([this](int id, QToolBar* on) { return placeOnMainBar(id, on); });
-  bar->setWindowTitle(QStringLiteral("Ombrelian"));
-  addToolBar(bar);
-  progress_ = new ProgressStrip(this);
-  splMain_ = new QSplitter(Qt::Horizontal, this);
-  splMain_->addWidget(panes_[std::size_t(ViewId::Folders)]);
-  splMain_->addWidget(makeRightSide());
-  splMain_->setChildrenCollapsible(false);
-  splMain_->setStretchFactor(0, 1);
-  splMain_->setStretchFactor(1, 1);
   auto* const middle = new QWidget(this);
+  progress_ = new ProgressStrip(middle);
+  owned_ = std::make_unique<Owned>(*this, state_, middle);
+  Owned& o = *owned_;
+  parts_ = std::make_unique<Parts>(Parts{*this, o.panes, *o.area, *o.sources, o.scans, o.files,
+                                         o.folders, o.drives, o.saving, o.deleting, o.opening,
+                                         o.looks, o.help});
   auto* const layout = new QVBoxLayout(middle);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(progress_);
-  layout->addWidget(splMain_, 1);
+  layout->addWidget(o.area, 1);
   setCentralWidget(middle);
-  makeMenuBar();
-  makeStatusBar();
-  if (session_.readOnly) showReadOnly();
-  connectPanes();
-  loadSources();
-  loadPosition();
-  applyLook();
-  Change_Info_Visibility();
+  makeBars();
+  connectParts();
+  connectLists();
+  if (session.readOnly) showReadOnly();
+  o.sources->load();
+  resize(kFirstSize.boundedTo(screen()->availableGeometry().size()));
+  placeForm(*this, kForm, false, settings);
+  o.area->loadWidths(settings);
+  o.looks.applyLook();
   setBusy(false);
-  session_.log.setListener(this);
-  connect(&scheme_, &DesktopScheme::changed, this, &MainWindow::ChangeTheme);
+  o.status.StatusbarSetTextRightAUTO();
 }
 
-/// The views go before the rows that they show.
 MainWindow::~MainWindow() {
-  session_.log.setListener(nullptr);
-  disconnect(qApp, nullptr, this, nullptr);
-  qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
+  owned_->panes.disconnect(this);
+  delete owned_->area;  // the views go before the rows that they show
 }
 
-ListPane* MainWindow::addPane(ViewId view, RowSource& rows) {
-  auto* const pane = new ListPane(view, rows, session_.options, this);
-  panes_[std::size_t(view)] = pane;
-  return pane;
+ListPane& MainWindow::pane(ListId list) { return owned_->panes.pane(list); }
+
+void MainWindow::makeBars() {
+  SourceBox* const sources = owned_->sources;
+  QToolBar* const bar = main_->makeToolBar([sources](CommandId id, QToolBar*) -> QWidget* {
+    return id == CommandId::Source ? sources : nullptr;
+  });
+  bar->setWindowTitle(QStringLiteral("Ombrelian"));
+  addToolBar(bar);
+  auto* const edit = new QAction(this);
+  edit->setShortcut(QKeySequence(QString::fromLatin1(commandOf(CommandId::Source).shortcut)));
+  connect(edit, &QAction::triggered, sources, &SourceBox::edit);
+  addAction(edit);
+  makeMenus(*menuBar(), *main_, *header_, owned_->panes, *owned_->area);
 }
 
-void MainWindow::makePanes() {
-  Options& options = session_.options;
-  folderRows_ = std::make_unique<FolderRows>(session_.tree, session_.folderReport, options);
-  driveRows_ = std::make_unique<DriveRows>(drives_, options);
-  fileRows_ = std::make_unique<FileRows>(files_, session_.tree, options);
-  logRows_ = std::make_unique<LogRows>(options);
-  for (const LogRow& row : session_.log.rows())
-    logRows_->add(row);
-  addPane(ViewId::Folders, *folderRows_);
-  addPane(ViewId::Drives, *driveRows_);
-  addPane(ViewId::Files, *fileRows_);
-  for (int number = 0; number < kLists; ++number) {
-    const auto view = ViewId(int(ViewId::LargestFiles) + number);
-    Grid& grid = lists_.grid(ListId(number));
-    const bool isOfFiles = view <= ViewId::OldestFiles || view == ViewId::Hardlinks;
-    foundRows_.push_back(isOfFiles ? std::make_unique<FoundFileRows>(grid, options, view)
-                                   : gridRows(grid, options, view));
-    addPane(view, *foundRows_.back());
-  }
-  addPane(ViewId::Log, *logRows_);
-  for (ListPane* const pane : panes_) {
-    pane->addToolBar([this, pane](int id, QToolBar* bar) -> QWidget* {
-      if (pane->viewId() != ViewId::Files || id != 465) return nullptr;
-      filePath_ = new QLabel(bar);
-      filePath_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-      filePath_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-      filePath_->setTextFormat(Qt::PlainText);
-      filePath_->setContentsMargins(6, 0, 6, 0);
-      return filePath_;
+void MainWindow::connectParts() {
+  Owned& o = *owned_;
+  const auto show = [&o](const QString& text) { o.status.showProgress(text); };
+  connect(&o.dialogs, &WindowDialogs::busyChanged, this, &MainWindow::setBusy);
+  connect(o.sources, &SourceBox::startWanted, this, [&o] { o.scans.startOrStop(); });
+  connect(&o.files, &FilesOfFolder::progress, this, show);
+  connect(&o.drives, &DriveCommands::progress, this, show);
+  connect(&o.saving, &Saving::note, this, [&o](const QString& text) { o.status.showNote(text); });
+  connect(&o.looks, &Looks::restartWanted, this, [this] {
+    wantsRestart_ = true;
+    close();
+  });
+  connect(&o.scans, &ScanControl::starting, this, [&o] {
+    if (!o.area->isLeftVisible()) o.area->showSides(true, true);
+  });
+  connect(&o.scans, &ScanControl::finished, this, [&o](bool single) {
+    if (single) o.files.showFiles(true);
+    o.drives.readDrivesOnce();
+    o.panes.pane(o.area->rightList()).list().fitColumns();
+    o.area->Report_Resize_Width();
+    o.status.StatusbarSetTextRightAUTO();
+  });
+}
+
+void MainWindow::connectLists() {
+  Owned& o = *owned_;
+  for (CommandSet* const set : {main_, header_}) {
+    connect(set, &CommandSet::triggered, this, [this, &o](CommandId id) {
+      doCommand(id, std::nullopt, *parts_);
+      o.status.StatusbarSetTextRightAUTO();  // which tells how many filters are on
     });
   }
-  setNames();
-  setEmptyTexts();
-  setRowCommands();
-}
-
-void MainWindow::setNames() {
-  const auto name = [this](ViewId view, const Text& title) {
-    pane(view).list().setAccessibleName(toQString(title));
-  };
-  name(ViewId::Folders, TL(2232, u"Ordnerliste"));
-  name(ViewId::Drives, DriveList::title());
-  name(ViewId::Files, FileList::title());
-  name(ViewId::Log, Log::title());
-  for (int list = 0; list < kLists; ++list)
-    name(ViewId(int(ViewId::LargestFiles) + list), listTitle(session_.options, ListId(list)));
-}
-
-void MainWindow::setEmptyTexts() {
-  pane(ViewId::Folders)
-      .setEmptyText(
-          toQString(TL(9550,
-                       u"Oben eine Quelle wählen und Start drücken, rechts ein Laufwerk wählen "
-                       u"und Enter drücken, oder einen Ordner hierher ziehen.")));
-  pane(ViewId::Drives).setEmptyText(toQString(TL(9551, u"Es wurde kein Laufwerk gefunden.")));
-  pane(ViewId::Files)
-      .setEmptyText(toQString(TL(9552, u"Links einen Ordner wählen, um seine Dateien zu sehen.")));
-  const QString notOn =
-      toQString(TL(9553,
-                   u"Diese Liste füllt ein Lauf über eine einzelne Quelle, wenn sie unter 'Listen' "
-                   u"eingeschaltet ist."));
-  for (int view = int(ViewId::LargestFiles); view <= int(ViewId::Extensions); ++view)
-    pane(ViewId(view)).setEmptyText(notOn);
-  pane(ViewId::Log).setEmptyText(toQString(TL(9554, u"Das Protokoll ist leer.")));
-}
-
-void MainWindow::setRowCommands() {
-  const std::vector<int> ofFiles = {1001, 1002, 0, 504, 1005, 1006, 0, 1004, 320, 321, 0, 1003};
-  for (const ViewId view : {ViewId::Files, ViewId::LargestFiles, ViewId::SmallestFiles,
-                            ViewId::NewestFiles, ViewId::OldestFiles, ViewId::Hardlinks})
-    pane(view).setRowCommands(ofFiles);
-  for (const ViewId view : {ViewId::LargestFolders, ViewId::SmallestFolders, ViewId::Junctions})
-    pane(view).setRowCommands({1001, 1002, 0, 504, 1005, 1006, 0, 1003});
-  for (const ViewId view : {ViewId::Owners, ViewId::Extensions, ViewId::Log})
-    pane(view).setRowCommands({504, 1006});
-  pane(ViewId::Folders)
-      .setRowCommands(
-          {1001, 1002, 0, 1007, 1008, 0, 1015, 1016, 0, 504, 1005, 0, 1004, 507, 506, 0, 1003});
-  pane(ViewId::Drives).setRowCommands({361, 1001, 0, 504, 1005, 1025, 0, 1003});
-}
-
-QWidget* MainWindow::makeRightSide() {
-  right_ = new QWidget(this);
-  auto* const layout = new QVBoxLayout(right_);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(0);
-  headerBar_ = header_->makeToolBar({});
-  layout->addWidget(headerBar_);
-  right_->installEventFilter(this);
-  stack_ = new QStackedWidget(right_);
-  for (int view = int(ViewId::Drives); view < kViews; ++view)
-    stack_->addWidget(&pane(ViewId(view)));
-  layout->addWidget(stack_, 1);
-  return right_;
-}
-
-/// The buttons that choose the list have picture and word as long as all of them fit, else the
-/// word, else the picture, and only the one that is pressed its word.
-void MainWindow::fitHeaderBar() {
-  QList<QToolButton*> buttons;
-  for (QToolButton* const button : headerBar_->findChildren<QToolButton*>()) {
-    if (button->defaultAction() != nullptr) buttons.append(button);
-  }
-  const auto fits = [&](Qt::ToolButtonStyle style) {
-    int width = 8;
-    for (QToolButton* const button : buttons) {
-      button->setToolButtonStyle(style);
-      width += button->sizeHint().width() + 2;
-    }
-    return width < right_->width();
-  };
-  if (session_.options.SymbolText == 1 &&
-      (fits(Qt::ToolButtonTextBesideIcon) || fits(Qt::ToolButtonTextOnly)))
-    return;
-  for (QToolButton* const button : buttons) {
-    const bool hasWord = session_.options.SymbolText == 1 && button->defaultAction()->isChecked();
-    button->setToolButtonStyle(hasWord ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
-  }
-}
-
-bool MainWindow::eventFilter(QObject* object, QEvent* event) {
-  if (object == right_ && event->type() == QEvent::Resize) fitHeaderBar();
-  const bool isKey = event->type() == QEvent::KeyPress && SourceCombo_ != nullptr;
-  if (isKey && object == SourceCombo_->lineEdit() &&
-      static_cast<QKeyEvent*>(event)->key() == Qt::Key_F2) {
-    AddNewSearchPath(true, {});
-    return true;
-  }
-  return QMainWindow::eventFilter(object, event);
-}
-
-QWidget* MainWindow::placeOnMainBar(int id, QToolBar* bar) {
-  if (id != 460) return nullptr;
-  SourceCombo_ = new QComboBox(bar);
-  SourceCombo_->setEditable(true);
-  SourceCombo_->setInsertPolicy(QComboBox::NoInsert);
-  SourceCombo_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  SourceCombo_->setMinimumWidth(220);
-  SourceCombo_->setMaxVisibleItems(24);
-  SourceCombo_->setAccessibleName(toQString(TL(9497, u"Quelle")));
-  SourceCombo_->lineEdit()->setAccessibleName(SourceCombo_->accessibleName());
-  SourceCombo_->setToolTip(
-      toQString(TL(9498, u"Ordner, Laufwerk oder Netzwerkpfad, der eingelesen wird")));
-  SourceCombo_->lineEdit()->setPlaceholderText(SourceCombo_->toolTip());
-  connect(SourceCombo_->lineEdit(), &QLineEdit::returnPressed, this,
-          [this] { StartSearchViaToolbar(); });
-  SourceCombo_->lineEdit()->installEventFilter(this);
-  auto* const focus = new QAction(this);
-  focus->setShortcut(QKeySequence(QStringLiteral("Ctrl+L")));
-  connect(focus, &QAction::triggered, this, [this] {
-    SourceCombo_->setFocus();
-    SourceCombo_->lineEdit()->selectAll();
+  connect(&o.panes, &Panes::triggered, this,
+          [this](ListId list, CommandId id) { doCommand(id, list, *parts_); });
+  connect(&o.panes, &Panes::statusChanged, this, [&o](ListId list) {
+    if (list == ListId::Folders) o.files.selectedFolderChanged();
+    o.status.StatusbarSetTextRightAUTO();
   });
-  addAction(focus);
-  return SourceCombo_;
-}
-
-/// Everything is in the menus too, where the keyboard reaches it.
-void MainWindow::makeMenuBar() {
-  QMenu* const source = menuBar()->addMenu(toQString(TL(9560, u"&Quelle")));
-  for (const int id : {461, 462, 0, 463, 464, 0, 473, 474, 475, 476, 477, 0, 478, 450, 0, 388}) {
-    if (id == 0) {
-      source->addSeparator();
-    } else {
-      source->addAction(commands_->action(id));
-    }
-  }
-  QMenu* const list = menuBar()->addMenu(toQString(TL(9561, u"&Liste")));
-  connect(list, &QMenu::aboutToShow, this, [this, list] {
-    list->clear();
-    pane(focusedView()).commands().fillMenu(*list, 0);
+  connect(&o.panes, &Panes::rowActivated, this,
+          [&o](ListId list, std::size_t row) { o.opening.activateRow(list, row); });
+  connect(&o.panes, &Panes::rowDoubleClicked, this,
+          [&o](ListId list, std::size_t row) { o.opening.doubleClickRow(list, row); });
+  connect(o.area, &PaneArea::shownChanged, this, [this, &o](ListId list) {
+    const bool left = o.area->isLeftVisible();
+    const bool right = o.area->isRightVisible();
+    main_->action(CommandId::ShowBothSides)->setChecked(left && right);
+    main_->action(CommandId::ShowLeftSide)->setChecked(left && !right);
+    main_->action(CommandId::ShowRightSide)->setChecked(!left);
+    if (isVisible()) o.drives.readDrivesOnce();
+    if (list == ListId::Files) o.files.showFiles(false);
+    o.status.StatusbarSetTextRightAUTO();
   });
-  QMenu* const view = menuBar()->addMenu(toQString(TL(9562, u"&Ansicht")));
-  header_->fillMenu(*view, 0);
-  view->addSeparator();
-  commands_->fillMenu(*view, 389);
-  view->addSeparator();
-  view->addAction(commands_->action(300));
-  commands_->fillMenu(*view, 1023);
-  QMenu* const help = menuBar()->addMenu(toQString(TL(9563, u"&Hilfe")));
-  commands_->fillMenu(*help, 1022);
-  help->addAction(commands_->action(459));
 }
 
-void MainWindow::makeStatusBar() {
-  statusLeft_ = new QLabel(this);
-  statusRight_ = new QLabel(this);
-  for (QLabel* const label : {statusLeft_, statusRight_}) {
-    label->setTextFormat(Qt::PlainText);
-    label->setContentsMargins(8, 1, 8, 1);
-  }
-  statusRight_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  statusBar()->addWidget(statusLeft_, 1);
-  statusBar()->addPermanentWidget(statusRight_);
-  statusBar()->setSizeGripEnabled(false);
+bool MainWindow::execute(std::optional<ListId> list, CommandId id) {
+  CommandSet* const set = list ? &pane(*list).commands() : header_->has(id) ? header_ : main_;
+  if (!set->has(id)) return false;
+  QAction* const action = set->action(id);
+  if (!action->isEnabled()) return false;
+  action->trigger();
+  return true;
 }
 
-/// What changes the disk is off, and the window says so all the time.
+void MainWindow::setBusy(bool busy) {
+  owned_->panes.setBusy(busy);
+  main_->setBusy(busy);
+  header_->setBusy(busy);
+  owned_->sources->setEnabled(!busy);
+  progress_->setVisible(busy);
+  if (!busy) owned_->area->restoreFocus();
+}
+
+/// Disables everything that changes the disk, and says so in the title and the status line.
 void MainWindow::showReadOnly() {
-  for (ListPane* const pane : panes_)
-    pane->setReadOnly();
-  const QString readOnly = toQString(TL(9640, u"nur Lesen"));
-  setWindowTitle(windowTitle() + QStringLiteral(" \u2013 ") + readOnly);
-  auto* const label = new QLabel(readOnly, this);
-  label->setContentsMargins(8, 1, 8, 1);
-  label->setToolTip(
-      toQString(TL(9641,
-                   u"Mit --read-only gestartet: Löschen und Umbenennen sind ausgeschaltet, "
-                   u"Berichte lassen sich speichern.")));
-  statusBar()->addPermanentWidget(label);
+  owned_->panes.setReadOnly();
+  owned_->status.showReadOnly();
+  setWindowTitle(windowTitle() + QStringLiteral(" \u2013 ") + toQString(TL(9640, u"nur Lesen")));
 }
 
-void MainWindow::connectPanes() {
-  connect(commands_, &CommandSet::triggered, this, [this](int id) { executeMain(id); });
-  connect(header_, &CommandSet::triggered, this, [this](int id) { executeMain(id); });
-  for (ListPane* const pane : panes_) {
-    connect(pane, &ListPane::triggered, this,
-            [this](ViewId view, int id) { executeList(view, id); });
-    connect(pane, &ListPane::statusChanged, this, [this](ViewId view) {
-      if (view == ViewId::Folders) selectedFolderChanged();
-      StatusbarSetTextRightAUTO();
-    });
-    connect(&pane->list(), &ListView::rowActivated, this,
-            [this, pane](std::size_t row) { activateRow(pane->viewId(), row); });
-    connect(&pane->list(), &ListView::rowDoubleClicked, this, [this, pane](std::size_t row) {
-      if (pane->viewId() == ViewId::Drives) {
-        openPaths(ViewId::Drives);
-      } else {
-        activateRow(pane->viewId(), row);
-      }
-    });
-  }
-  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-    for (const ListPane* const pane : panes_) {
-      if (now != nullptr && pane->isAncestorOf(now)) lastFocused_ = pane->viewId();
-    }
-  });
-}
-
-ViewId MainWindow::focusedView() const {
-  if (lastFocused_ == ViewId::Folders && isLeftVisible_) return lastFocused_;
-  return isRightVisible_ ? rightView() : ViewId::Folders;
+void MainWindow::storeSettings() {
+  IniStore& settings = state_.settings;
+  storeForm(*this, kForm, settings);
+  owned_->area->storeWidths(settings);
+  owned_->sources->store();
+  Optionen_Speichern(state_.session.options, settings);
+  state_.drives.Optionen_Speichern_Drives_SaveNetworkFolders(settings);
+  settings.flush();
 }
 
 /// While a scan runs, closing stops it, and the user closes again afterwards.
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (isScanning()) {
-    session_.context.ScanCancelState = kScanCancelRequested;
+  if (owned_->scans.isScanning()) {
+    owned_->scans.stop();
     event->ignore();
     return;
   }
@@ -336,18 +223,18 @@ void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (wasShown_) return;
   wasShown_ = true;
-  for (ListPane* const pane : panes_)
+  for (ListPane* const pane : owned_->panes.all())
     pane->rowsReplaced();
-  pane(ViewId::Folders).list().setFocus();
-  // The window stands before drives are asked, which may take their time.
-  QTimer::singleShot(0, this, &MainWindow::readDrivesOnce);
+  pane(ListId::Folders).list().setFocus();
+  // The window is on the screen before drives are asked, which may take their time.
+  QTimer::singleShot(0, this, [this] { owned_->drives.readDrivesOnce(); });
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (event->mimeData()->hasUrls() && !isScanning()) event->acceptProposedAction();
+  if (event->mimeData()->hasUrls() && !owned_->scans.isScanning()) event->acceptProposedAction();
 }
 
-/// Folders become sources; of a file the folder that it lies in.
+/// Dropped folders become sources, and for a dropped file the folder that it is in.
 void MainWindow::dropEvent(QDropEvent* event) {
   std::deque<Text> sources;
   for (const QUrl& url : event->mimeData()->urls()) {
@@ -358,13 +245,13 @@ void MainWindow::dropEvent(QDropEvent* event) {
   }
   event->acceptProposedAction();
   QMetaObject::invokeMethod(
-      this, [this, sources] { scan(sources); }, Qt::QueuedConnection);
+      this, [this, sources] { owned_->scans.scan(sources); }, Qt::QueuedConnection);
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
-    stopsReading_ = true;
-    if (isScanning()) session_.context.ScanCancelState = kScanCancelRequested;
+    owned_->files.stop();
+    if (owned_->scans.isScanning()) owned_->scans.stop();
     return;
   }
   QMainWindow::keyPressEvent(event);

@@ -1,35 +1,22 @@
 #pragma once
 
-#include <QComboBox>
-#include <QElapsedTimer>
-#include <QLabel>
 #include <QMainWindow>
-#include <QProgressBar>
-#include <QSplitter>
-#include <QStackedWidget>
-#include <array>
 #include <memory>
 
-#include "export/ReportWriter.h"
-#include "frame/Session.h"
-#include "scan/Deletion.h"
-#include "scan/ListFeeder.h"
-#include "ui/DesktopScheme.h"
-#include "ui/ListPane.h"
-#include "ui/PaneRows.h"
-#include "ui/ProgressStrip.h"
+#include "ui/CommandActions.h"
+#include "ui/CommandSet.h"
+#include "ui/WindowState.h"
 
 namespace ombrelian::ui {
 
-class FolderRows;
-class SaveDialog;
+class ListPane;
+class ProgressStrip;
+class StatusLine;
+class WindowDialogs;
 
-/// The window: the folder report on the left, one of the other lists on the right, bars, a line of
-/// progress while a scan runs, and a status line. It owns no results; those are the session's.
-class MainWindow : public QMainWindow,
-                   private UserInterface,
-                   private LogListener,
-                   private RowsOnShow {
+/// The window. It puts its parts together and passes on what they report to each other. The results
+/// belong to the session.
+class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
@@ -37,21 +24,16 @@ class MainWindow : public QMainWindow,
   MainWindow(Session& session, IniStore& settings);
   ~MainWindow() override;
 
-  /// Scans these sources one after the other, as the command line does. Returns when they are done.
-  void scan(const std::deque<Text>& sources);
+  const Parts& parts() const { return *parts_; }
+  ListPane& pane(ListId list);
+  CommandSet& commands() { return *main_; }
 
-  /// Does a command as a click on it would: of a list, or with none of the main bar. False: it has
-  /// no such command, or it waits for later work.
-  bool execute(std::optional<ViewId> view, int id);
+  /// Runs a command of `list`, or with none of the main bar, as a click on it would. False: the
+  /// window has no such command, or the command is off.
+  bool execute(std::optional<ListId> list, CommandId id);
 
-  ListPane& pane(ViewId view) { return *panes_[std::size_t(view)]; }
-  CommandSet& commands() { return *commands_; }
-  ViewId rightView() const { return visibleView(session_.options); }
-  QComboBox& SourceCombo() { return *SourceCombo_; }
-  bool isScanning() const { return session_.context.ScanBusy; }
-
-  /// With false nothing is stored at the end: the settings are faulty, and the user wants to mend
-  /// them.
+  /// Says whether the settings are stored at the end. They are not where they are faulty and the
+  /// user wants to mend them.
   void setStoresSettings(bool stores) { storesSettings_ = stores; }
 
   /// Whether the program is to start again when the window has closed.
@@ -63,141 +45,27 @@ class MainWindow : public QMainWindow,
   void dropEvent(QDropEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
-  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  // UserInterface
-  void scanBegins() override;
-  void scanEnds() override;
-  void scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
-                    std::int64_t bytes) override;
-  void saveProgress(std::uint64_t row, std::uint64_t rows) override;
-  bool saveCancelled() override { return false; }
-  void yield() override;
-  bool GetInputState() override;
-  void message(TextView text, Severity severity) override;
-  bool ask(TextView question) override;
-  bool confirm(TextView question, const std::vector<Text>& details) override;
-  void deletionProgress(TextView path, std::uint64_t done, std::uint64_t all) override;
+  /// The parts in the order in which they are made.
+  struct Owned;
 
-  // RowsOnShow
-  void change(const std::function<void()>& change) override;
-  void willReplace(NodeIndex node, NodeIndex twin) override;
-  void logged(const LogRow& row) override;
-
-  // Set-up
-  void makePanes();
-  ListPane* addPane(ViewId view, RowSource& rows);
-  void setNames();
-  void setEmptyTexts();
-  void setRowCommands();
-  QWidget* makeRightSide();
-  void fitHeaderBar();
-  QWidget* placeOnMainBar(int id, QToolBar* bar);
-  void makeMenuBar();
-  void makeStatusBar();
+  void makeBars();
+  void connectParts();
+  void connectLists();
+  void setBusy(bool busy);
   void showReadOnly();
-  void connectPanes();
-  void loadSources();
-  void loadPosition();
-  void savePosition();
   void storeSettings();
 
-  // Looks
-  void ChangeTheme();
-  void applyFont();
-  void applyLook();
-  void Change_Info_Visibility();
-  void Change_ButtonHeaderActive(ViewId view);
-  void changeSizes(int id);
-  void ChangeFontSize(int step);
-  void chooseFont();
-  void ChangeLanguage(int id);
-
-  // Sources
-  void StartSearchViaToolbar();
-  void AddNewSearchPath(bool browse, const Text& path);
-  void Quelle_Entfernen();
-  void selectSource(const Text& path);
-  void Ordnerliste_Abarbeiten();
-  void setBusy(bool busy);
-
-  // Deleting, rescanning
-  void DeleteFolders(bool recycle);
-  void deleteFiles(ViewId view, bool recycle);
-  void Report_Rescan();
-  void Report_RemoveFolders();
-  void hideFiles();
-  void refreshDrive(const Text& path);
-  std::vector<RowSource::Id> selectedIds(ViewId view);
-  void goNear(ViewId view, std::size_t row);
-
-  // Lists
-  void selectedFolderChanged();
-  void readLateOwners();
-  void showFiles(bool force);
-  void readDrives();
-  void readDrivesOnce();
-  void Drives_ScanDrives(bool all);
-  void addNetworkPath();
-  void clearFolders();
-  void expandAll(bool expand);
-  void expandSelected(bool expand);
-  void Report_Resize_Width();
-  void StatusbarSetTextRightAUTO();
-  Text statusOf(ViewId view);
-  void activateRow(ViewId view, std::size_t row);
-  void openPaths(ViewId view);
-  void save(ViewId view);
-  void saveFolders();
-  Failure saveList(ViewId view, ReportFormat format, const Text& target, UserInterface& ui);
-  void run(SaveDialog& dialog);
-  ReportSource sourceOf(ViewId view) const;
-  Text titleOf(ViewId view) const;
-  const Grid& gridOf(ViewId view);
-  void Show_Log();
-  void showAbout();
-  void showFilterHelp();
-  bool executeMain(int id);
-  bool executeList(ViewId view, int id);
-  bool executeFolders(int id);
-  bool executeDrives(int id);
-  ViewId focusedView() const;
-
-  Session& session_;
-  IniStore& settings_;
-  DesktopScheme scheme_;
-  SystemFileTypes types_;
-  ListFeeder lists_;
-  FileList files_;
-  DriveList drives_;
-  std::unique_ptr<LogRows> logRows_;
-  std::unique_ptr<FolderRows> folderRows_;
-  std::unique_ptr<DriveRows> driveRows_;
-  std::unique_ptr<FileRows> fileRows_;
-  std::vector<std::unique_ptr<RowSource>> foundRows_;
-
-  CommandSet* commands_ = nullptr;
-  CommandSet* header_ = nullptr;
-  QComboBox* SourceCombo_ = nullptr;
-  QLabel* filePath_ = nullptr;
-  ProgressStrip* progress_ = nullptr;
-  QSplitter* splMain_ = nullptr;
-  QStackedWidget* stack_ = nullptr;
-  QWidget* right_ = nullptr;
-  QToolBar* headerBar_ = nullptr;
-  QLabel* statusLeft_ = nullptr;
-  QLabel* statusRight_ = nullptr;
-  std::array<ListPane*, kViews> panes_ = {};
-  ViewId lastFocused_ = ViewId::Folders;
-  bool isLeftVisible_ = true;
-  bool isRightVisible_ = true;
+  WindowState state_;
+  CommandSet* main_;
+  CommandSet* header_;
+  ProgressStrip* progress_;
+  std::unique_ptr<Owned> owned_;
+  std::unique_ptr<Parts> parts_;
   bool wantsRestart_ = false;
   bool storesSettings_ = true;
   bool wasShown_ = false;
-  ViewId changing_ = ViewId::Folders;  // the list whose rows a deletion takes
-  bool stopsReading_ = false;          // Escape while files are read
-  std::uint64_t lastYield_ = 0;
 };
 
 }  // namespace ombrelian::ui

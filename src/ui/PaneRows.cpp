@@ -7,21 +7,6 @@
 #include "settings/SavedFolders.h"
 
 namespace ombrelian::ui {
-namespace {
-
-std::function<SizeSettings()> sizesOf(Options& options, ViewId view) {
-  return [&options, view] { return viewSettings(options, view).sizes(); };
-}
-
-}  // namespace
-
-std::unique_ptr<GridRows> gridRows(Grid& grid, Options& options, ViewId view) {
-  return std::make_unique<GridRows>(grid, options, sizesOf(options, view));
-}
-
-FoundFileRows::FoundFileRows(Grid& grid, Options& options, ViewId view)
-    : GridRows(grid, options, sizesOf(options, view)) {}
-
 RowLook FoundFileRows::look(std::size_t row) const {
   const Column& attributes = *column(u"attr");
   const auto bits = std::uint32_t(grid_.number(row, attributes));
@@ -38,10 +23,10 @@ Text FoundFileRows::rename(std::size_t row, const Text& name) {
 }
 
 FileRows::FileRows(FileList& files, FolderTree& tree, Options& options)
-    : FoundFileRows(files.grid(), options, ViewId::Files), files_(files), tree_(tree) {}
+    : FoundFileRows(files.grid(), options, ListId::Files), files_(files), tree_(tree) {}
 
 DriveRows::DriveRows(DriveList& drives, Options& options)
-    : GridRows(drives.grid(), options, sizesOf(options, ViewId::Drives)), drives_(drives) {}
+    : GridRows(drives.grid(), options, ListId::Drives), drives_(drives) {}
 
 RowLook DriveRows::look(std::size_t row) const {
   const auto [entry, isNew] = icons_.try_emplace(textOf(row, u"drive"));
@@ -74,29 +59,11 @@ Text DriveRows::toolTip(std::size_t row, const Column& column) const {
   return FormatToolTipText_DriveInfo(values);
 }
 
-LogRows::LogRows(const Options& options)
-    : LogRows(std::make_unique<Grid>(Log::columns()), options) {}
-
-LogRows::LogRows(std::unique_ptr<Grid> grid, const Options& options)
-    : GridRows(*grid, options, [] { return SizeSettings(); }), own_(std::move(grid)) {}
-
-void LogRows::add(const LogRow& row) {
-  const Grid::RowIndex at = grid_.addRow();
-  grid_.set(at, grid_.columns()[0], row.date);
-  grid_.set(at, grid_.columns()[1], TextView(row.text));
-  grid_.setBand(at, row.group);
-  const std::uint32_t id = grid_.id(at);
-  errors_.resize(std::size_t(id) + 1);
-  errors_[id] = row.isError;
-}
-
-void LogRows::clear() {
-  grid_.clear();
-  errors_.clear();
-}
+LogRows::LogRows(Log& log, const Options& options)
+    : GridRows(log.grid(), options, ListId::Log), log_(log), count_(log.rows().size()) {}
 
 RowLook LogRows::look(std::size_t row) const {
-  return {.band = grid_.band(row), .isError = errors_[grid_.id(row)]};
+  return {.band = grid_.band(row), .isError = log_.rows()[grid_.id(row)].isError};
 }
 
 }  // namespace ombrelian::ui

@@ -1,25 +1,20 @@
 #pragma once
 
 #include <map>
-#include <memory>
-#include <vector>
 
-#include "frame/ViewSettings.h"
 #include "lists/DriveList.h"
 #include "lists/FileList.h"
+#include "lists/ListTable.h"
 #include "lists/Log.h"
 #include "scan/Rename.h"
 #include "ui/RowSource.h"
 
 namespace ombrelian::ui {
 
-/// Rows of a grid under the size settings of `view`.
-std::unique_ptr<GridRows> gridRows(Grid& grid, Options& options, ViewId view);
-
-/// Lists of files that a scan filled: rows can be renamed where they are files.
+/// The rows of a list whose rows are files, which can be renamed.
 class FoundFileRows : public GridRows {
  public:
-  FoundFileRows(Grid& grid, Options& options, ViewId view);
+  using GridRows::GridRows;
 
   RowLook look(std::size_t row) const override;
   bool canRename(std::size_t row, const Column& column) const override;
@@ -29,7 +24,8 @@ class FoundFileRows : public GridRows {
 /// The files of one folder.
 class FileRows : public FoundFileRows {
  public:
-  /// A rename that replaces a file lowers the sums of the tree. Both are kept by reference.
+  /// `files` and `tree` are kept by reference. A rename that replaces a file lowers the sums of the
+  /// tree.
   FileRows(FileList& files, FolderTree& tree, Options& options);
 
   Text path(std::size_t row) const override { return files_.fullPath(row); }
@@ -58,24 +54,22 @@ class DriveRows : public GridRows {
   const char* iconOf(std::size_t row) const;
 
   DriveList& drives_;
-  mutable std::map<Text, const char*> icons_;  // by drive; the table of mounts is asked once
+  mutable std::map<Text, const char*> icons_;  // icon of each drive, looked up once
 };
 
-/// The lines of the log, which a view wants one by one as they come.
+/// The lines of the log. A line that was added counts as a row once a view knows of it.
 class LogRows : public GridRows {
  public:
-  explicit LogRows(const Options& options);
+  /// `log` and `options` are kept by reference.
+  LogRows(Log& log, const Options& options);
 
-  void add(const LogRow& row);
-  void clear();
+  std::size_t count() const override { return count_; }
+  void takeUpNewRows() { count_ = grid_.rowCount(); }
   RowLook look(std::size_t row) const override;
-  Grid& grid() { return grid_; }
 
  private:
-  explicit LogRows(std::unique_ptr<Grid> grid, const Options& options);
-
-  std::unique_ptr<Grid> own_;
-  std::vector<bool> errors_;  // by id
+  const Log& log_;
+  std::size_t count_;
 };
 
 }  // namespace ombrelian::ui

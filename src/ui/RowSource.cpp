@@ -11,7 +11,7 @@
 namespace ombrelian::ui {
 namespace {
 
-/// The path of what is called `name` in the folder of `path`.
+/// The path of the object `name` in the folder of `path`.
 Text beside(const Text& path, const Text& name) {
   Text other(xGetPath(path));
   return appendName(other, name);
@@ -66,13 +66,13 @@ std::optional<RowSource::Id> RowSource::find(const QString& text, std::size_t fr
   return std::nullopt;
 }
 
-GridRows::GridRows(Grid& grid, const Options& options, std::function<SizeSettings()> sizes)
-    : grid_(grid), options_(options), sizes_(std::move(sizes)) {
+GridRows::GridRows(Grid& grid, const Options& options, ListId list)
+    : grid_(grid), options_(options), list_(list) {
   GridRows::applySettings();
 }
 
 void GridRows::applySettings() {
-  format_ = CellFormat(grid_.columns(), sizes_(), options_.DateFormat);
+  format_ = CellFormat(grid_.columns(), listSizes(options_, list_), options_.DateFormat);
 }
 
 const Column* GridRows::column(TextView key) const {
@@ -87,7 +87,7 @@ Text GridRows::textOf(std::size_t row, TextView key) const {
   return found == nullptr ? Text() : Text(grid_.text(row, *found));
 }
 
-/// Lists with a name and the path of its folder; junctions are a path of their own.
+/// Joins the name and the path of its folder; the cell of a junction is its path.
 Text GridRows::path(std::size_t row) const {
   if (column(u"junction") != nullptr) return textOf(row, u"junction");
   if (column(u"path") == nullptr || column(u"name") == nullptr) return {};

@@ -6,24 +6,24 @@
 #include <optional>
 
 #include "lists/CellFormat.h"
-#include "lists/Grid.h"
+#include "lists/ListTable.h"
 #include "settings/Options.h"
 
 namespace ombrelian::ui {
 
-/// How a row stands out from the others.
+/// How a row differs from others in its look.
 struct RowLook {
-  int level = 0;  // of a tree
+  int level = 0;  // depth in a tree; a source has 0
   bool canExpand = false;
   bool isExpanded = false;
-  int band = 0;  // 0 or 1, where a list sets groups of rows apart
+  int band = 0;  // background, 0 or 1, by which a list separates groups of rows
   bool isError = false;
   const char* icon = "";  // see icon(); empty: none
 };
 
-/// The rows of one list as the window shows them: which there are, in which order, and what to make
-/// of their cells. One model and one view serve every list through this. Rows are numbered from 0
-/// from top to bottom; ids stay with their row while rows move.
+/// The rows of one list as the window shows them, with their order and the texts of their cells.
+/// One model and one view serve every list through this. Rows are numbered from 0 from top to
+/// bottom; ids stay with their row while rows move.
 class RowSource {
  public:
   using Id = std::uint32_t;
@@ -35,13 +35,13 @@ class RowSource {
   virtual const CellSource& cells() const = 0;
   virtual const CellFormat& format() const = 0;
 
-  /// Takes up what the options say of units and of the form of dates.
+  /// Takes up the units and the date format of the options.
   virtual void applySettings() = 0;
 
   virtual std::size_t count() const = 0;
   virtual CellSource::RowIndex cellRow(std::size_t row) const { return row; }
   virtual Id id(std::size_t row) const = 0;
-  virtual std::size_t rowOf(Id id) const = 0;  // kNoRow: it is not on show
+  virtual std::size_t rowOf(Id id) const = 0;  // kNoRow: the row is not shown
 
   virtual void sort(const Column& column, bool descending) = 0;
   virtual const Column* sortColumn() const = 0;  // null: none
@@ -49,39 +49,45 @@ class RowSource {
 
   virtual RowLook look(std::size_t) const { return {}; }
 
-  /// The cell as it is shown.
+  /// The text of a cell.
   virtual Text shown(std::size_t row, const Column& column) const;
 
-  /// What the tooltip of a cell tells; empty: none.
+  /// The tool tip of a cell; empty: the cell has none.
   virtual Text toolTip(std::size_t row, const Column& column) const;
 
-  /// Full path of what a row stands for, without final separator; empty: for no object.
+  /// Full path of the object of a row, without final separator; empty: the row has no object.
   virtual Text path(std::size_t) const { return {}; }
 
-  /// Whether the cell can be edited in place, and the edit itself, which returns the text of an
-  /// error; empty: done.
+  /// Says whether a cell can be edited in place. rename() makes the edit and returns the text of an
+  /// error; empty: the edit was made.
   virtual bool canRename(std::size_t, const Column&) const { return false; }
   virtual Text rename(std::size_t, const Text&) { return {}; }
 
-  /// Something else has that name beside the row's object, which a rename would replace.
+  /// Whether another object in the folder of the row's object has that name; a rename would replace
+  /// it.
   virtual bool isNameTaken(std::size_t row, const Text& name) const;
 
-  /// What a look-up finds next behind the row, or before it; `from` itself comes last. kNoRow:
-  /// nothing has the text. A tree opens what hides the row, and then needs a rebuild first.
+  /// The next row after `from`, or before it, that has the text; `from` itself is tried last. None:
+  /// no row has the text. A tree expands the folders above the row; the caller then calls
+  /// rebuild().
   virtual std::optional<Id> find(const QString& text, std::size_t from, bool backward);
 
+  /// Lists the rows again after find() expanded folders.
+  virtual void rebuild() {}
+
  protected:
-  /// Gives the object of a row another name on the disk. Empty: done; else the error text.
+  /// Renames the object of a row on the disk. Returns the error text; empty: the object was
+  /// renamed.
   Text renameObject(std::size_t row, const Text& name) const;
 
   bool holds(std::size_t row, const QString& text) const;
 };
 
-/// The rows of a grid, in its order.
+/// The rows of a grid, in the order of the grid.
 class GridRows : public RowSource {
  public:
-  /// Reads the settings of the list's sizes; kept with the grid by reference.
-  GridRows(Grid& grid, const Options& options, std::function<SizeSettings()> sizes);
+  /// `grid` and `options` are kept by reference; sizes are shown as the options have it for `list`.
+  GridRows(Grid& grid, const Options& options, ListId list);
 
   Columns columns() const override { return grid_.columns(); }
   const CellSource& cells() const override { return grid_; }
@@ -97,7 +103,7 @@ class GridRows : public RowSource {
   Text path(std::size_t row) const override;
 
  protected:
-  /// The column of that key; null: the list has none.
+  /// The column with that key; null: the list has no such column.
   const Column* column(TextView key) const;
   Text textOf(std::size_t row, TextView key) const;
 
@@ -105,7 +111,7 @@ class GridRows : public RowSource {
   const Options& options_;
 
  private:
-  std::function<SizeSettings()> sizes_;
+  const ListId list_;
   CellFormat format_;
 };
 

@@ -13,7 +13,9 @@
 #include "support/Translate.h"
 #include "ui/Icons.h"
 #include "ui/MainWindow.h"
+
 #include "ui/QtText.h"
+#include "ui/ScanControl.h"
 #include "ui/Style.h"
 
 namespace ombrelian::ui {
@@ -26,7 +28,7 @@ std::vector<Text> argumentsOf(int argc, char** argv) {
   return arguments;
 }
 
-/// What could not be read has its default now, and would be lost at the end.
+/// Settings that could not be read have their defaults now and would be lost at the end.
 bool askToStore(const StartUp& startUp, QWidget* window) {
   Text trace = startUp.DataPath();
   appendName(trace, u"debug.log");
@@ -40,8 +42,7 @@ bool askToStore(const StartUp& startUp, QWidget* window) {
                                QMessageBox::No) == QMessageBox::Yes;
 }
 
-/// The first program of the two stands beside this one, and starts the window again, which may do
-/// no more than this one.
+/// Starts the program beside this one, which opens the window again with the same rights.
 void restart(bool readOnly) {
   Text program = platform::GetModuleFolder();
   appendName(program, u"ombrelian");
@@ -85,7 +86,7 @@ int runWindow(int argc, char** argv) {
     MainWindow window(session, startUp.settings());
     window.show();
     if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
-    QTimer::singleShot(0, &window, [&] { window.scan(line.sources); });
+    QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
     status = QApplication::exec();
     wantsRestart = window.wantsRestart();
   }

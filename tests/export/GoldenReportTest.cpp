@@ -168,7 +168,7 @@ class GoldenListTest : public GoldenReportTest {
  protected:
   /// Two rows in which every column has a value that tells it from the others.
   Grid sample(ListId list) {
-    Grid grid(listFacts(list).columns);
+    Grid grid(listRow(list).columns());
     for (int i = 0; i < 2; ++i) {
       const Grid::RowIndex row = grid.addRow();
       for (const Column& column : grid.columns())
@@ -214,10 +214,11 @@ class GoldenListTest : public GoldenReportTest {
                     listSizes(options, list), source},
                    format);
     }
-    Grid log = Log(options).asGrid();
+    Grid log(Log::columns());
     fill(log, log.addRow(), log.columns()[0], 0);
     fill(log, log.addRow(), log.columns()[1], 0);
-    return all + saved({Log::title(), log, {}, {}, {{}, source.created}}, format);
+    return all +
+           saved({listTitle(options, ListId::Log), log, {}, {}, {{}, source.created}}, format);
   }
 };
 

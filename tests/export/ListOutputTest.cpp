@@ -5,7 +5,7 @@
 #include <map>
 
 #include "export/ListText.h"
-#include "lists/ListTables.h"
+#include "lists/ListTable.h"
 #include "platform/FindData.h"
 #include "tests/testing/ScopedLocale.h"
 
@@ -115,7 +115,7 @@ TEST(ListOutputTest, JsonTextIsUtf8WithoutLoss) {
 }
 
 Grid sample() {
-  Grid grid(listFacts(ListId::LargestFiles).columns);
+  Grid grid(listRow(ListId::LargestFiles).columns());
   const Text names[] = {u"a\"b\n", u"\xDCFF", u"\xDCFE"};
   for (const Text& name : names) {
     const Grid::RowIndex row = grid.addRow();
@@ -160,7 +160,7 @@ TEST(ListOutputTest, JsonReadsBack) {
 
 TEST(ListOutputTest, TextIsAligned) {
   const ScopedLocale locale("C");
-  Grid grid(listFacts(ListId::Owners).columns);
+  Grid grid(listRow(ListId::Owners).columns());
   for (const auto& [name, size] : {std::pair(u"\U0001F600\u00E4", 5), {u"long\nname", 12'345}}) {
     const Grid::RowIndex row = grid.addRow();
     grid.set(row, grid.column(u"owner"), TextView(name));

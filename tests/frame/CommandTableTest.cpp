@@ -12,31 +12,32 @@ namespace {
 TEST(CommandTableTest, BarsHoldKnownCommandsInKnownMenus) {
   int last = 0;
   for (const Command& command : commandTable()) {
-    EXPECT_LT(last, command.id);
-    last = command.id;
+    EXPECT_LT(last, int(command.id));
+    last = int(command.id);
+    EXPECT_EQ(&commandOf(command.id), &command);
+    EXPECT_EQ(findCommand(last), command.id);
+    EXPECT_EQ(command.time == CommandTime::Never, *command.waitsFor != '\0') << last;
   }
+  EXPECT_EQ(findCommand(1), std::nullopt);
   for (int bar = 0; bar < kBars; ++bar) {
-    std::set<int> ids;
+    std::set<CommandId> ids;
     for (const BarItem& item : barItems(Bar(bar))) {
-      ASSERT_NE(findCommand(item.id), nullptr) << item.id;
-      EXPECT_TRUE(ids.insert(item.id).second) << item.id << " stands twice on bar " << bar;
-      if (item.popup == 0) continue;
-      EXPECT_TRUE(ids.contains(item.popup)) << item.id << " comes before its menu";
-      EXPECT_EQ(int(findCommand(item.popup)->kind), int(CommandKind::Popup));
+      EXPECT_TRUE(ids.insert(item.id).second) << int(item.id) << " is twice on bar " << bar;
+      if (item.popup == CommandId::None) continue;
+      EXPECT_TRUE(ids.contains(item.popup)) << int(item.id) << " comes before its menu";
+      EXPECT_EQ(int(commandOf(item.popup).kind), int(CommandKind::Popup));
     }
   }
-  EXPECT_EQ(findCommand(1), nullptr);
-  EXPECT_EQ(findCommand(9999), nullptr);
 }
 
 /// A key that two commands of one bar, or of a list and the main bar, want does nothing.
 TEST(CommandTableTest, NoKeyMeansTwoThings) {
-  std::map<std::string, std::set<int>> ofMain;
+  std::map<std::string, std::set<CommandId>> ofMain;
   for (int bar = 0; bar < kBars; ++bar) {
-    std::map<std::string, std::set<int>> keys;
+    std::map<std::string, std::set<CommandId>> keys;
     if (Bar(bar) != Bar::Main) keys = ofMain;
     for (const BarItem& item : barItems(Bar(bar))) {
-      const Command& command = *findCommand(item.id);
+      const Command& command = commandOf(item.id);
       if (*command.shortcut != '\0') keys[command.shortcut].insert(command.id);
     }
     for (const auto& [key, ids] : keys)
@@ -45,51 +46,67 @@ TEST(CommandTableTest, NoKeyMeansTwoThings) {
   }
 }
 
-/// Who takes the first of the two keeps a way back.
-TEST(CommandTableTest, TheRecycleBinStandsBeforeDeletingForGood) {
-  const auto place = [](Bar bar, int id) {
+/// Whoever takes the first of the two keeps a way back.
+TEST(CommandTableTest, TheRecycleBinComesBeforeDeletingForGood) {
+  const auto place = [](Bar bar, CommandId id) {
     const auto items = barItems(bar);
     return std::find_if(items.begin(), items.end(), [&](const BarItem& i) { return i.id == id; }) -
            items.begin();
   };
-  const struct {
-    Bar bar;
-    int recycle;
-    int erase;
-  } cases[] = {{Bar::Folders, 507, 506},
-               {Bar::Files, 320, 321},
-               {Bar::Top, 320, 321},
-               {Bar::Hardlinks, 320, 321}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(place(c.bar, c.recycle) + 1, place(c.bar, c.erase)) << int(c.bar);
-    EXPECT_TRUE(findCommand(c.recycle)->changesDisk && findCommand(c.erase)->changesDisk);
+  for (const Bar bar : {Bar::Folders, Bar::Files, Bar::Top, Bar::Hardlinks}) {
+    const bool isTree = bar == Bar::Folders;
+    const CommandId recycle = isTree ? CommandId::RecycleFolders : CommandId::RecycleFiles;
+    const CommandId erase = isTree ? CommandId::DeleteFolders : CommandId::DeleteFiles;
+    EXPECT_EQ(place(bar, recycle) + 1, place(bar, erase)) << int(bar);
+    EXPECT_TRUE(commandOf(recycle).changesDisk && commandOf(erase).changesDisk);
   }
 }
 
 /// Two commands that write the same setting on one bar would undo each other.
 TEST(CommandTableTest, EveryStateHasASettingOfItsOwn) {
   Options options;
-  for (int view = -1; view < kViews; ++view) {
-    const ViewId id = ViewId(std::max(view, 0));
-    const Bar bar = view < 0 ? Bar::Main : barOf(id);
+  std::vector<std::pair<Bar, std::optional<ListId>>> bars = {{Bar::Main, std::nullopt}};
+  for (const ListId list : kAllLists)
+    bars.emplace_back(barOf(list), list);
+  for (const auto& [bar, list] : bars) {
     std::set<std::pair<const void*, int>> places;
     for (const BarItem& item : barItems(bar)) {
-      const CommandBinding binding = commandBinding(options, view < 0 ? nullptr : &id, item.id);
-      const void* const place = binding.flag != nullptr ? static_cast<const void*>(binding.flag)
-                                : binding.text != nullptr
-                                    ? static_cast<const void*>(binding.text)
-                                    : static_cast<const void*>(binding.number);
+      const CommandState state = commandState(options, list, item.id);
+      const void* const place = state.flag != nullptr   ? static_cast<const void*>(state.flag)
+                                : state.text != nullptr ? static_cast<const void*>(state.text)
+                                                        : static_cast<const void*>(state.number);
       if (place == nullptr) continue;
-      EXPECT_TRUE(places.emplace(place, binding.value).second) << item.id << " of list " << view;
+      EXPECT_TRUE(places.emplace(place, state.value).second) << int(item.id);
     }
   }
 }
 
-TEST(CommandTableTest, OneListStandsOnTheRight) {
+TEST(CommandTableTest, CommandsNameListsAndNumbers) {
   Options options;
-  for (int view = int(ViewId::Drives); view < kViews; ++view) {
-    showView(options, ViewId(view));
-    EXPECT_EQ(int(visibleView(options)), view);
+  options.TopMaxCount[1] = 77;
+  EXPECT_EQ(commandCaption(commandOf(CommandId::MakeSmallestFiles), options),
+            u"Erstelle eine Liste mit den 77 kleinsten Dateien");
+  EXPECT_EQ(commandCaption(commandOf(CommandId::ExpandLevel3), options), u"Bis Ebene 3 aufklappen");
+  *commandState(options, std::nullopt, CommandId::MakeOwners).flag = 1;
+  EXPECT_TRUE(isOn(options, ListId::Owners));
+  // A filter of the list of files is another one than that of a scan.
+  EXPECT_EQ(commandState(options, ListId::Files, CommandId::OnlyTheseFiles).flag,
+            &options.FileList_Filter_Active);
+  EXPECT_EQ(commandState(options, std::nullopt, CommandId::OnlyTheseFiles).flag,
+            &options.FolderList_FilterFilesInclude_Active);
+  const Command& sizes = commandOf(CommandId::SizeMenu);
+  EXPECT_EQ(commandTip(sizes, Bar::Main), u"Bei allen Listen das Größenformat ändern");
+  EXPECT_EQ(commandTip(sizes, Bar::Files), u"Größenformat ändern");
+  EXPECT_FALSE(hasCommand(ListId::LargestFolders, CommandId::DeleteFiles));
+  EXPECT_TRUE(hasCommand(ListId::LargestFiles, CommandId::DeleteFiles));
+}
+
+TEST(CommandTableTest, OneListIsOnTheRight) {
+  Options options;
+  for (const ListId list : kAllLists) {
+    if (list == ListId::Folders) continue;
+    showList(options, list);
+    EXPECT_EQ(shownList(options), list);
   }
 }
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "frame/SilentRun.h"
-#include "lists/ListTables.h"
+#include "lists/ListTable.h"
 #include "tests/testing/ConsoleRun.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/ScopedLocale.h"
@@ -45,10 +45,9 @@ class ListRunTest : public ::testing::Test {
 TEST_F(ListRunTest, EveryListComesOut) {
   const testing::Outcome json = run({u"--lists", u"--json", source.text()});
   EXPECT_EQ(json.status, kExitDone) << json.errors;
-  EXPECT_EQ(std::count(json.output.begin(), json.output.end(), '\n'), kLists);
-  for (int list = 0; list < kLists; ++list) {
-    EXPECT_EQ(
-        occurrences(json.output, "{\"list\":\"" + toBytes(listFacts(ListId(list)).key) + "\""), 1U);
+  EXPECT_EQ(std::count(json.output.begin(), json.output.end(), '\n'), kDerivedLists.size());
+  for (const ListId list : kDerivedLists) {
+    EXPECT_EQ(occurrences(json.output, "{\"list\":\"" + toBytes(listRow(list).key) + "\""), 1U);
   }
   EXPECT_EQ(occurrences(json.output, "\"extname\":"), 31U);  // all rows
   EXPECT_EQ(occurrences(json.output, "\"links\":2"), 2U);
@@ -56,7 +55,7 @@ TEST_F(ListRunTest, EveryListComesOut) {
 
   const testing::Outcome text = run({u"--lists", source.text()});
   EXPECT_EQ(text.status, kExitDone);
-  EXPECT_EQ(occurrences(text.output, "Liste mit "), std::size_t(kLists));
+  EXPECT_EQ(occurrences(text.output, "Liste mit "), kDerivedLists.size());
   EXPECT_EQ(occurrences(text.output, "\n.E"), 20U);
 }
 
@@ -84,10 +83,10 @@ TEST_F(ListRunTest, SavesEveryListUnderItsName) {
   for (const TextView format : {u"csv", u"html"}) {
     const testing::Outcome outcome = save(format);
     EXPECT_EQ(outcome.status, kExitDone) << outcome.errors;
-    EXPECT_EQ(occurrences(outcome.output, "." + toBytes(format) + "\n"), kLists + 2U);
+    EXPECT_EQ(occurrences(outcome.output, "." + toBytes(format) + "\n"), kDerivedLists.size() + 2U);
   }
   const std::string path = out.path("new/");
-  EXPECT_EQ(testing::namesIn(path).size(), 2 * (kLists + 2U));
+  EXPECT_EQ(testing::namesIn(path).size(), 2 * (kDerivedLists.size() + 2U));
   EXPECT_EQ(testing::lines(testing::readReport(path + "extensions.csv")).size(), 32U);
   EXPECT_EQ(testing::lines(testing::readReport(path + "junctions.csv"))[1],
             u"\"" + source.text("link") + u"\";\"sub\";\"Symbolischer Link\"");
@@ -102,7 +101,7 @@ TEST_F(ListRunTest, SavesEveryListUnderItsName) {
   const testing::Outcome taken = save(u"xml");
   EXPECT_EQ(taken.status, kExitNothing);
   EXPECT_NE(taken.errors.find("owners.xml"), std::string::npos) << taken.errors;
-  EXPECT_EQ(occurrences(taken.output, ".xml\n"), kLists + 1U);
+  EXPECT_EQ(occurrences(taken.output, ".xml\n"), kDerivedLists.size() + 1U);
 }
 
 TEST_F(ListRunTest, TheExitStatusTellsWhatWasMissed) {

@@ -50,7 +50,7 @@ class DriveListTest : public ::testing::Test {
   }
 
   Text cell(Grid::RowIndex row, TextView key) {
-    const CellFormat format(list.grid().columns(), driveSizes(options), {});
+    const CellFormat format(list.grid().columns(), listSizes(options, ListId::Drives), {});
     return list.grid().cellText(format, row, list.grid().column(key));
   }
 
@@ -119,7 +119,7 @@ TEST_F(DriveListTest, ADriveThatFailedHasNoValuesInAnyForm) {
     const Grid::RowIndex row = list.rowOfDrive(u"/");
     EXPECT_TRUE(list.hasError(row));
     EXPECT_EQ(list.errorText(row), c.text);
-    const CellFormat format(list.grid().columns(), driveSizes(options), {});
+    const CellFormat format(list.grid().columns(), listSizes(options, ListId::Drives), {});
     for (const TextView key : {u"SizeTotalBytes", u"SizeFreeBytes", u"SizeUsedBytes",
                                u"PercentSizeFree", u"PercentSizeUsed", u"cluster"}) {
       const Column& column = list.grid().column(key);
@@ -138,17 +138,21 @@ TEST_F(DriveListTest, FilesTellNoValuesOfADriveThatFailed) {
   answer = {platform::kTimeout, {}};
   list.Drives_GetAllDrives(file);
   std::string json;
-  writeListJson(u"drives", DriveList::title(), list.grid(), 999, [&](std::string_view piece) {
-    json += piece;
-    return true;
-  });
+  writeListJson(u"drives", listTitle(options, ListId::Drives), list.grid(), 999,
+                [&](std::string_view piece) {
+                  json += piece;
+                  return true;
+                });
   EXPECT_NE(json.find("\"SizeTotalBytes\":null,\"SizeFreeBytes\":null,\"PercentSizeFree\":null"),
             std::string::npos);
   EXPECT_EQ(json.find("inf"), std::string::npos);
 
   QuietInterface ui;
-  const ListToSave save = {
-      DriveList::title(), list.grid(), {}, driveSizes(options), {{}, list.readAt()}};
+  const ListToSave save = {listTitle(options, ListId::Drives),
+                           list.grid(),
+                           {},
+                           listSizes(options, ListId::Drives),
+                           {{}, list.readAt()}};
   const struct {
     ReportFormat format;
     TextView row;

@@ -1,6 +1,7 @@
 // The list of the files in one folder, over real folders.
 
 #include "lists/FileList.h"
+#include "lists/ListTable.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -223,7 +224,7 @@ TEST_F(FileListTest, WhatCannotBeReadIsTold) {
   show();
   ASSERT_EQ(names(), std::vector<Text>{u"dumb"});
   EXPECT_FALSE(list.failure());
-  const CellFormat format(list.grid().columns(), fileSizes(options), {});
+  const CellFormat format(list.grid().columns(), listSizes(options, ListId::Files), {});
   EXPECT_EQ(list.grid().cellText(format, 0, list.grid().column(u"attr")), u"");
 }
 

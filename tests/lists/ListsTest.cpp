@@ -9,7 +9,7 @@
 #include <set>
 
 #include "lists/LinkLists.h"
-#include "lists/ListTables.h"
+#include "lists/ListTable.h"
 #include "lists/SumLists.h"
 #include "tests/testing/ScopedLocale.h"
 

@@ -190,7 +190,8 @@ TEST(TextsTest, TheCodeSaysWhatTheListSays) {
     listed[text.id] = text.german;
   std::size_t found = 0;
   for (const auto& entry : fs::recursive_directory_iterator(kSources / "src")) {
-    if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") continue;
+    const fs::path extension = entry.path().extension();
+    if (extension != ".cpp" && extension != ".h" && extension != ".inc") continue;
     const std::string source = testing::readFile(entry.path().string());
     EXPECT_EQ(source.find("TL(0"), std::string::npos) << entry.path() << ": a text has no number";
     for (const Record& text : SourceScanner(source).scan()) {

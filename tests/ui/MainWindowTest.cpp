@@ -34,47 +34,47 @@ using MainWindowTest = testing::WindowTest;
 TEST_F(MainWindowTest, AScanFillsTreeAndLists) {
   Program run(data_);
   turnAllListsOn(run.session.options);
-  run.window->SourceCombo().setEditText(QString::fromStdString(tree_.path()));
-  EXPECT_TRUE(run.window->execute(std::nullopt, 463));
-  EXPECT_FALSE(run.window->isScanning());
+  run.window->parts().sources.setEditText(QString::fromStdString(tree_.path()));
+  EXPECT_TRUE(run.window->execute(std::nullopt, CommandId::Start));
+  EXPECT_FALSE(run.window->parts().scans.isScanning());
   EXPECT_EQ(
-      run.column(ViewId::Folders),
+      run.column(ListId::Folders),
       (QStringList{QString::fromStdString(tree_.path()), QStringLiteral("big"),
                    QStringLiteral("Dateien"), QStringLiteral("small"), QStringLiteral("link")}));
-  EXPECT_EQ(run.column(ViewId::LargestFiles)[0], QStringLiteral("a.bin"));
-  EXPECT_EQ(run.column(ViewId::Hardlinks).size(), 2);
-  EXPECT_EQ(run.column(ViewId::Junctions).size(), 1);
-  EXPECT_EQ(run.column(ViewId::Extensions).size(), 2);
-  EXPECT_FALSE(run.column(ViewId::Log).isEmpty());
+  EXPECT_EQ(run.column(ListId::LargestFiles)[0], QStringLiteral("a.bin"));
+  EXPECT_EQ(run.column(ListId::Hardlinks).size(), 2);
+  EXPECT_EQ(run.column(ListId::Junctions).size(), 1);
+  EXPECT_EQ(run.column(ListId::Extensions).size(), 2);
+  EXPECT_FALSE(run.column(ListId::Log).isEmpty());
   // A second run of several sources leaves the lists and adds to the tree.
-  run.window->scan({tree_.text("big"), tree_.text("small")});
+  run.window->parts().scans.scan({tree_.text("big"), tree_.text("small")});
   EXPECT_EQ(run.session.tree.nodeCount() > 8, true);
-  EXPECT_EQ(run.column(ViewId::Hardlinks).size(), 2);
-  run.window->execute(ViewId::Folders, 394);
-  EXPECT_TRUE(run.column(ViewId::Folders).isEmpty());
+  EXPECT_EQ(run.column(ListId::Hardlinks).size(), 2);
+  run.window->execute(ListId::Folders, CommandId::ClearFolders);
+  EXPECT_TRUE(run.column(ListId::Folders).isEmpty());
 }
 
 TEST_F(MainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
   Program run(data_);
-  run.window->scan({tree_.text()});
-  ListPane& pane = run.window->pane(ViewId::Folders);
-  run.window->execute(ViewId::Folders, 396);
-  EXPECT_EQ(run.column(ViewId::Folders).size(), 6);
+  run.window->parts().scans.scan({tree_.text()});
+  ListPane& pane = run.window->pane(ListId::Folders);
+  run.window->execute(ListId::Folders, CommandId::ExpandAll);
+  EXPECT_EQ(run.column(ListId::Folders).size(), 6);
   pane.list().goTo(1);
   const RowSource::Id big = pane.rows().id(1);
   for (int section = 1; section < pane.model().columnCount(); ++section) {
     pane.list().sortByColumn(section);
     EXPECT_EQ(pane.rows().id(pane.list().currentRow()), big) << section;
   }
-  run.window->execute(ViewId::Folders, 397);
-  EXPECT_EQ(run.column(ViewId::Folders).size(), 1);
+  run.window->execute(ListId::Folders, CommandId::CollapseAll);
+  EXPECT_EQ(run.column(ListId::Folders).size(), 1);
   // What is closed is found all the same, round the end, both ways.
-  run.window->execute(ViewId::Folders, 355);
+  run.window->execute(ListId::Folders, CommandId::Search);
   auto* const box = pane.findChild<QLineEdit*>();
   QTest::keyClicks(box, QStringLiteral("dee"));
   for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return}) {
     QTest::keyClick(box, key);
-    EXPECT_EQ(run.cell(ViewId::Folders, int(pane.list().currentRow()), 1), QStringLiteral("deep"));
+    EXPECT_EQ(run.cell(ListId::Folders, int(pane.list().currentRow()), 1), QStringLiteral("deep"));
   }
   box->setText(QStringLiteral("nowhere"));
   QTest::keyClick(box, Qt::Key_Return);
@@ -88,10 +88,10 @@ TEST_F(MainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
 
 TEST_F(MainWindowTest, KeysWalkThroughTheTree) {
   Program run(data_);
-  run.window->scan({tree_.text()});
-  ListView& list = run.window->pane(ViewId::Folders).list();
+  run.window->parts().scans.scan({tree_.text()});
+  ListView& list = run.window->pane(ListId::Folders).list();
   list.goTo(3);
-  EXPECT_EQ(run.cell(ViewId::Folders, 3, 1), QStringLiteral("small"));
+  EXPECT_EQ(run.cell(ListId::Folders, 3, 1), QStringLiteral("small"));
   QTest::keyClick(&list, Qt::Key_Right);
   EXPECT_EQ(list.model()->rowCount(), 6);
   QTest::keyClick(&list, Qt::Key_Right);
@@ -105,8 +105,8 @@ TEST_F(MainWindowTest, KeysWalkThroughTheTree) {
 
 TEST_F(MainWindowTest, EnterOpensAndClosesFoldersAndF2EditsTheName) {
   Program run(data_);
-  run.window->scan({tree_.text()});
-  ListView& list = run.window->pane(ViewId::Folders).list();
+  run.window->parts().scans.scan({tree_.text()});
+  ListView& list = run.window->pane(ListId::Folders).list();
   list.goTo(3);
   QTest::keyClick(&list, Qt::Key_Return);
   EXPECT_EQ(list.model()->rowCount(), 6);
@@ -126,12 +126,12 @@ TEST_F(MainWindowTest, EnterOpensAndClosesFoldersAndF2EditsTheName) {
 TEST_F(MainWindowTest, RenamingMovesOnTheDiskAndAsksBeforeItReplaces) {
   Program run(data_);
   run.session.options.FilelistVisible = 1;
-  run.window->scan({tree_.text()});
-  run.window->execute(std::nullopt, 401);
-  run.window->pane(ViewId::Folders).list().goTo(1);
-  ListModel& files = run.window->pane(ViewId::Files).model();
+  run.window->parts().scans.scan({tree_.text()});
+  run.window->execute(std::nullopt, CommandId::ShowFiles);
+  run.window->pane(ListId::Folders).list().goTo(1);
+  ListModel& files = run.window->pane(ListId::Files).model();
   const auto rename = [&](const char* from, const char* to) {
-    const int row = int(run.column(ViewId::Files).indexOf(QString::fromUtf8(from)));
+    const int row = int(run.column(ListId::Files).indexOf(QString::fromUtf8(from)));
     return row >= 0 && files.setData(files.index(row, 1), QString::fromUtf8(to), Qt::EditRole);
   };
   EXPECT_TRUE(rename("a.bin", "new\nname"));
@@ -146,7 +146,7 @@ TEST_F(MainWindowTest, RenamingMovesOnTheDiskAndAsksBeforeItReplaces) {
     EXPECT_FALSE(rename("b.txt", "no/folder/x"));
     EXPECT_FALSE(fault.text.isEmpty());
   }
-  ListModel& folders = run.window->pane(ViewId::Folders).model();
+  ListModel& folders = run.window->pane(ListId::Folders).model();
   EXPECT_TRUE(folders.setData(folders.index(1, 1), QStringLiteral("renamed"), Qt::EditRole));
   EXPECT_TRUE(std::ifstream(tree_.path("renamed/b.txt")).good());
   EXPECT_EQ(run.session.tree[run.session.tree.firstRoot()].name(), tree_.text());
@@ -155,47 +155,47 @@ TEST_F(MainWindowTest, RenamingMovesOnTheDiskAndAsksBeforeItReplaces) {
 TEST_F(MainWindowTest, ARestartFindsColumnsPanesAndSourcesAsTheyWere) {
   {
     Program run(data_);
-    run.window->scan({tree_.text()});
-    ListView& list = run.window->pane(ViewId::Folders).list();
+    run.window->parts().scans.scan({tree_.text()});
+    ListView& list = run.window->pane(ListId::Folders).list();
     for (const int section : {0, 5, 8})
       list.setColumnVisible(section, true);
     list.setColumnVisible(2, false);
     list.setColumnVisible(1, false);  // the name stays
     list.horizontalHeader()->moveSection(list.horizontalHeader()->visualIndex(8), 2);
     list.horizontalHeader()->moveSection(list.horizontalHeader()->visualIndex(5), 1);  // refused
-    run.window->execute(std::nullopt, 402);
-    run.window->execute(ViewId::LargestFiles, 423);
-    run.window->execute(ViewId::OldestFiles, 303);
-    run.window->execute(ViewId::OldestFiles, 305);
-    run.window->execute(std::nullopt, 374);
+    run.window->execute(std::nullopt, CommandId::ShowTopLists);
+    run.window->execute(ListId::LargestFiles, CommandId::ShowOldestFiles);
+    run.window->execute(ListId::OldestFiles, CommandId::SizeMegabytes);
+    run.window->execute(ListId::OldestFiles, CommandId::SizeUnitText);
+    run.window->execute(std::nullopt, CommandId::NoGridLines);
     run.window->setGeometry(40, 50, 1000, 600);
   }
   Program run(data_);
-  ListView& list = run.window->pane(ViewId::Folders).list();
+  ListView& list = run.window->pane(ListId::Folders).list();
   EXPECT_TRUE(list.isColumnVisible(0));
   EXPECT_TRUE(list.isColumnVisible(1));
   EXPECT_FALSE(list.isColumnVisible(2));
   EXPECT_TRUE(list.isColumnVisible(8));
   EXPECT_EQ(list.horizontalHeader()->visualIndex(1), 1);
   EXPECT_EQ(list.horizontalHeader()->visualIndex(8), 2);
-  EXPECT_EQ(run.window->rightView(), ViewId::OldestFiles);
+  EXPECT_EQ(run.window->parts().area.rightList(), ListId::OldestFiles);
   EXPECT_EQ(run.session.options.FileSizeFormatTop[3], 2);
   EXPECT_EQ(run.session.options.SizeFormatShowSizeTextTop[3], 1);
   EXPECT_EQ(run.session.options.GridLineStyle, 0);
-  EXPECT_EQ(run.window->SourceCombo().currentText(), QString::fromStdString(tree_.path()));
+  EXPECT_EQ(run.window->parts().sources.currentText(), QString::fromStdString(tree_.path()));
 }
 
 TEST_F(MainWindowTest, CopyingTakesTheSelectedRowsWithTheColumnsOnShow) {
   Program run(data_);
-  run.window->scan({tree_.text()});
-  ListPane& pane = run.window->pane(ViewId::Folders);
+  run.window->parts().scans.scan({tree_.text()});
+  ListPane& pane = run.window->pane(ListId::Folders);
   pane.list().goTo(1);
-  run.window->execute(ViewId::Folders, 504);
+  run.window->execute(ListId::Folders, CommandId::Copy);
   const QMimeData* const copied = QGuiApplication::clipboard()->mimeData();
-  EXPECT_EQ(copied->text(), run.cell(ViewId::Folders, 1, 1) + u'\t' +
-                                run.cell(ViewId::Folders, 1, 2) + QStringLiteral("\r\n"));
+  EXPECT_EQ(copied->text(), run.cell(ListId::Folders, 1, 1) + u'\t' +
+                                run.cell(ListId::Folders, 1, 2) + QStringLiteral("\r\n"));
   EXPECT_TRUE(copied->data(QStringLiteral("text/rtf")).startsWith("{\\rtf1 "));
-  run.window->execute(ViewId::Folders, 1005);
+  run.window->execute(ListId::Folders, CommandId::CopyPath);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(tree_.path("big")));
 }
 
@@ -207,98 +207,86 @@ TEST_F(MainWindowTest, InputIsServedWhileAScanRuns) {
   int turns = 0;
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, [&] {
-    if (!run.window->isScanning() || ++turns != 1) return;
+    if (!run.window->parts().scans.isScanning() || ++turns != 1) return;
     // Nothing but stopping is possible now; closing stops.
-    EXPECT_FALSE(run.window->execute(ViewId::Folders, 396));
+    EXPECT_FALSE(run.window->execute(ListId::Folders, CommandId::ExpandAll));
+    EXPECT_EQ(run.window->commands().action(CommandId::Start)->text(), QStringLiteral("Stop"));
+    EXPECT_TRUE(run.window->execute(std::nullopt, CommandId::Start));  // as of a double click
+    EXPECT_EQ(run.session.context.ScanCancelState, kScanIdle);
     EXPECT_FALSE(run.window->close());
   });
   timer.start(0);
-  run.window->scan({many.text()});
+  run.window->parts().scans.scan({many.text()});
   EXPECT_GT(turns, 0);
-  EXPECT_FALSE(run.window->isScanning());
-  const QStringList log = run.column(ViewId::Log, 2);
+  EXPECT_FALSE(run.window->parts().scans.isScanning());
+  EXPECT_EQ(run.window->commands().action(CommandId::Start)->text(), QStringLiteral("Start"));
+  const QStringList log = run.column(ListId::Log, 2);
   EXPECT_TRUE(log.contains(QStringLiteral("Der Vorgang wurde vom Anwender abgebrochen!")));
-  EXPECT_TRUE(run.window->execute(ViewId::Folders, 396));
-}
-
-/// The best of a few scans, as other programs may take the processor for longer than that.
-TEST_F(MainWindowTest, InputNeverWaitsLongWhileAScanRuns) {
-  const TestFolder many(TestFolder::Place::Memory);
-  for (int i = 0; i < 30'000; ++i)
-    many.file("f" + std::to_string(i % 3000) + "/" + std::to_string(i));
-  Program run(data_);
-  qint64 shortest = INT64_MAX;
-  for (int scan = 0; scan < 5; ++scan) {
-    QElapsedTimer last;
-    qint64 longest = 0;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout,
-                     [&] { longest = std::max(longest, last.restart()); });
-    timer.start(0);
-    last.start();
-    run.window->scan({many.text()});
-    shortest = std::min(shortest, std::max(longest, last.elapsed()));
-  }
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  constexpr qint64 kLimit = 1000;  // everything takes several times as long, beside other tests too
-#else
-  constexpr qint64 kLimit = 100;
-#endif
-  EXPECT_LT(shortest, kLimit) << "milliseconds between two turns of the event loop";
+  EXPECT_TRUE(run.window->execute(ListId::Folders, CommandId::ExpandAll));
 }
 
 TEST_F(MainWindowTest, EveryCommandOfEveryBarIsThereAndTellsWhatItIs) {
   Program run(data_);
-  for (int view = -1; view < kViews; ++view) {
-    const Bar bar = view < 0 ? Bar::Main : barOf(ViewId(view));
-    CommandSet& set = view < 0 ? run.window->commands() : run.window->pane(ViewId(view)).commands();
+  const auto check = [](CommandSet& set, Bar bar, const std::function<bool(CommandId)>& isWanted) {
     for (const BarItem& item : barItems(bar)) {
-      const Command& command = *findCommand(item.id);
+      const Command& command = commandOf(item.id);
       if (command.kind == CommandKind::Edit) continue;
-      const bool isWanted = view < 0 || hasCommand(ViewId(view), item.id);
-      ASSERT_EQ(set.has(item.id), isWanted) << item.id;
-      if (!isWanted) continue;
-      EXPECT_FALSE(set.action(item.id)->text().isEmpty()) << item.id;
-      EXPECT_FALSE(set.action(item.id)->toolTip().isEmpty()) << item.id;
-      const bool waits = *command.waitsFor != '\0';
-      EXPECT_TRUE(!waits || !set.action(item.id)->isEnabled()) << item.id;
+      ASSERT_EQ(set.has(item.id), isWanted(item.id)) << int(item.id);
+      if (!set.has(item.id)) continue;
+      const QAction& action = *set.action(item.id);
+      EXPECT_FALSE(action.text().isEmpty()) << int(item.id);
+      EXPECT_FALSE(action.toolTip().isEmpty()) << int(item.id);
+      const bool isOn = command.time == CommandTime::Idle || command.time == CommandTime::Always;
+      EXPECT_EQ(action.isEnabled(), isOn) << int(item.id);
     }
-  }
+  };
+  check(run.window->commands(), Bar::Main, [](CommandId) { return true; });
+  for (const ListId list : kAllLists)
+    check(run.window->pane(list).commands(), barOf(list),
+          [list](CommandId id) { return hasCommand(list, id); });
 }
 
-/// Which list has which commands by Del, Shift+Del and F5; 0: none.
+/// Which list has which commands by Del, Shift+Del and F5; None: no command.
 constexpr struct {
-  ViewId view;
-  int show;  // the command that shows the list; 0: it is on show
-  int recycle;
-  int erase;
-  int refresh;
+  ListId list;
+  CommandId show;  // the command that shows the list; None: it is on show
+  CommandId recycle = CommandId::None;
+  CommandId erase = CommandId::None;
+  CommandId refresh = CommandId::None;
 } kKeys[] = {
-    {ViewId::Folders, 0, 507, 506, 1015},     {ViewId::Files, 401, 320, 321, 360},
-    {ViewId::LargestFiles, 420, 320, 321, 0}, {ViewId::SmallestFiles, 421, 320, 321, 0},
-    {ViewId::NewestFiles, 422, 320, 321, 0},  {ViewId::OldestFiles, 423, 320, 321, 0},
-    {ViewId::LargestFolders, 424, 0, 0, 0},   {ViewId::SmallestFolders, 425, 0, 0, 0},
-    {ViewId::Hardlinks, 403, 320, 321, 0},    {ViewId::Junctions, 404, 0, 0, 0},
-    {ViewId::Owners, 405, 0, 0, 0},           {ViewId::Extensions, 406, 0, 0, 0},
+    {ListId::Folders, CommandId::None, CommandId::RecycleFolders, CommandId::DeleteFolders,
+     CommandId::Rescan},
+    {ListId::Files, CommandId::ShowFiles, CommandId::RecycleFiles, CommandId::DeleteFiles,
+     CommandId::Refresh},
+    {ListId::LargestFiles, CommandId::ShowLargestFiles, CommandId::RecycleFiles,
+     CommandId::DeleteFiles},
+    {ListId::OldestFiles, CommandId::ShowOldestFiles, CommandId::RecycleFiles,
+     CommandId::DeleteFiles},
+    {ListId::LargestFolders, CommandId::ShowLargestFolders},
+    {ListId::SmallestFolders, CommandId::ShowSmallestFolders},
+    {ListId::Hardlinks, CommandId::ShowHardlinks, CommandId::RecycleFiles, CommandId::DeleteFiles},
+    {ListId::Junctions, CommandId::ShowJunctions},
+    {ListId::Owners, CommandId::ShowOwners},
+    {ListId::Extensions, CommandId::ShowExtensions},
 };
 
-void showList(Program& run, ViewId view, int id) {
-  if (isTopList(view)) {
-    run.window->execute(std::nullopt, 402);
-    run.window->execute(run.window->rightView(), id);
-  } else if (id != 0) {
+void showList(Program& run, ListId list, CommandId id) {
+  if (isTopList(list)) {
+    run.window->execute(std::nullopt, CommandId::ShowTopLists);
+    run.window->execute(run.window->parts().area.rightList(), id);
+  } else if (id != CommandId::None) {
     run.window->execute(std::nullopt, id);
   }
 }
 
-/// Presses the three keys in a widget of a list, and tells which commands that were. What the
-/// window makes of them is none of this.
-std::vector<int> commandsOfKeys(Program& run, ViewId view, QWidget* widget) {
-  ListPane& pane = run.window->pane(view);
+/// Presses the three keys in a widget of a list, and returns which commands those were. What the
+/// window makes of them does not matter.
+std::vector<CommandId> commandsOfKeys(Program& run, ListId list, QWidget* widget) {
+  ListPane& pane = run.window->pane(list);
   const QSignalBlocker keepFromWindow(&pane);
-  std::vector<int> ids;
+  std::vector<CommandId> ids;
   const QMetaObject::Connection spy = QObject::connect(
-      &pane.commands(), &CommandSet::triggered, &pane, [&ids](int id) { ids.push_back(id); });
+      &pane.commands(), &CommandSet::triggered, &pane, [&ids](CommandId id) { ids.push_back(id); });
   widget->setFocus();
   QTest::keyClick(widget, Qt::Key_Delete);
   QTest::keyClick(widget, Qt::Key_Delete, Qt::ShiftModifier);
@@ -311,21 +299,22 @@ TEST_F(MainWindowTest, DeleteKeysWorkInListsOfObjectsAndNowhereElse) {
   for (const bool readOnly : {false, true}) {
     Program run(data_, readOnly);
     turnAllListsOn(run.session.options);
-    run.window->scan({tree_.text()});
+    run.window->parts().scans.scan({tree_.text()});
     for (const auto& keys : kKeys) {
-      showList(run, keys.view, keys.show);
-      ListPane& pane = run.window->pane(keys.view);
-      ASSERT_TRUE(pane.isVisible()) << int(keys.view);
+      showList(run, keys.list, keys.show);
+      ListPane& pane = run.window->pane(keys.list);
+      ASSERT_TRUE(pane.isVisible()) << int(keys.list);
       pane.list().goTo(0);
-      std::vector<int> expected;
-      for (const int id : {keys.recycle, keys.erase, keys.refresh}) {
-        if (id != 0 && !(readOnly && findCommand(id)->changesDisk)) expected.push_back(id);
+      std::vector<CommandId> expected;
+      for (const CommandId id : {keys.recycle, keys.erase, keys.refresh}) {
+        if (id != CommandId::None && !(readOnly && commandOf(id).changesDisk))
+          expected.push_back(id);
       }
-      EXPECT_EQ(commandsOfKeys(run, keys.view, &pane.list()), expected) << int(keys.view);
-      if (!pane.commands().has(355)) continue;
+      EXPECT_EQ(commandsOfKeys(run, keys.list, &pane.list()), expected) << int(keys.list);
+      if (!pane.commands().has(CommandId::Search)) continue;
       // In a text they belong to the text.
-      pane.commands().action(355)->setChecked(false);
-      pane.commands().action(355)->trigger();
+      pane.commands().action(CommandId::Search)->setChecked(false);
+      pane.commands().action(CommandId::Search)->trigger();
       const QList<QLineEdit*> fields = pane.findChildren<QLineEdit*>();
       QLineEdit* const box = *std::find_if(fields.begin(), fields.end(), [](QLineEdit* field) {
         return field->accessibleName() == QStringLiteral("Suchtext");
@@ -333,9 +322,9 @@ TEST_F(MainWindowTest, DeleteKeysWorkInListsOfObjectsAndNowhereElse) {
       ASSERT_TRUE(box->isVisible());
       box->setText(QStringLiteral("text"));
       box->home(false);
-      std::vector<int> inText = commandsOfKeys(run, keys.view, box);
+      std::vector<CommandId> inText = commandsOfKeys(run, keys.list, box);
       std::erase(inText, keys.refresh);
-      EXPECT_EQ(inText, std::vector<int>()) << int(keys.view);
+      EXPECT_EQ(inText, std::vector<CommandId>()) << int(keys.list);
       EXPECT_EQ(box->text(), QStringLiteral("ext"));
     }
   }
@@ -343,16 +332,16 @@ TEST_F(MainWindowTest, DeleteKeysWorkInListsOfObjectsAndNowhereElse) {
 
 TEST_F(MainWindowTest, ANameInEditTakesTheDeleteKeys) {
   Program run(data_);
-  run.window->scan({tree_.text()});
-  ListView& list = run.window->pane(ViewId::Folders).list();
+  run.window->parts().scans.scan({tree_.text()});
+  ListView& list = run.window->pane(ListId::Folders).list();
   list.goTo(3);
   QTest::keyClick(&list, Qt::Key_F2);
   auto* const field = list.viewport()->findChild<QLineEdit*>();
   ASSERT_NE(field, nullptr);
   QTest::keyClick(field, Qt::Key_Home);
-  std::vector<int> inText = commandsOfKeys(run, ViewId::Folders, field);
-  std::erase(inText, 1015);
-  EXPECT_EQ(inText, std::vector<int>());
+  std::vector<CommandId> inText = commandsOfKeys(run, ListId::Folders, field);
+  std::erase(inText, CommandId::Rescan);
+  EXPECT_EQ(inText, std::vector<CommandId>());
   EXPECT_EQ(field->text(), QStringLiteral("mall"));
 }
 
@@ -364,24 +353,23 @@ TEST_F(MainWindowTest, AReadOnlyWindowSaysSoAndChangesNothingOnTheDisk) {
     return label->isVisible() && label->text() == QStringLiteral("nur Lesen");
   }));
   turnAllListsOn(run.session.options);
-  run.window->execute(std::nullopt, 401);
-  run.window->scan({tree_.text()});
-  run.window->execute(ViewId::Folders, 396);
-  run.window->pane(ViewId::Folders).list().goTo(1);
-  ASSERT_EQ(run.column(ViewId::Files).size(), 3);
-  for (int number = 0; number < kViews; ++number) {
-    const auto view = ViewId(number);
-    ListPane& pane = run.window->pane(view);
+  run.window->execute(std::nullopt, CommandId::ShowFiles);
+  run.window->parts().scans.scan({tree_.text()});
+  run.window->execute(ListId::Folders, CommandId::ExpandAll);
+  run.window->pane(ListId::Folders).list().goTo(1);
+  ASSERT_EQ(run.column(ListId::Files).size(), 3);
+  for (const ListId list : kAllLists) {
+    ListPane& pane = run.window->pane(list);
     pane.commands().update();
     pane.commands().setBusy(false);
     for (const Command& command : commandTable()) {
       if (command.changesDisk) {
-        EXPECT_FALSE(run.window->execute(view, command.id)) << command.id;
+        EXPECT_FALSE(run.window->execute(list, command.id)) << int(command.id);
       }
       if (!pane.commands().has(command.id)) continue;
       const QAction* const action = pane.commands().action(command.id);
-      EXPECT_EQ(action->isEnabled(), !command.changesDisk && *command.waitsFor == '\0')
-          << number << " " << command.id;
+      EXPECT_EQ(action->isEnabled(), !command.changesDisk && command.time == CommandTime::Idle)
+          << int(list) << " " << int(command.id);
       EXPECT_EQ(action->toolTip().contains(QStringLiteral("(nur Lesen)")), command.changesDisk);
     }
     ListModel& model = pane.model();

@@ -15,7 +15,9 @@
 #include "tests/testing/ScopedLocale.h"
 #include "tests/testing/TestFolder.h"
 #include "tests/ui/WindowFixture.h"
+#include "ui/Panes.h"
 #include "ui/QtText.h"
+#include "ui/ScanControl.h"
 
 namespace ombrelian::ui {
 namespace {
@@ -86,17 +88,17 @@ class SaveFromWindowTest : public testing::WindowTest {
       options.TopColumnVisible[0][std::size_t(shown)] = 1;
     std::swap(options.TopColumnIndex[0][2], options.TopColumnIndex[0][4]);
     program.session.folderReport.applySettings();
-    window.scan({tree_.text()});
+    window.parts().scans.scan({tree_.text()});
   }
 
-  const Column& column(ViewId view, TextView key) {
+  const Column& column(ListId view, TextView key) {
     const Columns columns = window.pane(view).rows().columns();
     return *std::find_if(columns.begin(), columns.end(),
                          [key](const Column& column) { return column.key == key; });
   }
 
   /// Name and size of each row from top to bottom, without separators of thousands.
-  QStringList shownRows(ViewId view) {
+  QStringList shownRows(ListId view) {
     RowSource& rows = window.pane(view).rows();
     QStringList shown;
     for (std::size_t row = 0; row < rows.count(); ++row)
@@ -106,7 +108,7 @@ class SaveFromWindowTest : public testing::WindowTest {
   }
 
   /// Opens the dialog of a list, lets `prepare` do what a user would, and saves.
-  QString saved(ViewId view, ReportFormat format,
+  QString saved(ListId view, ReportFormat format,
                 const std::function<void(SaveDialog&)>& prepare = {}) {
     const QString path = pathIn(data_, format);
     bool isMet = false;
@@ -120,7 +122,7 @@ class SaveFromWindowTest : public testing::WindowTest {
       press(*dialog, "OKButton");
       EXPECT_EQ(toQString(dialog->target()), path);
     });
-    window.execute(view, 350);
+    window.execute(view, CommandId::Save);
     EXPECT_TRUE(isMet);
     return contents(path);
   }
@@ -140,24 +142,24 @@ bool inOrder(const QString& report, QStringList texts) {
 }
 
 TEST_F(SaveFromWindowTest, EveryFormatHasTheRowsAndColumnsThatAreShown) {
-  window.execute(ViewId::Folders, 396);
+  window.execute(ListId::Folders, CommandId::ExpandAll);
   for (const auto& [view, key] :
-       {std::pair(ViewId::Folders, u"name"), {ViewId::LargestFiles, u"size"}})
+       {std::pair(ListId::Folders, u"name"), {ListId::LargestFiles, u"size"}})
     window.pane(view).list().sortByColumn(column(view, key).id);
-  ASSERT_EQ(shownRows(ViewId::Folders).size(), 2 * 6);
-  ASSERT_EQ(shownRows(ViewId::Folders)[2], u"big"_s);
-  ASSERT_EQ(shownRows(ViewId::LargestFiles).first(), u"needle.txt"_s);
+  ASSERT_EQ(shownRows(ListId::Folders).size(), 2 * 6);
+  ASSERT_EQ(shownRows(ListId::Folders)[2], u"big"_s);
+  ASSERT_EQ(shownRows(ListId::LargestFiles).first(), u"needle.txt"_s);
 
   const struct {
-    ViewId view;
+    ListId view;
     QStringList captions;
     QStringList keys;
     QString hidden;
-  } lists[] = {{ViewId::Folders,
+  } lists[] = {{ListId::Folders,
                 {u"Name"_s, u"Dateien"_s, u"Größe"_s},
                 {u"<name>"_s, u"<files>"_s, u"<size>"_s},
                 u"percent|prozent"_s},
-               {ViewId::LargestFiles,
+               {ListId::LargestFiles,
                 {u"Dateiname"_s, u"Typ"_s, u"Größe"_s},
                 {u"<name>"_s, u"<type>"_s, u"<size>"_s},
                 u"<ext|endung"_s}};
@@ -174,10 +176,10 @@ TEST_F(SaveFromWindowTest, EveryFormatHasTheRowsAndColumnsThatAreShown) {
 }
 
 TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
-  ListPane& folders = window.pane(ViewId::Folders);
-  const qsizetype small = shownRows(ViewId::Folders).indexOf(u"small"_s) / 2;
+  ListPane& folders = window.pane(ListId::Folders);
+  const qsizetype small = shownRows(ListId::Folders).indexOf(u"small"_s) / 2;
   folders.list().goTo(std::size_t(small));
-  ASSERT_EQ(shownRows(ViewId::Folders).size(), 2 * 5) << "the source is expanded, no more";
+  ASSERT_EQ(shownRows(ListId::Folders).size(), 2 * 5) << "the source is expanded, no more";
   const struct {
     int folders;
     int levels;
@@ -186,7 +188,7 @@ TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
   } cases[] = {{0, 2, "", 5}, {0, 0, "", 6}, {0, 1, "1", 5},
                {1, 2, "", 1}, {1, 0, "", 2}, {0, 1, "x", 6}};
   for (const auto& c : cases) {
-    const QString report = saved(ViewId::Folders, ReportFormat::CSV, [&](SaveDialog& dialog) {
+    const QString report = saved(ListId::Folders, ReportFormat::CSV, [&](SaveDialog& dialog) {
       radio(dialog, c.folders)->click();
       radio(dialog, 2 + c.levels)->click();
       find<QLineEdit>(dialog, "txtLevels")->setText(QString::fromLatin1(c.number));
@@ -194,29 +196,29 @@ TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
     EXPECT_EQ(report.count(u'\n') - 1, c.rows) << c.folders << c.levels << c.number;
   }
   folders.list().clearSelection();
-  saved(ViewId::Folders, ReportFormat::CSV, [](SaveDialog& dialog) {
+  saved(ListId::Folders, ReportFormat::CSV, [](SaveDialog& dialog) {
     EXPECT_FALSE(radio(dialog, 1)->isEnabled());
     EXPECT_TRUE(radio(dialog, 0)->isChecked());
   });
 }
 
 TEST_F(SaveFromWindowTest, AListTellsWhereItComesFromAndAnEmptyOneIsNotSaved) {
-  window.execute(std::nullopt, 401);
+  window.execute(std::nullopt, CommandId::ShowFiles);
   const QString path = u"Pfad: "_s;
   const struct {
-    ViewId view;
+    ListId view;
     QString title;
     QString source;
-  } cases[] = {{ViewId::Files, u"Dateiliste"_s, toQString(tree_.text())},
-               {ViewId::LargestFiles, u"Liste mit den größten Dateien"_s, toQString(tree_.text())},
-               {ViewId::Log, u"Protokoll"_s, {}}};
+  } cases[] = {{ListId::Files, u"Dateiliste"_s, toQString(tree_.text())},
+               {ListId::LargestFiles, u"Liste mit den größten Dateien"_s, toQString(tree_.text())},
+               {ListId::Log, u"Protokoll"_s, {}}};
   for (const auto& c : cases) {
     const QString report = saved(c.view, ReportFormat::TXT);
     EXPECT_TRUE(report.startsWith(u"Ombrelian - "_s + c.title + u'\r'));
     EXPECT_EQ(report.section(path, 1, 1).section(u'\r', 0, 0), c.source);
   }
   QTimer::singleShot(0, &window, [] { EXPECT_EQ(QApplication::activeModalWidget(), nullptr); });
-  window.execute(ViewId::Owners, 350);
+  window.execute(ListId::Owners, CommandId::Save);
   QApplication::processEvents();
 }
 

@@ -11,7 +11,9 @@
 
 #include "frame/StartUp.h"
 #include "tests/testing/TestFolder.h"
+#include "ui/DeleteCommands.h"
 #include "ui/MainWindow.h"
+#include "ui/PaneArea.h"
 
 namespace ombrelian::testing {
 
@@ -27,10 +29,9 @@ struct Program {
     window = std::make_unique<MainWindow>(session, startUp->settings());
     window->resize(1280, 800);
     window->show();
-    for (int view = 0; view < kViews; ++view) {
+    for (const ListId list : kAllLists) {
       testers.push_back(std::make_unique<QAbstractItemModelTester>(
-          &window->pane(ViewId(view)).model(),
-          QAbstractItemModelTester::FailureReportingMode::Fatal));
+          &window->pane(list).model(), QAbstractItemModelTester::FailureReportingMode::Fatal));
     }
   }
   ~Program() {
@@ -38,11 +39,11 @@ struct Program {
     testers.clear();
   }
 
-  QString cell(ViewId view, int row, int section) {
+  QString cell(ListId view, int row, int section) {
     return window->pane(view).model().index(row, section).data().toString();
   }
 
-  QStringList column(ViewId view, int section = 1) {
+  QStringList column(ListId view, int section = 1) {
     QStringList cells;
     for (int row = 0; row < window->pane(view).model().rowCount(); ++row)
       cells.append(cell(view, row, section));

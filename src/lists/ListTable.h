@@ -1,0 +1,119 @@
+#pragma once
+
+#include <array>
+
+#include "lists/Grid.h"
+#include "settings/Options.h"
+
+namespace ombrelian {
+
+/// Every list of the program. The six top lists stand in the order of their numbers in the
+/// settings.
+enum class ListId : std::uint8_t {
+  Folders,
+  Drives,
+  Files,
+  LargestFiles,
+  SmallestFiles,
+  NewestFiles,
+  OldestFiles,
+  LargestFolders,
+  SmallestFolders,
+  Hardlinks,
+  Junctions,
+  Owners,
+  Extensions,
+  Log,
+};
+inline constexpr int kLists = 14;
+
+/// All lists, and those that a scan fills beside the tree.
+inline constexpr std::array<ListId, kLists> kAllLists = [] {
+  std::array<ListId, kLists> all = {};
+  for (int list = 0; list < kLists; ++list)
+    all[std::size_t(list)] = ListId(list);
+  return all;
+}();
+inline constexpr std::span<const ListId> kDerivedLists(
+    &kAllLists[std::size_t(ListId::LargestFiles)], 10);
+
+constexpr ListId topList(std::size_t number) {
+  return ListId(std::size_t(ListId::LargestFiles) + number);
+}
+constexpr bool isTopList(ListId list) {
+  return list >= ListId::LargestFiles && list <= ListId::SmallestFolders;
+}
+
+/// Number of a top list, 0 to 5.
+constexpr std::size_t topIndex(ListId list) {
+  return std::size_t(list) - std::size_t(ListId::LargestFiles);
+}
+
+/// What one row of a list stands for.
+enum class RowKind : std::uint8_t { Folder, Drive, File, Junction, Sum, Line };
+
+/// What the options keep for one list, to be read and written in place. Null or empty: the list has
+/// no such setting.
+struct ListSettings {
+  std::uint8_t* unit = nullptr;
+  std::uint8_t* decimals = nullptr;
+  std::uint8_t* unitText = nullptr;
+  std::uint8_t* optimizeAll = nullptr;    // 1: columns fit all rows, not just those on the screen
+  std::uint8_t* searchVisible = nullptr;  // 1: the search box is open
+  std::span<std::uint8_t> visible;        // by column id; 0 is the row number
+  std::span<std::int32_t> positions;      // by column id
+};
+
+/// Everything that is fixed of a list.
+struct ListRow {
+  TextView key;  // name of the list in machine-readable output; frozen
+  Word title;    // of saved and printed lists; "%1": which date counts
+  Word option;   // caption of the option that has a scan fill the list; "%1": its limit
+  Word empty;    // what the window shows in place of rows
+  RowKind rows;
+  Columns (*columns)();
+  TextView sortKey;  // column that the list opens sorted by; empty: rows stay as they came
+  bool sortDescending;
+  ListSettings (*settings)(Options&);
+  std::uint8_t Options::*isOn = nullptr;      // 1: a scan fills the list; null: no scan does
+  std::uint8_t Options::*isShown = nullptr;   // 1: on the right side; null: always on the left
+  std::uint8_t Options::*dateKind = nullptr;  // 1 to 3, see dateKindCaption(); null: no date counts
+};
+
+const ListRow& listRow(ListId list);
+
+/// Whether a scan fills the list beside the tree.
+bool isOn(const Options& options, ListId list);
+
+/// Switches every list of a scan on.
+void turnAllListsOn(Options& options);
+
+ListSettings listSettings(Options& options, ListId list);
+
+/// What the settings say of columns and sizes. The layout's spans point into `options`.
+ColumnLayout listLayout(const Options& options, ListId list);
+SizeSettings listSizes(const Options& options, ListId list);
+
+/// The list on the right side: the first whose flag is set, else the drives. The six top lists
+/// share one flag.
+ListId shownList(const Options& options);
+
+/// Makes `list` the one on the right side.
+void showList(Options& options, ListId list);
+
+/// Orders the rows of a list as it opens.
+void sortAsOpened(Grid& grid, ListId list);
+
+/// Title of a list; the lists by date tell which date counts.
+Text listTitle(const Options& options, ListId list);
+
+/// Caption of the option that has a scan fill the list; a top list's tells its limit.
+Text optionCaption(const Options& options, ListId list);
+
+/// "Änderungsdatum", "Erstellungsdatum" or "Letzter Zugriff": kinds 1 to 3; others count as 1.
+Text dateKindCaption(std::uint8_t kind);
+
+/// Key of the column with that kind of date.
+TextView dateKindColumn(std::uint8_t kind);
+
+}  // namespace ombrelian

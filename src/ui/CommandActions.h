@@ -1,0 +1,45 @@
+#pragma once
+
+#include <optional>
+
+#include "frame/CommandTable.h"
+
+class QWidget;
+
+namespace ombrelian::ui {
+
+class DeleteCommands;
+class DriveCommands;
+class FilesOfFolder;
+class FolderCommands;
+class Help;
+class Looks;
+class OpenCommands;
+class PaneArea;
+class Panes;
+class Saving;
+class ScanControl;
+class SourceBox;
+
+/// The parts of the window that commands act on, under the names that the command table has for
+/// them.
+struct Parts {
+  QWidget& window;
+  Panes& panes;
+  PaneArea& area;
+  SourceBox& sources;
+  ScanControl& scans;
+  FilesOfFolder& files;
+  FolderCommands& folders;
+  DriveCommands& drives;
+  Saving& saving;
+  DeleteCommands& deleting;
+  OpenCommands& opening;
+  Looks& looks;
+  Help& help;
+};
+
+/// Runs a command of `list`, or with none of the main bar, as the command table says.
+void doCommand(CommandId id, std::optional<ListId> list, const Parts& parts);
+
+}  // namespace ombrelian::ui

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "scan/Deletion.h"
+#include "ui/DriveCommands.h"
+#include "ui/FilesOfFolder.h"
+
+namespace ombrelian::ui {
+
+/// Deletes what is selected, reads folders again, and takes sources out of the tree.
+class DeleteCommands : private RowsOnShow {
+ public:
+  /// All must outlive this object.
+  DeleteCommands(WindowState& state, WindowDialogs& dialogs, Panes& panes, FilesOfFolder& files,
+                 DriveCommands& drives, ScanControl& scans);
+
+  /// Deletes the selected folders or files; with `recycle` they move to the bin, else they are
+  /// gone.
+  void DeleteFolders(bool recycle);
+  void deleteFiles(ListId list, bool recycle);
+
+  /// Reads the selected folder again.
+  void Report_Rescan();
+
+  /// Takes the source of the selected row out of the tree.
+  void Report_RemoveFolders();
+
+ private:
+  void change(const std::function<void()>& change) override;
+  void willReplace(NodeIndex node, NodeIndex twin) override;
+  bool deleteFrom(ListId list, Deletion& deletion, const Deletion::Ids& ids);
+
+  WindowState& state_;
+  WindowDialogs& dialogs_;
+  Panes& panes_;
+  FilesOfFolder& files_;
+  DriveCommands& drives_;
+  ScanControl& scans_;
+  ListId changing_ = ListId::Folders;  // the list whose rows are deleted
+};
+
+}  // namespace ombrelian::ui

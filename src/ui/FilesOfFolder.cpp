@@ -1,0 +1,67 @@
+#include "ui/FilesOfFolder.h"
+
+#include <QApplication>
+
+#include "fs/Links.h"
+#include "fs/PathText.h"
+#include "support/Translate.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+
+FilesOfFolder::FilesOfFolder(WindowState& state, Panes& panes) : state_(state), panes_(panes) {}
+
+void FilesOfFolder::selectedFolderChanged() {
+  if (state_.session.context.ScanBusy) return;
+  readLateOwner();
+  showFiles(false);
+}
+
+/// A walk leaves owners out unless it is told to read them; a user who shows their column gets that
+/// of the selected row.
+void FilesOfFolder::readLateOwner() {
+  const std::size_t row = panes_.currentFolder();
+  const ListView& list = panes_.pane(ListId::Folders).list();
+  if (row == RowSource::kNoRow || !list.isColumnVisible(FolderColumnId::Owner)) return;
+  FolderTree& tree = state_.session.tree;
+  FolderNode& node = tree[NodeIndex(panes_.folders().id(row))];
+  if (!node.has(FolderNode::IsFolder) || node.has(FolderNode::HasOwner)) return;
+  const Text owner = GetFileOwnerW(panes_.folders().path(row));
+  node.owner = tree.ownerNumber(owner.empty() ? TL(3822, u"-Unbekannt-") : owner);
+  node.set(FolderNode::HasOwner);
+}
+
+void FilesOfFolder::showFiles(bool force) {
+  FileList& files = state_.files;
+  const std::size_t row = panes_.currentFolder();
+  if (files.isReading() || row == RowSource::kNoRow) return;
+  if (state_.session.options.FilelistVisible != 1) return;
+  Text folder = panes_.folders().path(row);
+  if (!force && files.folder() == xGetPathWithBackslash(folder)) return;
+  ListPane& pane = panes_.pane(ListId::Files);
+  isStopped_ = false;
+  Q_EMIT progress(toQString(TL(3526, u"Dateiliste wird geladen... (Abbruch: ESC-Taste)")));
+  pane.model().setFrozen(true);
+  files.List_Files_ScanFolder(folder, force, [this] {
+    QApplication::processEvents();
+    return !isStopped_;
+  });
+  pane.setFrozen(false);
+  panes_.showFilesFolder(Text(xRemoveBackslash(files.folder())));
+  const Failure& failure = files.failure();
+  pane.setEmptyText(
+      toQString(failure ? failure->text : TL(9556, u"In diesem Ordner liegen keine Dateien.")));
+}
+
+void FilesOfFolder::hideFiles() {
+  ListPane& pane = panes_.pane(ListId::Files);
+  pane.model().replace([this] { state_.files.clear(); });
+  pane.rowsReplaced();
+  panes_.showFilesFolder({});
+}
+
+void FilesOfFolder::filterChanged(std::optional<ListId> list) {
+  if (list) showFiles(true);
+}
+
+}  // namespace ombrelian::ui

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "ui/FilesOfFolder.h"
+#include "ui/PaneArea.h"
+
+namespace ombrelian::ui {
+
+/// Opens and closes folders of the tree, and empties it.
+class FolderCommands {
+ public:
+  /// All must outlive this object.
+  FolderCommands(WindowState& state, Panes& panes, PaneArea& area, FilesOfFolder& files);
+
+  void expandAll(bool expand);
+  void expandSelected(bool expand);
+
+  /// Opens all folders down to `levels` levels below the sources.
+  void expandLevels(std::uint32_t levels);
+
+  /// Takes all sources out of the tree; nothing on the disk is touched.
+  void clearFolders();
+
+ private:
+  WindowState& state_;
+  Panes& panes_;
+  PaneArea& area_;
+  FilesOfFolder& files_;
+};
+
+}  // namespace ombrelian::ui

@@ -1,0 +1,62 @@
+#include "ui/OpenCommands.h"
+
+#include "support/Translate.h"
+#include "ui/Desktop.h"
+
+namespace ombrelian::ui {
+namespace {
+
+constexpr std::size_t kManyFiles = 10;
+
+}  // namespace
+
+OpenCommands::OpenCommands(WindowState& state, WindowDialogs& dialogs, Panes& panes,
+                           ScanControl& scans)
+    : state_(state), dialogs_(dialogs), panes_(panes), scans_(scans) {}
+
+void OpenCommands::activateRow(ListId list, std::size_t row) {
+  ListPane& pane = panes_.pane(list);
+  if (list == ListId::Folders) {
+    const RowLook look = pane.rows().look(row);
+    if (look.canExpand) Q_EMIT pane.list().expandWanted(row, !look.isExpanded);
+  } else if (list == ListId::Drives) {
+    scans_.scan({pane.rows().path(row)});
+  } else {
+    openPaths(list);
+  }
+}
+
+void OpenCommands::doubleClickRow(ListId list, std::size_t row) {
+  if (list == ListId::Drives) {
+    openPaths(list);
+  } else {
+    activateRow(list, row);
+  }
+}
+
+void OpenCommands::openPaths(ListId list) {
+  const std::vector<Text> paths = panes_.pane(list).selectedPaths();
+  if (paths.size() > kManyFiles &&
+      !dialogs_.ask(TL(9557, u"Sollen wirklich %1 Dateien geöffnet werden?",
+                       {toText(std::int64_t(paths.size()))})))
+    return;
+  for (const Text& path : paths) {
+    if (openFile(path)) continue;
+    dialogs_.message(
+        TL(9558, u"'%1' konnte nicht geöffnet werden: Kein Programm nahm die Datei an.", {path}),
+        UserInterface::Severity::Warning);
+  }
+}
+
+void OpenCommands::reveal(ListId list) { revealInFileManager(panes_.pane(list).selectedPaths()); }
+
+void OpenCommands::showProperties(ListId list) {
+  ui::showProperties(panes_.pane(list).selectedPaths());
+}
+
+void OpenCommands::Show_Log() {
+  const Text file = state_.session.log.Show_Log();
+  if (!file.empty()) openFile(file);
+}
+
+}  // namespace ombrelian::ui

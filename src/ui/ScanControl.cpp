@@ -1,0 +1,65 @@
+#include "ui/ScanControl.h"
+
+#include "fs/z_Filesystem.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+namespace {
+
+/// A second click on the button within this time belongs to the first.
+constexpr qint64 kDoubleClickMs = 1000;
+
+}  // namespace
+
+ScanControl::ScanControl(WindowState& state, WindowDialogs& dialogs, Panes& panes,
+                         SourceBox& sources)
+    : state_(state), dialogs_(dialogs), panes_(panes), sources_(sources) {}
+
+void ScanControl::startOrStop() {
+  if (isScanning()) {
+    if (!started_.isValid() || started_.elapsed() > kDoubleClickMs) stop();
+  } else {
+    StartSearchViaToolbar();
+  }
+}
+
+void ScanControl::StartSearchViaToolbar() {
+  state_.session.context.ScanCancelState = kScanIdle;
+  state_.session.SourceQueue.clear();
+  const Text path = sources_.path();
+  if (path.empty()) return;
+  if (sources_.findText(toQString(path), Qt::MatchExactly) < 0) sources_.AddNewSearchPath(path);
+  state_.session.SourceQueue.push_back(path);
+  Ordnerliste_Abarbeiten();
+}
+
+void ScanControl::scan(const std::deque<Text>& sources) {
+  if (sources.empty() || isScanning()) return;
+  state_.session.SourceQueue = sources;
+  for (const Text& source : sources) {
+    if (xExistFolder_W(source)) sources_.AddNewSearchPath(source);
+  }
+  Ordnerliste_Abarbeiten();
+}
+
+void ScanControl::Ordnerliste_Abarbeiten() {
+  Session& session = state_.session;
+  started_.start();
+  Q_EMIT starting();
+  // A run that was given one source fills the lists anew; while it does, no view may read them.
+  const bool fillsLists = session.SourceQueue.size() == 1;
+  if (fillsLists) panes_.setDerivedFrozen(true);
+  ScanRun run(session.scanState(dialogs_, &state_.found));
+  const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
+  ListPane& folders = panes_.pane(ListId::Folders);
+  folders.model().replace([&] {
+    if (result.lastRoot != kNoNode) session.folderReport.setExpanded(result.lastRoot, true);
+    panes_.folders().treeChanged();
+  });
+  if (fillsLists) panes_.setDerivedFrozen(false);
+  folders.rowsReplaced();
+  if (result.lastRoot != kNoNode) folders.selectRow(result.lastRoot);
+  Q_EMIT finished(fillsLists);
+}
+
+}  // namespace ombrelian::ui

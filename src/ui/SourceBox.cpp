@@ -1,0 +1,121 @@
+#include "ui/SourceBox.h"
+
+#include <QCompleter>
+#include <QFileDialog>
+#include <QFileSystemModel>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include "fs/PathText.h"
+#include "fs/z_Filesystem.h"
+#include "platform/Volumes.h"
+#include "settings/SavedFolders.h"
+#include "support/Translate.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+namespace {
+
+/// Whether a saved folder is worth offering. A folder on another machine is, since that machine may
+/// not answer for a long time.
+bool existsOrIsFarAway(TextView path) {
+  for (const Text& drive : platform::GetLogicalDriveStringsW()) {
+    if (path.starts_with(drive) && platform::GetDriveTypeW(drive) == platform::kDriveRemote)
+      return true;
+  }
+  return xExistFolder_W(path);
+}
+
+}  // namespace
+
+SourceBox::SourceBox(WindowState& state, QWidget* parent) : QComboBox(parent), state_(state) {
+  setEditable(true);
+  setInsertPolicy(QComboBox::NoInsert);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setMinimumWidth(220);
+  setMaxVisibleItems(24);
+  setAccessibleName(toQString(TL(9497, u"Quelle")));
+  lineEdit()->setAccessibleName(accessibleName());
+  setToolTip(toQString(TL(9498, u"Ordner, Laufwerk oder Netzwerkpfad, der eingelesen wird")));
+  lineEdit()->setPlaceholderText(toolTip());
+  lineEdit()->installEventFilter(this);
+  setCompleter(makeCompleter());
+  connect(lineEdit(), &QLineEdit::returnPressed, this, &SourceBox::startWanted);
+}
+
+/// Offers folders of the disk below the field. Nothing is completed in the field itself, so that
+/// Return scans what was typed.
+QCompleter* SourceBox::makeCompleter() {
+  auto* const folders = new QFileSystemModel(this);
+  folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
+  folders->setOption(QFileSystemModel::DontWatchForChanges);
+  folders->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
+  folders->setRootPath(QStringLiteral("/"));
+  auto* const completer = new QCompleter(folders, this);
+  completer->setCompletionMode(QCompleter::PopupCompletion);
+  return completer;
+}
+
+Text SourceBox::path() const { return toText(currentText()); }
+
+void SourceBox::AddNewSearchPath(const Text& path) {
+  const QString text = toQString(xRemoveBackslash(path));
+  int at = findText(text, Qt::MatchExactly);
+  if (at < 0) {
+    addItem(text);
+    at = count() - 1;
+  }
+  setCurrentIndex(at);
+  setEditText(text);
+}
+
+void SourceBox::browse() {
+  const QString start = currentText().isEmpty() ? QStringLiteral("/") : currentText();
+  const QString picked =
+      QFileDialog::getExistingDirectory(window(), toQString(TL(9121, u"Quelle hinzufügen")), start,
+                                        QFileDialog::ShowDirsOnly | QFileDialog::ReadOnly);
+  if (!picked.isEmpty()) AddNewSearchPath(toText(picked));
+}
+
+void SourceBox::Quelle_Entfernen() {
+  const int at = findText(currentText(), Qt::MatchExactly);
+  if (at < 0 || platform::IsDriveRoot(toText(itemText(at)))) return;
+  removeItem(at);
+  setCurrentIndex(std::max(0, at - 1));
+  setEditText(currentText());
+}
+
+void SourceBox::edit() {
+  setFocus();
+  lineEdit()->selectAll();
+}
+
+bool SourceBox::eventFilter(QObject* object, QEvent* event) {
+  const bool isF2 =
+      event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F2;
+  if (!isF2) return QComboBox::eventFilter(object, event);
+  browse();
+  return true;
+}
+
+void SourceBox::load() {
+  for (const Text& drive : platform::GetLogicalDriveStringsW())
+    addItem(toQString(drive));
+  const ComboFolders saved =
+      GetAllSavedComboFolders(state_.settings, state_.session.options.ComboText, existsOrIsFarAway);
+  for (const Text& folder : saved.folders)
+    addItem(toQString(folder));
+  setCurrentIndex(findText(toQString(saved.text), Qt::MatchExactly));
+  setEditText(toQString(saved.text));
+}
+
+void SourceBox::store() const {
+  state_.session.options.ComboText = path();
+  std::vector<Text> sources;
+  sources.reserve(std::size_t(count()));
+  for (int i = 0; i < count(); ++i)
+    sources.push_back(toText(itemText(i)));
+  Optionen_Speichern_SaveAllComboFolders(sources, state_.settings);
+}
+
+}  // namespace ombrelian::ui

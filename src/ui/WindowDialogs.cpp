@@ -1,0 +1,89 @@
+#include "ui/WindowDialogs.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include "platform/Time.h"
+#include "ui/QtText.h"
+
+namespace ombrelian::ui {
+namespace {
+
+/// How long input may wait, in milliseconds.
+constexpr std::uint64_t kInputIntervalMs = 30;
+
+QString shownLines(const QStringList& lines) {
+  QStringList shown;
+  for (const QString& line : lines)
+    shown.append(shownInMessage(toTextView(line)));
+  return shown.join(u'\n');
+}
+
+}  // namespace
+
+WindowDialogs::WindowDialogs(QWidget& window, ProgressStrip& progress)
+    : window_(window), progress_(progress) {}
+
+void WindowDialogs::scanBegins() {
+  window_.setCursor(Qt::BusyCursor);
+  Q_EMIT busyChanged(true);
+  progress_.begin();
+  yield();
+}
+
+void WindowDialogs::scanEnds() {
+  progress_.end();
+  window_.unsetCursor();
+  Q_EMIT busyChanged(false);
+}
+
+void WindowDialogs::scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
+                                 std::int64_t bytes) {
+  progress_.show(folder, files, folders, bytes);
+}
+
+/// Serves waiting events. Nothing that would begin something new gets through while a scan runs.
+void WindowDialogs::yield() {
+  QApplication::processEvents();
+  lastYield_ = platform::GetTickCount();
+}
+
+/// Qt cannot be asked whether input waits, so it is served at short intervals.
+bool WindowDialogs::GetInputState() {
+  return platform::GetTickCount() - lastYield_ >= kInputIntervalMs;
+}
+
+void WindowDialogs::message(TextView text, Severity severity) {
+  QMessageBox box(&window_);
+  box.setWindowTitle(QStringLiteral("Ombrelian"));
+  box.setIcon(severity == Severity::Information ? QMessageBox::Information
+              : severity == Severity::Warning   ? QMessageBox::Warning
+                                                : QMessageBox::Critical);
+  box.setTextFormat(Qt::PlainText);
+  box.setText(shownLines(toQString(text).split(u'\n')));
+  box.exec();
+}
+
+bool WindowDialogs::ask(TextView question) {
+  return QMessageBox::question(&window_, QStringLiteral("Ombrelian"), toQString(question)) ==
+         QMessageBox::Yes;
+}
+
+bool WindowDialogs::confirm(TextView question, const std::vector<Text>& details) {
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Ombrelian"), shownInMessage(question),
+                  QMessageBox::Yes | QMessageBox::No, &window_);
+  box.setTextFormat(Qt::PlainText);
+  QStringList lines;
+  for (const Text& line : details)
+    lines.append(toQString(line));
+  box.setInformativeText(shownLines(lines));
+  box.setDefaultButton(QMessageBox::No);
+  box.setEscapeButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
+void WindowDialogs::deletionProgress(TextView path, std::uint64_t done, std::uint64_t all) {
+  progress_.showDeletion(path, done, all);
+}
+
+}  // namespace ombrelian::ui

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QWidget>
+
+#include "support/UserInterface.h"
+#include "ui/ProgressStrip.h"
+
+namespace ombrelian::ui {
+
+/// What the procedures below see of the window: its progress line, its message boxes and questions,
+/// and its event loop.
+class WindowDialogs : public QObject, public UserInterface {
+  Q_OBJECT
+
+ public:
+  /// Dialogs belong to `window`; both must outlive this object.
+  WindowDialogs(QWidget& window, ProgressStrip& progress);
+
+  void scanBegins() override;
+  void scanEnds() override;
+  void scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
+                    std::int64_t bytes) override;
+  void saveProgress(std::uint64_t, std::uint64_t) override {}
+  bool saveCancelled() override { return false; }
+  void yield() override;
+  bool GetInputState() override;
+  void message(TextView text, Severity severity) override;
+  bool ask(TextView question) override;
+  bool confirm(TextView question, const std::vector<Text>& details) override;
+  void deletionProgress(TextView path, std::uint64_t done, std::uint64_t all) override;
+
+ Q_SIGNALS:
+  /// A run begins or ends; between the two nothing but stopping may be offered.
+  void busyChanged(bool busy);
+
+ private:
+  QWidget& window_;
+  ProgressStrip& progress_;
+  std::uint64_t lastYield_ = 0;  // platform::GetTickCount() of the last one
+};
+
+}  // namespace ombrelian::ui

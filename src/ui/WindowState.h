@@ -1,0 +1,39 @@
+#pragma once
+
+#include "frame/Session.h"
+#include "lists/DriveList.h"
+#include "lists/FileList.h"
+#include "scan/ListFeeder.h"
+
+namespace ombrelian::ui {
+
+/// What the parts of the window work on: the session with its settings file, and the lists that a
+/// session without a window does not need.
+struct WindowState {
+  /// `of` and `file` are kept by reference.
+  WindowState(Session& of, IniStore& file)
+      : session(of),
+        settings(file),
+        found(of.options, of.filters, types),
+        files(of.options, types) {}
+
+  /// Any list but the folder tree.
+  FlatList& flatList(ListId list) {
+    if (list == ListId::Drives) return drives;
+    if (list == ListId::Files) return files;
+    if (list == ListId::Log) return session.log;
+    return found.list(list);
+  }
+
+  /// Whether a scan, a deletion or the reading of a folder runs; nothing may begin meanwhile.
+  bool isBusy() const { return session.context.ScanBusy || files.isReading(); }
+
+  Session& session;
+  IniStore& settings;
+  SystemFileTypes types;
+  ListFeeder found;
+  FileList files;
+  DriveList drives;
+};
+
+}  // namespace ombrelian::ui
