@@ -1,7 +1,7 @@
 // The limit that a single-threaded scan is measured against: list every folder, ask for type and
-// size of every entry, add up, and do nothing else. It keeps a descriptor and a buffer a level, so
-// that every call names one component only; a real walker may not, for a tree can be deeper than
-// there are descriptors.
+// size of every entry, add up, and do nothing else. It keeps one descriptor and one buffer
+// for each level, so that every call names only one component; a real walker cannot do this, since
+// a tree can have more levels than a process can have descriptors.
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -29,7 +29,7 @@ struct Level {
 
 struct Sums {
   std::uint64_t files = 0;
-  std::uint64_t folders = 0;  ///< below the top
+  std::uint64_t folders = 0;  ///< number of folders below the top folder
   std::uint64_t bytes = 0;    ///< apparent size of the files
 };
 
@@ -42,7 +42,7 @@ bool isDotOrDotDot(const char* name) {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
-/// The levels that are open, deepest last. A level that is left keeps its buffer for the next one.
+/// The open levels, the deepest last. The buffer of a level that was left is used again.
 class Stack {
  public:
   explicit Stack(const char* top) { enter(AT_FDCWD, top); }
@@ -66,7 +66,7 @@ class Stack {
   std::size_t depth_ = 0;
 };
 
-/// The next entry of the level; null at its end.
+/// Returns the next entry of the level, or null at its end.
 const dirent64* nextEntry(Level& level) {
   if (level.position == level.filled) {
     const ssize_t got = getdents64(level.descriptor, level.buffer.get(), kBufferSize);

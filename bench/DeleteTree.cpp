@@ -1,6 +1,6 @@
-// delete_tree FOLDER: deletes a folder for good as the window does, with its questions whether to
-// go on; prints what went. delete_tree --make FOLDER FILES: makes one with so many empty files in
-// it.
+// delete_tree FOLDER deletes a folder permanently as the window does, including the checks whether
+// to continue, and prints how much was deleted. delete_tree --make FOLDER FILES makes a folder with
+// FILES empty files.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

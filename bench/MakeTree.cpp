@@ -1,7 +1,7 @@
 // make_tree FOLDER FILES FOLDERS [--flat]: makes a tree to measure with: FOLDERS folders below
 // FOLDER, nested up to kMaximalDepth levels deep (--flat: all of them in FOLDER itself), and FILES
 // sparse files in them, which take up no blocks. The same numbers give the same tree everywhere.
-// FOLDER.made tells of what a finished tree was made, so that a second call has nothing to do.
+// FOLDER.made records the numbers of a finished tree, so that a second call has nothing to do.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -34,7 +34,7 @@ struct Request {
   std::uint32_t folders = 0;
   bool flat = false;
 
-  /// What the marker file holds; the first number counts the changes to what this program makes.
+  /// The contents of the marker file; its first number is the version of the trees made here.
   std::string signature() const {
     return "1 " + std::to_string(files) + " " + std::to_string(folders) + (flat ? " flat" : "") +
            "\n";
@@ -46,7 +46,7 @@ struct Request {
   std::exit(1);
 }
 
-/// Pseudo-random numbers (splitmix64), the same with every standard library.
+/// Pseudo-random numbers (splitmix64), which are the same with every standard library.
 class Random {
  public:
   std::uint64_t next() {
@@ -109,7 +109,8 @@ timespec randomDate(Random& random) {
   return {.tv_sec = kFirstDate + random.below(span), .tv_nsec = 0};
 }
 
-/// The folders as an array, the top first; the folders of one parent are linked in a list.
+/// The folders as an array that begins with the top folder. Folders of one parent form a linked
+/// list.
 struct Folder {
   std::uint32_t firstChild = kNone;
   std::uint32_t nextSibling = kNone;
@@ -128,7 +129,7 @@ std::uint32_t chooseParent(const std::vector<Folder>& folders, Random& random) {
   }
 }
 
-/// Deals the files out: many folders get a few, some hundreds of times as many.
+/// Distributes the files: most folders get a few, some get hundreds of times as many.
 void dealFiles(std::vector<Folder>& folders, std::uint32_t files, Random& random) {
   std::vector<std::uint64_t> sums;
   sums.reserve(folders.size());
@@ -160,7 +161,7 @@ std::vector<Folder> planFolders(const Request& request, Random& random) {
   return folders;
 }
 
-/// A folder that is being filled, and the one of its children that comes next.
+/// A folder that is being filled, and its child that is filled next.
 struct OpenFolder {
   int descriptor = -1;
   std::uint32_t nextChild = kNone;
@@ -187,7 +188,7 @@ OpenFolder makeFolder(int parent, const std::string& name, const Folder& plan, R
   return {descriptor, plan.firstChild};
 }
 
-/// Dates a full folder and closes it; what is put into a folder would date it anew.
+/// Sets the date of a full folder and closes it; each new entry would change the date.
 void finishFolder(const OpenFolder& folder, Random& random) {
   const std::array<timespec, 2> dates = {randomDate(random), randomDate(random)};
   if (futimens(folder.descriptor, dates.data()) != 0) fail("folder date");

@@ -1,7 +1,7 @@
 // measure RESULT OUTPUT COMMAND...: runs a command with its output in the file OUTPUT, and writes
-// exit status (128 and the signal's number where one ended it), seconds of wall clock, seconds of
-// CPU and peak resident KiB into the file RESULT. The kernel counts the memory of whoever starts a
-// program towards its peak, so the starter has to be as small as this one.
+// its exit status (128 plus the number of a signal that ended it), seconds of wall clock, seconds
+// of CPU and peak resident KiB into the file RESULT. The kernel includes the memory of the parent
+// in the peak of a new process, so the parent has to be as small as this program.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -18,7 +18,7 @@ double seconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-/// Starts the command; 0, or the number of the system error.
+/// Starts the command. Returns 0, or the number of the system error.
 int start(char** command, const char* output, pid_t& child) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);

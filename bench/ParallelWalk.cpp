@@ -1,7 +1,8 @@
 // parallel_walk FOLDER THREADS: the limit that a scan with several threads is measured against:
-// list every folder, ask for type and size of every entry, add up, and do nothing else. The order
-// is any. Each thread keeps the folders that it found and hands half of them to those who have
-// none; a full buffer of entries can be handed over too, so that one huge folder is shared.
+// list every folder, ask for type and size of every entry, add up, and do nothing else. It
+// keeps no order. Each thread keeps the folders that it found and gives half of them to threads
+// that have none. It can also give away a full buffer of entries, so that one huge folder is
+// shared.
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -26,7 +27,7 @@ constexpr std::size_t kBufferSize = 64 * 1024;
 
 struct Sums {
   std::uint64_t files = 0;
-  std::uint64_t folders = 0;  ///< below the top
+  std::uint64_t folders = 0;  ///< number of folders below the top folder
   std::uint64_t bytes = 0;    ///< apparent size of the files
 };
 
@@ -35,7 +36,7 @@ struct Sums {
   std::exit(1);
 }
 
-/// An open folder; the last who needs it closes it.
+/// An open folder, which the last owner closes.
 class OpenFolder {
  public:
   OpenFolder(int parent, const char* name)
@@ -59,11 +60,11 @@ using Buffer = std::unique_ptr<char[]>;
 struct Item {
   Folder parent;
   std::string name;
-  Buffer entries;  ///< none: it is a folder
+  Buffer entries;  ///< null if this is a folder
   std::size_t size = 0;
 };
 
-/// What the threads hand to each other.
+/// The work that threads give to each other.
 class Pool {
  public:
   explicit Pool(unsigned threads) : threads_(threads) {}
@@ -79,7 +80,7 @@ class Pool {
     changed_.notify_all();
   }
 
-  /// False when every thread waits, as nothing can come any more.
+  /// Returns false if every thread waits, so that no more work can arrive.
   bool take(std::vector<Item>& items) {
     std::unique_lock lock(mutex_);
     ++waiting_;
@@ -169,7 +170,7 @@ class Worker {
     }
   }
 
-  /// The older half goes, which is nearer to the top and stands for more.
+  /// Gives away the older half, which is nearer to the top and leads to more work.
   void share() {
     if (own_.size() < 2 || !pool_.isWanted()) return;
     const auto half = own_.begin() + static_cast<std::ptrdiff_t>(own_.size() / 2);

@@ -32,7 +32,7 @@ class Quiet : public UserInterface {
   bool ask(TextView) override { return false; }
 };
 
-/// A tree of `rows` folders, each with its first few as children of the ones before.
+/// A tree of `rows` folders in which the first folders have the later ones as children.
 void fill(FolderTree& tree, NodeIndex rows) {
   tree.addRoot(u"/srv/data/projects");
   for (NodeIndex i = 1; i < rows; ++i) {
@@ -52,7 +52,7 @@ void fill(FolderTree& tree, NodeIndex rows) {
   }
 }
 
-/// Writes the rows as they come, a character after the other.
+/// Writes the rows in order, one character after the other.
 class SimpleLoop : public ReportSink {
  public:
   SimpleLoop(const FolderTree& tree, const char* target)

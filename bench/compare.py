@@ -1,4 +1,4 @@
-"""Times a silent scan beside its peers and the bare walks, in turns, and prints Markdown tables.
+"""Times a silent scan, other programs and the bare walks in turns, and prints Markdown tables.
 
 Run it as bench/compare, which builds and installs what it needs first. It makes two trees once: a
 nested one of 1,000,000 files in 100,000 folders, and 1,000,000 files in one folder. Each program
@@ -20,7 +20,7 @@ from scan_ratio import (BUILD, KIB_PER_MIB, Contender, Failure, file_system, mac
 DROP_CACHES = Path("/proc/sys/vm/drop_caches")
 GROWTH = (10_000, 100_000, 1_000_000, 5_000_000)
 FILES_A_FOLDER = 10
-FREE_BYTES_A_FILE = 700  # of disk, with its share of the folders and the file system's own tables
+FREE_BYTES_A_FILE = 700  # disk space of a file, with its share of the folders and the file system's tables
 
 
 def program(words):
@@ -28,7 +28,7 @@ def program(words):
 
 
 def contenders(tree, reports, environment):
-    """In the order of the table; the ratios are those of the first."""
+    """The programs in the order of the table; all ratios refer to the first one."""
     threads = os.cpu_count()
     walks = BUILD / "bench"
     target = reports / "report.csv"
@@ -85,7 +85,7 @@ def print_race(title, racers):
 
 
 def print_growth(reports, environment, rounds):
-    """Time and memory a file from ten thousand files on; one that the disk cannot hold is left out."""
+    """Time and memory for each file, from ten thousand files on, as far as the disk has room."""
     print("\nGrowth, warm\n")
     print("| files | median s | µs a file | peak MiB | peak bytes a file |")
     print("|---:|---:|---:|---:|---:|")
@@ -117,7 +117,7 @@ def parse_arguments():
     parser.add_argument("--rounds", type=int, default=5)
     parser.add_argument("--warm-only", action="store_true", help="drop no caches")
     parser.add_argument("--growth", action="store_true",
-                        help="instead tell how time and memory grow with the number of files")
+                        help="show how time and memory grow with the number of files instead")
     options = parser.parse_args()
     if options.rounds < 1:
         parser.error("at least one round")

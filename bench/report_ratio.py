@@ -3,7 +3,7 @@
 report_ratio [--rows N] [--rounds N]
 
 CPU seconds are medians; "loop" is the simplest loop that writes the default columns as CSV. Memory is
-by how much the peak grew while the report was written, for a tenth of the rows and for all of them.
+the growth of the peak while the report was written, for a tenth of the rows and for all of them.
 """
 
 import argparse
@@ -19,7 +19,7 @@ CASES = [("default", "loop")] + [
 
 
 def run(rows, case, folder):
-    """Seconds of CPU, KiB and bytes of one report."""
+    """Returns the CPU seconds, the KiB and the bytes of one report."""
     target = Path(folder) / f"report.{case[1]}"
     out = subprocess.run(
         [PROGRAM, str(rows), *case, target], check=True, capture_output=True, text=True

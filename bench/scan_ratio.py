@@ -18,7 +18,7 @@ BUILD = Path(__file__).resolve().parent.parent / "build" / "bench"
 KIB_PER_MIB = 1024
 
 
-# Two lists work at a time; these leave out little, so that nearly everything is compared with all.
+# These patterns exclude little, so that nearly every name is compared with all of them.
 FILTERS = (
     "FolderList_FilterFolderExclude_Active=1",
     "FolderList_FilterFolderExclude_Text=no such,*/node_modules/*,[x-z]?none*,*äöü,temp#",
@@ -32,11 +32,11 @@ FILTERS = (
 
 
 class Failure(Exception):
-    """A program did not do what it was started for; there is nothing to compare then."""
+    """A program failed, so there is nothing to compare."""
 
 
 class Contender:
-    """A program under measurement: its command line, and the seconds and memory of each round."""
+    """A measured program: its command line, and the seconds and memory of each round."""
 
     def __init__(self, name, template, tree, target, environment):
         self.name = name
@@ -85,15 +85,15 @@ def parse_arguments():
     parser = argparse.ArgumentParser(prog="bench/scan_ratio", description=__doc__)
     parser.add_argument("--files", type=int, default=1_000_000)
     parser.add_argument("--folders", type=int, default=100_000)
-    parser.add_argument("--flat", action="store_true", help="all folders in the top one")
-    parser.add_argument("--tree", type=Path, help="where the tree is made (once)")
+    parser.add_argument("--flat", action="store_true", help="put all folders into the top folder")
+    parser.add_argument("--tree", type=Path, help="where to make the tree (once)")
     parser.add_argument("--rounds", type=int, default=7)
     parser.add_argument("--save", choices=["none", "csv", "txt"], default="none",
-                        help="save all levels in this format; none: the top level alone, as CSV")
+                        help="save all levels in this format; by default only the top level, as CSV")
     parser.add_argument("--lists", action="store_true",
-                        help="measure a scan that prints every list as well")
+                        help="also measure a scan that prints every list")
     parser.add_argument("--filters", action="store_true",
-                        help="measure a scan with five patterns in each filter list as well")
+                        help="also measure a scan with five patterns in each filter list")
     parser.add_argument("--program", metavar="COMMAND",
                         help='another command to measure, with "{tree}" and, where it writes a '
                              'report, "{target}" in it')
@@ -115,7 +115,7 @@ def make_tree(options):
 
 
 def private_environment(reports, name, options=()):
-    """The caller's settings must not decide what a scan does, nor a measurement change them."""
+    """An environment in which the caller's settings neither affect a scan nor are changed."""
     settings = reports / f"settings-{name}"
     shutil.rmtree(settings, ignore_errors=True)
     (settings / "Ombrelian").mkdir(parents=True)

@@ -39,7 +39,7 @@ expect "the second of two at once reaches the program ($second_status)" started 
 expect "both say the same on standard output" cmp first.out second.out
 expect "one of them tells about the build" grep -q Building first.err second.err
 
-# Again: quiet and at once.
+# A second run prints nothing else and starts at once.
 begin=$EPOCHREALTIME
 status=0
 "$work/bin/start" --version >again.out 2>again.err || status=$?

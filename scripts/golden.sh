@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Writes the golden reports in tests/export/golden anew. Look at what changed before it is committed.
+# Writes the golden reports in tests/export/golden anew. Check the differences before you commit them.
 set -euo pipefail
 here=$(readlink -f -- "${BASH_SOURCE[0]}")
 here=${here%/*}

@@ -12,7 +12,7 @@ packages_window=(qt6-base-dev qt6-svg-dev qt6-translations-l10n)
 # To build and run the tests.
 packages_test=(libgtest-dev libgmock-dev python3 python3-openpyxl chromium)
 
-# For the checks beside the tests.
+# To run the checks of .ci/run that are not tests.
 packages_ci=(git python3 clang-format clang-tidy valgrind locales tzdata)
 
 # To build and run the fuzzers.
@@ -21,5 +21,5 @@ packages_fuzz=(clang libclang-rt-14-dev)
 # To build and run the benchmarks.
 packages_bench=(python3 libbenchmark-dev)
 
-# The programs that bench/compare measures beside ours.
+# To compare with in bench/compare.
 packages_peers=(ncdu gdu coreutils util-linux)

@@ -4,20 +4,20 @@
 #   scripts/prepare.sh PRESET LIST...   builds build/PRESET with the package lists LIST...
 #   . scripts/prepare.sh                gives the functions below to another script
 #
-# Standard output stays empty: it belongs to the program that is started next. Standard error tells
-# what is being done, but only when something really is. A failure ends the script with status 3,
-# which the program never returns.
+# Nothing is printed on standard output, which belongs to the program that is started next. Standard
+# error reports each step that is really taken. A failure ends the script with status 3, which the
+# program never returns.
 
 ombrelian_root=$(readlink -f -- "${BASH_SOURCE[0]}")
 ombrelian_root=${ombrelian_root%/scripts/*}
 . "$ombrelian_root/scripts/packages.sh"
 
-# Lets a clone or a worktree in another folder use what the compiler cache already holds.
+# Lets clones and worktrees in other folders share the compiler cache.
 export CCACHE_BASEDIR=$ombrelian_root
 
 say() { printf '%s\n' "$*" >&2; }
 
-# give_up MESSAGE [LOG]: ends the script; shows the end of LOG, where the cause stands.
+# give_up MESSAGE [LOG]: ends the script and shows the end of LOG, which has the cause.
 give_up() {
   if [[ -n ${2:-} ]]; then
     tail -n 100 -- "$2" >&2
@@ -40,7 +40,7 @@ missing_packages() {
   done
 }
 
-# ensure_packages LIST...: installs what is missing of the package lists, or tells how to.
+# ensure_packages LIST...: installs missing packages of the lists, or prints how to.
 ensure_packages() {
   local list name missing wanted=()
   for list; do
@@ -48,7 +48,7 @@ ensure_packages() {
     wanted+=("${!name}")
   done
   if ! command -v dpkg-query >/dev/null; then
-    return  # no Debian system; the configuration tells what it does not find
+    return  # not a Debian system; the configuration reports what it does not find
   fi
   missing_packages "${wanted[@]}"
   ((${#missing[@]})) || return 0
@@ -66,8 +66,8 @@ ensure_packages() {
   fi
 }
 
-# configure PRESET: runs CMake where it has not run yet with these settings. Changed CMakeLists.txt
-# files are noticed by the build itself.
+# configure PRESET: runs CMake if it has not run yet with these settings. The build itself notices
+# changed CMakeLists.txt files.
 configure() {
   local folder=$ombrelian_root/build/$1 werror=${OMBRELIAN_WERROR:-OFF}
   local stamp=$folder/configured settings log=$folder/configure.log
@@ -85,8 +85,8 @@ configure() {
   printf '%s\n' "$settings" >"$stamp"
 }
 
-# announce_build PRESET: copies ninja's lines from standard input to standard output, and tells once
-# that there is work, which looking for new source files is not.
+# announce_build PRESET: copies ninja's lines from standard input to standard output, and announces
+# the build once if there is more to do than looking for new source files.
 announce_build() {
   local line announced=no
   while IFS= read -r line; do
@@ -98,7 +98,7 @@ announce_build() {
   done
 }
 
-# build PRESET: brings the configured build/PRESET up to date; quick and quiet where it is.
+# build PRESET: brings build/PRESET up to date; prints nothing if it already is.
 build() {
   local folder=$ombrelian_root/build/$1
   local log=$folder/build.log
@@ -108,8 +108,8 @@ build() {
   fi
 }
 
-# prepare PRESET LIST...: all of it. One run at a time does this in one clone; the others wait, and
-# find it done.
+# prepare PRESET LIST...: installs, configures and builds. Only one run in a clone does this at a
+# time; the others wait for it.
 prepare() {
   local preset=$1 lock
   shift

@@ -7,13 +7,13 @@ scripts=${scripts%/*}
 preset=${1:?which preset?}
 
 # The thread sanitizer of this compiler cannot start where the kernel randomises addresses by more
-# bits than it knows of. The build needs this too: it asks the test program for its tests.
+# bits than it knows of. The build needs this too, as it runs the test program to list its tests.
 if [[ $preset == tsan && -z ${OMBRELIAN_FIXED_ADDRESSES:-} ]] && setarch -R true 2>/dev/null; then
   OMBRELIAN_FIXED_ADDRESSES=1 exec setarch -R "$0" "$@"
 fi
 shift
 
-# Whatever a sanitizer finds must fail the test that it is found in.
+# A finding of a sanitizer must fail the test in which it occurs.
 ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:strict_string_checks=1
 export ASAN_OPTIONS+=:check_initialization_order=1:strict_init_order=1
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1

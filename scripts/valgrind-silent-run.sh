@@ -9,7 +9,7 @@ program=${1:-$root/build/core/src/ombrelian}
 work=$(mktemp -d)
 trap 'rm -rf -- "$work"' EXIT
 
-# A bit of everything that a tree can hold.
+# A tree with one of each kind of entry.
 tree=$work/tree
 mkdir -p "$tree/plain/deeper/deepest" "$tree/Straße ☂/写真" "$tree/empty" "$tree/"$'not\xffutf8'
 for number in {1..200}; do
@@ -22,7 +22,7 @@ ln -s nowhere "$tree/empty/dangling"
 mkfifo "$tree/empty/pipe"
 : >"$tree/"$'not\xffutf8/name\xfe'
 
-# Nobody's settings are read or changed.
+# The user's settings are neither read nor changed.
 export XDG_CONFIG_HOME=$work/settings XDG_DATA_HOME=$work/settings XDG_RUNTIME_DIR=$work
 report=$work/report.txt
 status=0

@@ -128,7 +128,7 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
     }
   });
   window.execute(ListId::Folders, CommandId::Save);
-  // The question before folders are deleted, which is answered with no.
+  // The question before folders are deleted is answered with no.
   ListView& list = window.pane(ListId::Folders).list();
   list.goTo(1);
   list.selectionModel()->select(list.model()->index(2, 1),
@@ -145,7 +145,7 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
 
 }  // namespace
 
-/// Arguments: folder for the pictures, prefix of their names, "light" or "dark", "de" or "en".
+/// Arguments: the folder for the pictures, a prefix of their names, "light" or "dark", "de" or "en".
 int main(int argc, char** argv) {
   if (argc < 5) return 2;
   QApplication application(argc, argv);

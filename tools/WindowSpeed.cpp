@@ -1,5 +1,5 @@
-// How quick the window is with very many folders and files: prints a line a figure, in
-// milliseconds. Arguments: number of folders (1000000), and a folder to scan instead.
+// Times the window with very many folders and files, and prints one figure on each line, in
+// milliseconds. Arguments: the number of folders (1000000), and a folder to scan instead.
 
 #include <QApplication>
 #include <QElapsedTimer>

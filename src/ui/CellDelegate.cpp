@@ -16,10 +16,10 @@ namespace {
 
 constexpr int kNameSection = 1;
 constexpr int kIconSize = 16;
-constexpr int kGap = 5;          // between sign, icon and text
-constexpr int kMargin = 7;       // at both ends of a cell
-constexpr int kMostLevels = 60;  // deeper ones are not indented further
-constexpr int kFadeStep = 10;    // of 255, for each level
+constexpr int kGap = 5;          // between the open/closed sign, the icon and the text
+constexpr int kMargin = 7;       // left and right of the text in a cell
+constexpr int kMostLevels = 60;  // deeper folders are not indented further
+constexpr int kFadeStep = 10;    // how much darker or lighter each level is, of 255
 constexpr int kMostFade = 120;
 
 const ListModel& modelOf(const QModelIndex& index) {
@@ -28,7 +28,8 @@ const ListModel& modelOf(const QModelIndex& index) {
 
 int indentOf(const RowLook& look) { return std::min(look.level, kMostLevels) * ListView::kIndent; }
 
-/// Where the user chose to have levels told by shade: darker with each on light, lighter on dark.
+/// The background of a folder of `level` if levels are shown by shade: the deeper, the further from
+/// the base colour.
 QColor faded(const QPalette& palette, int level) {
   const double part = std::min(kFadeStep * level, kMostFade) / 255.0;
   return mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), part * 0.6);
@@ -84,10 +85,8 @@ void CellDelegate::paintBackground(QPainter& painter, const QStyleOptionViewItem
 
 void CellDelegate::paintBarCell(QPainter& painter, const QStyleOptionViewItem& option,
                                 double percent) const {
-  const QPalette& palette = option.palette;
-  const QColor base = palette.color(QPalette::Base);
-  paintBar(painter, option.rect, percent / 100, mixed(base, palette.color(QPalette::Link), 0.38),
-           mixed(base, palette.color(QPalette::Text), 0.07));
+  paintBar(painter, option.rect, percent / 100, barColor(option.palette),
+           barBackground(option.palette));
 }
 
 void CellDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& option,
@@ -145,7 +144,7 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
   return editor;
 }
 
-/// The edit stands where the text does.
+/// Puts the edit where the text of the cell is.
 void CellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                         const QModelIndex& index) const {
   QRect area = option.rect;

@@ -7,8 +7,9 @@
 
 namespace ombrelian::ui {
 
-/// Draws the cells of every list: levels of a tree with their signs, bars in percent columns,
-/// bands, faded levels, errors, and the lines between cells that the options ask for.
+/// Draws the cells of every list: the levels of a tree with their open/closed signs, bars in
+/// percent columns, groups of rows, faded levels, errors, and the lines between cells if the
+/// options want them.
 class CellDelegate : public QStyledItemDelegate {
   Q_OBJECT
 
@@ -22,7 +23,7 @@ class CellDelegate : public QStyledItemDelegate {
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const override;
 
-  /// Width of what stands in front of the text in the name column: levels, sign, icon.
+  /// The width of levels, sign and icon in front of the text in the name column.
   static int leading(const RowSource& rows, std::size_t row);
 
  private:

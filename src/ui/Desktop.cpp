@@ -20,7 +20,8 @@ QUrl urlOf(TextView path) {
 
 namespace {
 
-/// The interface that file managers share; false: nobody offers it.
+/// Calls a method of the interface that file managers share. Returns false if no file manager has
+/// it.
 bool callFileManager(const QString& method, const std::vector<Text>& paths) {
   QStringList urls;
   for (const Text& path : paths)

@@ -7,18 +7,18 @@
 
 namespace ombrelian::ui {
 
-/// A name is bytes, and a URL has to say them as they are, whatever they mean.
+/// The URL of a path, which keeps the bytes of its names even if they are not UTF-8.
 QUrl urlOf(TextView path);
 
-/// Opens a file or folder in the program that the desktop has for it. False: there is none, or the
-/// desktop does not answer.
+/// Opens a file or folder with the desktop's program for it. Returns false if there is none, or if
+/// the desktop does not answer.
 bool openFile(TextView path);
 
-/// Shows the objects in the desktop's file manager, selected where it can do that; a file manager
-/// that cannot opens their folders.
+/// Shows the objects, selected, in the desktop's file manager. If it cannot select, the folder of
+/// the first object is opened.
 void revealInFileManager(const std::vector<Text>& paths);
 
-/// Asks the file manager for its dialog of properties; nothing happens where it has none.
+/// Shows the file manager's dialog of properties, if it has one.
 void showProperties(const std::vector<Text>& paths);
 
 }  // namespace ombrelian::ui

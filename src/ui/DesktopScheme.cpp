@@ -18,7 +18,7 @@ const QString kInterface = QStringLiteral("org.freedesktop.portal.Settings");
 const QString kGroup = QStringLiteral("org.freedesktop.appearance");
 const QString kKey = QStringLiteral("color-scheme");
 
-/// Asking for a bus that does not run would start one, or complain.
+/// Returns an unconnected bus if none runs, since opening it would start one or print a warning.
 QDBusConnection sessionBusIfAny() {
   const QString runtimeBus = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
   if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") && !QFileInfo::exists(runtimeBus))
@@ -54,7 +54,7 @@ DesktopScheme::DesktopScheme(const QDBusConnection& bus, QObject* parent)
 }
 
 void DesktopScheme::listen(QDBusConnection bus) {
-  // A slot with a type that nobody has used by name yet is not found.
+  // Qt finds the slot only if the type of its argument is registered by name.
   qRegisterMetaType<QDBusVariant>("QDBusVariant");
   bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
               SLOT(takeSetting(QString, QString, QDBusVariant)));
@@ -82,8 +82,8 @@ void DesktopScheme::takeValue(const QVariant& value) {
   update();
 }
 
-/// The platform tells the windows, not the application, that its theme is another; every window
-/// gets to know, and one answer serves them all.
+/// The platform announces a new theme to every window instead of the application; one answer to the
+/// first of these events is enough.
 bool DesktopScheme::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::ThemeChange && !platformIsDue_) {
     platformIsDue_ = true;
@@ -92,7 +92,7 @@ bool DesktopScheme::eventFilter(QObject* watched, QEvent* event) {
   return QObject::eventFilter(watched, event);
 }
 
-/// What the platform would show is seen only while no own palette covers it.
+/// The platform's palette is visible only while the application has none of its own.
 void DesktopScheme::readPlatform() {
   const QPalette own = QGuiApplication::palette();
   QGuiApplication::setPalette(QPalette());

@@ -8,17 +8,17 @@
 
 namespace ombrelian::ui {
 
-/// Whether the desktop wants dark windows. The desktop portal is asked; where there is none, or it
-/// has no preference, the lightness of the palette that the platform gives decides. Never waits:
-/// `isDark` tells what is known so far, and `changed` follows when the portal has said otherwise.
-/// Make it before an own palette is set, which would hide the platform's.
+/// Whether the desktop wants dark windows. The desktop portal decides; if there is none, or if it
+/// has no preference, the lightness of the platform's palette decides. It never waits: `isDark`
+/// returns what is known so far, and `changed` is emitted if the answer of the portal differs.
+/// Construct it before the program sets its own palette, which would hide the platform's.
 class DesktopScheme : public QObject {
   Q_OBJECT
 
  public:
-  /// Asks over the session bus, if there is one.
+  /// Uses the session bus, if there is one.
   explicit DesktopScheme(QObject* parent = nullptr);
-  /// Asks over `bus`, which may be unconnected.
+  /// Uses `bus`, which may be unconnected.
   explicit DesktopScheme(const QDBusConnection& bus, QObject* parent = nullptr);
 
   bool isDark() const { return isDark_; }
@@ -26,7 +26,7 @@ class DesktopScheme : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  Q_SIGNALS:
-  /// `isDark` has another value.
+  /// Emitted when `isDark` has changed.
   void changed();
 
  private:
@@ -37,14 +37,14 @@ class DesktopScheme : public QObject {
   void takeValue(const QVariant& value);
   void update();
 
-  std::optional<bool> portalIsDark_;  ///< empty: no portal, or no preference
+  std::optional<bool> portalIsDark_;  ///< empty if there is no portal or no preference
   bool platformIsDark_ = false;
   bool isDark_ = false;
-  bool platformIsDue_ = false;  ///< `readPlatform` will run
+  bool platformIsDue_ = false;  ///< whether `readPlatform` is queued
 };
 
-/// What a "color-scheme" of the portal says, in however many variants it is wrapped: 1 dark,
-/// 2 light; empty for all else.
+/// Reads the value of the portal's "color-scheme", in however many variants it is wrapped: 1 is
+/// dark, 2 is light, and everything else is no preference.
 std::optional<bool> darkFromPortal(QVariant value);
 
 }  // namespace ombrelian::ui

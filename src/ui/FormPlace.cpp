@@ -5,7 +5,7 @@
 namespace ombrelian::ui {
 namespace {
 
-constexpr int kTwipsPerPixel = 15;  // at 96 dots an inch, which device independent pixels are
+constexpr int kTwipsPerPixel = 15;  // a device independent pixel is 1/96 inch
 
 FormPosition positionOf(const QRect& place) {
   return {place.x() * kTwipsPerPixel, place.y() * kTwipsPerPixel, place.width() * kTwipsPerPixel,

@@ -6,11 +6,11 @@
 
 namespace ombrelian::ui {
 
-/// Puts a window where it stood when it was stored as `form`; with `positionOnly` it keeps its
-/// size. One that is not known is centred. To be called before it is shown.
+/// Moves a window to the position that was stored as `form`, or to the middle of the screen if none
+/// was stored. With `positionOnly` the window keeps its size. Call this before the window is shown.
 void placeForm(QWidget& window, TextView form, bool positionOnly, const IniStore& file);
 
-/// Stores where the window stands.
+/// Stores the position and size of the window as `form`.
 void storeForm(const QWidget& window, TextView form, IniStore& file);
 
 }  // namespace ombrelian::ui

@@ -14,13 +14,13 @@
 
 #include "ui/Themes.h"
 
-// A resource within a static library has to be asked for, outside of any namespace.
+// The resource of a static library has to be loaded explicitly, outside of any namespace.
 static void loadIconResource() { Q_INIT_RESOURCE(icons); }
 
 namespace ombrelian::ui {
 namespace {
 
-// The colours in the files, which look right in any viewer, stand for those of the palette.
+// These colours of the files look right in any viewer; here they are replaced by the palette's.
 constexpr char kLineMark[] = "currentColor";
 constexpr char kAccentMark[] = "#3a7bd5";
 constexpr char kDangerMark[] = "#d13b4a";
@@ -36,7 +36,7 @@ struct Inks {
   QColor warning;
 };
 
-/// The colours of the accent survive a selection that leaves the text as it is.
+/// Whether an icon has one colour only: if it is disabled, or if the selection changes the text.
 bool isInOneInk(const QPalette& palette, QIcon::Mode mode) {
   if (mode == QIcon::Disabled) return true;
   return mode == QIcon::Selected && palette.color(QPalette::Active, QPalette::HighlightedText) !=
@@ -51,7 +51,7 @@ Inks inksFor(const QPalette& palette, QIcon::Mode mode) {
     return {one, one, one, one};
   }
   const QColor window = palette.color(QPalette::Active, QPalette::Window);
-  // A little softer than the text, whose strokes are thinner.
+  // Lines are a little softer than the text, since they are thicker than its strokes.
   return {mixed(palette.color(QPalette::Active, QPalette::WindowText), window, 0.1),
           palette.color(QPalette::Active, QPalette::Link),
           palette.color(QPalette::Active, QPalette::BrightText),
@@ -69,10 +69,10 @@ QByteArray inked(QByteArray svg, const Inks& inks) {
   return svg;
 }
 
-/// A name, the side in device pixels and the mode.
+/// The name of an icon, its side in device pixels, and its mode.
 using PictureKey = std::tuple<QByteArray, int, int>;
 
-/// The pictures in the colours of one palette; those of another are dropped.
+/// The pictures in the colours of the current palette; a new palette clears them.
 class Pictures {
  public:
   static Pictures& get() {
@@ -116,7 +116,7 @@ class Engine : public QIconEngine {
   bool isNull() override { return svg_.isEmpty(); }
   QString iconName() override { return QString::fromLatin1(name_); }
 
-  /// `size` is in device pixels; a wider or higher one gets the picture in its middle.
+  /// Returns a pixmap of `size` device pixels, with the square picture in its middle.
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
     const int side = std::min(size.width(), size.height());
     if (side < 1) return {};
@@ -128,7 +128,7 @@ class Engine : public QIconEngine {
     return centred;
   }
 
-  /// Puts the picture on whole device pixels, wherever a fractional scale has moved `rect` to.
+  /// Paints on whole device pixels, even if a fractional scale puts `rect` between them.
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
     const QTransform toDevice = painter->deviceTransform();
     const QRectF device = toDevice.mapRect(QRectF(rect));

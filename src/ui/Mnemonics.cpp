@@ -20,8 +20,8 @@ void addCaption(Control* control, std::vector<Caption>& captions) {
   captions.push_back({control->text(), [control](const QString& text) { control->setText(text); }});
 }
 
-/// In the order in which they choose: what ends a dialog goes first, so that it keeps its letter
-/// from one dialog to the next.
+/// The captions in the order in which they choose letters. Push buttons are first, so that they
+/// have the same letters in every dialog.
 std::vector<Caption> captionsOf(const QWidget& window) {
   std::vector<Caption> captions;
   for (QPushButton* const button : window.findChildren<QPushButton*>())
@@ -35,7 +35,7 @@ std::vector<Caption> captionsOf(const QWidget& window) {
   return captions;
 }
 
-/// The letter behind the first single "&"; null: there is none.
+/// The letter behind the first single "&", or null if there is none.
 QChar mnemonicOf(const QString& text) {
   for (qsizetype at = 0; at + 1 < text.size(); ++at) {
     if (text[at] != u'&') continue;
@@ -49,7 +49,7 @@ bool beginsWord(const QString& text, qsizetype at) {
   return at == 0 || !text[at - 1].isLetterOrNumber();
 }
 
-/// Where a free letter stands, at the beginning of a word if possible; -1: all are taken.
+/// The position of a free letter, at the beginning of a word if possible; -1 if all are taken.
 qsizetype freeLetter(const QString& text, const QSet<QChar>& taken) {
   for (const bool anywhere : {false, true}) {
     for (qsizetype at = 0; at < text.size(); ++at) {

@@ -4,9 +4,9 @@
 
 namespace ombrelian::ui {
 
-/// Underlines one letter of each button and of each label that stands for a control, a different
-/// one each as far as the letters go, so that the keyboard reaches them in any language without a
-/// translator having to choose. Texts that have a mnemonic keep it.
+/// Underlines one letter of each button and of each label of a control, a different letter for each
+/// of them as long as there are enough. The keyboard then reaches them in any language, and no
+/// translator has to choose letters. Texts that already have a mnemonic keep it.
 void giveMnemonics(QWidget& window);
 
 }  // namespace ombrelian::ui

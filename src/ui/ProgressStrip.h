@@ -9,7 +9,8 @@
 
 namespace ombrelian::ui {
 
-/// The line that tells how far a scan is: source, what was counted, the folder in work.
+/// The line that shows the progress of a scan or a deletion: a bar, the counts, and the current
+/// folder.
 class ProgressStrip : public QWidget {
   Q_OBJECT
 
@@ -22,7 +23,8 @@ class ProgressStrip : public QWidget {
 
   void show(TextView folder, std::int64_t files, std::int64_t folders, std::int64_t bytes);
 
-  /// Of a deletion: `done` objects of `all`; `all` 0: they are still counted.
+  /// Shows that `done` objects of `all` were deleted. If `all` is 0, they are still being counted,
+  /// and `done` were counted.
   void showDeletion(TextView path, std::uint64_t done, std::uint64_t all);
 
  protected:

@@ -10,7 +10,7 @@ inline QString toQString(TextView text) {
   return QString(reinterpret_cast<const QChar*>(text.data()), qsizetype(text.size()));
 }
 
-/// A view of `text`, valid as long as that is.
+/// A view of `text`, valid as long as `text` is.
 inline QStringView toQStringView(TextView text) { return {text.data(), qsizetype(text.size())}; }
 
 inline TextView toTextView(QStringView text) {
@@ -19,12 +19,12 @@ inline TextView toTextView(QStringView text) {
 
 inline Text toText(const QString& text) { return Text(toTextView(text)); }
 
-/// The text on one line: control characters are shown by their pictures (U+2400 and on), so that a
-/// name with a line break in it takes no second line.
+/// The text with its control characters replaced by their pictures (U+2400 and on), so that a name
+/// that contains a line break takes only one line.
 QString shownOnOneLine(TextView text);
 
-/// A line for a message box, which breaks it behind the separators of paths too; one that is very
-/// long loses its middle.
+/// The text for a message box, which may break it behind each separator of a path. A very long text
+/// loses its middle.
 QString shownInMessage(TextView text);
 
 }  // namespace ombrelian::ui

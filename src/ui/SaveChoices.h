@@ -6,20 +6,20 @@
 
 namespace ombrelian::ui {
 
-/// What can be chosen of a tree alone.
+/// The choices that only a tree has.
 struct TreeChoices {
   std::uint8_t& indent;
-  std::uint8_t& folders;      // 1: only from the selected row down
-  std::uint8_t& levelChoice;  // 0 all levels, 1 as many as `levels` says, 2 what is expanded
+  std::uint8_t& folders;      // 1 saves only the selected row and what is below it
+  std::uint8_t& levelChoice;  // 0 saves all levels, 1 `levels` levels, 2 expanded folders
   std::int32_t& levels;
 };
 
-/// The settings that a save dialog shows: of the folder report, or those that all other lists
-/// share. They are read and written in place.
+/// The settings of a save dialog, which reads and writes them in place: those of the folder report,
+/// or those that all other lists share.
 struct SaveChoices {
-  Options& options;    // what they all are part of
-  SettingOwner owner;  // under which they are loaded and stored
-  TextView form;       // under which the window's position is stored
+  Options& options;    // the options that contain all of them
+  SettingOwner owner;  // the owner for loading and storing them
+  TextView form;       // the name for storing the position of the window
   LastSave& last;
   std::int32_t& format;
   std::int32_t& delimiter;  // as Options::Delimiter
@@ -29,7 +29,7 @@ struct SaveChoices {
   std::optional<TreeChoices> tree;
 };
 
-/// Both refer to `options`.
+/// The choices refer to `options`, which must outlive them.
 SaveChoices folderSaveChoices(Options& options);
 SaveChoices listSaveChoices(Options& options);
 

@@ -29,20 +29,20 @@ constexpr TextView kFormatNames[] = {u"TXT", u"CSV", u"HTML", u"XML", u"XLSX"};
 constexpr int kRowSpacing = 8;
 constexpr int kPartSpacing = 14;
 constexpr std::int32_t kStandardLevels = 3;
-constexpr int kTab = 2;  // of cboDelimiter_
+constexpr int kTab = 2;  // index of the tab in cboDelimiter_
 
-// Of optWasSpeichern_ and optLevels_; the numbers are those of the settings file.
+// Buttons of optWasSpeichern_ and optLevels_, with the numbers of the settings file.
 constexpr int kAllSources = 0;
 constexpr int kSelectedOnly = 1;
 constexpr int kNumberOfLevels = 1;
 constexpr int kExpandedOnly = 2;
 
-/// The entry that the settings choose; `standard` where there is none of that number.
+/// The index of the entry that the settings choose, or `standard` if the box has no such entry.
 int entry(std::int32_t number, const QComboBox& box, int standard) {
   return number >= 0 && number < box.count() ? number : standard;
 }
 
-/// The folder where the last report went, if one can go there again; else the user's own.
+/// The folder of the last report if it is writable, else the user's documents or home.
 QString startFolder(const Text& last) {
   for (const QString& path :
        {toQString(last), QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}) {
@@ -256,7 +256,7 @@ void SaveDialog::takeChoices() {
   choices_.format = cboFormat_->currentIndex();
 }
 
-/// What a format has no use for is off, and cleared where that would be stored for nothing.
+/// Disables the options that the chosen format does not have, and clears their check boxes.
 void SaveDialog::cboFormat_Click() {
   const bool isText = chosenFormat() == ReportFormat::TXT;
   const bool hasDelimiter = isText || chosenFormat() == ReportFormat::CSV;
@@ -321,7 +321,7 @@ Failure SaveDialog::save(const Text& target) {
   return failure;
 }
 
-/// Cancel stays.
+/// Disables all controls except Cancel, or enables them again.
 void SaveDialog::DisableControls(bool disable) {
   controls_->setEnabled(!disable);
   OKButton_->setEnabled(!disable);

@@ -16,52 +16,52 @@
 
 namespace ombrelian::ui {
 
-/// What the question for a file begins with.
+/// What the dialog for choosing a file proposes.
 struct FileQuestion {
   QString folder;
-  QString name;    // with its extension; empty: none is proposed
+  QString name;    // with its extension; empty if none is proposed
   QString filter;  // "HTML (*.html)"
   QString extension;
-  bool readOnly = false;  // other files can neither be renamed nor deleted where it is asked
+  bool readOnly = false;  // whether other files can neither be renamed nor deleted there
 };
 
-/// Asks how a list is to be saved and where, and saves it: the folder report, or any other list.
-/// It stays open where a save failed, so that another name or format can be chosen.
+/// The dialog that asks how and where to save the folder report or another list, and saves it. If
+/// that fails, it stays open, so that the user can choose another name or format.
 class SaveDialog : public QDialog {
   Q_OBJECT
 
  public:
-  /// Writes the report as `target` (absolute), by the settings as they are then.
+  /// Writes the report to `target`, an absolute path, with the settings at that time.
   using Save = std::function<Failure(ReportFormat format, const Text& target, UserInterface& ui)>;
 
-  /// Answers with an absolute path; empty: the user wants none. Whoever answers has asked whether
-  /// a file of that name may be replaced.
+  /// Returns an absolute path, or an empty one if the user cancels. It has already asked whether an
+  /// existing file may be replaced.
   using ChooseFile = std::function<QString(QWidget* parent, const FileQuestion& question)>;
 
-  /// `hasSelectedRow`: something can be chosen to be saved alone; of a tree only. What `choices`
-  /// refers to and `settings` must outlive the dialog.
+  /// `hasSelectedRow` says whether a row of a tree is selected and can be saved alone. The options
+  /// that `choices` refers to, and `settings`, must outlive the dialog.
   SaveDialog(const SaveChoices& choices, bool hasSelectedRow, Save save, IniStore& settings,
              QWidget* parent = nullptr);
 
-  /// In place of the desktop's own dialog.
+  /// Replaces the desktop's dialog for choosing a file.
   void setChooseFile(ChooseFile chooseFile) { chooseFile_ = std::move(chooseFile); }
 
-  /// Nothing but the report can be changed from here.
+  /// Lets the user neither rename nor delete files while choosing one.
   void setReadOnly() { isReadOnly_ = true; }
 
   bool isSaving() const { return isSaving_; }
 
-  /// The file that was saved; empty: none.
+  /// The file that was saved; empty if none was.
   const Text& target() const { return target_; }
   bool wasCancelled() const { return progress_->wasCancelled(); }
 
-  /// Asks for a file and saves; closes if that went well.
+  /// Asks for a file and saves. Closes the dialog if that succeeded.
   void accept() override;
 
-  /// Ends a save that is under way, and closes otherwise.
+  /// Cancels a save that is running; otherwise closes the dialog.
   void reject() override;
 
-  /// Closing stores what is chosen and where the dialog stands.
+  /// Stores the choices and the position of the dialog, and closes it.
   void done(int result) override;
 
  private:
@@ -93,7 +93,8 @@ class SaveDialog : public QDialog {
   QLabel* lblDelimiter_ = nullptr;
   QComboBox* cboDelimiter_ = nullptr;
   QLineEdit* txtDelimiters_ = nullptr;
-  QButtonGroup* optWasSpeichern_ = nullptr;  // the next four are null but for a tree
+  QButtonGroup* optWasSpeichern_ =
+      nullptr;  // it and the next three are null if the list is no tree
   QButtonGroup* optLevels_ = nullptr;
   QLineEdit* txtLevels_ = nullptr;
   QCheckBox* chkShowFolderIndent_ = nullptr;

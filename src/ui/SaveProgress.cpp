@@ -13,12 +13,12 @@
 namespace ombrelian::ui {
 namespace {
 
-/// How long input may wait, in milliseconds.
+/// The longest time that input may wait, in milliseconds.
 constexpr std::uint64_t kInputIntervalMs = 30;
 
 constexpr int kBarSteps = 1000;
 
-/// What there is room for.
+/// The number of rows for which the text has room.
 constexpr std::uint64_t kManyRows = 9'999'999;
 
 QString rowText(std::uint64_t row, std::uint64_t rows) {
@@ -83,7 +83,7 @@ void SaveProgress::yield() {
   lastYield_ = platform::GetTickCount();
 }
 
-/// Qt cannot be asked whether input waits, so it is served at short intervals.
+/// Qt cannot say whether input is waiting, so it is handled at short intervals.
 bool SaveProgress::GetInputState() {
   return platform::GetTickCount() - lastYield_ >= kInputIntervalMs;
 }

@@ -7,9 +7,9 @@
 
 namespace ombrelian::ui {
 
-/// Shows how far a save is and lets the user end it: a bar with a line of text above it, which keep
-/// their place while nothing is saved. The save runs on this thread and comes by for the user's
-/// input.
+/// Shows the progress of a save and lets the user cancel it: a bar below a line of text, whose
+/// space stays reserved while nothing is saved. The save runs in this thread and calls `yield` now
+/// and then to handle the user's input.
 class SaveProgress : public QWidget, public UserInterface {
   Q_OBJECT
 
@@ -19,13 +19,13 @@ class SaveProgress : public QWidget, public UserInterface {
   void begin();
   void end();
 
-  /// The user wants no more.
+  /// Lets the save end as soon as it asks.
   void cancel();
 
-  /// Whether the save that was begun last was ended before all was written.
+  /// Whether the last save was cancelled before everything was written.
   bool wasCancelled() const { return isHeeded_; }
 
-  // UserInterface. Nothing is scanned here.
+  // The functions of UserInterface; those for scans do nothing.
   void scanBegins() override {}
   void scanEnds() override {}
   void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override {}

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QScrollBar>
 #include <QSplitterHandle>
 #include <QTabBar>
@@ -21,113 +22,104 @@ namespace {
 constexpr int kScrollBarWidth = 12;
 constexpr int kSliderMinimum = 28;
 constexpr int kPushButtonMinimum = 84;
+constexpr int kProgressHeight = 8;
 
-/// The one height of buttons and fields, so that they line up in a row.
+/// The common height of buttons and fields, so that they line up in a row.
 int controlHeight(const QStyleOption& option) {
   return std::max(option.fontMetrics.height() + 10, 26);
-}
-
-QSize menuItemSize(const QStyleOptionMenuItem& item, QSize size) {
-  if (item.menuItemType == QStyleOptionMenuItem::Separator)
-    return {size.width(), item.text.isEmpty() ? 7 : item.fontMetrics.height() + 6};
-  int width = kMenuItemMargin + kMenuIconColumn + size.width() + 2 * kMenuItemMargin + 8;
-  if (item.text.contains(u'\t') || item.reservedShortcutWidth > 0) width += kMenuShortcutGap;
-  return {width, std::max(item.fontMetrics.height() + 9, 25)};
 }
 
 QSize toolButtonSize(const QStyleOptionToolButton& button, QSize size) {
   const bool hasText = button.toolButtonStyle != Qt::ToolButtonIconOnly && !button.text.isEmpty();
   size += QSize(hasText ? 10 : 8, hasText ? 6 : 8);
-  const bool opensMenu = (button.features & QStyleOptionToolButton::HasMenu) &&
-                         !(button.features & QStyleOptionToolButton::MenuButtonPopup);
-  if (opensMenu) size.rwidth() += kMenuChevronWidth;
+  if (opensMenu(button)) size.rwidth() += kMenuChevronWidth;
   return size;
 }
 
-/// The slider of a scroll bar that has no buttons: as long as what is shown of the whole.
-QRect sliderRect(const QStyleOptionSlider& bar) {
-  const bool isHorizontal = bar.orientation == Qt::Horizontal;
-  const int length = isHorizontal ? bar.rect.width() : bar.rect.height();
-  const qint64 range = qint64(bar.maximum) - bar.minimum;
-  if (range <= 0) return bar.rect;
-  const qint64 share = qint64(bar.pageStep) * length / std::max<qint64>(range + bar.pageStep, 1);
-  const int slider = int(std::clamp<qint64>(share, std::min(kSliderMinimum, length), length));
-  const int at = QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition,
-                                                 length - slider, bar.upsideDown);
-  return isHorizontal ? QRect(bar.rect.x() + at, bar.rect.y(), slider, bar.rect.height())
-                      : QRect(bar.rect.x(), bar.rect.y() + at, bar.rect.width(), slider);
+/// The rectangle of a part of a scroll bar without buttons: Qt's own style computes it for a scroll
+/// bar that is longer by the two buttons.
+QRect scrollBarPart(const QProxyStyle& style, const QStyleOptionSlider& bar,
+                    QStyle::SubControl part) {
+  if (part == QStyle::SC_ScrollBarAddLine || part == QStyle::SC_ScrollBarSubLine) return {};
+  const QPoint button =
+      bar.orientation == Qt::Horizontal ? QPoint(kScrollBarWidth, 0) : QPoint(0, kScrollBarWidth);
+  QStyleOptionSlider longer = bar;
+  longer.rect = QRect(QPoint(), bar.rect.size() + QSize(2 * button.x(), 2 * button.y()));
+  return style.QProxyStyle::subControlRect(QStyle::CC_ScrollBar, &longer, part, nullptr)
+      .translated(bar.rect.topLeft() - button);
 }
 
-QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part) {
-  const QRect slider = sliderRect(bar);
-  const bool isHorizontal = bar.orientation == Qt::Horizontal;
-  switch (part) {
-    case QStyle::SC_ScrollBarSlider:
-      return slider;
-    case QStyle::SC_ScrollBarGroove:
-      return bar.rect;
-    case QStyle::SC_ScrollBarSubPage:
-      return isHorizontal ? QRect(bar.rect.topLeft(), QPoint(slider.left() - 1, bar.rect.bottom()))
-                          : QRect(bar.rect.topLeft(), QPoint(bar.rect.right(), slider.top() - 1));
-    case QStyle::SC_ScrollBarAddPage:
-      return isHorizontal
-                 ? QRect(QPoint(slider.right() + 1, bar.rect.top()), bar.rect.bottomRight())
-                 : QRect(QPoint(bar.rect.left(), slider.bottom() + 1), bar.rect.bottomRight());
-    default:
-      return {};
-  }
-}
-
-/// Rows are dense, but for those of a combo box.
+/// Rows are dense, except those of a combo box.
 int rowHeight(const QStyleOption& option, const QWidget* widget) {
   const bool isChoice = widget != nullptr && widget->inherits("QComboBoxListView");
   return option.fontMetrics.height() + (isChoice ? 9 : 5);
 }
 
-/// Names of the icons that stand for Qt's own.
-const char* standardIconName(QStyle::StandardPixmap standard) {
-  switch (standard) {
-    case QStyle::SP_MessageBoxWarning:
-      return "warning";
-    case QStyle::SP_MessageBoxCritical:
-      return "error";
-    case QStyle::SP_MessageBoxInformation:
-      return "info";
-    case QStyle::SP_MessageBoxQuestion:
-      return "help";
-    case QStyle::SP_LineEditClearButton:
-    case QStyle::SP_TitleBarCloseButton:
-    case QStyle::SP_DockWidgetCloseButton:
-      return "close";
-    case QStyle::SP_DirIcon:
-    case QStyle::SP_DirClosedIcon:
-      return "folder";
-    case QStyle::SP_DirOpenIcon:
-      return "folder-open";
-    case QStyle::SP_DirLinkIcon:
-      return "folder-link";
-    case QStyle::SP_FileIcon:
-      return "file";
-    case QStyle::SP_FileLinkIcon:
-      return "file-link";
-    case QStyle::SP_DriveHDIcon:
-      return "drive-local";
-    case QStyle::SP_DriveNetIcon:
-      return "drive-network";
-    case QStyle::SP_DriveCDIcon:
-    case QStyle::SP_DriveDVDIcon:
-      return "drive-optical";
-    case QStyle::SP_TrashIcon:
-      return "recycle";
-    case QStyle::SP_BrowserReload:
-      return "refresh";
-    case QStyle::SP_ToolBarHorizontalExtensionButton:
-      return "expand";
-    case QStyle::SP_ToolBarVerticalExtensionButton:
-      return "collapse";
-    default:
-      return nullptr;
-  }
+struct StandardIcon {
+  QStyle::StandardPixmap standard;
+  const char* name;
+};
+
+/// The icons that replace Qt's own.
+constexpr StandardIcon kStandardIcons[] = {
+    {QStyle::SP_MessageBoxWarning, "warning"},
+    {QStyle::SP_MessageBoxCritical, "error"},
+    {QStyle::SP_MessageBoxInformation, "info"},
+    {QStyle::SP_MessageBoxQuestion, "help"},
+    {QStyle::SP_LineEditClearButton, "close"},
+    {QStyle::SP_DirIcon, "folder"},
+    {QStyle::SP_DirClosedIcon, "folder"},
+    {QStyle::SP_DirOpenIcon, "folder-open"},
+    {QStyle::SP_DirLinkIcon, "folder-link"},
+    {QStyle::SP_FileIcon, "file"},
+    {QStyle::SP_FileLinkIcon, "file-link"},
+    {QStyle::SP_DriveHDIcon, "drive-local"},
+    {QStyle::SP_DriveNetIcon, "drive-network"},
+    {QStyle::SP_DriveCDIcon, "drive-optical"},
+    {QStyle::SP_TrashIcon, "recycle"},
+    {QStyle::SP_BrowserReload, "refresh"},
+    {QStyle::SP_ToolBarHorizontalExtensionButton, "expand"},
+    {QStyle::SP_ToolBarVerticalExtensionButton, "collapse"},
+};
+
+struct Metric {
+  QStyle::PixelMetric metric;
+  int pixels;
+};
+
+/// The lengths that differ from those of Qt's own style.
+constexpr Metric kMetrics[] = {
+    {QStyle::PM_ToolBarItemMargin, 3},
+    {QStyle::PM_ToolBarFrameWidth, 0},
+    {QStyle::PM_ToolBarSeparatorExtent, 9},
+    {QStyle::PM_ToolBarExtensionExtent, 18},
+    {QStyle::PM_ToolBarIconSize, 16},
+    {QStyle::PM_ListViewIconSize, 16},
+    {QStyle::PM_IndicatorWidth, 17},
+    {QStyle::PM_IndicatorHeight, 17},
+    {QStyle::PM_ExclusiveIndicatorWidth, 17},
+    {QStyle::PM_ExclusiveIndicatorHeight, 17},
+    {QStyle::PM_SplitterWidth, 7},
+    {QStyle::PM_ScrollBarExtent, kScrollBarWidth},
+    {QStyle::PM_ScrollBarSliderMin, kSliderMinimum},
+    {QStyle::PM_MenuPanelWidth, 1},
+    {QStyle::PM_MenuHMargin, 4},
+    {QStyle::PM_MenuVMargin, 4},
+    {QStyle::PM_MenuBarItemSpacing, 2},
+    {QStyle::PM_MenuBarVMargin, 1},
+    {QStyle::PM_HeaderMarkSize, 8},
+    {QStyle::PM_HeaderMargin, 6},
+    {QStyle::PM_ToolTipLabelFrameWidth, 5},
+};
+
+/// A copy of `option` whose palette makes Qt's own style paint in our colours: it takes outlines
+/// from Window, darkened, and marks what is active with Highlight, which is pale here.
+template <typename Option>
+Option inOurColors(const Option& option) {
+  Option ours = option;
+  ours.palette.setColor(QPalette::Window, option.palette.color(QPalette::Dark).lighter(140));
+  ours.palette.setColor(QPalette::Highlight, option.palette.color(QPalette::Link));
+  return ours;
 }
 
 bool showsHover(const QWidget* widget) {
@@ -143,93 +135,20 @@ Style::Style() : QProxyStyle(QStringLiteral("fusion")) {}
 
 int Style::pixelMetric(PixelMetric metric, const QStyleOption* option,
                        const QWidget* widget) const {
-  switch (metric) {
-    case PM_ToolBarItemSpacing:
-      return 1;
-    case PM_ToolBarItemMargin:
-      return 3;
-    case PM_ToolBarFrameWidth:
-    case PM_ButtonShiftHorizontal:
-    case PM_ButtonShiftVertical:
-    case PM_TabBarTabShiftHorizontal:
-    case PM_TabBarTabShiftVertical:
-    case PM_TabBarBaseOverlap:
-    case PM_TabBarTabOverlap:
-    case PM_ScrollView_ScrollBarSpacing:
-    case PM_ScrollView_ScrollBarOverlap:
-      return 0;
-    case PM_MenuPanelWidth:
-    case PM_DefaultFrameWidth:
-      return 1;
-    case PM_ToolBarSeparatorExtent:
-      return 9;
-    case PM_ToolBarExtensionExtent:
-      return 18;
-    case PM_SmallIconSize:
-    case PM_ToolBarIconSize:
-    case PM_ListViewIconSize:
-    case PM_ButtonIconSize:
-    case PM_TabBarIconSize:
-      return 16;
-    case PM_IndicatorWidth:
-    case PM_IndicatorHeight:
-    case PM_ExclusiveIndicatorWidth:
-    case PM_ExclusiveIndicatorHeight:
-      return 17;
-    case PM_CheckBoxLabelSpacing:
-    case PM_RadioButtonLabelSpacing:
-      return 6;
-    case PM_SplitterWidth:
-      return 7;
-    case PM_ScrollBarExtent:
-      return kScrollBarWidth;
-    case PM_ScrollBarSliderMin:
-      return kSliderMinimum;
-    case PM_MenuHMargin:
-    case PM_MenuVMargin:
-      return 4;
-    case PM_MenuBarItemSpacing:
-      return 2;
-    case PM_MenuBarVMargin:
-      return 1;
-    case PM_MenuButtonIndicator:
-      return 16;
-    case PM_TreeViewIndentation:
-      return 18;
-    case PM_HeaderMarkSize:
-      return 8;
-    case PM_HeaderMargin:
-      return 6;
-    case PM_TabBarTabHSpace:
-      return 22;
-    case PM_TabBarTabVSpace:
-      return 12;
-    case PM_ToolTipLabelFrameWidth:
-      return 5;
-    default:
-      return QProxyStyle::pixelMetric(metric, option, widget);
-  }
+  for (const Metric& own : kMetrics)
+    if (own.metric == metric) return own.pixels;
+  return QProxyStyle::pixelMetric(metric, option, widget);
 }
 
 int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                      QStyleHintReturn* returnData) const {
   switch (hint) {
-    case SH_ItemView_ShowDecorationSelected:
-      return 1;
-    case SH_ToolTip_WakeUpDelay:
-      return 500;
     case SH_EtchDisabledText:
-    case SH_DitherDisabledText:
     case SH_ComboBox_Popup:
-    case SH_DialogButtonBox_ButtonsHaveIcons:
-    case SH_ScrollView_FrameOnlyAroundContents:
     case SH_Menu_FillScreenWithScroll:
       return 0;
-    case SH_ToolTipLabel_Opacity:
-      return 255;
-    case SH_Table_GridLineColor:
-      return option == nullptr ? QProxyStyle::styleHint(hint, option, widget, returnData)
-                               : int(option->palette.color(QPalette::Mid).rgba());
+    case SH_ToolTip_WakeUpDelay:
+      return 500;
     default:
       return QProxyStyle::styleHint(hint, option, widget, returnData);
   }
@@ -237,9 +156,6 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
 
 QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                               const QWidget* widget) const {
-  if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
-      item != nullptr && type == CT_MenuItem)
-    return menuItemSize(*item, size);
   if (const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
       button != nullptr && type == CT_ToolButton)
     return toolButtonSize(*button, size);
@@ -251,6 +167,9 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
     return {std::max(fit.width(), kPushButtonMinimum), controlHeight(*option)};
   if (type == CT_LineEdit || type == CT_ComboBox || type == CT_SpinBox)
     fit.setHeight(std::max(controlHeight(*option), type == CT_LineEdit ? size.height() : 0));
+  if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+      item != nullptr && type == CT_MenuItem)
+    fit.rheight() += item->menuItemType == QStyleOptionMenuItem::Separator ? 4 : 3;
   if (type == CT_ItemViewItem) fit.setHeight(std::max(fit.height(), rowHeight(*option, widget)));
   if (type == CT_HeaderSection) fit.setHeight(std::max(fit.height(), controlHeight(*option)));
   return fit;
@@ -265,19 +184,19 @@ QRect Style::subElementRect(SubElement element, const QStyleOption* option,
 
 QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
                             SubControl subControl, const QWidget* widget) const {
-  if (control == CC_ScrollBar)
-    if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option))
-      return visualRect(bar->direction, bar->rect, scrollBarPart(*bar, subControl));
-  if (control == CC_GroupBox && subControl == SC_GroupBoxFrame)
-    if (const auto* box = qstyleoption_cast<const QStyleOptionGroupBox*>(option))
-      return box->rect.adjusted(0, box->text.isEmpty() ? 0 : box->fontMetrics.height() + 4, 0, 0);
+  const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (bar != nullptr && control == CC_ScrollBar) return scrollBarPart(*this, *bar, subControl);
+  if (const auto* box = qstyleoption_cast<const QStyleOptionGroupBox*>(option);
+      box != nullptr && subControl == SC_GroupBoxFrame)  // the title is above the frame
+    return box->rect.adjusted(0, box->text.isEmpty() ? 0 : box->fontMetrics.height() + 4, 0, 0);
   return QProxyStyle::subControlRect(control, option, subControl, widget);
 }
 
 QIcon Style::standardIcon(StandardPixmap standard, const QStyleOption* option,
                           const QWidget* widget) const {
-  const char* name = standardIconName(standard);
-  return name != nullptr ? icon(name) : QProxyStyle::standardIcon(standard, option, widget);
+  for (const StandardIcon& own : kStandardIcons)
+    if (own.standard == standard) return icon(own.name);
+  return QProxyStyle::standardIcon(standard, option, widget);
 }
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -288,17 +207,29 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
 
 void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                         const QWidget* widget) const {
-  if (!paintControl(*this, element, *option, *painter, widget))
-    QProxyStyle::drawControl(element, option, painter, widget);
+  if (paintControl(*this, element, *option, *painter, widget)) return;
+  if (const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option)) {
+    const QStyleOptionProgressBar ours = inOurColors(*bar);
+    return QProxyStyle::drawControl(element, &ours, painter, widget);
+  }
+  QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                QPainter* painter, const QWidget* widget) const {
-  if (!paintComplex(*this, control, *option, *painter, widget))
-    QProxyStyle::drawComplexControl(control, option, painter, widget);
+  if (paintComplex(*this, control, *option, *painter, widget)) return;
+  if (const auto* spin = qstyleoption_cast<const QStyleOptionSpinBox*>(option)) {
+    const QStyleOptionSpinBox ours = inOurColors(*spin);
+    return QProxyStyle::drawComplexControl(control, &ours, painter, widget);
+  }
+  if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option)) {
+    const QStyleOptionSlider ours = inOurColors(*slider);
+    return QProxyStyle::drawComplexControl(control, &ours, painter, widget);
+  }
+  QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
-/// At a fractional scale a picture would be smeared over two device pixels.
+/// Puts the picture on whole device pixels, so that a fractional scale does not blur it.
 void Style::drawItemPixmap(QPainter* painter, const QRect& rect, int alignment,
                            const QPixmap& pixmap) const {
   const QSizeF size = pixmap.deviceIndependentSize();
@@ -313,6 +244,8 @@ void Style::drawItemPixmap(QPainter* painter, const QRect& rect, int alignment,
 void Style::polish(QWidget* widget) {
   QProxyStyle::polish(widget);
   if (showsHover(widget)) widget->setAttribute(Qt::WA_Hover);
+  if (auto* bar = qobject_cast<QProgressBar*>(widget); bar != nullptr && !bar->isTextVisible())
+    bar->setFixedHeight(kProgressHeight);
 }
 
 }  // namespace ombrelian::ui

@@ -10,13 +10,13 @@ constexpr qreal kBarMarginX = 4;
 constexpr qreal kBarMarginY = 3;
 constexpr qreal kBarRadius = 2.5;
 
-/// Device pixels for a device independent one.
+/// How many device pixels a device independent pixel has.
 qreal scaleOf(const QPainter& painter) {
   const QTransform transform = painter.deviceTransform();
   return std::max<qreal>(std::hypot(transform.m11(), transform.m12()), 0.01);
 }
 
-/// Smooth edges while it lives.
+/// Turns on smooth edges for its own lifetime.
 class Smooth {
  public:
   explicit Smooth(QPainter& painter) : painter_(painter) {

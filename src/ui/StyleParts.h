@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QColor>
 #include <QStyleOption>
 
 class QPainter;
@@ -8,40 +7,21 @@ class QWidget;
 
 namespace ombrelian::ui {
 
-inline bool has(const QStyleOption& option, QStyle::StateFlag flag) { return option.state & flag; }
-
-inline bool isEnabled(const QStyleOption& option) { return has(option, QStyle::State_Enabled); }
-
-inline bool isHovered(const QStyleOption& option) {
-  return isEnabled(option) && has(option, QStyle::State_MouseOver);
-}
-
-inline QColor colorOf(const QStyleOption& option, QPalette::ColorRole role) {
-  return option.palette.color(role);
-}
-
-// The parts that `Style` paints itself. Each returns false where the base style is to paint.
+// The parts that `Style` paints itself. A function returns false if Qt's own style is to paint.
 
 bool paintPrimitive(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter,
                     const QWidget* widget);
 
-/// `style` is asked for rectangles and labels.
+/// `style` gives the rectangles of the parts and paints the labels.
 bool paintControl(const QStyle& style, QStyle::ControlElement element, const QStyleOption& option,
                   QPainter& painter, const QWidget* widget);
 bool paintComplex(const QStyle& style, QStyle::ComplexControl control,
                   const QStyleOptionComplex& option, QPainter& painter, const QWidget* widget);
 
-/// The ground of menus and of what else lies above the window.
-QColor menuGround(const QPalette& palette);
+/// Whether a click anywhere on the button opens its menu. Such a button has a chevron.
+bool opensMenu(const QStyleOptionToolButton& button);
 
-/// The width of the ring around what has the focus, and the radius of its corners.
-inline constexpr qreal kFocusWidth = 1.6;
-inline constexpr qreal kControlRadius = 4;
-/// Space for the chevron of a tool button that opens a menu.
+/// The space for that chevron, right of the label.
 inline constexpr int kMenuChevronWidth = 10;
-/// The parts of a row in a menu, from the left: margin, check mark or icon, text.
-inline constexpr int kMenuItemMargin = 6;
-inline constexpr int kMenuIconColumn = 24;
-inline constexpr int kMenuShortcutGap = 24;
 
 }  // namespace ombrelian::ui

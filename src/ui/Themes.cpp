@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QToolTip>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <initializer_list>
 
@@ -17,16 +18,16 @@ constexpr double kReadable = 4.5;
 constexpr double kHintReadable = 3.2;
 constexpr double kDisabledReadable = 2.3;
 
-/// What a design is made of; everything else is mixed from it.
+/// The colours that a design consists of; all others are mixed from them.
 struct Tones {
   QRgb window;
   QRgb base;
   QRgb text;
   QRgb accent;
-  bool solid = false;  ///< selected rows in the full accent, lines in the full text colour
+  bool solid = false;  ///< selected rows have the full accent, lines the full text colour
 };
 
-/// The two faces of a design; a design that does not follow the desktop has the same one twice.
+/// The two faces of a design. One that does not follow the desktop has the same face twice.
 struct Design {
   Tones light;
   Tones dark;
@@ -56,7 +57,7 @@ constexpr std::array<Design, kThemes> kDesigns{{
      {0xFF000000, 0xFF000000, 0xFFFFFFFF, 0xFFFFD83D, true}},
 }};
 
-/// The light of a colour as the eye weighs it, 0 to 1.
+/// The relative luminance of a colour, 0 to 1.
 double luminance(const QColor& color) {
   const auto linear = [](double part) {
     return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
@@ -79,7 +80,7 @@ QColor readable(const QColor& color, std::initializer_list<QColor> backgrounds, 
   return pole;
 }
 
-/// The colours between the tones of a face.
+/// The colours that are mixed from the tones of a face.
 struct Mixer {
   explicit Mixer(const Tones& tones)
       : window(tones.window),
@@ -136,7 +137,7 @@ void setSurfaces(QPalette& palette, const Mixer& mix) {
   palette.setColor(QPalette::Shadow, QColor(0, 0, 0, mix.isDark ? 120 : 60));
 }
 
-/// A window without the focus shows its selection in grey, so that one sees where keys go.
+/// A window without the focus shows its selection in grey, so that it is clear where keys go.
 void setInactive(QPalette& palette, const Mixer& mix) {
   if (mix.isSolid) return;
   palette.setColor(QPalette::Inactive, QPalette::Highlight, mixed(mix.base, mix.text, 0.11));
@@ -169,6 +170,14 @@ QColor mixed(const QColor& from, const QColor& to, double part) {
           channel(from.blue(), to.blue())};
 }
 
+QColor barColor(const QPalette& palette) {
+  return mixed(palette.color(QPalette::Base), palette.color(QPalette::Link), 0.38);
+}
+
+QColor barBackground(const QPalette& palette) {
+  return mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.07);
+}
+
 Theme makeTheme(int number, bool desktopIsDark) {
   const bool known = number >= 0 && number < kThemes;
   const Design& design = kDesigns[std::size_t(known ? number : kDefaultTheme)];
@@ -179,12 +188,6 @@ Theme makeTheme(int number, bool desktopIsDark) {
   setSurfaces(theme.palette, mix);
   setInactive(theme.palette, mix);
   setDisabled(theme.palette, mix);
-  theme.accent = mix.link;
-  theme.band = {mix.base, mix.band};
-  theme.errorText = mix.errorText();
-  theme.bar = mixed(mix.base, mix.accent, mix.isDark ? 0.42 : 0.34);
-  theme.barBackground = mixed(mix.base, mix.text, mix.isDark ? 0.09 : 0.07);
-  theme.hairline = mix.hairline();
   theme.isDark = mix.isDark;
   return theme;
 }
@@ -217,7 +220,7 @@ Text themeName(int number) {
 void applyTheme(const Theme& theme) {
   QApplication::setPalette(theme.palette);
   QToolTip::setPalette(theme.palette);
-  // A desktop may have set colours for single kinds of widgets, which would stand.
+  // A desktop may have set colours for single kinds of widgets, which would otherwise stay.
   for (const char* kind : {"QMenu", "QMenuBar", "QToolButton", "QAbstractButton", "QCheckBox",
                            "QRadioButton", "QHeaderView", "QAbstractItemView", "QTabBar", "QLabel",
                            "QGroupBox", "QTextEdit", "QLineEdit", "QMessageBoxLabel"})

@@ -19,7 +19,7 @@ namespace ombrelian::testing {
 
 using namespace ombrelian::ui;
 
-/// One start of the program with its settings.
+/// The program after one start, with the settings in its data folder.
 struct Program {
   explicit Program(const TestFolder& data, bool readOnly = false) {
     session.readOnly = readOnly;
@@ -56,8 +56,8 @@ struct Program {
   std::vector<std::unique_ptr<QAbstractItemModelTester>> testers;
 };
 
-/// Answers message boxes with a button, those that lack it with their first, and keeps what the
-/// last one said.
+/// Answers each message box with a button, or with its first button if it lacks that one, and keeps
+/// the texts of the last box.
 class Answer {
  public:
   explicit Answer(QMessageBox::StandardButton button) {
@@ -76,8 +76,8 @@ class Answer {
 
   QString text;
   QString details;
-  QString defaultText;            // of the button that Enter presses
-  std::function<void()> onShown;  // before the button is pressed
+  QString defaultText;            // text of the button that Enter presses
+  std::function<void()> onShown;  // called before the button is pressed
 
  private:
   QTimer timer_;

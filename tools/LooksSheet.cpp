@@ -1,5 +1,5 @@
 // Pictures of the icons and of a sample window in every design, for a person to look at:
-// looks_sheet FOLDER [SCALE] writes them as PNG files, without a screen.
+// looks_sheet FOLDER [SCALE] writes them as PNG files; it needs no screen.
 
 #include <QApplication>
 #include <QCheckBox>
@@ -98,8 +98,6 @@ void saveIcons(const QString& folder, const QString& suffix) {
 /// Percent cells as a list shows them.
 class BarDelegate : public QStyledItemDelegate {
  public:
-  explicit BarDelegate(const Theme& theme) : theme_(theme) {}
-
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
     QStyleOptionViewItem plain = option;
@@ -107,14 +105,11 @@ class BarDelegate : public QStyledItemDelegate {
     const QString text = plain.text;
     plain.text.clear();
     QApplication::style()->drawControl(QStyle::CE_ItemViewItem, &plain, painter, plain.widget);
-    paintBar(*painter, QRectF(plain.rect), index.data(Qt::UserRole).toDouble(), theme_.bar,
-             theme_.barBackground);
+    paintBar(*painter, QRectF(plain.rect), index.data(Qt::UserRole).toDouble(),
+             barColor(plain.palette), barBackground(plain.palette));
     painter->setPen(plain.palette.color(QPalette::Text));
     painter->drawText(plain.rect.adjusted(0, 0, -9, 0), Qt::AlignRight | Qt::AlignVCenter, text);
   }
-
- private:
-  const Theme& theme_;
 };
 
 struct Row {
@@ -140,7 +135,7 @@ void addRow(QTreeWidgetItem* parent, const Row& row, const Theme& theme) {
   item->setText(kPercentColumn, QStringLiteral("%1 %").arg(row.fraction * 100, 0, 'f', 1));
   item->setData(kPercentColumn, Qt::UserRole, row.fraction);
   item->setText(3, QStringLiteral("17.05.2024 11:23"));
-  if (row.fraction == 0) item->setForeground(0, theme.errorText);
+  if (row.fraction == 0) item->setForeground(0, theme.palette.color(QPalette::BrightText));
   if (row.fraction > 0.2) new QTreeWidgetItem(item);
 }
 
@@ -148,7 +143,7 @@ QTreeWidget* makeTree(const Theme& theme) {
   auto* tree = new QTreeWidget;
   tree->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Größe"), QStringLiteral("Prozent"),
                          QStringLiteral("Geändert")});
-  tree->setItemDelegateForColumn(kPercentColumn, new BarDelegate(theme));
+  tree->setItemDelegateForColumn(kPercentColumn, new BarDelegate);
   tree->setUniformRowHeights(true);
   tree->setAllColumnsShowFocus(true);
   tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -329,7 +324,7 @@ QTableWidget* makeTable() {
   return table;
 }
 
-/// What stands in dialogs.
+/// The controls of dialogs.
 QImage dialogSheet() {
   QWidget dialog;
   auto* column = new QVBoxLayout(&dialog);
