@@ -3,16 +3,14 @@
 #include <unordered_map>
 
 #include "format/LetterCase.h"
-#include "fs/Links.h"
+#include "fs/Owners.h"
 #include "fs/z_Filesystem.h"
 #include "lists/ListStatus.h"
 #include "lists/ListTable.h"
 #include "lists/LocalClock.h"
-#include "platform/Accounts.h"
 #include "platform/FolderWalk.h"
 #include "platform/Locale.h"
 #include "platform/Time.h"
-#include "platform/Volumes.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
 
@@ -94,17 +92,6 @@ bool isStillThere(TextView path, TextView oldName, TextView newName) {
   return platform::FindFirstFileW(LongPathPrefix(path), data) == kSuccess;
 }
 
-/// The owner as the list tells it; `keepsOwners`: whether the file system knows any.
-Text ownerText(bool keepsOwners, TextView account) {
-  if (!keepsOwners) return TL(4141, u"Jeder");
-  return account.empty() ? TL(3822, u"-Unbekannt-") : Text(account);
-}
-
-bool keepsOwners(TextView folder) {
-  platform::VolumeInformation volume;
-  return platform::GetVolumeInformationW(folder, volume) == kSuccess && volume.keepsOwners;
-}
-
 }  // namespace
 
 /// Reads one folder.
@@ -180,11 +167,7 @@ class FileList::Reader {
     return seconds > 0 ? LocalClock::dateFromSeconds(seconds) : slow(entry, path_);
   }
 
-  TextView owner(std::uint32_t id) {
-    const auto [known, isNew] = owners_.try_emplace(id);
-    if (isNew) known->second = ownerText(keepsOwners_, platform::LookupAccountName(id));
-    return known->second;
-  }
+  TextView owner(std::uint32_t id) { return ownerTexts_.of(keepsOwners_, id); }
 
   FileTypes& types_;
   mCompare& filter_;
@@ -192,8 +175,8 @@ class FileList::Reader {
   const bool keepsOwners_;
   Contents read_;
   LocalClock clock_;
-  Text path_;                                       // of the file in work
-  std::unordered_map<std::uint32_t, Text> owners_;  // by account
+  Text path_;  // of the file in work
+  const OwnerTexts ownerTexts_;
   std::unordered_map<Text, Grid::RowIndex, TextHash, std::equal_to<>> firstRows_;  // by extension
 };
 
@@ -270,9 +253,8 @@ Text FileList::fullPath(Grid::RowIndex row) const { return Text(shown_.grid.text
 TextView FileList::readOwner(Grid::RowIndex row) {
   Grid& grid = shown_.grid;
   if (grid.text(row, kOwner).empty()) {
-    const bool areKept = keepsOwners(shown_.folder);
-    grid.set(row, kOwner,
-             TextView(ownerText(areKept, areKept ? GetFileOwnerW(fullPath(row)) : Text())));
+    const Text owner = OwnerTexts().at(fullPath(row), keepsOwners(shown_.folder));
+    grid.set(row, kOwner, TextView(owner));
   }
   return grid.text(row, kOwner);
 }

@@ -2,12 +2,10 @@
 
 #include "format/DatePattern.h"
 #include "format/Sizes.h"
-#include "fs/Links.h"
 #include "fs/z_Filesystem.h"
 #include "lists/ListTable.h"
 #include "platform/Process.h"
 #include "platform/Time.h"
-#include "platform/Volumes.h"
 #include "scan/RunScope.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
@@ -156,9 +154,7 @@ void ScanRun::readSource(TextView path, NodeIndex root) {
   state_.filters.SetFileFilter(state_.options);
   state_.filters.SetFolderFilterExclude(state_.options);
   state_.filters.SetFolderFilterInclude(state_.options);
-  platform::VolumeInformation volume;
-  context.KeepsOwners =
-      platform::GetVolumeInformationW(path, volume) == platform::kSuccess && volume.keepsOwners;
+  context.KeepsOwners = keepsOwners(path);
   context.Total = ScanTotals();
   const ScanTotals found = walk(path, root);
   FolderNode& node = state_.tree[root];
@@ -189,10 +185,8 @@ void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   if (platform::FindFirstFileW(path, data) == platform::kSuccess) {
     state_.tree.setIdentity(root, data.identity);
   }
-  if (state_.options.ShowFolderOwner != 1 || !state_.context.KeepsOwners) return;
-  const Text owner = GetFileOwnerW(path);
-  node.owner =
-      state_.tree.ownerNumber(owner.empty() ? WalkTexts::translated().unknownOwner : owner);
+  if (state_.options.ShowFolderOwner != 1) return;
+  node.owner = state_.tree.ownerNumber(OwnerTexts().at(path, state_.context.KeepsOwners));
   node.set(FolderNode::HasOwner);
 }
 

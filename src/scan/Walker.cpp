@@ -2,7 +2,6 @@
 
 #include "fs/Links.h"
 #include "fs/z_Filesystem.h"
-#include "platform/Accounts.h"
 #include "platform/Time.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
@@ -25,10 +24,6 @@ Text hardlinkKey(const FindData& entry) {
 
 }  // namespace
 
-WalkTexts WalkTexts::translated() {
-  return {TL(3822, u"-Unbekannt-"), TL(4141, u"Jeder"), TL(3514, u"Dateien")};
-}
-
 Walker::Walker(const ScanState& state, DerivedLists* lists)
     : options_(state.options),
       tree_(state.tree),
@@ -37,7 +32,7 @@ Walker::Walker(const ScanState& state, DerivedLists* lists)
       ui_(state.ui),
       filters_(state.filters),
       lists_(lists),
-      texts_(WalkTexts::translated()),
+      filesName_(TL(3514, u"Dateien")),
       walk_(state.context.helpers) {}
 
 ScanTotals Walker::Report_ScanFolders(TextView path, NodeIndex node) {
@@ -139,10 +134,8 @@ void Walker::countSize(const FindData& entry, std::int64_t size, std::int32_t li
 
 void Walker::feedFile(const FindData& entry, std::int64_t size, std::int32_t links) {
   TextView owner;
-  if (options_.CreateListOwner == 1 && context_.KeepsOwners) {
-    owner = platform::LookupAccountName(entry.ownerId);
-    if (owner.empty()) owner = texts_.unknownOwner;
-  }
+  if (options_.CreateListOwner == 1 && context_.KeepsOwners)
+    owner = owners_.of(true, entry.ownerId);
   lists_->feedFile({walk_.name(), path_, entry, size, links, owner});
 }
 
@@ -187,11 +180,7 @@ NodeIndex Walker::addFolderNode(const FindData& entry) {
 }
 
 void Walker::setOwner(const FindData& entry, NodeIndex node) {
-  TextView owner = texts_.everyone;
-  if (context_.KeepsOwners) {
-    owner = platform::LookupAccountName(entry.ownerId);
-    if (owner.empty()) owner = texts_.unknownOwner;
-  }
+  const TextView owner = owners_.of(context_.KeepsOwners, entry.ownerId);
   tree_[node].owner = tree_.ownerNumber(owner);
   tree_[node].set(FolderNode::HasOwner);
   if (lists_ != nullptr && options_.CreateListOwner == 1) lists_->feedFolder(owner);
@@ -261,7 +250,7 @@ void Walker::finishFolder() {
 
 /// Beside subfolders the direct files need a row of their own.
 void Walker::addPseudoFolder(const Frame& frame) {
-  const NodeIndex pseudo = tree_.addChild(frame.node, texts_.files, false);
+  const NodeIndex pseudo = tree_.addChild(frame.node, filesName_, false);
   Report_SetNodeSizeAndFilecount(tree_[pseudo], frame.own.Size, frame.own.Files);
   tree_[pseudo].hardlinks = frame.own.Hardlinks;
 }

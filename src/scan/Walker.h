@@ -2,19 +2,11 @@
 
 #include <vector>
 
+#include "fs/Owners.h"
 #include "platform/FolderWalk.h"
 #include "scan/ScanState.h"
 
 namespace ombrelian {
-
-/// Texts that a walk puts into many nodes, looked up once.
-struct WalkTexts {
-  Text unknownOwner;  // "-Unbekannt-"
-  Text everyone;      // "Jeder"
-  Text files;         // "Dateien", the name of pseudo folders
-
-  static WalkTexts translated();
-};
 
 /// Reads one source from the disk in a single pass: counts every file, makes a node for every
 /// folder and feeds the lists. It keeps its own stack, so that no depth is too deep.
@@ -70,7 +62,8 @@ class Walker {
   UserInterface& ui_;
   mCompare& filters_;
   DerivedLists* const lists_;
-  const WalkTexts texts_;
+  const OwnerTexts owners_;
+  const Text filesName_;  // "Dateien", the name of pseudo folders
 
   platform::FolderWalk walk_;
   std::vector<Frame> frames_;

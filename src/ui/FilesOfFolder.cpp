@@ -2,7 +2,7 @@
 
 #include <QApplication>
 
-#include "fs/Links.h"
+#include "fs/Owners.h"
 #include "fs/PathText.h"
 #include "support/Translate.h"
 #include "ui/QtText.h"
@@ -26,8 +26,8 @@ void FilesOfFolder::readLateOwner() {
   FolderTree& tree = state_.session.tree;
   FolderNode& node = tree[NodeIndex(panes_.folders().id(row))];
   if (!node.has(FolderNode::IsFolder) || node.has(FolderNode::HasOwner)) return;
-  const Text owner = GetFileOwnerW(panes_.folders().path(row));
-  node.owner = tree.ownerNumber(owner.empty() ? TL(3822, u"-Unbekannt-") : owner);
+  const Text path = panes_.folders().path(row);
+  node.owner = tree.ownerNumber(OwnerTexts().at(path, keepsOwners(path)));
   node.set(FolderNode::HasOwner);
 }
 

@@ -8,6 +8,8 @@
 #include <cerrno>
 
 #include "fs/Links.h"
+#include "fs/Owners.h"
+#include "platform/Accounts.h"
 #include "support/Guard.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/TestFolder.h"
@@ -120,6 +122,22 @@ TEST(FilesystemTest, AFaultInsideIsHandedToTheSink) {
     throw Fault({9, u"there", u"out of range"});
   }));
   EXPECT_EQ(sink.lines, std::vector<Text>{u"module.procedure out of range"});
+}
+
+TEST(FilesystemTest, AnOwnerIsAnAccountUnknownOrEveryone) {
+  const OwnerTexts owners;
+  const Text name = u"someone";
+  const Text none;
+  EXPECT_EQ(owners.of(true, name), u"someone");
+  EXPECT_EQ(owners.of(true, none), u"-Unbekannt-");
+  EXPECT_EQ(owners.of(false, name), u"Jeder");
+  EXPECT_EQ(owners.of(true, 0xFFFFFFF0U), u"-Unbekannt-") << "no account has that number";
+  EXPECT_EQ(owners.of(false, 0U), u"Jeder");
+  const TestFolder folder;
+  EXPECT_EQ(owners.at(folder.text(), true), platform::GetUserNameW());
+  EXPECT_EQ(owners.at(folder.text("missing"), true), u"-Unbekannt-");
+  EXPECT_EQ(owners.at(folder.text("missing"), false), u"Jeder");
+  EXPECT_TRUE(keepsOwners(folder.text()));
 }
 
 TEST(FilesystemTest, HardlinksHaveOneIdentity) {

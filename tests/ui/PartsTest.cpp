@@ -174,6 +174,27 @@ TEST_F(PartsTest, FilesFollowTheSelectedFolderWhileTheirListIsVisible) {
   EXPECT_TRUE(made_.state->files.folder().empty());
 }
 
+TEST_F(PartsTest, AnOwnerThatIsReadLateIsTheOneOfTheWalk) {
+  ListPane& tree = made_.panes->pane(ListId::Folders);
+  tree.list().setColumnVisible(FolderColumnId::Owner, true);
+  const auto owner = [&](int row) {
+    return tree.model().index(row, FolderColumnId::Owner).data().toString();
+  };
+  made_.session.options.ShowFolderOwner = 1;
+  made_.scans->scan({tree_.text()});
+  const QStringList walked = {owner(0), owner(1)};
+  EXPECT_FALSE(walked[0].isEmpty()) << "a source has its owner too";
+  made_.session.tree.clear();
+  made_.session.options.ShowFolderOwner = 0;
+  made_.scans->scan({tree_.text()});
+  EXPECT_TRUE(owner(1).isEmpty());
+  for (const int row : {0, 1}) {
+    tree.list().goTo(std::size_t(row));
+    made_.files->selectedFolderChanged();
+    EXPECT_EQ(owner(row), walked[row]);
+  }
+}
+
 TEST_F(PartsTest, LevelsAreExpandedAndSourcesTakenAway) {
   FolderCommands folders(*made_.state, *made_.panes, *made_.area, *made_.files);
   made_.scans->scan({tree_.text()});
