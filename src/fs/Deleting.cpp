@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "fs/PathText.h"
+#include "fs/z_Filesystem.h"
 #include "platform/Files.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
@@ -91,7 +92,7 @@ Failure xDeleteFile_W(const platform::ShownObject& file, bool force) {
 
 bool isMissingObject(TextView path) {
   platform::FindData data;
-  return platform::isMissing(platform::FindFirstFileW(LongPathPrefix(path), data));
+  return platform::isMissing(findObject(path, data));
 }
 
 bool RemoveDirectoryForce_W(const platform::ShownObject& folder) {

@@ -36,7 +36,7 @@ std::int32_t xGetHardlinkCount(TextView path, Text* id, Text& errorText) {
       kModule, u"xGetHardlinkCount",
       [&]() -> std::int32_t {
         FindData data;
-        const ErrorCode error = platform::FindFirstFileW(LongPathPrefix(path), data);
+        const ErrorCode error = findObject(path, data);
         if (error != kSuccess) {
           errorText = TL(4071,
                          u"Die Datei '%1' konnte nicht geöffnet werden. "
@@ -69,7 +69,7 @@ Text GetFileOwnerW(TextView path) {
       kModule, u"GetFileOwnerW",
       [&]() -> Text {
         FindData data;
-        if (platform::FindFirstFileW(LongPathPrefix(path), data) != kSuccess) return {};
+        if (findObject(path, data) != kSuccess) return {};
         return platform::LookupAccountName(data.ownerId);
       },
       nothing<Text>);

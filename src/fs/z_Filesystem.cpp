@@ -48,7 +48,7 @@ Date dateByPath(TextView path, FileTime FindData::*field, TextView errorName) {
       kModule, u"xGetFileDate",
       [&]() -> Date {
         FindData data;
-        if (platform::FindFirstFileW(LongPathPrefix(path), data) != kSuccess) return 0;
+        if (findObject(path, data) != kSuccess) return 0;
         return dateOf(data.*field, path, errorName);
       },
       nothing<Date>);
@@ -77,10 +77,14 @@ std::size_t firstComponentEnd(TextView path, char16_t separator) {
 
 }  // namespace
 
+ErrorCode findObject(TextView path, FindData& data) {
+  return platform::FindFirstFileW(LongPathPrefix(path), data);
+}
+
 bool xExistFile_W(TextView path) {
   return Guarded(kModule, u"xExistFile_W", [&] {
     FindData data;
-    return platform::FindFirstFileW(LongPathPrefix(path), data) == kSuccess;
+    return findObject(path, data) == kSuccess;
   });
 }
 
@@ -95,7 +99,7 @@ std::uint32_t xGetFileAttributesWide(TextView path) {
       kModule, u"xGetFileAttributesWide",
       [&]() -> std::uint32_t {
         FindData data;
-        const ErrorCode error = platform::FindFirstFileW(LongPathPrefix(path), data);
+        const ErrorCode error = findObject(path, data);
         return error == kSuccess ? data.dwFileAttributes : 0;
       },
       nothing<std::uint32_t>);

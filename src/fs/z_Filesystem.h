@@ -9,7 +9,10 @@ namespace ombrelian {
 // The file primitives that everything above uses. None throws; a missing path gives false, 0 or
 // empty; a reason comes back where a caller can log it.
 
-/// True for whatever stands under that name, a folder or a dangling link too.
+/// Asks the system about the object at `path` itself; a link is not followed.
+platform::ErrorCode findObject(TextView path, platform::FindData& data);
+
+/// True for whatever has that name, a folder or a dangling link too.
 bool xExistFile(TextView path);
 bool xExistFile_W(TextView path);
 

@@ -51,29 +51,23 @@ constexpr const Column& kType = kDriveTable[8];
 constexpr const Column& kCluster = kDriveTable[9];
 constexpr const Column& kPath = kDriveTable[10];
 
-/// "#21 - ...", with this list's own words where the system's would not help.
-Text numberedError(ErrorCode code) {
-  const Text number = u"#" + toText(code) + u" - ";
-  switch (code) {
-    case platform::kTimeout:
-      return number + TL(9402, u"Das Laufwerk antwortet nicht.");
-    case platform::kNetworkPathNotFound:
-      return number + TL(9403, u"Der Netzwerkpfad ist nicht eingehängt.");
-    case platform::kNetworkGone:
-      return number + TL(9051, u"Der Laufwerksbuchstabe ist momentan nicht verbunden");
-    default:
-      return xGetErrorText(true, code);
-  }
-}
-
-Text withoutNumber(const Text& error) {
-  const auto dash = error.find(u" - ");
-  return dash == Text::npos ? error : error.substr(dash + 3);
+/// What to show of an error: this list's own words where the system's would not help. Network paths
+/// show the number of the error too.
+Text errorShown(ErrorCode code, bool isNetwork) {
+  Text text;
+  if (code == platform::kTimeout) text = TL(9402, u"Das Laufwerk antwortet nicht.");
+  if (code == platform::kNetworkPathNotFound)
+    text = TL(9403, u"Der Netzwerkpfad ist nicht eingehängt.");
+  if (code == platform::kNetworkGone)
+    text = TL(9051, u"Der Laufwerksbuchstabe ist momentan nicht verbunden");
+  if (text.empty()) return xGetErrorText(isNetwork, code);
+  return isNetwork ? u"#" + toText(code) + u" - " + text : text;
 }
 
 /// Whether nothing more can be learnt of a drive after such an error.
-bool isGone(TextView error) {
-  return error.starts_with(u"#64 ") || error.starts_with(u"#21 ") || error.starts_with(u"#3 ");
+bool isGone(ErrorCode code) {
+  return code == platform::kNetworkGone || code == platform::kNotReady ||
+         code == platform::kPathNotFound;
 }
 
 Text withoutFinalSeparators(TextView path) {
@@ -129,14 +123,7 @@ class DriveList::Reading {
     if (kind == platform::kDriveRemote) {
       grid().set(row, kPath, TextView(platform::WNetGetConnectionW(root)));
     }
-    Text error;
-    grid().set(row, kName, TextView(xGetDriveLabelW(root, error)));
-    if (!isGone(error)) {
-      Text fileSystemError;
-      grid().set(row, kFileSystem, TextView(xGetDriveFileSystem(root, fileSystemError)));
-      if (error.empty()) error = fileSystemError;
-    }
-    setError(row, error);
+    const ErrorCode error = showVolume(row, root);
     if (!isGone(error)) ask(row, root);
   }
 
@@ -161,7 +148,7 @@ class DriveList::Reading {
       if (answers[i].error == kSuccess) {
         Drives_AddSizeValues(grid(), asked_[i], answers[i].space);
       } else {
-        setError(asked_[i], numberedError(answers[i].error));
+        setError(asked_[i], answers[i].error);
       }
     }
   }
@@ -181,12 +168,20 @@ class DriveList::Reading {
     grid().set(row, kPath, TextView(root));
     if (root.empty()) {
       grid().set(row, kFileSystem, TextView(u"?"));
-      return setError(row, numberedError(platform::kNetworkPathNotFound));
+      return setError(row, platform::kNetworkPathNotFound);
     }
-    Text error;
-    grid().set(row, kFileSystem, TextView(xGetDriveFileSystem(root, error)));
+    if (showVolume(row, root) == kSuccess) ask(row, root);
+  }
+
+  /// Shows label and file system of a volume; of a drive that is gone neither.
+  ErrorCode showVolume(Grid::RowIndex row, const Text& root) {
+    platform::VolumeInformation volume;
+    const ErrorCode error = platform::GetVolumeInformationW(root, volume);
+    if (!isNetworkPath(grid().text(row, kDrive))) grid().set(row, kName, TextView(volume.label));
+    if (error == kSuccess) grid().set(row, kFileSystem, TextView(volume.fileSystem));
+    if (error != kSuccess && !isGone(error)) grid().set(row, kFileSystem, TextView(u"?"));
     setError(row, error);
-    if (error.empty()) ask(row, root);
+    return error;
   }
 
   void ask(Grid::RowIndex row, const Text& root) {
@@ -194,17 +189,16 @@ class DriveList::Reading {
     roots_.push_back(root);
   }
 
-  /// Empty: there is none. The number is for network paths alone.
-  void setError(Grid::RowIndex row, const Text& error) {
-    if (error.empty()) return;
+  void setError(Grid::RowIndex row, ErrorCode error) {
+    if (error == kSuccess) return;
     const bool isNetwork = isNetworkPath(grid().text(row, kDrive));
-    rows_.errors[grid().id(row)] = isNetwork ? error : withoutNumber(error);
+    rows_.errors[grid().id(row)] = errorShown(error, isNetwork);
   }
 
   Contents& rows_;
   const Probe& probe_;
   std::vector<Grid::RowIndex> asked_;
-  std::vector<Text> roots_;  // of those
+  std::vector<Text> roots_;  // mount points of the drives in asked_
 };
 
 DriveList::Contents::Contents() : grid(kDriveTable) {}

@@ -89,7 +89,7 @@ bool isPlainName(TextView name) {
 bool isStillThere(TextView path, TextView oldName, TextView newName) {
   if (lowerCase(oldName) == lowerCase(newName)) return false;
   FindData data;
-  return platform::FindFirstFileW(LongPathPrefix(path), data) == kSuccess;
+  return findObject(path, data) == kSuccess;
 }
 
 }  // namespace
@@ -108,10 +108,10 @@ class FileList::Reader {
 
   Contents& read(const GoOn& goOn) {
     platform::FolderWalk walk(platform::kHelpersByDevice, platform::WalkReach::OneFolder);
-    platform::ErrorCode error = walk.FindFirstFileW(LongPathPrefix(read_.folder));
+    platform::ErrorCode error = walk.openSource(read_.folder);
     if (error == kSuccess) {
       Pause pause;
-      while (const FindData* const entry = walk.FindNextFileW()) {
+      while (const FindData* const entry = walk.nextEntry()) {
         if (!entry->isFolder()) take(*entry, walk.name());
         if (goOn && pause.isDue() && !goOn()) return read_;
       }
@@ -278,10 +278,10 @@ std::optional<FindData> FileList::otherNamed(Grid::RowIndex row, TextView name) 
   const Text path = fullPath(row);
   const Text newPath = shown_.folder + Text(name);
   if (name.empty() || !isPlainName(name) || newPath == path) return {};
-  if (platform::FindFirstFileW(LongPathPrefix(newPath), other) != kSuccess) return {};
+  if (findObject(newPath, other) != kSuccess) return {};
   // Where case does not count, another spelling is the file itself.
-  const bool isItself = platform::FindFirstFileW(LongPathPrefix(path), own) == kSuccess &&
-                        own.identity == other.identity && own.linkCount < 2;
+  const bool isItself =
+      findObject(path, own) == kSuccess && own.identity == other.identity && own.linkCount < 2;
   if (isItself) return {};
   return other;
 }

@@ -208,7 +208,7 @@ void TopLists::List_TOP_GetAllNodeValues(ListId list) {
       full.insert(0, grid.text(row, grid.column(u"path")));
     }
     platform::FindData data;
-    if (platform::FindFirstFileW(LongPathPrefix(full), data) != platform::kSuccess) continue;
+    if (findObject(full, data) != platform::kSuccess) continue;
     grid.set(row, grid.column(u"datemodified"), xGetFileModifyDateByWFD(data, full));
     grid.set(row, grid.column(u"datecreate"), xGetFileCreateDateByWFD(data, full));
     grid.set(row, grid.column(u"dateaccess"), xGetFileAccessDateByWFD(data, full));

@@ -7,6 +7,7 @@
 #include "fs/Links.h"
 #include "fs/PathText.h"
 #include "fs/Recycling.h"
+#include "fs/z_Filesystem.h"
 #include "lists/ListStatus.h"
 #include "platform/Files.h"
 #include "platform/Time.h"
@@ -27,7 +28,7 @@ constexpr std::uint64_t kProgressIntervalMs = 100;
 
 /// Asks about an object, and whether it may go.
 platform::ErrorCode look(const platform::ShownObject& object, platform::FindData& data) {
-  const platform::ErrorCode error = platform::FindFirstFileW(object.path, data);
+  const platform::ErrorCode error = findObject(object.path, data);
   if (error != platform::kSuccess) return error;
   if (object.identity.index != 0 && !(object.identity == data.identity))
     return platform::kObjectReplaced;

@@ -40,8 +40,7 @@ Text renameFolder(FolderTree& tree, TextView path, TextView name) {
         appendName(newPath, name);
         platform::FindData replaced;
         const bool replacesFile =
-            platform::FindFirstFileW(LongPathPrefix(newPath), replaced) == platform::kSuccess &&
-            !replaced.isFolder();
+            findObject(newPath, replaced) == platform::kSuccess && !replaced.isFolder();
         if (Text error = xMoveFile_W(path, newPath); !error.empty()) return error;
         if (replacesFile) {
           takeOutFile(tree, folder, xGetFileSizeByWFD_W(replaced));

@@ -182,7 +182,7 @@ void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   // That something is mounted on a source is what makes it a drive, not a junction.
   node.attributes = data.dwFileAttributes & ~platform::kAttributeReparsePoint;
   // What goes when a source is deleted is a link to it, where there is one.
-  if (platform::FindFirstFileW(path, data) == platform::kSuccess) {
+  if (findObject(path, data) == platform::kSuccess) {
     state_.tree.setIdentity(root, data.identity);
   }
   if (state_.options.ShowFolderOwner != 1) return;

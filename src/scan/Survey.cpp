@@ -33,18 +33,18 @@ void Survey::count(const FindData& data) {
 
 bool Survey::walk(TextView folder, const GoOn& goOn) {
   platform::FolderWalk walk(helpers_);
-  if (walk.FindFirstFileW(folder) != kSuccess) ++unreadable;
+  if (walk.openSource(folder) != kSuccess) ++unreadable;
   while (walk.depth() > 0) {
-    const FindData* const entry = walk.FindNextFileW();
+    const FindData* const entry = walk.nextEntry();
     if (entry == nullptr) {
       if (walk.listError() != kSuccess) ++unreadable;
-      walk.FindClose();
+      walk.goOut();
       continue;
     }
     count(*entry);
     if (!goOn(objects())) return false;
     if (!entry->isFolder() || entry->isReparse()) continue;
-    const platform::ErrorCode error = walk.FindFirstFileW();
+    const platform::ErrorCode error = walk.goIn();
     if (error != kSuccess && !platform::isMissing(error)) ++unreadable;
   }
   return true;

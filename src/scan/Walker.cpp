@@ -45,7 +45,7 @@ ScanTotals Walker::Report_ScanFolders(TextView path, NodeIndex node) {
 
 void Walker::enterSource(NodeIndex node) {
   frames_.push_back({node, {}, {}, path_.size(), true});
-  const ErrorCode error = walk_.FindFirstFileW(path_);
+  const ErrorCode error = walk_.openSource(path_);
   if (error == platform::kSuccess) return;
   frames_.back().isOpen = false;
   markError(node, error);
@@ -55,8 +55,7 @@ void Walker::enterSource(NodeIndex node) {
 void Walker::walk() {
   bool cancelled = false;
   for (;;) {
-    const FindData* const entry =
-        frames_.back().isOpen && !cancelled ? walk_.FindNextFileW() : nullptr;
+    const FindData* const entry = frames_.back().isOpen && !cancelled ? walk_.nextEntry() : nullptr;
     if (entry != nullptr && !(cancelled = isCancelled())) {
       if (isLeftOut(*entry)) {
         continue;
@@ -68,7 +67,7 @@ void Walker::walk() {
       continue;
     }
     if (!cancelled) finishFolder();
-    if (frames_.back().isOpen) walk_.FindClose();
+    if (frames_.back().isOpen) walk_.goOut();
     if (frames_.size() == 1) return;
     leaveFolder();
   }
@@ -205,7 +204,7 @@ bool Walker::enterFolder(const FindData& entry, NodeIndex node) {
   const std::size_t pathLength = path_.size();
   path_ += walk_.name();
   path_ += platform::kNativeSeparator;
-  const ErrorCode error = walk_.FindFirstFileW();
+  const ErrorCode error = walk_.goIn();
   if (entry.isReparse() && (error == platform::kLinkLoop || error == platform::kNotSupported)) {
     path_.resize(pathLength);
     return false;

@@ -26,8 +26,8 @@ using ombrelian::testing::TestFolder;
 std::map<std::string, FindData> listFolder(const Text& path) {
   std::map<std::string, FindData> entries;
   FolderWalk walk;
-  EXPECT_EQ(walk.FindFirstFileW(path), kSuccess);
-  while (const FindData* const entry = walk.FindNextFileW()) {
+  EXPECT_EQ(walk.openSource(path), kSuccess);
+  while (const FindData* const entry = walk.nextEntry()) {
     entries[toBytes(walk.name())] = *entry;
   }
   EXPECT_EQ(walk.listError(), kSuccess);
@@ -102,11 +102,11 @@ TEST(FolderWalkTest, AnyNameComesBackAsItWas) {
     folder.folder(name);
   std::set<std::string> found;
   FolderWalk walk;
-  ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
-  while (walk.FindNextFileW() != nullptr) {
+  ASSERT_EQ(walk.openSource(folder.text()), kSuccess);
+  while (walk.nextEntry() != nullptr) {
     found.insert(toBytes(walk.name()));
-    ASSERT_EQ(walk.FindFirstFileW(), kSuccess) << toBytes(walk.name());
-    walk.FindClose();
+    ASSERT_EQ(walk.goIn(), kSuccess) << toBytes(walk.name());
+    walk.goOut();
   }
   EXPECT_EQ(found, names);
 }
@@ -115,12 +115,12 @@ TEST(FolderWalkTest, AnyNameComesBackAsItWas) {
 std::multiset<std::string> walkFiles(FolderWalk& walk) {
   std::multiset<std::string> files;
   while (walk.depth() > 0) {
-    const FindData* const entry = walk.FindNextFileW();
+    const FindData* const entry = walk.nextEntry();
     if (entry == nullptr) {
       EXPECT_EQ(walk.listError(), kSuccess);
-      walk.FindClose();
+      walk.goOut();
     } else if (entry->isFolder()) {
-      EXPECT_EQ(walk.FindFirstFileW(), kSuccess);
+      EXPECT_EQ(walk.goIn(), kSuccess);
     } else {
       files.insert(toBytes(walk.name()));
     }
@@ -148,7 +148,7 @@ TEST(FolderWalkTest, GoesDeepWithFewDescriptors) {
   const struct rlimit few = {100, before.rlim_max};
   setrlimit(RLIMIT_NOFILE, &few);
   FolderWalk walk;
-  EXPECT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
+  EXPECT_EQ(walk.openSource(folder.text()), kSuccess);
   EXPECT_EQ(walkFiles(walk), expected);
   setrlimit(RLIMIT_NOFILE, &before);
 }
@@ -166,7 +166,7 @@ TEST(FolderWalkTest, ComesBackFromBehindALink) {
     expected.insert(name);
   }
   FolderWalk walk;
-  ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
+  ASSERT_EQ(walk.openSource(folder.text()), kSuccess);
   EXPECT_EQ(walkFiles(walk), expected);
 }
 
@@ -175,24 +175,24 @@ TEST(FolderWalkTest, ALinkToAnAncestorIsToldAndNotFollowed) {
   folder.folder("a/b");
   folder.symlink("a/b/up", "../..");
   FolderWalk walk;
-  ASSERT_EQ(walk.FindFirstFileW(folder.text("a")), kSuccess);
-  ASSERT_NE(walk.FindNextFileW(), nullptr);
-  ASSERT_EQ(walk.FindFirstFileW(), kSuccess);
-  ASSERT_NE(walk.FindNextFileW(), nullptr);
+  ASSERT_EQ(walk.openSource(folder.text("a")), kSuccess);
+  ASSERT_NE(walk.nextEntry(), nullptr);
+  ASSERT_EQ(walk.goIn(), kSuccess);
+  ASSERT_NE(walk.nextEntry(), nullptr);
   ErrorCode error = kSuccess;
   EXPECT_EQ(walk.reparseTarget(folder.text("a/b/up"), error), u"../..");
-  EXPECT_EQ(walk.FindFirstFileW(), kSuccess) << "the parent of the source is no ancestor";
-  walk.FindClose();
-  walk.FindClose();
-  walk.FindClose();
+  EXPECT_EQ(walk.goIn(), kSuccess) << "the parent of the source is no ancestor";
+  walk.goOut();
+  walk.goOut();
+  walk.goOut();
 
-  ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
+  ASSERT_EQ(walk.openSource(folder.text()), kSuccess);
   for (int i = 0; i < 2; ++i) {
-    ASSERT_NE(walk.FindNextFileW(), nullptr);
-    ASSERT_EQ(walk.FindFirstFileW(), kSuccess);
+    ASSERT_NE(walk.nextEntry(), nullptr);
+    ASSERT_EQ(walk.goIn(), kSuccess);
   }
-  ASSERT_NE(walk.FindNextFileW(), nullptr);
-  EXPECT_EQ(walk.FindFirstFileW(), kLinkLoop);
+  ASSERT_NE(walk.nextEntry(), nullptr);
+  EXPECT_EQ(walk.goIn(), kLinkLoop);
 }
 
 TEST(FolderWalkTest, AFolderRemovedWhileReadIsEmpty) {
@@ -200,15 +200,15 @@ TEST(FolderWalkTest, AFolderRemovedWhileReadIsEmpty) {
   folder.folder("a");
   folder.folder("b");
   FolderWalk walk(0);  // helpers might have read it before it goes
-  ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
-  ASSERT_NE(walk.FindNextFileW(), nullptr);
+  ASSERT_EQ(walk.openSource(folder.text()), kSuccess);
+  ASSERT_NE(walk.nextEntry(), nullptr);
   const std::string first = toBytes(walk.name());
   ASSERT_EQ(rmdir(folder.path(first).c_str()), 0);
-  EXPECT_EQ(walk.FindFirstFileW(), kFileNotFound);
-  ASSERT_NE(walk.FindNextFileW(), nullptr) << "the other folder is still listed";
-  ASSERT_EQ(walk.FindFirstFileW(), kSuccess);
+  EXPECT_EQ(walk.goIn(), kFileNotFound);
+  ASSERT_NE(walk.nextEntry(), nullptr) << "the other folder is still listed";
+  ASSERT_EQ(walk.goIn(), kSuccess);
   ASSERT_EQ(rmdir(folder.path(first == "a" ? "b" : "a").c_str()), 0);
-  EXPECT_EQ(walk.FindNextFileW(), nullptr);
+  EXPECT_EQ(walk.nextEntry(), nullptr);
   EXPECT_EQ(walk.listError(), kSuccess);
 }
 
@@ -216,10 +216,10 @@ TEST(FolderWalkTest, FailuresAreTold) {
   const TestFolder folder;
   folder.file("folder/file");
   FolderWalk walk;
-  EXPECT_EQ(walk.FindFirstFileW(folder.text("missing")), kFileNotFound);
-  EXPECT_EQ(walk.FindFirstFileW(folder.text("folder/file")), kNotADirectory);
+  EXPECT_EQ(walk.openSource(folder.text("missing")), kFileNotFound);
+  EXPECT_EQ(walk.openSource(folder.text("folder/file")), kNotADirectory);
   const ScopedFault fault({Call::Getdents, {}, EIO});
-  EXPECT_EQ(walk.FindFirstFileW(folder.text("folder")), kInputOutputError);
+  EXPECT_EQ(walk.openSource(folder.text("folder")), kInputOutputError);
   EXPECT_EQ(walk.depth(), 0U);
 }
 
@@ -229,10 +229,10 @@ TEST(FolderWalkTest, AnEntryThatCannotBeAskedIsStillThere) {
   folder.folder("folder");
   const ScopedFault denied({Call::Statx, "f", EACCES});
   FolderWalk walk;
-  ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
+  ASSERT_EQ(walk.openSource(folder.text()), kSuccess);
   int folders = 0;
   for (int i = 0; i < 2; ++i) {
-    const FindData* const entry = walk.FindNextFileW();
+    const FindData* const entry = walk.nextEntry();
     ASSERT_NE(entry, nullptr);
     EXPECT_EQ(entry->statError, kAccessDenied);
     folders += entry->isFolder() ? 1 : 0;
@@ -246,10 +246,10 @@ TEST(FolderWalkTest, HelpersLeaveSubfoldersOfAOneFolderWalkAlone) {
     folder.file("below" + std::to_string(i) + "/file");
   const ScopedFault opened({Call::Openat, "below", EACCES});
   FolderWalk walk(2, WalkReach::OneFolder);
-  ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
+  ASSERT_EQ(walk.openSource(folder.text()), kSuccess);
   int entries = 0;
-  while (walk.FindNextFileW() != nullptr) {
-    EXPECT_EQ(walk.FindFirstFileW(), kAccessDenied);
+  while (walk.nextEntry() != nullptr) {
+    EXPECT_EQ(walk.goIn(), kAccessDenied);
     ++entries;
     EXPECT_EQ(opened.hits(), entries);  // by the walk itself
   }

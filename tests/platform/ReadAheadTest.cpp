@@ -39,20 +39,20 @@ std::string line(const FindData& entry, const std::string& name, std::size_t dep
 std::vector<std::string> diaryOf(const Text& source, int helpers) {
   std::vector<std::string> diary;
   FolderWalk walk(helpers);
-  EXPECT_EQ(walk.FindFirstFileW(source), kSuccess);
+  EXPECT_EQ(walk.openSource(source), kSuccess);
   while (walk.depth() > 0) {
-    const FindData* const entry = walk.FindNextFileW();
+    const FindData* const entry = walk.nextEntry();
     const std::string name = entry == nullptr ? "" : toBytes(walk.name());
     const std::size_t fate = std::hash<std::string>()(name) % 2000;
     if (entry == nullptr || (fate == 0 && walk.depth() > 2)) {
       diary.push_back("leave " + std::to_string(walk.listError()));
-      walk.FindClose();
+      walk.goOut();
       continue;
     }
     diary.push_back(line(*entry, name, walk.depth()));
     if (!entry->isFolder() || (fate < 100 && walk.depth() > 2)) continue;
     if (entry->isReparse() && fate < 1800) continue;
-    if (const ErrorCode error = walk.FindFirstFileW(); error != kSuccess) {
+    if (const ErrorCode error = walk.goIn(); error != kSuccess) {
       diary.push_back("closed " + std::to_string(error));
     }
   }
@@ -119,11 +119,11 @@ TEST_F(ReadAheadTest, ABrokenListingKeepsWhatWasRead) {
   for (const int helpers : {0, 2}) {
     const ScopedFault fault({Call::Getdents, {}, EIO, 5, 1});  // the source takes two questions
     FolderWalk walk(helpers);
-    ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
-    ASSERT_NE(walk.FindNextFileW(), nullptr);
-    ASSERT_EQ(walk.FindFirstFileW(), kSuccess);
+    ASSERT_EQ(walk.openSource(folder.text()), kSuccess);
+    ASSERT_NE(walk.nextEntry(), nullptr);
+    ASSERT_EQ(walk.goIn(), kSuccess);
     int entries = 0;
-    while (walk.FindNextFileW() != nullptr)
+    while (walk.nextEntry() != nullptr)
       ++entries;
     EXPECT_EQ(walk.listError(), kInputOutputError);
     EXPECT_GT(entries, 1000) << helpers;
@@ -256,15 +256,15 @@ TEST_F(ReadAheadTest, ATreeThatChangesUnderTheWalk) {
   std::mt19937 random;
   for (int round = 0; round < 300; ++round) {
     FolderWalk walk(kHelperCounts[round % 4]);
-    ASSERT_EQ(walk.FindFirstFileW(folder.text()), kSuccess);
+    ASSERT_EQ(walk.openSource(folder.text()), kSuccess);
     const bool isCancelled = round % 2 == 0;
     for (auto left = unsigned(random() % 2000); walk.depth() > 0 && (!isCancelled || left > 0);
          --left) {
-      const FindData* const entry = walk.FindNextFileW();
+      const FindData* const entry = walk.nextEntry();
       if (entry == nullptr) {
-        walk.FindClose();
+        walk.goOut();
       } else if (entry->isFolder() && !entry->isReparse()) {
-        static_cast<void>(walk.FindFirstFileW());
+        static_cast<void>(walk.goIn());
       }
     }
   }

@@ -394,11 +394,11 @@ Text FolderWalk::Implementation::reparseTarget(TextView path, ErrorCode& error) 
 FolderWalk::FolderWalk(int helpers, WalkReach reach)
     : implementation_(std::make_unique<Implementation>(helpers, reach)) {}
 FolderWalk::~FolderWalk() = default;
-ErrorCode FolderWalk::FindFirstFileW(TextView path) { return implementation_->openSource(path); }
-ErrorCode FolderWalk::FindFirstFileW() { return implementation_->openCurrent(); }
-const FindData* FolderWalk::FindNextFileW() { return implementation_->next(); }
+ErrorCode FolderWalk::openSource(TextView path) { return implementation_->openSource(path); }
+ErrorCode FolderWalk::goIn() { return implementation_->openCurrent(); }
+const FindData* FolderWalk::nextEntry() { return implementation_->next(); }
 ErrorCode FolderWalk::listError() const { return implementation_->listError(); }
-void FolderWalk::FindClose() { implementation_->close(); }
+void FolderWalk::goOut() { implementation_->close(); }
 TextView FolderWalk::name() { return implementation_->name(); }
 std::size_t FolderWalk::depth() const { return implementation_->depth(); }
 
