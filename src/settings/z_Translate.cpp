@@ -103,8 +103,9 @@ void addRecord(TextView line, CStringCollection& texts) {
 int usersLanguage(TextView programFolder) {
   const Language& language = findLanguage(platform::GetUserDefaultLangID());
   platform::FindData data;
-  const bool isHere = language.file.empty() ||
-                      platform::FindFirstFileW(packPath(programFolder, language), data) == platform::kSuccess;
+  const bool isHere =
+      language.file.empty() ||
+      platform::FindFirstFileW(packPath(programFolder, language), data) == platform::kSuccess;
   return isHere ? language.id : kEnglish;
 }
 
