@@ -145,7 +145,8 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
 
 }  // namespace
 
-/// Arguments: the folder for the pictures, a prefix of their names, "light" or "dark", "de" or "en".
+/// Arguments: the folder for the pictures, a prefix of their names, "light" or "dark", "de" or
+/// "en".
 int main(int argc, char** argv) {
   if (argc < 5) return 2;
   QApplication application(argc, argv);

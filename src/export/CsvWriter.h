@@ -17,7 +17,7 @@ class CsvWriter : public TextReport {
  private:
   void openCell();
 
-  Text line_;  // of the row in work
+  Text line_;  // text of the current row
 };
 
 }  // namespace ombrelian

@@ -70,7 +70,7 @@ bool FolderFeed::isFollowed(NodeIndex node) const {
 bool FolderFeed::giveChildren(Walk& walk, NodeIndex start, Text path) const {
   const FolderTree& tree = report_.tree();
   if (!isStartFollowed(start)) return true;
-  std::vector<std::size_t> lengths;  // of path above each level that is being visited
+  std::vector<std::size_t> lengths;  // length of the path above each visited level
   Text name;
   NodeIndex node = tree[start].firstChild;
   while (node != kNoNode) {

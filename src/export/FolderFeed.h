@@ -10,7 +10,7 @@ struct LevelLimit {
   enum class Kind { All, Number, Expanded };
 
   Kind kind = Kind::All;
-  std::int32_t levels = 0;  // of Number: the deepest level that has rows; 0: sources only
+  std::int32_t levels = 0;  // for Number the deepest level that has rows; 0: sources only
 };
 
 /// The rows of the folder report from a start row on, in the order in which they are written. Rows
@@ -29,7 +29,7 @@ class FolderFeed : public ReportFeed {
   /// What a walk keeps.
   struct Walk {
     ReportSink& sink;
-    std::uint64_t number = 0;  // of the last row
+    std::uint64_t number = 0;  // number of the last row
   };
 
   Text startName(NodeIndex node) const;

@@ -13,7 +13,7 @@ inline constexpr std::int32_t kKeepDelimiter = -1;
 /// Saves the folder report to a file.
 class FolderSave {
  public:
-  /// All are kept by reference.
+  /// All arguments are kept by reference.
   FolderSave(const FolderReport& report, const Options& options, UserInterface& ui)
       : report_(report), options_(options), ui_(ui) {}
 

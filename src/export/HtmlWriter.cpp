@@ -20,7 +20,7 @@ constexpr TextView kKeyBegin = u" sorttable_customkey='";
 // Numbers as scripts read them, whatever the locale.
 
 void appendDays(Date date, Text& out) {
-  constexpr int kDigits = 15;  // as many as every date keeps
+  constexpr int kDigits = 15;  // digits that every date keeps
   char digits[32];
   const auto end =
       std::to_chars(digits, std::end(digits), date, std::chars_format::general, kDigits);

@@ -7,7 +7,7 @@
 namespace ombrelian {
 namespace {
 
-/// All rows of a grid, from one source.
+/// Feeds all rows of a grid as those of one source.
 class GridFeed : public ReportFeed {
  public:
   GridFeed(const Grid& grid, const ReportSource& source) : grid_(grid), source_(source) {}

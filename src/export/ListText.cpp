@@ -57,7 +57,7 @@ class Table {
   }
 
  private:
-  std::vector<std::size_t> widths_;  // by column
+  std::vector<std::size_t> widths_;  // width of each column
   std::vector<Text> cells_;          // row after row
 };
 

@@ -12,9 +12,9 @@ struct ReportList {
   const ReportShape& shape;
   const CellSource& cells;
   const CellFormat& format;
-  std::vector<const Column*> columns;  // in the order of the report
+  std::vector<const Column*> columns;  // columns in the order of the report
 
-  // By which the rows were sorted when the report was made; null: none of those that are written.
+  // The column by which the rows were sorted; null: a column that is not written, or none.
   const Column* sortColumn = nullptr;
   bool sortedDescending = false;
 };
@@ -30,14 +30,14 @@ struct ReportRow {
   CellSource::RowIndex index = 0;
   std::uint64_t number = 0;  // counted from 1
   TextView name = {};        // goes before the cell of the first column; empty: the cell counts
-  std::uint32_t level = 0;   // of a source 0
+  std::uint32_t level = 0;   // depth in the tree; a source has 0
   bool isStart = false;      // the row that a source begins with
 };
 
 /// The rows of `list`, cell by cell.
 class ReportCells {
  public:
-  /// Kept by reference.
+  /// The arguments are kept by reference.
   explicit ReportCells(const ReportList& list) : list_(list) {}
 
   /// Appends the cell of the list itself.

@@ -6,7 +6,7 @@ namespace ombrelian {
 
 /// Which form of a cell a format takes.
 enum class CellForm {
-  Shown,         // as the list shows it
+  Shown,         // the text that the list shows
   Plain,         // without mask
   ShownOrPlain,  // without mask only where the list shows nothing
 };
@@ -17,7 +17,7 @@ struct ReportShape {
   // TXT
   bool blankLineBeforeHead;  // and the list's title once, in front of all sources
   bool labelsDrives;         // a drive's path has its label behind it
-  bool alignsCaptions;       // as their columns; else all at the left
+  bool alignsCaptions;       // captions are aligned like their columns; else all at the left
   bool trimsLines;           // no blanks at the ends of lines
   bool wholePercents;        // rounded, without mask
   CellForm txtCell;

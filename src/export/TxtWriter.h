@@ -35,8 +35,8 @@ class TxtWriter : public TextReport {
 
   std::vector<Slot> slots_;
   Text dividingLine_;
-  Text line_;  // of the row in work
-  Text cell_;  // of the cell in work
+  Text line_;  // text of the current row
+  Text cell_;  // text of the current cell
 };
 
 /// Appends `text`, and as many blanks as it is shorter than `width` (code units): behind it if

@@ -44,12 +44,12 @@ class XlsxWriter : public ReportWriter {
   const ReportList& list_;
   const ReportCells cells_;
   platform::ReplacingFile file_;
-  std::string folder_;  // for the library's own files
+  std::string folder_;  // folder for the library's own files
   Failure failure_;
   lxw_workbook* workbook_ = nullptr;
   lxw_worksheet* sheet_ = nullptr;
   lxw_format* dateFormat_ = nullptr;
-  std::uint32_t row_ = 0;        // of the sheet, counted from 0
+  std::uint32_t row_ = 0;        // row of the sheet, counted from 0
   std::uint64_t cellCount_ = 0;  // cells that the library took
   bool hasProperties_ = false;
   Text value_;

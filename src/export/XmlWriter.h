@@ -20,7 +20,7 @@ class XmlWriter : public TextReport {
   void writeElement(std::size_t tabs, TextView key, TextView value);
   void closeRowsDownTo(std::uint32_t level);
 
-  std::vector<std::uint32_t> openLevels_;  // of the rows whose element is open, outermost first
+  std::vector<std::uint32_t> openLevels_;  // levels of the open row elements, outermost first
   Text line_;
   Text value_;
 };

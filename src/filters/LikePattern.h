@@ -33,9 +33,9 @@ class LikePattern {
 
   struct Token {
     Kind kind;
-    bool isNegated = false;      // of Set
-    std::uint32_t begin = 0;     // of Character the folded code point; of Set its first range
-    std::uint32_t rangeEnd = 0;  // of Set
+    bool isNegated = false;      // used by Set
+    std::uint32_t begin = 0;     // folded code point of Character; first range of Set
+    std::uint32_t rangeEnd = 0;  // used by Set
   };
 
   struct Range {
@@ -55,8 +55,8 @@ class LikePattern {
   Text text_;
   std::vector<Token> tokens_;
   std::size_t headEnd_ = 0;    // the first AnyRun, or the end
-  std::size_t tailBegin_ = 0;  // behind the last AnyRun
-  std::vector<Range> ranges_;  // of all sets
+  std::size_t tailBegin_ = 0;  // first element behind the last AnyRun
+  std::vector<Range> ranges_;  // ranges of all sets
   char16_t asciiFold_[128];
   bool isMalformed_ = false;
 };

@@ -73,7 +73,7 @@ class mCompare {
   PatternList fileList_;
   Text extensions_;          // ",jpg,png,"; empty: everything passes
   Text topExtensions_;       // likewise
-  Text search_;              // of passes(); kept for its memory
+  Text search_;              // search text of passes(); kept so that its memory is used again
   std::set<Text> reported_;  // malformed patterns of this run
 };
 

@@ -15,7 +15,7 @@ struct AttributeLetter {
   TextView word;
 };
 
-/// In the order of the letters.
+/// The attributes in the order of their letters.
 constexpr AttributeLetter kLetters[] = {
     {u'A', kAttributeArchive, 2956, u"Archiv"},
     {u'S', kAttributeSystem, 2957, u"System"},

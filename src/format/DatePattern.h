@@ -33,7 +33,7 @@ class DatePattern {
   struct Token {
     Field field;
     std::uint8_t length;   // repetitions of the letter
-    std::uint32_t begin;   // of a literal or a written AM/PM, in literals_
+    std::uint32_t begin;   // begin of a literal or a written AM/PM in literals_
     std::uint32_t extent;  // its length
   };
 
@@ -57,7 +57,7 @@ Text defaultDateFormat();
 /// where its day is 0, empty where there is no date. Made for many dates.
 class GeneralDate {
  public:
-  /// In the locale of now.
+  /// Formats in the locale that is in force.
   GeneralDate();
 
   void append(Date date, Text& out) const;

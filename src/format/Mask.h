@@ -10,7 +10,7 @@ namespace ombrelian {
 /// A number pattern such as "###,###,##0.00", taken apart. In the pattern "," stands for the
 /// locale's separator of groups and "." for its decimal separator.
 struct NumberMask {
-  int minimumDigits = 0;  // of the whole part
+  int minimumDigits = 0;  // digits of the whole part
   int decimals = 0;       // 0 to kMaximumDecimals
   bool grouped = false;
 

@@ -21,9 +21,9 @@ struct UnitFacts {
   SizeUnit unit;
   int shift;  // the divisor is 2^shift
   TextView word;
-  int headerTextId;    // of the word in grids; 0: is not translated
-  int statusTextId;    // of the word in status lines and the log
-  std::int32_t width;  // that FormatSize pads to
+  int headerTextId;    // text number of the unit in grids; 0: not translated
+  int statusTextId;    // text number of the unit in status lines and the log
+  std::int32_t width;  // width to which FormatSize pads
 };
 
 constexpr std::array<UnitFacts, 5> kUnits = {{
@@ -34,7 +34,7 @@ constexpr std::array<UnitFacts, 5> kUnits = {{
     {kUnitTB, 40, u"TB", 0, 0, 0},
 }};
 
-/// Null for a code that names no fixed unit.
+/// The unit of a code; null: the code names no fixed unit.
 const UnitFacts* findUnit(std::int32_t code) {
   for (const UnitFacts& facts : kUnits) {
     if (facts.unit == code) return &facts;
@@ -80,13 +80,13 @@ Text columnMask(const SizeSettings& settings, TextView unitWord) {
 /// What a kind of size column is called.
 struct ColumnNames {
   int plainId;
-  TextView plain;  // where the unit stands in the cells
+  TextView plain;  // header if the cells have the unit
   int unitId;
   TextView withUnit;
-  TextView fields[4];  // by unit
+  TextView fields[4];  // key of the field for each unit
 };
 
-/// By SizeKind.
+/// The texts of each SizeKind, in its order.
 constexpr ColumnNames kColumnNames[] = {
     {3583, u"Größe", 3519, u"Größe (%1)", {u"size", u"sizeK", u"sizeM", u"sizeG"}},
     {3579,

@@ -12,7 +12,7 @@ enum SizeUnit : std::uint8_t {
   kUnitKB = 1,
   kUnitMB = 2,
   kUnitGB = 3,
-  kUnitAutomatic = 4,  // for formatters only, as is the next
+  kUnitAutomatic = 4,  // kUnitAutomatic and kUnitTB are for formatters only
   kUnitTB = 5,
 };
 
@@ -26,7 +26,7 @@ struct SizeSettings {
 /// What the settings of a list make of one of its size columns.
 struct SizeColumn {
   Text header;
-  Text mask;       // for CellMask
+  Text mask;       // mask for CellMask
   TextView field;  // key of the value that the column shows and sorts by
 };
 
@@ -50,7 +50,7 @@ double percentOf(std::int64_t part, std::int64_t whole);
 /// shows its unit; `shortBytes` writes bytes as "BS". Another format gives an empty text.
 Text xFormatFileSize(std::uint8_t format, std::int64_t size, bool withUnit, bool shortBytes);
 
-/// As the automatic format, but up to terabytes, and with its unit only where asked for.
+/// Formats like the automatic format, but up to terabytes, and with the unit only where `withUnit`.
 Text xFormatFileSizeAuto(std::int64_t size, bool withUnit);
 
 /// A size in the unit of a list, right-aligned at that unit's width with `pad`. "Bytes" stands

@@ -17,7 +17,7 @@ struct CommandLine {
   Mode mode = Mode::Interactive;
   bool translatorMode = false;         // "-TLMODUS" stood in the line
   bool readOnly = false;               // "--read-only": the window changes nothing on the disk
-  std::deque<Text> sources;            // in the order of the line
+  std::deque<Text> sources;            // sources in the order of the line
   Text target;                         // Silent: the report to write
   std::int32_t levels = -1;            // Silent: deepest level with rows; -1: all
   std::int32_t delimiter = -1;         // Silent: entry of the delimiter list; -1: the stored choice

@@ -48,12 +48,12 @@ enum class CommandTime : std::uint8_t {
   Idle,      // while nothing runs
   Scanning,  // only while something does
   Always,
-  Never,  // it is still to be built
+  Never,  // the command is still to be built
 };
 
 /// What a command's state is kept in. All null: the command has none.
 struct CommandState {
-  std::uint8_t* flag = nullptr;  // of a Toggle 0 or 1; of a Choice the number chosen
+  std::uint8_t* flag = nullptr;  // 0 or 1 for a Toggle; the chosen number for a Choice
   std::uint8_t value = 1;        // number of this Choice
   Text* text = nullptr;
   std::int32_t* number = nullptr;
@@ -76,11 +76,12 @@ struct Command {
   Word tipForAll = {0, {}};           // on the main bar, where the command changes all lists
   const char* icon = "";              // name of a picture; empty: none
   bool isWordy = false;               // the picture needs the caption beside it
-  const char* shortcut = "";          // in the portable form, such as "Ctrl+S"; empty: none
+  const char* shortcut = "";          // key in the portable form, such as "Ctrl+S"; empty: none
   CommandTime time = CommandTime::Idle;
-  const char* waitsFor = "";  // of Never: what is still to be built
+  const char* waitsFor = "";  // what is still to be built if the command is Never on
   bool changesDisk = false;   // touches what was scanned; off where nothing may be changed
-  CommandId whileBusy = CommandId::None;  // what it looks like while something runs; None: itself
+  CommandId whileBusy =
+      CommandId::None;  // command whose look it has while something runs; None: its own
   CommandState (*state)(Options&, std::optional<ListId>) = nullptr;
 };
 

@@ -18,7 +18,7 @@ namespace {
 
 using Severity = UserInterface::Severity;
 
-constexpr std::int32_t kDefaultRows = 20;  // of each list as text
+constexpr std::int32_t kDefaultRows = 20;  // rows of each list in the text output
 
 bool writeText(ListFeeder& lists, ListId list, const Options& options, std::size_t rows,
                const ByteSink& sink) {
@@ -79,7 +79,7 @@ class ListSaver {
     return !failure || tell(folder_, *failure);
   }
 
-  /// All lists, so that one that fails keeps no other from being saved.
+  /// Saves all lists, even if some fail. Returns whether all were saved.
   bool saveAll(Session& session, ListFeeder& lists, NodeIndex root) const {
     bool isSaved = saveFolders(session);
     const ReportSource source = {Text(session.tree[root].name()), session.tree.created(root)};

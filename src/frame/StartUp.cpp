@@ -10,7 +10,7 @@ namespace {
 
 constexpr TextView kProgramName = u"Ombrelian";
 constexpr TextView kIniName = u"Ombrelian3.ini";
-constexpr TextView kOldIniName = u"Ombrelian.ini";  // of the version before
+constexpr TextView kOldIniName = u"Ombrelian.ini";  // name that an older version used
 constexpr TextView kLanguageSection = u"Allgemein";
 constexpr TextView kLanguageKey = u"Lang";
 

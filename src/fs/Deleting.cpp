@@ -16,7 +16,7 @@ using platform::kSuccess;
 
 constexpr TextView kModule = u"z_Filesystem";
 
-constexpr int kMostErrors = 20;  // that a text tells one by one
+constexpr int kMostErrors = 20;  // errors that one text names
 
 Text numberedError(TextView path, ErrorCode code) {
   Text text(path);

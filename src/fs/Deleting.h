@@ -19,24 +19,24 @@ bool isMissingObject(TextView path);
 /// Removes one empty folder, getting the rights for it if need be.
 bool RemoveDirectoryForce_W(const platform::ShownObject& folder);
 
-/// Asked at every object that goes, with the files and folders that are gone so far; false ends
+/// Called at every object that is deleted, with the files and folders deleted so far; false ends
 /// the deletion.
 using DeletionGoOn = std::function<bool(std::uint64_t files, std::uint64_t folders)>;
 
 /// What came of the deletion of a folder.
 struct FolderDeletion {
   bool isGone = false;
-  bool wasStopped = false;  // by the caller; then a part of it is gone
-  std::uint64_t files = 0;  // that went
+  bool wasStopped = false;  // the caller ended it; a part of the folder may be gone
+  std::uint64_t files = 0;  // files that were deleted
   std::uint64_t folders = 0;
-  Text errorText;  // what could not go, the folder itself first; long lists are cut short
+  Text errorText;  // what could not be deleted, the folder itself first; a long list is cut short
 };
 
 /// Removes a folder with all that it holds, or a link to one alone. What can go goes, even where
 /// other things cannot.
 FolderDeletion xDeleteFolderR_W(const platform::ShownObject& folder, const DeletionGoOn& goOn = {});
 
-/// As xDeleteFolderR_W; a folder that others removed meanwhile is gone all the same.
+/// The same as xDeleteFolderR_W, but a folder that others removed meanwhile counts as deleted.
 FolderDeletion xDeleteFolder_W(const platform::ShownObject& folder, const DeletionGoOn& goOn = {});
 
 }  // namespace ombrelian

@@ -16,7 +16,7 @@ struct ShellResult {
 /// error counts; what else can be deleted goes all the same.
 ShellResult xDeleteFolderSHwide(const platform::ShownObject& folder, bool recycle);
 
-/// As xDeleteFolderSHwide, for one file or link.
+/// The same as xDeleteFolderSHwide for one file or link.
 ShellResult xDeleteFileSHwide(const platform::ShownObject& file, bool recycle);
 
 /// Text of a code; with " - " and the number behind it if `addNumber`. For a code that is not the

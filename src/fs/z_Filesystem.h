@@ -37,7 +37,8 @@ Date xGetFileCreateDate(TextView path);
 Date xGetFileModifyDate(TextView path);
 Date xGetFileAccessDate(TextView path);
 
-/// Renames, replacing what stands under `target`. Empty text: done; else the error text.
+/// Renames an object and replaces an object of the name `target`. Returns the error text; empty:
+/// done.
 Text xMoveFile_W(TextView source, TextView target);
 
 /// Makes the chain of folders to `path` (absolute). Fails on a path that is none or a root.
@@ -49,7 +50,7 @@ Text xGetDriveTypeString(TextView drive, int& typeCode);
 /// Volume label; empty if there is none or it cannot be read (then `errorText` says why).
 Text xGetDriveLabelW(TextView drive, Text& errorText);
 
-/// As xGetDriveLabelW, but a volume without one gives "(no label)".
+/// The same as xGetDriveLabelW, but "(no label)" for a volume without a label.
 Text xGetDriveLabel(TextView drive, Text& errorText);
 
 /// Name of the file system that holds `path`; "?" on failure.

@@ -24,9 +24,9 @@ class CellFormat {
   /// Name of the column's field in formats that name fields; of a size the one of its unit.
   TextView fieldKey(const Column& column) const;
 
-  // Both append the cell of a row to `out`.
+  // Two forms of a cell. Both procedures append the cell of a row to `out`.
 
-  /// As it is shown.
+  /// Appends the cell as lists show it.
   void appendShown(const CellSource& cells, CellSource::RowIndex row, const Column& column,
                    Text& out) const;
 
@@ -47,7 +47,8 @@ class CellFormat {
   SizeSettings sizes_;
   DatePattern datePattern_;
   GeneralDate plainDate_;
-  std::vector<SizeColumn> sizeColumns_;  // by column id, as the next; empty where the kind has none
+  std::vector<SizeColumn>
+      sizeColumns_;  // size column of each column id; empty: the column shows no size
   std::vector<CellMask> masks_;
 };
 

@@ -20,13 +20,13 @@ class CellSource {
 
   virtual ~CellSource() = default;
 
-  /// Of texts; valid until the list changes.
+  /// The value of a text cell; valid until the list changes.
   virtual TextView text(RowIndex row, const Column& column) const = 0;
 
-  /// Of Percent and Timestamp.
+  /// The value of a Percent or Timestamp cell.
   virtual double real(RowIndex row, const Column& column) const = 0;
 
-  /// Of all others.
+  /// The value of any other cell.
   virtual std::int64_t number(RowIndex row, const Column& column) const = 0;
 
   /// Whether a cell of those three kinds has a value; others always have.

@@ -35,14 +35,14 @@ struct Column {
   TextView caption;
   TextView key;  // name of the field in formats that name fields
   CellKind kind;
-  TextView mask = {};           // of a Count
-  const Word* words = nullptr;  // of a Choice: for values above zero, below it, and zero itself
-  SizeKind sizeKind = SizeKind::OfRow;  // of a Size
+  TextView mask = {};           // mask of a Count
+  const Word* words = nullptr;  // words of a Choice for values above zero, below zero, and zero
+  SizeKind sizeKind = SizeKind::OfRow;  // which size a Size column shows
 
   bool isText() const { return kind == CellKind::PlainText; }
   bool isReal() const { return kind == CellKind::Percent || kind == CellKind::Timestamp; }
 
-  /// Text and dates stand at the left, everything that is counted at the right.
+  /// Texts and dates are aligned at the left, numbers at the right.
   bool isLeftAligned() const {
     return isText() || kind == CellKind::Timestamp || kind == CellKind::Attributes ||
            kind == CellKind::Choice;

@@ -297,7 +297,7 @@ void DriveList::Drives_RefreshDrive(TextView path) {
   });
 }
 
-/// Those whose files lie below that root, or whose network path it is.
+/// The rows whose files are below that root, or whose network path it is.
 std::vector<Grid::RowIndex> DriveList::rowsOf(TextView root) const {
   std::vector<Grid::RowIndex> rows;
   for (Grid::RowIndex row = 0; row < shown_.grid.rowCount(); ++row) {

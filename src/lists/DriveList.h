@@ -23,7 +23,7 @@ class DriveList : public FlatList {
   /// meanwhile.
   using Progress = std::function<void(TextView)>;
 
-  /// As platform::ProbeDrives.
+  /// Asks drives as platform::ProbeDrives does.
   using Probe =
       std::function<std::vector<platform::DriveAnswer>(const std::vector<Text>&, unsigned)>;
 
@@ -79,7 +79,7 @@ class DriveList : public FlatList {
     Contents();
 
     Grid grid;
-    std::map<std::uint32_t, Text> errors;  // by id of the row
+    std::map<std::uint32_t, Text> errors;  // error text of each row id
     Date readAt = 0;
   };
   class Reading;

@@ -175,9 +175,10 @@ class FileList::Reader {
   const bool keepsOwners_;
   Contents read_;
   LocalClock clock_;
-  Text path_;  // of the file in work
+  Text path_;  // path of the current file
   const OwnerTexts ownerTexts_;
-  std::unordered_map<Text, Grid::RowIndex, TextHash, std::equal_to<>> firstRows_;  // by extension
+  std::unordered_map<Text, Grid::RowIndex, TextHash, std::equal_to<>>
+      firstRows_;  // first row of each extension
 };
 
 FileList::Contents::Contents() : grid(kFileTable) {}

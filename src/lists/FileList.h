@@ -16,11 +16,12 @@ namespace ombrelian {
 /// of a scan, and so is never older than its last read.
 class FileList : public FlatList {
  public:
-  /// Asked now and then while a folder is read, some times in a thousand files or twenty times a
+  /// Called now and then while a folder is read, some times in a thousand files or twenty times a
   /// second; false ends the read. It may serve what the user does meanwhile.
   using GoOn = std::function<bool()>;
 
-  /// Both are kept by reference; the text of the file filter is trimmed in the options.
+  /// `options` and `types` are kept by reference; the text of the file filter is trimmed in
+  /// `options`.
   FileList(Options& options, FileTypes& types);
 
   /// Shows `folder`, which gets its final separator. A folder that is shown already is read again
@@ -112,7 +113,7 @@ class FileList : public FlatList {
   FileTypes& types_;
   mCompare filter_;
   Contents shown_;
-  const Column* sortColumn_;  // by which the rows are sorted after the next read
+  const Column* sortColumn_;  // column by which the next read sorts the rows
   bool sortsDescending_ = true;
   bool isReading_ = false;
 };

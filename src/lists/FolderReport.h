@@ -36,7 +36,7 @@ using FolderColumn = Column;
 /// nodes of the tree; what a view adds to them (what is expanded, what is selected) is kept here.
 class FolderReport : public CellSource {
  public:
-  /// Both are kept by reference.
+  /// `tree` and `options` are kept by reference.
   FolderReport(const FolderTree& tree, const Options& options);
 
   /// Takes up what the options say of units and of the form of dates; call it when they changed.
@@ -44,7 +44,7 @@ class FolderReport : public CellSource {
 
   const FolderTree& tree() const { return tree_; }
 
-  /// All of them, in the order of their ids.
+  /// All columns in the order of their ids.
   static Columns columns();
 
   /// The columns to show, in display order. Name is always there.
@@ -85,7 +85,7 @@ class FolderReport : public CellSource {
   const FolderTree& tree_;
   const Options& options_;
   CellFormat format_;
-  std::vector<bool> expanded_;  // by node; shorter than the tree where nothing is expanded
+  std::vector<bool> expanded_;  // flag of each node; missing flags are false
   NodeIndex selected_ = kNoNode;
 };
 

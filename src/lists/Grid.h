@@ -23,7 +23,7 @@ class Grid : public CellSource {
   /// Appends a row of empty cells.
   RowIndex addRow();
 
-  /// The row goes; those below it move up.
+  /// Removes a row; the rows below it move up.
   void removeRow(RowIndex row) { removeRows({ids_[row]}); }
 
   /// Rows go by their ids, all of them in one pass; ids that no row has any more are passed over.
@@ -83,12 +83,12 @@ class Grid : public CellSource {
   }
   void setIdentity(RowIndex row, platform::FileIdentity identity);
 
-  /// All rows go, and the memory of the last sort.
+  /// Removes all rows, and forgets the last sort.
   void clear();
 
  private:
   union Cell {
-    std::int64_t number;  // of texts the place in texts_
+    std::int64_t number;  // for a text its place in texts_
     double real;
   };
 
@@ -107,11 +107,12 @@ class Grid : public CellSource {
   Columns columns_;
   std::vector<Cell> cells_;  // row after row
   std::vector<std::uint8_t> bands_;
-  std::vector<std::uint32_t> ids_;                  // by row
-  std::vector<std::uint32_t> rows_;                 // by id; kGone: removed
-  std::vector<platform::FileIdentity> identities_;  // by id, up to the last one that was set
-  std::vector<TextView> texts_;                     // in pool_; 0 is the empty text
-  std::vector<std::int64_t> lastTexts_;  // by column, what came last: neighbours are often equal
+  std::vector<std::uint32_t> ids_;   // id of each row
+  std::vector<std::uint32_t> rows_;  // row of each id; kGone: removed
+  std::vector<platform::FileIdentity>
+      identities_;                       // identity of each id, up to the last one that was set
+  std::vector<TextView> texts_;          // texts in pool_; the first is the empty text
+  std::vector<std::int64_t> lastTexts_;  // last text of each column, as neighbours are often equal
   NamePool pool_;
   const Column* sortColumn_ = nullptr;
   bool sortedDescending_ = false;

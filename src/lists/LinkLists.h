@@ -10,7 +10,7 @@ namespace ombrelian {
 /// One row for each name of a file that has several.
 class HardlinkList : public FlatList {
  public:
-  /// Both are kept by reference.
+  /// `options` and `types` are kept by reference.
   HardlinkList(const Options& options, FileTypes& types);
 
   void reset() { grid_.clear(); }

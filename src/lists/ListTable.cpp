@@ -163,7 +163,7 @@ constexpr Word kEmptyFound = {9553,
 constexpr auto kTopFiles = &columnsOf<kTopFileTable>;
 constexpr auto kTopFolders = &columnsOf<kTopFolderTable>;
 
-/// In the order of ListId.
+/// The rows are in the order of ListId.
 constexpr ListRow kTable[] = {
     {u"folders", {2232, u"Ordnerliste"}, kNone, kEmptyFolders, RowKind::Folder, &FolderReport::columns, u"size", true, kFolderSettings},
     {u"drives", {2233, u"Laufwerksliste"}, kNone, {9551, u"Es wurde kein Laufwerk gefunden."}, RowKind::Drive, &DriveList::columns, {}, false, kDriveSettings, nullptr, &O::DiskinfoVisible},

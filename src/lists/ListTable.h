@@ -27,7 +27,7 @@ enum class ListId : std::uint8_t {
 };
 inline constexpr int kLists = 14;
 
-/// All lists, and those that a scan fills beside the tree.
+/// All lists, and the lists that a scan fills beside the tree.
 inline constexpr std::array<ListId, kLists> kAllLists = [] {
   std::array<ListId, kLists> all = {};
   for (int list = 0; list < kLists; ++list)
@@ -60,16 +60,16 @@ struct ListSettings {
   std::uint8_t* unitText = nullptr;
   std::uint8_t* optimizeAll = nullptr;    // 1: columns fit all rows, not just those on the screen
   std::uint8_t* searchVisible = nullptr;  // 1: the search box is open
-  std::span<std::uint8_t> visible;        // by column id; 0 is the row number
-  std::span<std::int32_t> positions;      // by column id
+  std::span<std::uint8_t> visible;        // flag of each column id; 0 is the row number
+  std::span<std::int32_t> positions;      // position of each column id
 };
 
 /// Everything that is fixed of a list.
 struct ListRow {
   TextView key;  // name of the list in machine-readable output; frozen
-  Word title;    // of saved and printed lists; "%1": which date counts
+  Word title;    // title of saved and printed lists; "%1": which date counts
   Word option;   // caption of the option that has a scan fill the list; "%1": its limit
-  Word empty;    // what the window shows in place of rows
+  Word empty;    // text that the window shows in place of rows
   RowKind rows;
   Columns (*columns)();
   TextView sortKey;  // column that the list opens sorted by; empty: rows stay as they came

@@ -6,7 +6,7 @@ namespace ombrelian {
 namespace {
 
 constexpr std::int64_t kSecondsPerDay = 86'400;
-constexpr std::int64_t kDaysTo1970 = 25'569;  // from 30 December 1899 on
+constexpr std::int64_t kDaysTo1970 = 25'569;  // days from 30 December 1899 to 1 January 1970
 
 }  // namespace
 

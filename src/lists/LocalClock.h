@@ -20,7 +20,7 @@ class LocalClock {
 
  private:
   struct Quarter {
-    std::int64_t number = INT64_MIN;  // of the quarter of an hour in UTC
+    std::int64_t number = INT64_MIN;  // number of the quarter of an hour in UTC
     std::int64_t offset = 0;          // seconds to add
   };
 

@@ -9,7 +9,7 @@
 namespace ombrelian {
 namespace {
 
-/// As other text files of the system have it.
+/// The line end of text files on this system.
 TextView lineEnd() { return platform::kNativeSeparator == u'\\' ? u"\r\n" : u"\n"; }
 
 constexpr Column kColumns[] = {

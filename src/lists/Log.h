@@ -18,7 +18,7 @@ struct LogRow {
   int group = 1;  // 0 or 1; changes with each source, so that a list can shade them
 };
 
-/// Told of each line as it comes.
+/// Hears of each line when it is added.
 class LogListener {
  public:
   virtual ~LogListener() = default;
@@ -78,7 +78,7 @@ class Log : public FlatList {
   Grid grid_;
   LogListener* listener_ = nullptr;
   Text file_;
-  Text dateFormat_;  // what datePattern_ was made from
+  Text dateFormat_;  // format that datePattern_ was made from
   DatePattern datePattern_;
   int group_ = 1;
 };

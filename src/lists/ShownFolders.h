@@ -13,7 +13,7 @@ class ShownFolders {
  public:
   static constexpr std::size_t kNoRow = SIZE_MAX;
 
-  /// Kept by reference. Empty until rebuild().
+  /// `report` is kept by reference. There are no rows before the first rebuild().
   explicit ShownFolders(FolderReport& report) : report_(report) {}
 
   /// Takes up the tree as it is; call it when nodes came, went or were put in another order.

@@ -127,7 +127,7 @@ void TopLists::offerDate(ListId list, TextView name, TextView folder, std::int64
     case 3:
       date_ = data.ftLastAccessTime;
       break;
-    default:  // of an edited settings file: the date of the file before stands
+    default:  // the settings file was edited: the date of the file before is used
       break;
   }
   // Local time costs more than all else here, and most files are far from getting in.

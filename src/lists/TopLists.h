@@ -26,13 +26,13 @@ inline constexpr std::int32_t kMostTopRows = 999;
 class TopCollector {
  public:
   struct Row {
-    std::int64_t key = 0;   // what is compared: bytes, or seconds of local time
+    std::int64_t key = 0;   // compared value: bytes, or seconds of local time
     std::int64_t size = 0;  // bytes
     std::int32_t files = 0;
     std::int32_t folders = 0;
-    Text name;                             // of a folder its path without final separator
-    Text path;                             // of the folder, ends in a separator
-    platform::FileIdentity identity = {};  // of a file; index 0: unknown
+    Text name;                             // for a folder its path without final separator
+    Text path;                             // path of the folder, ends in a separator
+    platform::FileIdentity identity = {};  // identity of a file; index 0: unknown
   };
 
   explicit TopCollector(bool wantsLargest) : wantsLargest_(wantsLargest) {}
@@ -75,7 +75,7 @@ class TopCollector {
 /// The largest, smallest, newest and oldest files and the largest and smallest folders of a run.
 class TopLists {
  public:
-  /// All are kept by reference.
+  /// All arguments are kept by reference.
   TopLists(const Options& options, mCompare& filters, FileTypes& types);
 
   void reset();
@@ -128,7 +128,7 @@ class TopLists {
   mCompare& filters_;
   FileTypes& types_;
   LocalClock clock_;
-  FileTime date_ = 0;  // of the last file asked for one
+  FileTime date_ = 0;  // date of the last file that was asked for one
   std::array<TopCollector, kTopLists> collectors_;
   std::deque<OneList> lists_;
 };

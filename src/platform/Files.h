@@ -18,7 +18,7 @@ extern const char16_t kNativeSeparator;
 /// On Windows the last component may hold wildcards.
 ErrorCode FindFirstFileW(TextView path, FindData& data);
 
-/// As FindFirstFileW, but tells about what a link leads to.
+/// The same as FindFirstFileW, but about the object that a link leads to.
 ErrorCode GetFileInformation(TextView path, FindData& data);
 
 /// Text of a symbolic link, or what is mounted on a mount point; `tag` as FindData::dwReserved0.
@@ -27,7 +27,7 @@ Text GetReparseTarget(TextView path, std::uint32_t tag, ErrorCode& error);
 /// Replaces `to` if it exists; both on one volume, except where the system copies by itself.
 ErrorCode MoveFileExW(TextView from, TextView to);
 
-/// kAlreadyExists where something of that name stands.
+/// Makes a folder; kAlreadyExists if the name is taken.
 ErrorCode CreateDirectoryW(TextView path);
 
 /// Whether this process may make and rename files in the folder `path`.
@@ -63,10 +63,10 @@ class FileHandle {
   std::intptr_t handle_ = kNone;
 };
 
-inline constexpr int kCreateNew = 1;     // write; kAlreadyExists if something of that name stands
-inline constexpr int kOpenExisting = 3;  // read and write in place
-inline constexpr int kOpenAppend = 4;    // write behind the end, made if missing
-inline constexpr int kOpenRead = 5;      // read only
+inline constexpr int kCreateNew = 1;     // opens for writing; kAlreadyExists if the name is taken
+inline constexpr int kOpenExisting = 3;  // opens for reading and writing in place
+inline constexpr int kOpenAppend = 4;    // opens for writing behind the end; makes a missing file
+inline constexpr int kOpenRead = 5;      // opens for reading
 inline constexpr int kOpenFolder = 6;    // a folder, for GetHandlePath
 
 /// A new file is readable by whom the process's file mask says.

@@ -32,7 +32,7 @@ struct FileIdentity {
   bool operator==(const FileIdentity&) const = default;
 };
 
-/// One entry of a folder, or one object, as a single question to the system told it. The name is
+/// One entry of a folder, or one object, from a single question to the system. The name is
 /// kept apart, so that a walk that needs none converts none.
 struct FindData {
   std::uint32_t dwFileAttributes = 0;
@@ -43,12 +43,12 @@ struct FindData {
   FileTime ftLastAccessTime = 0;
   FileTime ftLastWriteTime = 0;
 
-  std::uint32_t linkCount = 0;     // 0 where the question did not tell it
+  std::uint32_t linkCount = 0;     // 0 if the question did not ask for it
   std::uint32_t ownerId = 0;       // account number; POSIX only
   std::int64_t allocatedSize = 0;  // bytes on the disk
   FileIdentity identity;
 
-  /// Not kSuccess: the entry is there, but nothing but its name and kind could be read.
+  /// Not kSuccess: only the name and the kind of the entry could be read.
   ErrorCode statError = kSuccess;
 
   bool isFolder() const { return (dwFileAttributes & kAttributeDirectory) != 0; }

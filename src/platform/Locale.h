@@ -19,7 +19,7 @@ struct NumberSymbols {
 /// How the user's locale writes dates, in the letters of date patterns: d, M, y, H, h, m, s, tt.
 struct DateSymbols {
   Text shortDate;                    // "yyyy-MM-dd" in "C" and "POSIX"
-  Text time;                         // with seconds; "HH:mm:ss" in "C" and "POSIX"
+  Text time;                         // pattern with seconds; "HH:mm:ss" in "C" and "POSIX"
   std::array<Text, 12> shortMonths;  // January first
   std::array<Text, 12> longMonths;
   std::array<Text, 7> shortDays;  // Sunday first
@@ -28,7 +28,7 @@ struct DateSymbols {
   Text pm;
 };
 
-/// Read from the environment at the first call and kept.
+/// The locale is read from the environment at the first call and kept.
 const NumberSymbols& numberSymbols();
 const DateSymbols& dateSymbols();
 

@@ -71,7 +71,7 @@ class NamedMutex {
   std::intptr_t handle_ = kNone;
 };
 
-/// Not held where the system gives no place for it; a caller goes on without.
+/// Makes a mark. It is not held if the system gives no place for it; a caller goes on without it.
 NamedMutex CreateMutexW(TextView name);
 
 /// Whether any process holds the mark. False too where it cannot be asked.

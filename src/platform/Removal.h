@@ -14,11 +14,11 @@ struct ShownObject {
   /// folder behind them may be a link. npos: all of them may.
   std::size_t linksUpTo = Text::npos;
 
-  /// Of the object itself, of a link its own; index 0: unknown, so that nothing is compared.
+  /// Identity of the object itself, also of a link; index 0: unknown, so that nothing is compared.
   FileIdentity identity = {};
 };
 
-// A link is removed, never what it leads to. kObjectReplaced: something else lies in the object's
+// A link is removed, never its target. kObjectReplaced: another object is in the object's
 // place. kIsMountPoint: a file system is mounted there.
 
 /// Removes one file or link.
@@ -51,10 +51,10 @@ class RemovalProgress {
  public:
   virtual ~RemovalProgress() = default;
 
-  /// Asked at every object, with what is gone so far; false ends the removal.
+  /// Called at every object, with the number of objects removed so far; false ends the removal.
   virtual bool goOn(std::uint64_t files, std::uint64_t folders) = 0;
 
-  /// An object stays, and with it the folders that it lies in; the removal goes on with the others.
+  /// Called where an object stays, and with it the folders above it; the removal goes on.
   virtual void failed(TextView path, ErrorCode error) = 0;
 };
 
@@ -62,7 +62,7 @@ class RemovalProgress {
 struct Removal {
   bool isGone = false;
   bool wasStopped = false;
-  std::uint64_t files = 0;  // that went; links and whatever else is no folder count too
+  std::uint64_t files = 0;  // removed objects that are no folders, links included
   std::uint64_t folders = 0;
 };
 
@@ -73,7 +73,8 @@ Removal RemoveTree(const ShownObject& folder, RemovalProgress& progress);
 
 // The recycle bin.
 
-inline constexpr ErrorCode kShellErrorOnDestination = 0x10000;  // with a system error: of the bin
+inline constexpr ErrorCode kShellErrorOnDestination =
+    0x10000;  // added to a system error that the bin caused
 
 /// Moves an object to the recycle bin of its file system, or of this user if both share one. It is
 /// never copied and never deleted. `detail` tells which folder of the bin failed; empty: none did.

@@ -37,9 +37,9 @@ ErrorCode GetVolumeInformationW(TextView path, VolumeInformation& information);
 std::vector<Text> GetLogicalDriveStringsW();
 
 struct DiskSpace {
-  std::int64_t freeBytes = 0;  // that this user may fill
+  std::int64_t freeBytes = 0;  // bytes that this user may fill
   std::int64_t totalBytes = 0;
-  std::int64_t clusterBytes = 0;  // what a file takes at least
+  std::int64_t clusterBytes = 0;  // bytes that a file takes at least
 };
 
 /// What a drive said, or why it said nothing.

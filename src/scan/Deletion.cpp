@@ -22,8 +22,8 @@ namespace ombrelian {
 namespace {
 
 constexpr TextView kModule = u"frmMain";
-constexpr std::size_t kNamedObjects = 10;  // of a question
-constexpr std::size_t kToldFailures = 10;  // of a message; the log has all
+constexpr std::size_t kNamedObjects = 10;  // objects that a question names
+constexpr std::size_t kToldFailures = 10;  // failures that a message names; the log has all
 constexpr std::uint64_t kProgressIntervalMs = 100;
 
 /// Asks about an object, and whether it may go.

@@ -16,7 +16,8 @@ namespace ombrelian {
 /// anything went.
 class Deletion {
  public:
-  /// Both are kept; `rows` may be null. `recycle`: to the bin, never for good instead.
+  /// `state` and `rows` are kept; `rows` may be null. With `recycle` objects move to the bin, and
+  /// are never deleted for good instead.
   Deletion(const ScanState& state, RowsOnShow* rows, bool recycle);
 
   using Ids = std::vector<std::uint32_t>;
@@ -40,10 +41,10 @@ class Deletion {
         : object(std::move(shown)), id(row), size(bytes) {}
 
     platform::ShownObject object;
-    std::uint32_t id;           // of the row, or the node
-    std::int64_t size;          // of a file, in bytes
+    std::uint32_t id;           // id of the row, or the node
+    std::int64_t size;          // bytes of a file
     bool isHardlink = false;    // has further names
-    std::uint64_t objects = 1;  // it and all below it
+    std::uint64_t objects = 1;  // the object and all objects below it
   };
   using Targets = std::vector<Target>;
 
@@ -72,9 +73,9 @@ class Deletion {
   std::vector<Text> failures_;  // the first of them, for the user
   std::int64_t failureCount_ = 0;
   std::uint64_t all_ = 0;         // objects to go; 0 while they are counted
-  std::uint64_t doneBefore_ = 0;  // of the targets that are finished
+  std::uint64_t doneBefore_ = 0;  // objects of the finished targets
   std::uint64_t lastProgressTick_ = 0;
-  bool wasStopped_ = false;  // by the user; what was to come stayed
+  bool wasStopped_ = false;  // the user ended it; the other targets stayed
 };
 
 /// A folder of the tree as an object to delete: links may lie on the way to its source, and where

@@ -20,7 +20,7 @@ void ListFeeder::reset() {
   replaceIgnoreNumbers(0, -1);
 }
 
-/// Of the smallest lists that are on and ignore by size.
+/// Moves the size limit of each enabled "smallest" list from one value to another.
 void ListFeeder::replaceIgnoreNumbers(std::int32_t from, std::int32_t to) {
   const auto replace = [&](std::uint8_t isOn, std::uint8_t ignores, std::int32_t& number) {
     if (isOn == 1 && ignores == 1 && number == from) number = to;

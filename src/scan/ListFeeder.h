@@ -10,7 +10,7 @@ namespace ombrelian {
 /// The lists beside the tree: owns them, and feeds those that are on.
 class ListFeeder : public DerivedLists {
  public:
-  /// All are kept by reference. The options change for the length of a run: see reset().
+  /// All arguments are kept by reference. The options change for the length of a run: see reset().
   ListFeeder(Options& options, mCompare& filters, FileTypes& types);
 
   /// Report_Reset_All. A smallest list that is to ignore what is smaller than 0 bytes has the

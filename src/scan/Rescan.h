@@ -9,7 +9,7 @@ namespace ombrelian {
 /// takes the place of the folder. Lists beside the tree go on describing the last run.
 class Rescan {
  public:
-  /// Both are kept; `rows` may be null.
+  /// `state` and `rows` are kept; `rows` may be null.
   Rescan(const ScanState& state, RowsOnShow* rows);
 
   /// Reads the folder of the selected row, for the row of direct files the folder above, and orders

@@ -6,7 +6,7 @@
 
 namespace ombrelian {
 
-/// Whoever shows the tree and the lists, told when rows go or are put in place of others. Without a
+/// A view of the tree and the lists, which hears when rows are removed or replaced. Without a
 /// window nobody needs to be.
 class RowsOnShow {
  public:

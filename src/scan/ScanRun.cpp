@@ -15,7 +15,7 @@ namespace ombrelian {
 namespace {
 
 constexpr TextView kModule = u"frmMain";
-constexpr std::size_t kRuleLength = 40;  // of the line that parts one source from the next
+constexpr std::size_t kRuleLength = 40;  // length of the line between two sources in the log
 
 /// A counter as the log shows it.
 Text plainCount(std::int64_t count) { return xFormatFileSize(0, count, false, false); }
@@ -179,7 +179,7 @@ void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   node.dateModified = data.ftLastWriteTime;
   node.dateCreate = data.ftCreationTime;
   node.dateAccess = data.ftLastAccessTime;
-  // That something is mounted on a source is what makes it a drive, not a junction.
+  // A source that something is mounted on is a drive, not a junction.
   node.attributes = data.dwFileAttributes & ~platform::kAttributeReparsePoint;
   // What goes when a source is deleted is a link to it, where there is one.
   if (findObject(path, data) == platform::kSuccess) {

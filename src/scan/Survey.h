@@ -12,7 +12,7 @@ namespace ombrelian {
 /// filters leave out what a deletion does not.
 class Survey {
  public:
-  /// Asked at every object, with the number of those counted; false ends the survey.
+  /// Called at every object, with the number of objects counted so far; false ends the survey.
   using GoOn = std::function<bool(std::uint64_t)>;
 
   /// `helpers` as FolderWalk has it.
@@ -32,7 +32,7 @@ class Survey {
   std::uint64_t hardlinks = 0;   // names of files that have several
   std::uint64_t unreadable = 0;  // folders whose content is not counted
 
-  /// Of `bytes`: what does not come free, because the data has further names that stay, or was
+  /// The part of `bytes` that is not freed, because the data has further names that stay, or was
   /// counted once for each of several names.
   std::int64_t keptBytes() const;
 

@@ -15,7 +15,7 @@ using platform::FindData;
 
 constexpr std::uint64_t kProgressIntervalMs = 1000;
 constexpr std::uint64_t kSilentProgressIntervalMs = 100;
-constexpr unsigned kEntriesBetweenClocks = 64;  // of a silent run, which need not answer a user
+constexpr unsigned kEntriesBetweenClocks = 64;  // between two looks at the clock in a silent run
 
 /// A list names a hardlink by its index alone; two devices must not be taken for one here.
 Text hardlinkKey(const FindData& entry) {

@@ -25,8 +25,8 @@ class Walker {
   struct Frame {
     NodeIndex node;
     ScanTotals own;          // direct content
-    ScanTotals result;       // of the subfolders that are finished
-    std::size_t pathLength;  // of path_ without this folder's own name
+    ScanTotals result;       // totals of the finished subfolders
+    std::size_t pathLength;  // length of path_ without this folder's name
     bool isOpen;             // there is a level of walk_ for it
   };
 
@@ -67,7 +67,7 @@ class Walker {
 
   platform::FolderWalk walk_;
   std::vector<Frame> frames_;
-  Text path_;  // of the innermost frame, ends in a separator
+  Text path_;  // path of the innermost frame, ends in a separator
   std::uint64_t lastProgressTick_ = 0;
   unsigned entriesUntilProgress_ = 0;
 };

@@ -13,7 +13,7 @@ constexpr TextView kModule = u"modMain";
 constexpr TextView kLoad = u"LoadFormPosition";
 constexpr std::int32_t kMaximised = 2;
 
-/// In the order in which they are written.
+/// The keys in the order in which they are written.
 constexpr struct {
   TextView key;
   std::int32_t FormPosition::*member;

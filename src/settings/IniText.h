@@ -46,8 +46,8 @@ class IniText {
  private:
   struct Section {
     TextView header;              // the whole line; empty: deleted, or none (the first section)
-    std::uint32_t number = 0;     // that of the first section of this name
-    std::vector<TextView> lines;  // with their line ends
+    std::uint32_t number = 0;     // number of the first section of this name
+    std::vector<TextView> lines;  // lines with their line ends
     std::size_t keysEnd = 0;      // lines behind here hold no keys
   };
   struct Place {
@@ -78,7 +78,7 @@ class IniText {
   std::vector<Section> sections_;
   std::unordered_map<TextView, std::uint32_t, Hash, Equal> numbers_;
   std::unordered_map<SectionKey, Place, Hash, Equal> index_;
-  TextView lineEnd_ = u"\r\n";  // of new lines
+  TextView lineEnd_ = u"\r\n";  // line end of new lines
 };
 
 }  // namespace ombrelian

@@ -17,7 +17,7 @@ struct Procedure {
   TextView name;
 };
 
-/// By SettingOwner.
+/// The procedure of each SettingOwner.
 constexpr Procedure kProcedures[] = {
     {kMainModule, u"Optionen_Laden"},     {u"frmOptionen", u"OptionenLaden"},
     {u"frmSave", u"Form_Load"},           {u"frmSaveFiles", u"Form_Load"},

@@ -59,7 +59,7 @@ struct LastSave {
 
 /// How the lists other than the folder report are saved.
 struct SaveFilesOptions {
-  std::int32_t Delimiter = 2;  // as Options::Delimiter
+  std::int32_t Delimiter = 2;  // same values as Options::Delimiter
   Text DelimiterChars = u" | ";
   std::int32_t FileFormat = 2;
   std::uint8_t DividingLine = 0;
@@ -69,7 +69,7 @@ struct SaveFilesOptions {
 /// How the folder report is printed.
 struct PrintFoldersOptions {
   std::uint8_t FolderOpt = 0;   // 1: only the source of the selected row
-  std::uint8_t LevelOpt = 2;    // as Options::LevelOpt
+  std::uint8_t LevelOpt = 2;    // same values as Options::LevelOpt
   std::uint8_t HeaderOpt = 1;   // 0 to 2
   std::uint8_t PrinterOpt = 1;  // 2: the one that Printers says
   std::int32_t Zoom = 100;      // percent
@@ -118,7 +118,7 @@ struct Options {
   std::uint8_t Kontextmenu = 1;     // folders have the shell verb
   std::uint8_t Instanz = 1;         // a second start hands over to the first
   std::uint8_t WOW64 = 1;           // no redirection of 32-bit programs while scanning
-  std::uint8_t UnicodeSupport = 0;  // in force from the next start on
+  std::uint8_t UnicodeSupport = 0;  // takes effect at the next start
   Text DateFormat;                  // empty: the locale's
   std::uint8_t ToolbarTheme = 7;
   std::uint8_t DontCreateLogFile = 0;
@@ -192,7 +192,7 @@ struct Options {
   std::uint8_t FolderShowPercentBar = 0;
   std::uint8_t FolderShowDriveLabel = 0;
   std::uint8_t FolderShowCreateDate = 0;
-  std::uint8_t ShownSides = 0;  // of the window: 0 both, 1 the left, 2 the right
+  std::uint8_t ShownSides = 0;  // visible sides of the window: 0 both, 1 left, 2 right
   std::uint8_t DiskinfoVisible = 1;
   std::uint8_t FilelistVisible = 0;
   std::uint8_t ToplistVisible = 0;
@@ -267,7 +267,7 @@ struct Options {
   std::array<ColumnPositions<kTopColumns>, kTopLists> TopColumnIndex =
       forTopLists(builtInOrder<kTopColumns>());
 
-  Text ComboText;  // of the source box at the last exit
+  Text ComboText;  // text of the source box at the last exit
 
   // How the folder report is saved (section "SaveFolders").
   std::int32_t Delimiter = 2;  // 0 comma, 1 semicolon, 2 tab, 3 blank, 4 DelimiterChars

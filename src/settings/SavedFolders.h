@@ -8,9 +8,9 @@ namespace ombrelian {
 
 /// What the source box shows at start.
 struct ComboFolders {
-  std::vector<Text> folders;  // in the locale's order, without regard to case
+  std::vector<Text> folders;  // sorted by the locale, without regard to case
   int selected = -1;          // the one that stood there at the last exit; -1: it is none of them
-  Text text;                  // what stood there, a folder or not
+  Text text;                  // text of the source box, which need not be a folder
 };
 
 /// The saved folders that `xExistFolder` finds; `comboText` is Options::ComboText.

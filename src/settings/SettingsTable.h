@@ -35,7 +35,7 @@ enum class SettingForm : std::uint8_t {
   Plain,     // a text gets quotes where it would lose something without them
   Quoted,    // a text that is always inside quotes
   NotZero,   // a flag that any text but "0" sets
-  Position,  // of a column; all of a list are taken together or not at all
+  Position,  // position of a column; those of a list are read together or not at all
 };
 
 /// Where a value is in the options; of a family, by list and by column (0 where it has none).
@@ -62,7 +62,7 @@ struct SettingRow {
   IndexRange lists = {};
   IndexRange columns = {};
   int unset = -1;               // a number that says in the file: take the default
-  TextView dialogDefault = {};  // of the options dialog, where it has its own
+  TextView dialogDefault = {};  // default of the options dialog, if it differs
 };
 
 /// All settings but those of window positions and lists of folders, in the order in which they are

@@ -56,7 +56,7 @@ class IniStore {
     std::optional<Text> key;  // none: the section is deleted
     Text value;
   };
-  /// By which a file is known again.
+  /// Marks by which a file is recognised.
   struct Stamp {
     bool isKnown = false;
     bool isThere = false;
@@ -77,7 +77,7 @@ class IniStore {
   IniText text_;
   std::vector<Change> changes_;  // since the last flush, oldest first
   bool isChanged_ = false;       // text_ is not what the file held when it was read
-  Stamp stamp_;                  // of the file when it was read
+  Stamp stamp_;                  // stamp of the file when it was read
 };
 
 /// INI_ReadString for whoever is not to see what goes wrong.

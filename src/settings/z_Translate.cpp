@@ -16,7 +16,7 @@ constexpr int kBinaryKeys = 0;
 
 struct Language {
   int id;
-  TextView file;  // in the language folder; empty: built in
+  TextView file;  // name in the language folder; empty: built in
 };
 
 constexpr Language kLanguages[] = {
@@ -99,7 +99,8 @@ void addRecord(TextView line, CStringCollection& texts) {
   if (texts.Add(fields[2], key, 0).ExistingNode > 0) texts.setItem(key, fields[2]);
 }
 
-/// Of the languages that came with this program: who speaks another reads English, not German.
+/// Whether the language came with this program. Speakers of other languages get English, not
+/// German.
 int usersLanguage(TextView programFolder) {
   const Language& language = findLanguage(platform::GetUserDefaultLangID());
   platform::FindData data;

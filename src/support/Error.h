@@ -29,7 +29,7 @@ class Result {
   const T* operator->() const { return &*value_; }
   T* operator->() { return &*value_; }
 
-  /// Only where there is no value.
+  /// The reason why there is no value; to be called only then.
   const Error& error() const { return error_; }
 
  private:
@@ -37,7 +37,7 @@ class Result {
   Error error_;
 };
 
-/// Of a procedure that only succeeds or fails: empty when it succeeded.
+/// The answer of a procedure that only succeeds or fails; empty: it succeeded.
 using Failure = std::optional<Error>;
 
 }  // namespace ombrelian

@@ -15,14 +15,14 @@ using TextView = std::u16string_view;
 /// well-formed UTF-8 becomes the lone surrogate U+DC00 + byte (U+DC80 to U+DCFF).
 Text fromBytes(std::string_view bytes);
 
-/// As fromBytes, but replaces the content of `out`, so that a caller can reuse its memory.
+/// The same as fromBytes, but replaces the content of `out`, so that a caller can reuse its memory.
 void fromBytes(std::string_view bytes, Text& out);
 
 /// The exact inverse of fromBytes for every text that fromBytes made. Any other lone surrogate is
 /// written as three bytes, as UTF-8 would if it allowed surrogates.
 std::string toBytes(TextView text);
 
-/// As toBytes, but appends to `out`.
+/// The same as toBytes, but appends to `out`.
 void appendBytes(TextView text, std::string& out);
 
 /// Widens ASCII; for literals and numbers only.

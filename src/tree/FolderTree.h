@@ -32,7 +32,7 @@ struct FolderNode {
     IsFolder = 1,      // not set: the pseudo folder of its parent's direct files
     IsError = 2,       // listing it failed, wholly or in the middle
     IsJunction = 4,    // a reparse folder
-    IsMountPoint = 8,  // with IsJunction: something is mounted there; else it is a link
+    IsMountPoint = 8,  // with IsJunction: a mount point; IsJunction alone: a link
     HasOwner = 16,     // owner was read
     IsFree = 32,       // out of the tree; the place waits for another folder
   };
@@ -42,9 +42,9 @@ struct FolderNode {
   NodeIndex lastChild = kNoNode;
   NodeIndex nextSibling = kNoNode;
 
-  const char16_t* nameUnits = nullptr;  // in the tree's pool
+  const char16_t* nameUnits = nullptr;  // points into the tree's pool
   std::uint32_t nameLength = 0;
-  std::uint32_t level = 0;  // of a root 0
+  std::uint32_t level = 0;  // depth below the root, which has 0
 
   std::int64_t size = 0;  // bytes of the whole subtree
 
@@ -52,7 +52,7 @@ struct FolderNode {
   FileTime dateCreate = 0;
   FileTime dateAccess = 0;
 
-  std::int32_t files = 0;       // in the whole subtree, like the counts below
+  std::int32_t files = 0;       // files of the whole subtree, like the counts below
   std::int32_t folders = 0;     // not counting itself
   std::int32_t subfolders = 0;  // direct subfolders that have nodes
   std::int32_t hardlinks = 0;
@@ -154,14 +154,14 @@ class FolderTree {
   NodeIndex lastRoot_ = kNoNode;
   std::uint32_t maxFolderDepth_ = 0;
   NodeIndex firstFree_ = kNoNode;  // free places hang together as siblings
-  std::size_t freedUnits_ = 0;     // of names_, no longer in use
+  std::size_t freedUnits_ = 0;     // units of names_ that are no longer in use
   std::vector<std::uint64_t> devices_;
   std::vector<Text> owners_;
   std::unordered_map<Text, std::uint32_t> ownerNumbers_;
   Texts errorTexts_;
   Texts junctionTargets_;
   std::unordered_map<NodeIndex, Date> created_;
-  std::vector<NodeIndex> order_;  // of one sort; kept for its memory
+  std::vector<NodeIndex> order_;  // order of one sort; kept so that its memory is used again
 };
 
 template <class Before>

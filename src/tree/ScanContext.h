@@ -15,12 +15,12 @@ struct ScanContext {
     HardlinkSeen.setCompareMode(0);
   }
 
-  ScanTotals Total;            // of the source in progress; files left out after a cancel too
+  ScanTotals Total;            // sums of the current source; files left out after a cancel count
   bool SilentMode = false;     // neither yields nor can be cancelled
-  bool IgnoresCancel = false;  // what is read now must be read whole, or sums would be wrong
-  bool SuppressDerivedLists = false;  // of a run with more than one source
+  bool IgnoresCancel = false;  // the current read must be whole, or sums would be wrong
+  bool SuppressDerivedLists = false;  // the run has more than one source
   bool ReadHardlinkCounts = false;
-  int helpers = platform::kHelpersByDevice;  // of FolderWalk
+  int helpers = platform::kHelpersByDevice;  // number of helpers of FolderWalk
   bool KeepsOwners = false;                  // the source's file system keeps owners
   int ScanCancelState = kScanIdle;
   bool ScanBusy = false;

@@ -112,7 +112,7 @@ std::vector<DriveReport> DriveProber::ask(const std::vector<std::string>& roots,
   return reports;
 }
 
-/// Called with the mutex locked.
+/// To be called with the mutex locked.
 void DriveProber::startThreads() {
   const SignalsBlocked signals;
   try {
@@ -121,7 +121,7 @@ void DriveProber::startThreads() {
       ++state_->threads;
     }
   } catch (const std::system_error&) {
-    return;  // those that could be started have to do
+    return;  // the threads that could be started must do
   }
 }
 

@@ -10,7 +10,7 @@
 
 namespace ombrelian::platform {
 
-/// All that is asked about a mount.
+/// The questions about one mount.
 struct DriveReport : DriveAnswer {
   bool isFolder = true;  // false: a single file is mounted there
 };

@@ -42,7 +42,7 @@ bool askEntry(int folder, std::uint64_t device, const dirent64& entry, FindData&
 class EntryBatch {
  public:
   struct Entry : FindData {
-    std::uint32_t name = 0;  // where it begins among the names; it lies in what pads FindData
+    std::uint32_t name = 0;  // offset of the name among the names; it uses the padding of FindData
   };
   static_assert(sizeof(Entry) == sizeof(FindData));
 
@@ -98,12 +98,12 @@ class EntryReader {
   std::unique_ptr<char[]> buffer_ = std::make_unique_for_overwrite<char[]>(kEntryBufferSize);
   EntriesRead read_;
   struct Found {
-    const dirent64* entry;  // in buffer_
-    std::size_t nameSize;   // with its NUL
+    const dirent64* entry;  // points into buffer_
+    std::size_t nameSize;   // length with the final NUL
   };
 
   std::vector<Found> found_;
-  std::vector<std::uint32_t> order_;  // of the questions
+  std::vector<std::uint32_t> order_;  // order in which entries are asked about
 };
 
 }  // namespace ombrelian::platform

@@ -31,17 +31,18 @@ using Buffer = std::unique_ptr<char[]>;
 struct Level {
   SharedFolder folder;  // none while more than kMaxOpenLevels lie below, or when it has no use
   FileIdentity identity;
-  std::string name;  // below the level above; of the outermost level the whole path
+  std::string name;  // name in the level above; the outermost level has the whole path
   int error = 0;     // errno that broke the listing off
 
-  ListingPointer listing;        // where parts come from; null: there are no more
+  ListingPointer listing;        // source of further parts; null: there are none
   std::list<ListingPart> parts;  // the first is being read
-  std::size_t entry = 0;         // of the first part, that comes next
-  std::size_t subfolder = 0;     // of the first part, the first at or behind the current entry
+  std::size_t entry = 0;         // index of the next entry in the first part
+  std::size_t subfolder =
+      0;  // index in the first part of the first subfolder from the current entry on
 
   Buffer buffer;             // entries as getdents64 gave them
   std::size_t size = 0;      // bytes of entries in it
-  std::size_t at = 0;        // where the next entry begins
+  std::size_t at = 0;        // offset of the next entry
   bool marksEnd = false;     // see marksEndOfFolder
   bool complete = false;     // the kernel has no more of them
   bool wasDetached = false;  // the buffer is no larger than what it holds
@@ -97,7 +98,7 @@ class FolderWalk::Implementation {
   std::vector<Buffer> spareBuffers_;
   const char* currentName_ = "";
   const FindData* current_ = nullptr;
-  FindData asked_;  // what current_ is where entries are asked about one by one
+  FindData asked_;  // record of the current entry if entries are asked about one by one
   Text name_;
   bool nameConverted_ = false;
 };

@@ -23,8 +23,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::nanoseconds kQuickFolder = std::chrono::microseconds(60);
 constexpr std::chrono::nanoseconds kQuickEntry = std::chrono::microseconds(6);
 constexpr int kSlowPartWeight = 4;      // a quick one takes one off
-constexpr int kSlownessForMore = 16;    // then one helper more works
-constexpr int kSlownessForFewer = -32;  // then one less
+constexpr int kSlownessForMore = 16;    // slowness at which one more helper works
+constexpr int kSlownessForFewer = -32;  // slowness at which one helper rests
 
 /// Whether a later try by the walk, which holds fewer folders open, may do better.
 bool isShortage(int error) { return error == EMFILE || error == ENFILE || error == ENOMEM; }
@@ -196,7 +196,7 @@ struct ReadAhead::Work {
   explicit Work(ListingPointer toRead) : listing(std::move(toRead)), place(&listing->place) {}
 
   const ListingPointer listing;
-  WorkPlace* place;             // what lies below the part goes before it
+  WorkPlace* place;             // work below the part is queued before this place
   WorkPlace ownPlace{nullptr};  // the part's, while others go on with the listing
   Descriptor folder;            // while it belongs to this part alone
   EntriesRead read;
@@ -260,7 +260,7 @@ void ReadAhead::publish(Work& work) {
   }
   work.part.isReady = true;
   if (!listing.isDropped) {
-    if (work.fresh.empty()) bytes_ += work.part.bytes;  // else nothing is left of it
+    if (work.fresh.empty()) bytes_ += work.part.bytes;  // the listing was not dropped meanwhile
     for (const ListingPart::Subfolder& subfolder : work.part.subfolders)
       subfolder.listing->place.insertBefore(*work.place);
     if (!work.part.subfolders.empty()) wakeHelper();

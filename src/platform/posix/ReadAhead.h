@@ -19,7 +19,7 @@ namespace ombrelian::platform {
 struct ReadPlan {
   unsigned helpers = 0;         // threads beside the walk's own
   unsigned processors = 1;      // more threads work only while the device makes them wait
-  bool entersFolders = true;    // else subfolders are left to the walk
+  bool entersFolders = true;    // if not, subfolders are left to the walk
   bool isInInodeOrder = false;  // see EntryReader::ask
   std::size_t memory = std::size_t(16) << 20;  // bytes that may wait for the walk
   unsigned descriptors = 256;                  // open folders that may wait for it
@@ -35,14 +35,14 @@ using ListingPointer = std::shared_ptr<Listing>;
 /// which the walk decides on itself.
 struct ListingPart {
   struct Subfolder {
-    std::uint32_t entry = 0;  // which of the batch
+    std::uint32_t entry = 0;  // index in the batch
     ListingPointer listing;
   };
 
   EntryBatch batch;
   std::vector<Subfolder> subfolders;
   std::size_t bytes = 0;  // counted towards ReadPlan::memory
-  bool isReady = false;   // else some thread is at work on it
+  bool isReady = false;   // if not, a thread works on the part
 };
 
 /// A place in the order of work: a link in a ring. Not copyable, as others point to it.
@@ -77,7 +77,7 @@ struct Listing : std::enable_shared_from_this<Listing> {
 
   int error = 0;  // errno that kept it from being opened or broke it off
 
-  std::list<ListingPart> parts;  // that the walk has not taken, in order
+  std::list<ListingPart> parts;  // parts that the walk has not taken, in order
   WorkPlace place{this};         // while more can be listed
   bool isBeingListed = false;    // a thread is at it
   bool isComplete = false;       // nothing is left to list
@@ -158,11 +158,11 @@ class ReadAhead {
   const Listing* awaited_ = nullptr;
   unsigned idle_ = 0;     // helpers that wait
   unsigned working_ = 0;  // helpers that read
-  unsigned allowed_;      // of them at a time
+  unsigned allowed_;      // helpers that may work at a time
   int slowness_ = 0;      // see adapt
   bool isStopping_ = false;
 
-  std::atomic<std::size_t> bytes_ = 0;  // that wait for the walk
+  std::atomic<std::size_t> bytes_ = 0;  // bytes that wait for the walk
   std::shared_ptr<std::atomic<unsigned>> descriptors_ = std::make_shared<std::atomic<unsigned>>(0);
   std::atomic<bool> isResting_ = false;  // a helper waits for room
   std::vector<std::thread> helpers_;

@@ -19,8 +19,8 @@ namespace {
 constexpr int kOpenLevel = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr std::size_t kMaxOpenLevels = 48;  // descriptors held; the others are opened on the way up
 constexpr std::size_t kBatch = 100'000;     // entries that are removed in the order of their inodes
-constexpr std::size_t kFewEntries = 10'000;  // whose inodes are not worth being put in order
-constexpr int kMostPasses = 16;              // over a folder that is being filled meanwhile
+constexpr std::size_t kFewEntries = 10'000;  // entries below this number are not sorted by inode
+constexpr int kMostPasses = 16;              // passes over a folder that others fill meanwhile
 
 bool isRefused(int error) { return error == EACCES || error == EPERM; }
 
@@ -30,11 +30,11 @@ struct Level {
   FileIdentity identity;
   Descriptor folder;    // none while more than kMaxOpenLevels lie below
   std::string pending;  // names of subfolders that are still there, each with its NUL
-  std::size_t at = 0;   // where the next of them begins
+  std::size_t at = 0;   // offset of the next name in pending
   int passes = 0;
-  bool stays = false;              // something in it could not go
-  std::optional<mode_t> mode;      // to be put back if it stays
-  bool wasAskedForRights = false;  // nothing more is to be had
+  bool stays = false;              // an object in the folder could not be removed
+  std::optional<mode_t> mode;      // mode to restore if the folder stays
+  bool wasAskedForRights = false;  // rights were asked for once already
 
   bool hasPending() const { return at < pending.size(); }
   const char* nextPending() {
@@ -316,7 +316,7 @@ bool TreeRemoval::reattach(const Level& child) {
   FileIdentity identity;
   if (level.folder && readIdentity(level.folder.get(), identity) == 0 && identity == level.identity)
     return true;
-  if (child.folder) fail(kObjectReplaced);  // told once for all levels that cannot be reached
+  if (child.folder) fail(kObjectReplaced);  // reported once for all levels that cannot be reached
   level.folder.reset();
   level.pending.clear();
   level.at = 0;

@@ -10,7 +10,7 @@ namespace ombrelian::platform {
 namespace {
 
 constexpr unsigned kWanted = STATX_BASIC_STATS | STATX_BTIME;
-constexpr std::int64_t kBlockSize = 512;  // of st_blocks, on every file system
+constexpr std::int64_t kBlockSize = 512;  // bytes of a unit of st_blocks on every file system
 
 FileTime toFileTime(const struct statx_timestamp& time) {
   return fileTimeFromUnix(time.tv_sec, time.tv_nsec);
@@ -22,7 +22,7 @@ std::uint64_t deviceOf(const struct statx& told) {
 
 bool isHiddenName(const char* name) { return name[0] == '.' && name[1] != '\0'; }
 
-/// Attributes that files and folders have alike.
+/// The attributes that files and folders share.
 std::uint32_t commonAttributes(const struct statx& told, const char* name) {
   std::uint32_t attributes = 0;
   if (isHiddenName(name)) attributes |= kAttributeHidden;

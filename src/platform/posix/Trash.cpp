@@ -33,7 +33,7 @@ struct Source {
   const ObjectAt& at;
   const std::string path;  // absolute
   FindData data;
-  std::uint64_t device = 0;  // of the folder that it lies in
+  std::uint64_t device = 0;  // device of the folder that holds the object
 };
 
 ErrorCode sourceError(ErrorCode code) { return code == kAccessDenied ? kShellSourceDenied : code; }
@@ -67,7 +67,7 @@ ErrorCode check(Source& source) {
   return kSuccess;
 }
 
-/// Neither may the bin go into itself, nor what lies in it anew.
+/// Refuses to move the bin into itself, or an object of the bin into the bin again.
 ErrorCode checkApart(const Source& source, const Trash& trash) {
   FileIdentity bin;
   if (const int error = readIdentity(trash.folder.get(), bin); error != 0) return binError(error);

@@ -92,7 +92,7 @@ ErrorCode openOwn(int parent, const std::string& name, Descriptor& folder) {
   return told.st_uid == geteuid() ? kSuccess : binError(EACCES);
 }
 
-/// As openOwn, for one in which objects or records are to be made.
+/// The same as openOwn for a folder in which objects or records are made.
 ErrorCode openWritable(int parent, const std::string& name, Descriptor& folder) {
   const ErrorCode error = openOwn(parent, name, folder);
   if (error != kSuccess) return error;

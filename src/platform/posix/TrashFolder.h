@@ -10,7 +10,7 @@ namespace ombrelian::platform {
 /// A recycle bin as all desktops share it (freedesktop.org Trash 1.0): objects lie in "files", and
 /// where they came from stands in "info". Its folders are open with O_PATH and belong to this user.
 struct Trash {
-  std::string path;  // for messages; also set where the bin cannot be had
+  std::string path;  // path for messages; also set if there is no bin
   Descriptor folder;
   Descriptor files;
   Descriptor info;
@@ -29,7 +29,7 @@ ErrorCode openTopTrash(int top, const std::string& topPath, Trash& trash);
 /// The uppermost folder that an object can be renamed to.
 struct TopFolder {
   Descriptor folder;
-  std::size_t levels = 0;  // that the way up to it took
+  std::size_t levels = 0;  // how many ".." lead from the start folder to this one
 };
 
 /// Goes up from the open `folder` to where its file system is mounted. A subvolume that nobody

@@ -8,9 +8,9 @@ namespace ombrelian::platform {
 namespace {
 
 constexpr std::size_t kMaxName = NAME_MAX - kTrashInfoEnding.size();
-constexpr std::size_t kMaxExtension = 32;  // with its dot; what is longer is no extension
+constexpr std::size_t kMaxExtension = 32;  // units with the dot; longer ends are no extensions
 
-/// From the last dot on; empty: `name` has none.
+/// The part of `name` from the last dot on; empty: `name` has no dot.
 std::string_view extensionOf(std::string_view name) {
   const auto dot = name.rfind('.');
   if (dot == std::string_view::npos || dot == 0 || name.size() - dot > kMaxExtension) return {};
