@@ -175,10 +175,16 @@ class ArgumentReader {
       return;
     }
     for (std::size_t i = 0; i < paths_.size(); ++i) {
+      if (paths_[i].empty()) {
+        fail(TL(9703,
+                u"Eine Quelle ist leer. Bitte einen Ordner nennen oder das Argument weglassen."));
+        return;
+      }
       Text path = platform::GetFullPathNameW(paths_[i]);
       if (isSilent && i == 0) {
         line_.target = std::move(path);
-      } else {
+      } else if (std::find(line_.sources.begin(), line_.sources.end(), path) ==
+                 line_.sources.end()) {
         line_.sources.push_back(std::move(path));
       }
     }

@@ -4,6 +4,7 @@
 
 #include "format/LetterCase.h"
 #include "fs/Owners.h"
+#include "fs/Renaming.h"
 #include "fs/z_Filesystem.h"
 #include "lists/ListStatus.h"
 #include "lists/ListTable.h"
@@ -76,21 +77,6 @@ struct TextHash {
   using is_transparent = void;
   std::size_t operator()(TextView text) const { return std::hash<TextView>()(text); }
 };
-
-/// Whether a name stands for one object in the folder itself.
-bool isPlainName(TextView name) {
-  return name.find(platform::kNativeSeparator) == TextView::npos &&
-         name.find(u'\0') == TextView::npos;
-}
-
-/// Whether the folder still has the file under its old name: to give one of two names of a file to
-/// the other changes nothing on POSIX, and is no error there. Names that differ in case alone can
-/// be one name.
-bool isStillThere(TextView path, TextView oldName, TextView newName) {
-  if (lowerCase(oldName) == lowerCase(newName)) return false;
-  FindData data;
-  return findObject(path, data) == kSuccess;
-}
 
 }  // namespace
 
@@ -278,7 +264,7 @@ std::optional<FindData> FileList::otherNamed(Grid::RowIndex row, TextView name) 
   FindData other;
   const Text path = fullPath(row);
   const Text newPath = shown_.folder + Text(name);
-  if (name.empty() || !isPlainName(name) || newPath == path) return {};
+  if (name.empty() || newPath == path) return {};
   if (findObject(newPath, other) != kSuccess) return {};
   // Where case does not count, another spelling is the file itself.
   const bool isItself =
@@ -287,28 +273,14 @@ std::optional<FindData> FileList::otherNamed(Grid::RowIndex row, TextView name) 
   return other;
 }
 
-/// Gives the file another name on the disk. Empty: done; else the error text.
-Text FileList::move(Grid::RowIndex row, TextView newName) const {
-  if (!isPlainName(newName)) {
-    return TL(9400, u"Ein Dateiname darf kein '%1' enthalten.",
-              {TextView(&platform::kNativeSeparator, 1)});
-  }
-  const Text oldName(shown_.grid.text(row, kName));
-  const Text oldPath = fullPath(row);
-  if (Text error = xMoveFile_W(oldPath, shown_.folder + Text(newName)); !error.empty())
-    return error;
-  if (isStillThere(oldPath, oldName, newName))
-    return TL(9401, u"'%1' und '%2' sind zwei Namen derselben Datei.", {oldName, newName});
-  return {};
-}
-
 FileList::Renaming FileList::rename(Grid::RowIndex row, TextView newName) {
   return GuardedOr(
       kModule, u"lvwFiles_GridCellAfterEditing",
       [&]() -> Renaming {
         if (newName.empty() || newName == shown_.grid.text(row, kName)) return {};
         const std::optional<FindData> replaced = otherNamed(row, newName);
-        if (Text error = move(row, newName); !error.empty()) return {std::move(error), {}};
+        if (Text error = renameInFolder(fullPath(row), newName); !error.empty())
+          return {std::move(error), {}};
         const std::uint32_t id = shown_.grid.id(row);
         removeReplaced(row, newName);
         setName(shown_.grid.rowOf(id), newName);

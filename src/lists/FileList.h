@@ -105,7 +105,6 @@ class FileList : public FlatList {
   void List_Files_ScanFolderR(TextView folder, const GoOn& goOn);
   void replace(Contents contents);
   std::optional<platform::FindData> otherNamed(Grid::RowIndex row, TextView name) const;
-  Text move(Grid::RowIndex row, TextView newName) const;
   void setName(Grid::RowIndex row, TextView name);
   void removeReplaced(Grid::RowIndex row, TextView name);
 

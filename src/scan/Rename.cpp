@@ -1,6 +1,7 @@
 #include "scan/Rename.h"
 
 #include "fs/PathText.h"
+#include "fs/Renaming.h"
 #include "fs/z_Filesystem.h"
 #include "support/Guard.h"
 #include "tree/TreeEdit.h"
@@ -35,13 +36,14 @@ Text renameFolder(FolderTree& tree, TextView path, TextView name) {
   return GuardedOr(
       kModule, u"lvwFolder_GridCellAfterEditing",
       [&]() -> Text {
+        if (name == xGetFileName(path)) return {};
         const TextView folder = xGetPath(path);
         Text newPath(folder);
         appendName(newPath, name);
         platform::FindData replaced;
         const bool replacesFile =
             findObject(newPath, replaced) == platform::kSuccess && !replaced.isFolder();
-        if (Text error = xMoveFile_W(path, newPath); !error.empty()) return error;
+        if (Text error = renameInFolder(path, name); !error.empty()) return error;
         if (replacesFile) {
           takeOutFile(tree, folder, xGetFileSizeByWFD_W(replaced));
         } else if (const auto nodes = foldersAt(tree, newPath); !nodes.empty()) {

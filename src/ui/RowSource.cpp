@@ -5,6 +5,7 @@
 #include "format/Attributes.h"
 #include "format/ToolTips.h"
 #include "fs/PathText.h"
+#include "fs/Renaming.h"
 #include "fs/z_Filesystem.h"
 #include "ui/QtText.h"
 
@@ -46,8 +47,7 @@ bool RowSource::isNameTaken(std::size_t row, const Text& name) const {
 }
 
 Text RowSource::renameObject(std::size_t row, const Text& name) const {
-  const Text old = path(row);
-  return xMoveFile_W(old, beside(old, name));
+  return renameInFolder(path(row), name);
 }
 
 bool RowSource::holds(std::size_t row, const QString& text) const {
@@ -87,9 +87,12 @@ Text GridRows::textOf(std::size_t row, TextView key) const {
   return found == nullptr ? Text() : Text(grid_.text(row, *found));
 }
 
-/// Joins the name and the path of its folder; the cell of a junction is its path.
+/// Joins the name of a file and the path of its folder; junctions and folders are named by their
+/// paths.
 Text GridRows::path(std::size_t row) const {
-  if (column(u"junction") != nullptr) return textOf(row, u"junction");
+  const RowKind kind = listRow(list_).rows;
+  if (kind == RowKind::Junction) return textOf(row, u"junction");
+  if (kind == RowKind::Folder) return textOf(row, u"name");
   if (column(u"path") == nullptr || column(u"name") == nullptr) return {};
   const Text name = textOf(row, u"name");
   Text folder = textOf(row, u"path");

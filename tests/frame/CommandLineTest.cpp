@@ -67,6 +67,9 @@ TEST(CommandLineTest, WhatMakesNoJob) {
                                                                            {u"-s3", u"-d"},
                                                                            {u"-sx", u"/t", u"/a"},
                                                                            {u"--sources", u"/a"},
+                                                                           {u"-s", u"/t", u""},
+                                                                           {u"-s", u"", u"/a"},
+                                                                           {u""},
                                                                            {u"-x"}}) {
     const CommandLine line = parseArguments(arguments);
     EXPECT_EQ(line.mode, Mode::Invalid) << toBytes(arguments.front());
@@ -77,6 +80,7 @@ TEST(CommandLineTest, WhatMakesNoJob) {
 TEST(CommandLineTest, OtherForms) {
   EXPECT_EQ(parseArguments({}).mode, Mode::Interactive);
   EXPECT_EQ(parseArguments({u"/a", u"/b"}).sources, (Sources{u"/a", u"/b"}));
+  EXPECT_EQ(parseArguments({u"/a", u"/b", u"/x/..//a/"}).sources, (Sources{u"/a", u"/b"}));
   EXPECT_EQ(parseArguments({u"-RESTART"}).mode, Mode::Restart);
   EXPECT_NE(parseArguments({u"-RESTART", u"/a"}).mode, Mode::Restart);
   EXPECT_EQ(parseArguments({u"-s", u"--help"}).mode, Mode::Help);

@@ -9,6 +9,7 @@
 
 #include "fs/Links.h"
 #include "fs/Owners.h"
+#include "fs/Renaming.h"
 #include "platform/Accounts.h"
 #include "support/Guard.h"
 #include "tests/testing/Faults.h"
@@ -138,6 +139,26 @@ TEST(FilesystemTest, AnOwnerIsAnAccountUnknownOrEveryone) {
   EXPECT_EQ(owners.at(folder.text("missing"), true), u"-Unbekannt-");
   EXPECT_EQ(owners.at(folder.text("missing"), false), u"Jeder");
   EXPECT_TRUE(keepsOwners(folder.text()));
+}
+
+TEST(FilesystemTest, ARenameStaysInItsFolder) {
+  const TestFolder folder;
+  folder.file("a/one");
+  folder.file("a/other", 5);
+  folder.hardlink("a/twin", "a/one");
+  folder.file("outside");
+  const Text one = folder.text("a/one");
+  for (const TextView name : {u"../gone", u"b/c", u"..", u".", u"", u"twin"}) {
+    EXPECT_FALSE(renameInFolder(one, name).empty()) << toBytes(name);
+    EXPECT_TRUE(xExistFile_W(one)) << toBytes(name);
+  }
+  EXPECT_EQ(renameInFolder(one, u"one"), u"") << "its own name";
+  EXPECT_EQ(renameInFolder(one, u"other"), u"") << "replaces a file";
+  std::vector<std::string> names = testing::namesIn(folder.path("a"));
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names, (std::vector<std::string>{"other", "twin"}));
+  EXPECT_EQ(renameInFolder(folder.text("a"), u"b\n"), u"") << "a folder, and any name";
+  EXPECT_TRUE(xExistFolder_W(folder.text("b\n")));
 }
 
 TEST(FilesystemTest, HardlinksHaveOneIdentity) {

@@ -2,7 +2,6 @@
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <chrono>
 #include <fstream>
 #include <map>
 #include <random>
@@ -368,36 +367,6 @@ TEST_F(IniTest, WrappersKeepEveryScript) {
   StoreSettings(u"Allgemein", u"Lang", u"\u4E16\xDC80", store);
   EXPECT_EQ(GetSettings(u"Allgemein", u"Lang", u"0", store), u"\u4E16\xDC80");
   EXPECT_EQ(GetSettings(u"Allgemein", u"None", u"0", store), u"0");
-}
-
-/// Shortest of a few loads of a file with `keys` keys, in milliseconds.
-double loadTime(const Text& path, int keys) {
-  {
-    IniStore store(path);
-    for (int i = 0; i < keys; ++i) {
-      store.INI_WriteString(u"Section" + toText(i / 100), u"SomeLongerSettingName" + toText(i),
-                            u"/home/user/some/folder/" + toText(i));
-    }
-  }
-  double best = 1e9;
-  for (int round = 0; round < 5; ++round) {
-    const auto begin = std::chrono::steady_clock::now();
-    const IniStore store(path);
-    EXPECT_EQ(store.INI_ReadString(u"section0", u"somelongersettingname7", u""),
-              u"/home/user/some/folder/7");
-    const std::chrono::duration<double, std::milli> taken =
-        std::chrono::steady_clock::now() - begin;
-    best = std::min(best, taken.count());
-  }
-  return best;
-}
-
-// Ten times the keys take about ten times as long, whatever machine and sanitizer this runs under.
-TEST_F(IniTest, TheTimeToLoadGrowsWithTheKeys) {
-  const double few = loadTime(folder.text("few.ini"), 2'000);
-  const double many = loadTime(folder.text("many.ini"), 20'000);
-  RecordProperty("milliseconds", std::to_string(many));
-  EXPECT_LT(many, few * 40);
 }
 
 }  // namespace

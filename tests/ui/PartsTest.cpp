@@ -195,6 +195,23 @@ TEST_F(PartsTest, AnOwnerThatIsReadLateIsTheOneOfTheWalk) {
   }
 }
 
+TEST_F(PartsTest, EveryListKnowsThePathsOfItsRows) {
+  turnAllListsOn(made_.session.options);
+  made_.scans->scan({tree_.text()});
+  const std::pair<ListId, const char*> firsts[] = {{ListId::LargestFiles, "big/a.bin"},
+                                                   {ListId::LargestFolders, "big"},
+                                                   {ListId::SmallestFolders, "small/deep"},
+                                                   {ListId::Junctions, "link"}};
+  for (const auto& [list, path] : firsts)
+    EXPECT_EQ(made_.panes->pane(list).rows().path(0), tree_.text(path)) << int(list);
+  RowSource& files = made_.panes->pane(ListId::LargestFiles).rows();
+  EXPECT_FALSE(files.rename(0, u"../elsewhere").empty());
+  EXPECT_EQ(files.path(0), tree_.text("big/a.bin"));
+  RowSource& folders = made_.panes->pane(ListId::Folders).rows();
+  EXPECT_FALSE(folders.rename(1, u"../elsewhere").empty());
+  EXPECT_EQ(folders.path(1), tree_.text("big"));
+}
+
 TEST_F(PartsTest, LevelsAreExpandedAndSourcesTakenAway) {
   FolderCommands folders(*made_.state, *made_.panes, *made_.area, *made_.files);
   made_.scans->scan({tree_.text()});

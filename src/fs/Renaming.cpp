@@ -1,0 +1,42 @@
+#include "fs/Renaming.h"
+
+#include "fs/z_Filesystem.h"
+#include "support/Translate.h"
+
+namespace ombrelian {
+namespace {
+
+/// Why no object can have that name; empty: one can.
+Text nameError(TextView name) {
+  if (name.find(platform::kNativeSeparator) != TextView::npos || name.find(u'\0') != TextView::npos)
+    return TL(9400, u"Ein Dateiname darf kein '%1' enthalten.",
+              {TextView(&platform::kNativeSeparator, 1)});
+  if (name.empty() || name == u"." || name == u"..")
+    return TL(9702, u"'%1' ist kein Name für eine Datei oder einen Ordner.", {name});
+  return {};
+}
+
+/// Whether both paths are names of one file that has several. To rename one to the other changes
+/// nothing on POSIX, and is no error there.
+bool areNamesOfOneFile(TextView path, TextView other) {
+  platform::FindData one;
+  platform::FindData two;
+  return findObject(path, one) == platform::kSuccess &&
+         findObject(other, two) == platform::kSuccess && one.identity == two.identity &&
+         one.linkCount > 1 && !one.isFolder();
+}
+
+}  // namespace
+
+Text renameInFolder(TextView path, TextView name) {
+  const TextView present = xGetFileName(path);
+  if (name == present) return {};
+  if (Text error = nameError(name); !error.empty()) return error;
+  Text target(xGetPath(path));
+  appendName(target, name);
+  if (areNamesOfOneFile(path, target))
+    return TL(9401, u"'%1' und '%2' sind zwei Namen derselben Datei.", {present, name});
+  return xMoveFile_W(path, target);
+}
+
+}  // namespace ombrelian
