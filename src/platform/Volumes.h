@@ -37,7 +37,7 @@ ErrorCode GetVolumeInformationW(TextView path, VolumeInformation& information);
 std::vector<Text> GetLogicalDriveStringsW();
 
 struct DiskSpace {
-  std::int64_t freeBytes = 0;  // bytes that this user may fill
+  std::int64_t freeBytes = 0;  // bytes in no use, also those that only the superuser may fill
   std::int64_t totalBytes = 0;
   std::int64_t clusterBytes = 0;  // bytes that a file takes at least
 };

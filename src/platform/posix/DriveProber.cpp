@@ -30,11 +30,12 @@ std::int64_t bytesOf(std::uint64_t blocks, std::uint64_t blockSize) {
 
 DiskSpace spaceOf(const struct statvfs& told) {
   const std::uint64_t cluster = told.f_frsize != 0 ? told.f_frsize : told.f_bsize;
-  // Once others have filled what is kept for the superuser, it is a number below zero.
-  const std::uint64_t available = std::int64_t(told.f_bavail) < 0 ? 0 : told.f_bavail;
+  // Space that only the superuser may fill is free as well. Some file systems report a number below
+  // zero.
+  const std::uint64_t free = std::int64_t(told.f_bfree) < 0 ? 0 : told.f_bfree;
   DiskSpace space;
   space.totalBytes = bytesOf(told.f_blocks, cluster);
-  space.freeBytes = std::min(bytesOf(available, cluster), space.totalBytes);
+  space.freeBytes = std::min(bytesOf(free, cluster), space.totalBytes);
   space.clusterBytes = bytesOf(1, cluster);
   return space;
 }

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/posix/CMemory.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/PathAt.h"
 #include "platform/posix/Stat.h"
@@ -116,20 +117,16 @@ ErrorCode CheckFolderWritable(TextView path) {
 }
 
 Text GetFinalPathNameW(TextView path) {
-  char* const resolved = realpath(toBytes(path).c_str(), nullptr);
-  if (resolved == nullptr) return {};
-  Text result = fromBytes(resolved);
-  free(resolved);
-  return result;
+  const CText resolved(realpath(toBytes(path).c_str(), nullptr));
+  return resolved == nullptr ? Text() : fromBytes(resolved.get());
 }
 
 Text GetFullPathNameW(TextView path) {
   Text absolute(path);
   if (path.empty() || path.front() != u'/') {
-    char* const folder = getcwd(nullptr, 0);
+    const CText folder(getcwd(nullptr, 0));
     if (folder == nullptr) return absolute;
-    absolute = fromBytes(folder).append(u"/").append(path);
-    free(folder);
+    absolute = fromBytes(folder.get()).append(u"/").append(path);
   }
   if (hasParentStep(absolute)) {
     Text real = GetFinalPathNameW(absolute);

@@ -1,4 +1,5 @@
 #include "platform/posix/Mounts.h"
+#include "platform/posix/CMemory.h"
 
 #include <sys/sysmacros.h>
 
@@ -97,16 +98,20 @@ bool holds(const std::string& mountPoint, const std::string& path) {
 
 std::vector<Mount> readMounts() {
   std::vector<Mount> mounts;
-  FILE* const file = std::fopen("/proc/self/mountinfo", "re");
+  const CFile file = openForReading("/proc/self/mountinfo");
   if (file == nullptr) return mounts;
-  char* line = nullptr;
+  CText line;
   std::size_t capacity = 0;
-  while (getline(&line, &capacity, file) > 0) {
+  const auto readLine = [&] {
+    char* text = line.release();  // which getline may move
+    const bool isRead = getline(&text, &capacity, file.get()) > 0;
+    line.reset(text);
+    return isRead;
+  };
+  while (readLine()) {
     Mount mount;
-    if (parseLine(line, mount)) mounts.push_back(std::move(mount));
+    if (parseLine(line.get(), mount)) mounts.push_back(std::move(mount));
   }
-  std::free(line);
-  std::fclose(file);
   return mounts;
 }
 

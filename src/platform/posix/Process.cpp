@@ -15,6 +15,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/posix/CMemory.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/Errors.h"
 
@@ -28,18 +29,17 @@ std::string environmentVariable(const char* name) {
 
 /// Value behind "key:" or "KEY=" in a small text file of the system; empty if it is not there.
 std::string valueInFile(const char* path, const std::string& key, char separator) {
-  FILE* const file = std::fopen(path, "re");
+  const CFile file = openForReading(path);
   if (file == nullptr) return {};
   std::string value;
   char line[512];
-  while (value.empty() && std::fgets(line, sizeof line, file) != nullptr) {
+  while (value.empty() && std::fgets(line, sizeof line, file.get()) != nullptr) {
     if (std::strncmp(line, key.c_str(), key.size()) != 0) continue;
     const char* at = std::strchr(line, separator);
     if (at == nullptr) continue;
     at += 1 + std::strspn(at + 1, " \t\"");
     value.assign(at, std::strcspn(at, "\"\n"));
   }
-  std::fclose(file);
   return value;
 }
 
@@ -87,18 +87,15 @@ Text GetApplicationDataFolder() {
 }
 
 Text GetModuleFolder() {
-  char* const path = realpath("/proc/self/exe", nullptr);
-  std::string folder = path != nullptr ? path : "";
-  free(path);
+  const CText path(realpath("/proc/self/exe", nullptr));
+  const std::string folder = path != nullptr ? path.get() : "";
   const auto slash = folder.rfind('/');
   return slash == std::string::npos ? Text() : fromBytes(folder.substr(0, slash));
 }
 
 Text GetCurrentDirectoryW() {
-  char* const folder = getcwd(nullptr, 0);
-  Text result = folder != nullptr ? fromBytes(folder) : Text();
-  free(folder);
-  return result;
+  const CText folder(getcwd(nullptr, 0));
+  return folder != nullptr ? fromBytes(folder.get()) : Text();
 }
 
 bool HasDisplay() {

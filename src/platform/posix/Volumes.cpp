@@ -9,6 +9,7 @@
 #include <cstdio>
 
 #include "platform/Files.h"
+#include "platform/posix/CMemory.h"
 #include "platform/posix/DriveProber.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/Mounts.h"
@@ -28,11 +29,8 @@ bool blockFlag(std::uint64_t device, const char* flag) {
   const std::string base =
       "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device)) + "/";
   for (const char* const where : {"", "../"}) {
-    FILE* const file = std::fopen((base + where + flag).c_str(), "re");
-    if (file == nullptr) continue;
-    const int value = std::fgetc(file);
-    std::fclose(file);
-    return value == '1';
+    const CFile file = openForReading((base + where + flag).c_str());
+    if (file != nullptr) return std::fgetc(file.get()) == '1';
   }
   return false;
 }
