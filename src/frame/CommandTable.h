@@ -10,6 +10,7 @@ namespace ombrelian {
 /// Every command of the program by its number; see Commands.inc.
 enum class CommandId : std::uint16_t {
   None = 0,
+// NOLINTNEXTLINE(bugprone-macro-parentheses): an enumerator takes none
 #define COMMAND(name, number, kind, caption, tip, picture, key, when, state, does) name = number,
 #include "frame/Commands.inc"
 #undef COMMAND
