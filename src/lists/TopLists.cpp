@@ -91,6 +91,8 @@ TopLists::TopLists(const Options& options, mCompare& filters, FileTypes& types)
                                                                        TopCollector(false)} {
   for (std::size_t number = 0; number < kTopLists; ++number)
     lists_.emplace_back(*this, topList(number));
+  for (std::size_t number = 0; number < kTopLists; ++number)
+    isOn_[number] = &(options_.*listRow(topList(number)).isOn);
 }
 
 void TopLists::reset() {

@@ -118,13 +118,14 @@ class TopLists {
                    std::int32_t ownFolders);
   void offerDate(ListId list, TextView name, TextView folder, std::int64_t size,
                  const platform::FindData& data);
-  bool isOn(ListId list) const { return ombrelian::isOn(options_, list); }
+  bool isOn(ListId list) const { return *isOn_[topIndex(list)] == 1; }
   TopCollector& rows(ListId list) { return collectors_[topIndex(list)]; }
   void fillGrid(ListId list);
   void List_TOP_GetAllNodeValues(ListId list);
   void List_TOP_GetFileValues(Grid& grid, Grid::RowIndex row);
 
   const Options& options_;
+  std::array<const std::uint8_t*, kTopLists> isOn_;  // flags in the options, asked for every file
   mCompare& filters_;
   FileTypes& types_;
   LocalClock clock_;
