@@ -84,6 +84,7 @@ TEST_F(FaultsInRunsTest, ARunThatThrowsIsOverAndIncomplete) {
   EXPECT_FALSE(run.isComplete());
   EXPECT_EQ(run.sum.Errors, 1);
   EXPECT_TRUE(tree[run.lastRoot].has(FolderNode::IsError));
+  EXPECT_NE(tree.errorText(run.lastRoot).find(u"thrown by the test"), Text::npos);
   EXPECT_EQ(window.ended, 2);
   EXPECT_FALSE(context.ScanBusy);
   window.atProgress = false;
