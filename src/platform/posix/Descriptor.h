@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <memory>
 #include <utility>
 
 namespace ombrelian::platform {
@@ -29,5 +30,8 @@ class Descriptor {
  private:
   int fd_ = -1;
 };
+
+/// An open folder, shared by those who read in it and those who open others from it.
+using SharedFolder = std::shared_ptr<const Descriptor>;
 
 }  // namespace ombrelian::platform

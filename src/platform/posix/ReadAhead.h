@@ -25,9 +25,6 @@ struct ReadPlan {
   unsigned descriptors = 256;                  // open folders that may wait for it
 };
 
-/// An open folder, shared by those who read in it and those who open others from it.
-using SharedFolder = std::shared_ptr<const Descriptor>;
-
 struct Listing;
 using ListingPointer = std::shared_ptr<Listing>;
 

@@ -11,24 +11,20 @@
 #include "platform/posix/EntryReader.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/ObjectAt.h"
+#include "platform/posix/OpenLevels.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
 namespace {
 
-constexpr int kOpenLevel = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-constexpr std::size_t kMaxOpenLevels = 48;  // descriptors held; the others are opened on the way up
-constexpr std::size_t kBatch = 100'000;     // entries that are removed in the order of their inodes
+constexpr std::size_t kBatch = 100'000;  // entries that are removed in the order of their inodes
 constexpr std::size_t kFewEntries = 10'000;  // entries below this number are not sorted by inode
 constexpr int kMostPasses = 16;              // passes over a folder that others fill meanwhile
 
 bool isRefused(int error) { return error == EACCES || error == EPERM; }
 
 /// A folder on the way from the one that goes to the one that is being emptied.
-struct Level {
-  std::string name;
-  FileIdentity identity;
-  Descriptor folder;    // none while more than kMaxOpenLevels lie below
+struct Level : OpenLevel {
   std::string pending;  // names of subfolders that are still there, each with its NUL
   std::size_t at = 0;   // offset of the next name in pending
   int passes = 0;
@@ -74,6 +70,12 @@ class Batch {
   std::string names_;
 };
 
+/// Null: errno says why.
+SharedFolder openFolder(int above, const char* name) {
+  Descriptor folder(openat(above, name, kOpenLevel | O_NOFOLLOW));
+  return folder ? std::make_shared<const Descriptor>(std::move(folder)) : nullptr;
+}
+
 class TreeRemoval {
  public:
   TreeRemoval(const ShownObject& object, RemovalProgress& progress)
@@ -92,7 +94,7 @@ class TreeRemoval {
   bool getRights(int folder, Level& level);
   int removeAt(int above, const char* name, int flags);
   void leave();
-  bool reattach(const Level& child);
+  bool isOpenAgain(const Level& child);
   void fail(ErrorCode error, const char* name = nullptr);
   bool goesOn();
 
@@ -100,8 +102,7 @@ class TreeRemoval {
   RemovalProgress& progress_;
   const ObjectAt outside_;
   std::optional<ForcedRights> rightsOutside_;
-  std::vector<Level> levels_;
-  std::size_t detached_ = 0;  // levels from the outermost on that hold no descriptor
+  OpenLevels<Level> levels_;
   std::unique_ptr<char[]> buffer_;
   Batch batch_;
   bool marksEnd_ = false;
@@ -137,7 +138,7 @@ void TreeRemoval::removeTop(const FindData& data) {
     Level& level = levels_.back();
     if (level.hasPending() && goesOn()) {
       const std::string name = level.nextPending();
-      enter(level.folder.get(), name, nullptr);
+      enter(level.folder->get(), name, nullptr);
     } else {
       leave();
     }
@@ -164,9 +165,8 @@ void TreeRemoval::enter(int above, const std::string& name, const FileIdentity* 
   } else if (error != kSuccess) {
     fail(error, name.c_str());
   } else {
-    if (levels_.empty()) marksEnd_ = marksEndOfFolder(level.folder.get());
-    levels_.push_back(std::move(level));
-    if (levels_.size() - detached_ > kMaxOpenLevels) levels_[detached_++].folder.reset();
+    if (levels_.empty()) marksEnd_ = marksEndOfFolder(level.folder->get());
+    levels_.push(std::move(level));
     empty(levels_.back());
   }
 }
@@ -174,8 +174,8 @@ void TreeRemoval::enter(int above, const std::string& name, const FileIdentity* 
 /// Opens the folder of that level below `above`. kNotADirectory: it is none, or none any more.
 ErrorCode TreeRemoval::openLevel(int above, const FileIdentity* expected, Level& level) {
   const char* const name = level.name.c_str();
-  level.folder = Descriptor(openat(above, name, kOpenLevel));
-  if (level.folder) return inspect(level.folder.get(), expected, level);
+  level.folder = openFolder(above, name);
+  if (level.folder) return inspect(level.folder->get(), expected, level);
   if (errno == ELOOP) return kNotADirectory;
   if (errno != EACCES) return translateErrno(errno);
   // One that may not be listed gets the right to it, once it is known to be one to be emptied.
@@ -185,8 +185,8 @@ ErrorCode TreeRemoval::openLevel(int above, const FileIdentity* expected, Level&
   if (error != kSuccess || !getRights(plain.get(), level)) {
     return error != kSuccess ? error : kAccessDenied;
   }
-  level.folder = Descriptor(openat(above, name, kOpenLevel));
-  if (level.folder) return inspect(level.folder.get(), &level.identity, level);
+  level.folder = openFolder(above, name);
+  if (level.folder) return inspect(level.folder->get(), &level.identity, level);
   const int refused = errno;
   changeMode(plain.get(), *level.mode);
   return translateErrno(refused);
@@ -222,7 +222,7 @@ void TreeRemoval::empty(Level& level) {
 /// False: there are no more entries.
 bool TreeRemoval::readBatch(Level& level, Batch& batch) {
   while (batch.size() < kBatch) {
-    const EntriesRead read = readEntries(level.folder.get(), buffer_.get(), marksEnd_);
+    const EntriesRead read = readEntries(level.folder->get(), buffer_.get(), marksEnd_);
     for (std::size_t at = 0; at < read.size;) {
       const auto& entry = *reinterpret_cast<const dirent64*>(buffer_.get() + at);
       at += entry.d_reclen;
@@ -240,7 +240,7 @@ bool TreeRemoval::readBatch(Level& level, Batch& batch) {
 }
 
 void TreeRemoval::removeFile(Level& level, const char* name) {
-  const int error = removeAt(level.folder.get(), name, 0);
+  const int error = removeAt(level.folder->get(), name, 0);
   if (error == 0) {
     ++removal_.files;
   } else if (error == EISDIR) {  // some file systems do not tell the kind of their entries
@@ -268,7 +268,7 @@ int TreeRemoval::removeAt(int above, const char* name, int flags) {
   if (!isRefused(error)) return error;
   if (!levels_.empty()) {
     Level& level = levels_.back();
-    if (!getRights(level.folder.get(), level)) return error;
+    if (!getRights(level.folder->get(), level)) return error;
   } else {
     if (rightsOutside_) return error;
     rightsOutside_.emplace(object_);
@@ -279,19 +279,18 @@ int TreeRemoval::removeAt(int above, const char* name, int flags) {
 
 /// The innermost folder is empty, or is to stay.
 void TreeRemoval::leave() {
-  Level child = std::move(levels_.back());
-  levels_.pop_back();
+  Level child = levels_.pop();
   bool isGone = false;
-  if (!reattach(child)) {
+  if (!isOpenAgain(child)) {
     child.stays = true;
   } else if (!child.stays && !removal_.wasStopped) {
-    const int above = levels_.empty() ? outside_.folder() : levels_.back().folder.get();
+    const int above = levels_.empty() ? outside_.folder() : levels_.back().folder->get();
     const int error = removeAt(above, child.name.c_str(), AT_REMOVEDIR);
     isGone = error == 0 || error == ENOENT;
     removal_.folders += error == 0 ? 1 : 0;
     const bool wasFilled = error == ENOTEMPTY || error == EEXIST;
-    if (wasFilled && child.passes < kMostPasses && lseek(child.folder.get(), 0, SEEK_SET) == 0) {
-      levels_.push_back(std::move(child));
+    if (wasFilled && child.passes < kMostPasses && lseek(child.folder->get(), 0, SEEK_SET) == 0) {
+      levels_.push(std::move(child));
       empty(levels_.back());
       return;
     }
@@ -303,21 +302,16 @@ void TreeRemoval::leave() {
     removal_.isGone = levels_.empty();
     return;
   }
-  if (child.mode) changeMode(child.folder.get(), *child.mode);
+  if (child.mode && child.folder != nullptr) changeMode(child.folder->get(), *child.mode);
   if (!levels_.empty()) levels_.back().stays = true;
 }
 
-/// Opens the innermost level again, which `child` was left for. False: it is another by now.
-bool TreeRemoval::reattach(const Level& child) {
-  if (levels_.empty() || detached_ < levels_.size()) return true;
-  --detached_;
+/// Whether the innermost level, which `child` was left for, can be worked on. If it could not be
+/// opened again, what is left in it stays.
+bool TreeRemoval::isOpenAgain(const Level& child) {
+  if (levels_.empty() || levels_.back().folder != nullptr) return true;
+  if (child.folder != nullptr) fail(kObjectReplaced);  // once for all levels that are out of reach
   Level& level = levels_.back();
-  level.folder = Descriptor(openat(child.folder.get(), "..", kOpenLevel));
-  FileIdentity identity;
-  if (level.folder && readIdentity(level.folder.get(), identity) == 0 && identity == level.identity)
-    return true;
-  if (child.folder) fail(kObjectReplaced);  // reported once for all levels that cannot be reached
-  level.folder.reset();
   level.pending.clear();
   level.at = 0;
   level.stays = true;
@@ -328,8 +322,8 @@ bool TreeRemoval::reattach(const Level& child) {
 void TreeRemoval::fail(ErrorCode error, const char* name) {
   if (!levels_.empty()) levels_.back().stays = true;
   Text path = object_.path;
-  for (std::size_t i = 1; i < levels_.size(); ++i)
-    path.append(u"/").append(fromBytes(levels_[i].name));
+  for (auto level = levels_.begin(); level != levels_.end(); ++level)
+    if (level != levels_.begin()) path.append(u"/").append(fromBytes(level->name));
   if (name != nullptr && !levels_.empty()) path.append(u"/").append(fromBytes(name));
   progress_.failed(path, error);
 }
