@@ -165,13 +165,6 @@ const Command& commandOf(CommandId id) {
       [](const Command& command, CommandId wanted) { return command.id < wanted; });
 }
 
-std::optional<CommandId> findCommand(int number) {
-  for (const Command& command : kCommands) {
-    if (int(command.id) == number) return command.id;
-  }
-  return std::nullopt;
-}
-
 Text commandCaption(const Command& command, const Options& options) {
   if (command.option) return optionCaption(options, *command.option);
   return TL(command.caption.id, command.caption.german, {toText(command.value)});

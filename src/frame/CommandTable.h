@@ -94,9 +94,6 @@ std::span<const Command> commandTable();
 /// `id` must be in the table.
 const Command& commandOf(CommandId id);
 
-/// The command of that number; none where there is no such command.
-std::optional<CommandId> findCommand(int number);
-
 /// Caption and tooltip in the language in force. On the main bar the size commands speak of all
 /// lists.
 Text commandCaption(const Command& command, const Options& options);

@@ -192,31 +192,6 @@ Theme makeTheme(int number, bool desktopIsDark) {
   return theme;
 }
 
-Text themeName(int number) {
-  switch (number) {
-    case 0:
-      return TL(9450, u"Neutral");
-    case 1:
-      return TL(9451, u"Papier");
-    case 2:
-      return TL(9452, u"Nebel");
-    case 3:
-      return TL(9453, u"Salbei");
-    case 4:
-      return TL(9454, u"Lavendel");
-    case 5:
-      return TL(9455, u"Bernstein");
-    case 6:
-      return TL(9456, u"Graphit");
-    case 8:
-      return TL(9458, u"Mitternacht");
-    case 9:
-      return TL(9459, u"Hoher Kontrast");
-    default:
-      return TL(9457, u"Standard");
-  }
-}
-
 void applyTheme(const Theme& theme) {
   QApplication::setPalette(theme.palette);
   QToolTip::setPalette(theme.palette);

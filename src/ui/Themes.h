@@ -3,8 +3,6 @@
 #include <QColor>
 #include <QPalette>
 
-#include "support/Text.h"
-
 namespace ombrelian::ui {
 
 /// The number of designs, which are numbered from 0 as in `ToolbarTheme`.
@@ -21,9 +19,6 @@ struct Theme {
 /// The design `number`, 0 to kThemes - 1; any other gives the default. Some designs are always
 /// light or always dark, the others follow the desktop.
 Theme makeTheme(int number, bool desktopIsDark);
-
-/// The name of the design `number`, 0 to kThemes - 1, in the current language.
-Text themeName(int number);
 
 /// Gives the whole application the colours of `theme`.
 void applyTheme(const Theme& theme);

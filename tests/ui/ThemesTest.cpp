@@ -66,11 +66,9 @@ std::vector<Pair> pairsOf(const QPalette& palette) {
 
 TEST(ThemesTest, EverythingCanBeReadInTenDesignsOfWhichSomeFollowTheDesktop) {
   std::set<std::pair<QRgb, QRgb>> looks;
-  std::set<Text> names;
   int kinds[3] = {};  // always light, following the desktop, always dark
   for (int number = 0; number < kThemes; ++number) {
     ++kinds[makeTheme(number, false).isDark + makeTheme(number, true).isDark];
-    names.insert(themeName(number));
     for (const bool isDark : {false, true}) {
       const QPalette palette = makeTheme(number, isDark).palette;
       looks.insert({palette.color(QPalette::Window).rgb(), palette.color(QPalette::Link).rgb()});
@@ -79,7 +77,6 @@ TEST(ThemesTest, EverythingCanBeReadInTenDesignsOfWhichSomeFollowTheDesktop) {
             << "design " << number << (isDark ? ", dark: " : ", light: ") << pair.what;
     }
   }
-  EXPECT_EQ(names.size(), std::size_t(kThemes));
   EXPECT_THAT(kinds, ::testing::ElementsAre(2, 6, 2));
   EXPECT_EQ(looks.size(), std::size_t(2 * kThemes - 4));
   EXPECT_TRUE(makeTheme(kDefault, true).isDark);
