@@ -34,8 +34,9 @@ class FolderWalk {
   ErrorCode openSource(TextView path);
 
   /// Opens the folder that is the current entry as a new innermost level. A reparse folder is
-  /// followed. kLinkLoop: it is one of its own ancestors; kNotSupported: a file system that holds
-  /// no files of its own, such as proc, is mounted there. On failure no level is added.
+  /// followed. On failure no level is added. kLinkLoop: the folder is one of its own ancestors,
+  /// those above the source included; kNotSupported: a file system that holds no files of its own,
+  /// such as proc, is mounted there.
   ErrorCode goIn();
 
   /// The next entry of the innermost level; null at its end. Valid until the next call of this.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/posix/Errors.h"
+#include "platform/posix/FoldersAbove.h"
 #include "platform/posix/LinkTargets.h"
 #include "platform/posix/Medium.h"
 #include "platform/posix/Mounts.h"
@@ -67,6 +68,7 @@ class FolderWalk::Implementation {
   const WalkReach reach_;
   std::unique_ptr<ReadAhead> reader_;
   OpenLevels<Level> levels_;
+  std::vector<FileIdentity> above_;  // folders that the source is in
   const char* currentName_ = "";
   const FindData* current_ = nullptr;
   Text name_;
@@ -148,6 +150,7 @@ ErrorCode FolderWalk::Implementation::openSource(TextView path) {
   }
   level.name = toBytes(path);
   prepare(level);
+  if (reach_ == WalkReach::Tree) above_ = foldersAbove(level.name, level.folder->get());
   return push(std::move(level));
 }
 
@@ -177,10 +180,11 @@ ErrorCode FolderWalk::Implementation::openByName(Level& level) const {
 
 /// Whether a reparse folder that was just opened may be walked.
 ErrorCode FolderWalk::Implementation::checkReparse(const Level& level) const {
-  const bool isAncestor = std::any_of(levels_.begin(), levels_.end(), [&](const Level& above) {
+  const bool isOnTheWay = std::any_of(levels_.begin(), levels_.end(), [&](const Level& above) {
     return above.identity == level.identity;
   });
-  if (isAncestor) return kLinkLoop;
+  const bool isAbove = std::find(above_.begin(), above_.end(), level.identity) != above_.end();
+  if (isOnTheWay || isAbove) return kLinkLoop;
   if (level.identity.device == levels_.back().identity.device) return kSuccess;
   for (const Mount& mount : readMounts()) {
     if (mount.device == level.identity.device && isPseudoFileSystem(mount.type)) {
