@@ -67,7 +67,7 @@ Text joined(const std::vector<Text>& arguments) {
   return line;
 }
 
-/// The window is a program of its own, so that this one needs no Qt.
+/// Starts the window, which is a separate program, so that this program needs no Qt.
 int startWindow(const std::vector<Text>& arguments, Console& console) {
   if (!platform::HasDisplay()) {
     console.message(TL(9008,

@@ -1,4 +1,4 @@
-// The program with the window; `ombrelian` starts it where there is a display.
+// The program with the window; `ombrelian` starts it if there is a display.
 
 #include "ui/WindowRun.h"
 

@@ -4,7 +4,7 @@
 
 namespace ombrelian {
 
-/// Takes out the blanks around the commas and at both ends of a list of patterns; blanks inside a
+/// Removes the blanks around the commas and at both ends of a list of patterns; blanks inside a
 /// pattern stay.
 Text tidyPatterns(TextView patterns);
 

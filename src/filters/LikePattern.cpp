@@ -7,14 +7,14 @@
 namespace ombrelian {
 namespace {
 
-/// Takes the code point at `at` and moves on; a lone surrogate is one by itself.
+/// Returns the code point at `at` and moves `at` past it; a lone surrogate counts as a code point.
 char32_t takeCodePoint(TextView text, std::size_t& at) {
   const char16_t unit = text[at++];
   if (!isHighSurrogate(unit) || at == text.size() || !isLowSurrogate(text[at])) return unit;
   return joinSurrogates(unit, text[at++]);
 }
 
-/// Takes the code point that ends at `end` and moves before it.
+/// Returns the code point that ends at `end` and moves `end` before it.
 char32_t takeCodePointBefore(TextView text, std::size_t& end) {
   const char16_t unit = text[--end];
   if (!isLowSurrogate(unit) || end == 0 || !isHighSurrogate(text[end - 1])) return unit;
@@ -62,13 +62,13 @@ void LikePattern::compile() {
   tailBegin_ = std::size_t(tokens_.rend() - std::find_if(tokens_.rbegin(), tokens_.rend(), isRun));
 }
 
-/// `at` stands behind the "["; false if the set is malformed.
+/// Compiles a set; `at` is after the "["; false if the set is malformed.
 bool LikePattern::compileSet(std::size_t& at) {
   const std::size_t close = text_.find(u']', at);
   if (close == Text::npos) return false;
   const TextView content = TextView(text_).substr(at, close - at);
   at = close + 1;
-  if (content.empty()) return true;  // "[]" stands for nothing
+  if (content.empty()) return true;  // "[]" matches the empty text
   Token token{Kind::Set, content.size() > 1 && content[0] == u'!', std::uint32_t(ranges_.size())};
   std::size_t in = token.isNegated ? 1 : 0;
   while (in < content.size()) {
@@ -111,7 +111,7 @@ bool LikePattern::matches(TextView subject) const {
   return matchesTail(subject, at, end) && matchesMiddle(subject, at, end);
 }
 
-/// What stands before the first run fits the beginning; `at` moves behind it.
+/// Whether the part before the first run matches the beginning; moves `at` past it.
 bool LikePattern::matchesHead(TextView subject, std::size_t& at) const {
   for (std::size_t token = 0; token < headEnd_; ++token) {
     if (at == subject.size() || !matchesOne(tokens_[token], takeCodePoint(subject, at))) {
@@ -121,7 +121,7 @@ bool LikePattern::matchesHead(TextView subject, std::size_t& at) const {
   return true;
 }
 
-/// What stands behind the last run fits the end, not before `at`; `end` moves before it.
+/// Whether the part after the last run matches the end, not before `at`; moves `end` before it.
 bool LikePattern::matchesTail(TextView subject, std::size_t at, std::size_t& end) const {
   for (std::size_t token = tokens_.size(); token-- > tailBegin_;) {
     if (end <= at || !matchesOne(tokens_[token], takeCodePointBefore(subject, end))) return false;
@@ -129,10 +129,11 @@ bool LikePattern::matchesTail(TextView subject, std::size_t at, std::size_t& end
   return end >= at;
 }
 
-/// What stands between the first and the last run fits somewhere between `at` and `end`.
+/// Whether the part between the first and the last run matches somewhere between `at` and `end`.
 bool LikePattern::matchesMiddle(TextView subject, std::size_t at, std::size_t end) const {
   std::size_t token = headEnd_ + 1;
-  // Where to go on when what follows a run does not fit: the run takes one more.
+  // Positions for the next try if the part after a run does not match: the run then takes one more
+  // character.
   std::size_t retryToken = token;
   std::size_t retryAt = at;
   while (token < tailBegin_) {

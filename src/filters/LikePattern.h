@@ -6,26 +6,28 @@
 
 namespace ombrelian {
 
-/// A pattern for whole texts, compiled once; case does not count, by the rules of the locale.
+/// A pattern for whole texts, compiled once. Case is ignored by the rules of the locale.
 ///
 ///   ?         one character              *   any number of characters, also none
 ///   #         one digit                  [a-fx]  one character of the list, [!...] one that is not
 ///
-/// Everything else stands for itself. A "[" that is never closed, or a range that runs downwards,
-/// makes the pattern malformed. A character is a code point; a byte that is no UTF-8 is one too.
+/// All other characters match themselves. A "[" that is never closed, or a range in descending
+/// order, makes the pattern malformed. A character is a code point; a byte that is not UTF-8 counts
+/// as one too.
 class LikePattern {
  public:
-  /// `rules` are asked for the folding of what is not ASCII and must outlive the pattern.
+  /// `rules` fold characters that are not ASCII; they must outlive the pattern.
   LikePattern(TextView pattern, const TextRules& rules);
 
   const Text& text() const { return text_; }
   bool isMalformed() const { return isMalformed_; }
 
-  /// Whether the pattern fits all of `subject`. Allocates nothing; the time grows with the product
-  /// of both lengths at most. Not for a malformed one.
+  /// Whether the pattern matches the whole `subject`. Allocates no memory; the time is at most
+  /// proportional to the product of both lengths. Do not call it for a malformed pattern.
   bool matches(TextView subject) const;
 
-  /// Whether it begins with "*": what fits a name then fits every path that ends in it.
+  /// Whether the pattern begins with "*": if it matches a name, it then matches every path that
+  /// ends with this name.
   bool startsWithRun() const { return headEnd_ == 0 && !tokens_.empty(); }
 
  private:
@@ -39,7 +41,7 @@ class LikePattern {
   };
 
   struct Range {
-    char32_t first;  // folded, like last
+    char32_t first;  // folded code point; last is folded too
     char32_t last;
   };
 
@@ -54,8 +56,8 @@ class LikePattern {
   const TextRules* rules_;
   Text text_;
   std::vector<Token> tokens_;
-  std::size_t headEnd_ = 0;    // the first AnyRun, or the end
-  std::size_t tailBegin_ = 0;  // first element behind the last AnyRun
+  std::size_t headEnd_ = 0;    // index of the first AnyRun, or the end
+  std::size_t tailBegin_ = 0;  // index of the first element after the last AnyRun
   std::vector<Range> ranges_;  // ranges of all sets
   char16_t asciiFold_[128];
   bool isMalformed_ = false;

@@ -63,7 +63,7 @@ void mCompare::SetTopFilesExtFilter(const Options& options) {
                                  options.CreateList100LargestFilesIncludeText);
 }
 
-/// A malformed pattern is told once a run and then answers for itself.
+/// Compares with one pattern. A malformed pattern is reported once in each run.
 mCompare::Answer mCompare::fits(const LikePattern& pattern, TextView name, TextView path,
                                 TextView procedure) {
   if (pattern.isMalformed()) {
@@ -89,7 +89,7 @@ bool mCompare::isExcluded(const PatternList& list, TextView name, TextView path,
   return false;
 }
 
-/// Left out as soon as one pattern fits neither name nor path.
+/// Whether an include list excludes the object: one pattern matches neither name nor path.
 bool mCompare::isNotIncluded(const PatternList& list, TextView name, TextView path,
                              TextView procedure) {
   for (const LikePattern& pattern : list.patterns) {
@@ -127,7 +127,7 @@ bool mCompare::passes(const Text& extensions, TextView extension) {
   if (extensions.empty()) return true;
   search_.assign(1, u',');
   for (const char16_t unit : extension) {
-    // ASCII needs no rules, and no memory.
+    // ASCII needs no rules and no allocation.
     if (unit >= 128) return extensions.find(u"," + rules_.lower(extension) + u",") != Text::npos;
     search_ += asciiLower(unit);
   }

@@ -8,13 +8,14 @@
 
 namespace ombrelian {
 
-/// Decides what a walk leaves out, and which files the file list shows. The setters compile what
-/// the options say and put the trimmed text back there; the checks ask what was compiled. A
-/// comparison knows no case, by the user's locale.
+/// Decides which objects a walk leaves out, and which files the file list shows. The setters
+/// compile the patterns of the options and store the trimmed text there; the checks use the
+/// compiled patterns. Comparisons ignore case by the rules of the user's locale.
 ///
-/// A list of patterns is a text with commas between them, no blanks; it ends at its first empty
-/// piece. An exclude list leaves out what any of its patterns fits. An include list keeps what all
-/// of them fit, by name or by path. The file list shows what any pattern fits.
+/// A list of patterns is a text with commas between the patterns, without blanks; it ends at its
+/// first empty pattern. An exclude list leaves out objects that match any of its patterns. An
+/// include list keeps objects that match all of its patterns, by name or by path. The file list
+/// shows files that match any pattern.
 class mCompare {
  public:
   explicit mCompare(const TextRules& rules) : rules_(rules) {}
@@ -25,20 +26,20 @@ class mCompare {
   void SetFolderFilterInclude(Options& options);
   void SetFileFilterFileList(Options& options);
 
-  /// Plain lists of extensions, to be written in lower case, without dots and blanks.
+  /// Set plain lists of extensions, which must be in lower case, without dots and blanks.
   void SetExtFilter(const Options& options);
   void SetTopFilesExtFilter(const Options& options);
 
-  /// True: leave the folder, or the file, out. `FullPath` is the parent's path, a separator and
-  /// the name. Nothing is allocated.
+  /// True: the folder or the file is left out. `FullPath` is the path of the parent, a separator
+  /// and the name. No memory is allocated.
   bool CheckFolderFilter(TextView Name, TextView FullPath);
   bool Check_FolderList_FileFilter(TextView Name, TextView FullPath);
 
-  /// Whether one of the two above can leave anything out; if not, none need be asked.
+  /// Whether the two functions above can leave anything out; if not, they need not be called.
   bool filtersFolders() const { return folderExclude_.isOn() || folderInclude_.isOn(); }
   bool filtersFiles() const { return fileInclude_.isOn() || fileExclude_.isOn(); }
 
-  /// True: do not show the file.
+  /// True: the file is not shown.
   bool CheckFileFilterFileList(TextView Name);
 
   /// Whether a file with the extension (any case, no dot) counts for the extension list, or may
@@ -46,7 +47,7 @@ class mCompare {
   bool passesExtFilter(TextView extension) { return passes(extensions_, extension); }
   bool passesTopFilesExtFilter(TextView extension) { return passes(topExtensions_, extension); }
 
-  /// Malformed patterns are reported once; from here on once more.
+  /// Begins a run: each malformed pattern is reported once in a run.
   void startRun() { reported_.clear(); }
 
  private:
@@ -72,8 +73,8 @@ class mCompare {
   PatternList fileExclude_;
   PatternList fileList_;
   Text extensions_;          // ",jpg,png,"; empty: everything passes
-  Text topExtensions_;       // likewise
-  Text search_;              // search text of passes(); kept so that its memory is used again
+  Text topExtensions_;       // ",jpg,png,"; empty: everything passes
+  Text search_;              // search text of passes(); kept to reuse its memory
   std::set<Text> reported_;  // malformed patterns of this run
 };
 

@@ -6,7 +6,7 @@
 namespace ombrelian {
 namespace {
 
-using namespace platform;  // the bits
+using namespace platform;  // attribute bits
 
 struct AttributeLetter {
   char16_t letter;
@@ -15,7 +15,7 @@ struct AttributeLetter {
   TextView word;
 };
 
-/// The attributes in the order of their letters.
+/// The attributes in the order in which their letters are shown.
 constexpr AttributeLetter kLetters[] = {
     {u'A', kAttributeArchive, 2956, u"Archiv"},
     {u'S', kAttributeSystem, 2957, u"System"},
@@ -26,7 +26,7 @@ constexpr AttributeLetter kLetters[] = {
     {u'T', kAttributeTemporary, 2962, u"Temporär"},
     {u'C', kAttributeCompressed, 2963, u"Komprimiert"},
     {u'O', kAttributeOffline, 2964, u"Offline"},
-    {u'I', kAttributeNotIndexed, 2965, u"Indiziert"},  // the word is kept as users know it
+    {u'I', kAttributeNotIndexed, 2965, u"Indiziert"},  // kept, since users know this word
     {u'P', kAttributeSparse, 2966, u"Sparse"},
 };
 

@@ -42,7 +42,7 @@ void appendMonth(const DateParts& parts, std::size_t length, Text& out) {
 }
 
 bool isDateLike(Date date) {
-  constexpr double kFarthest = 1e8;  // days; what is beyond is no date of any file system
+  constexpr double kFarthest = 1e8;  // days; no file system has a date beyond this
   return std::fabs(date) < kFarthest;
 }
 
@@ -74,14 +74,14 @@ DatePattern::DatePattern(TextView pattern) {
   }
 }
 
-/// Takes the quoted or escaped text that `rest` begins with; returns how much of `rest` that is.
+/// Reads the quoted or escaped text at the beginning of `rest`; returns its length in `rest`.
 std::size_t DatePattern::skipQuoted(TextView rest) {
   if (rest[0] == u'\\') {
     addText(Field::Literal, rest.substr(1, 1));
     return std::min(rest.size(), std::size_t(2));
   }
   const std::size_t end = rest.find(rest[0], 1);
-  if (end == TextView::npos) {  // a quote that nothing closes is a character as any other
+  if (end == TextView::npos) {  // a quote that is not closed is an ordinary character
     addText(Field::Literal, rest.substr(0, 1));
     return 1;
   }
@@ -115,7 +115,7 @@ DatePattern::Field DatePattern::fieldOf(char16_t letter, std::size_t length) con
     default:
       break;
   }
-  // Patterns of a locale write "HH:mm": behind an hour an m is a minute.
+  // Locale patterns contain "HH:mm": after an hour, an m is a minute.
   const auto last = std::find_if(tokens_.rbegin(), tokens_.rend(),
                                  [](const Token& token) { return token.field != Field::Literal; });
   const bool behindHour = last != tokens_.rend() && last->field == Field::Hour;

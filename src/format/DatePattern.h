@@ -11,14 +11,15 @@ namespace ombrelian {
 /// A date pattern, compiled once. Its letters, in either case:
 ///
 ///   d dd ddd dddd    day, with two digits, short and long name of the weekday
-///   m mm mmm mmmm    month, with two digits, short and long name; m and mm are minutes where the
+///   m mm mmm mmmm    month, with two digits, short and long name; m and mm are minutes if the
 ///                    field in front of them is the hour
 ///   yy yyyy          year
-///   h hh             hour, of a twelve-hour clock where the pattern has AM/PM or tt
+///   h hh             hour; of a twelve-hour clock if the pattern has AM/PM or tt
 ///   n nn, s ss       minute, second
-///   AM/PM, tt        half of the day: as written, or as the locale writes it
+///   AM/PM, tt        half of the day: as written in the pattern, or in the text of the locale
 ///
-/// Everything else stands for itself, as does what is quoted by "..." or '...' or follows a "\".
+/// All other characters are literal, as are quoted texts ("..." or '...') and a character after
+/// "\".
 class DatePattern {
  public:
   DatePattern() = default;
@@ -34,7 +35,7 @@ class DatePattern {
     Field field;
     std::uint8_t length;   // repetitions of the letter
     std::uint32_t begin;   // begin of a literal or a written AM/PM in literals_
-    std::uint32_t extent;  // its length
+    std::uint32_t extent;  // length of that literal
   };
 
   void addField(TextView run);
@@ -49,15 +50,16 @@ class DatePattern {
   bool twelveHours_ = false;
 };
 
-/// The pattern of dates until the user sets another: the locale's short date and time without its
-/// AM/PM, or "dd/MM/yyyy HH:nn:ss" where the locale has none.
+/// The date pattern until the user sets another one: the locale's short date and time without its
+/// AM/PM, or "dd/MM/yyyy HH:nn:ss" if the locale has none.
 Text defaultDateFormat();
 
-/// The locale's short date and time; without the time of day where that is 0, without the date
-/// where its day is 0, empty where there is no date. Made for many dates.
+/// Formats dates as the locale's short date and time. The time is left out if it is 0, and the date
+/// is left out if its day is 0. The text is empty if there is no date. One object serves many
+/// dates.
 class GeneralDate {
  public:
-  /// Formats in the locale that is in force.
+  /// Formats with the current locale.
   GeneralDate();
 
   void append(Date date, Text& out) const;
@@ -67,10 +69,10 @@ class GeneralDate {
   DatePattern time_;
 };
 
-/// One date in that form.
+/// One date in the form of GeneralDate.
 Text formatGeneralDate(Date date);
 
-/// A span of time as "hh:nn:ss"; the hours go on past 24. A negative span counts as 0.
+/// A span of time as "hh:nn:ss"; the hours may exceed 24. A negative span counts as 0.
 Text formatTimeSpan(std::int64_t seconds);
 
 }  // namespace ombrelian

@@ -4,7 +4,8 @@
 
 namespace ombrelian {
 
-// Letters by the rules of the user's locale; texts of ASCII alone need none.
+// Upper and lower case by the rules of the user's locale. Texts that are only ASCII do not need
+// these rules.
 
 Text lowerCase(TextView text);
 Text upperCase(TextView text);

@@ -25,7 +25,8 @@ void addOneUnit(Decimal& number) {
   ++number.whole;
 }
 
-/// The digits of `value`, at least `least` of them; returns the first.
+/// Writes the digits of `value`, at least `least` of them, so that they end at `end`; returns the
+/// first digit.
 char* writeDigits(std::uint64_t value, int least, char* end) {
   char* at = end;
   for (; value != 0 || end - at < least; value /= 10) {
@@ -34,7 +35,7 @@ char* writeDigits(std::uint64_t value, int least, char* end) {
   return at;
 }
 
-/// Whether a separator stands in front of the last `left` digits of a whole part.
+/// Whether a separator is in front of the last `left` digits of a whole part.
 bool isGroupBorder(const platform::NumberSymbols& symbols, std::ptrdiff_t left) {
   const int primary = symbols.primaryGroup;
   if (primary <= 0 || left < primary) return false;
@@ -65,7 +66,7 @@ NumberMask parseNumberMask(TextView pattern) {
 Decimal divideByPowerOfTwo(std::int64_t value, int shift, int decimals, Ties ties) {
   const std::uint64_t size = magnitude(value);
   const std::uint64_t remainder = size & ((std::uint64_t(1) << shift) - 1);
-  // At most 40 bits times 100: far from the width of the product.
+  // At most 40 bits times 100, so the product cannot overflow.
   const std::uint64_t scaled = remainder * powerOfTen(decimals);
   Decimal result{value < 0, size >> shift, scaled >> shift, decimals};
   const std::uint64_t twiceLeft = (scaled - (result.fraction << shift)) * 2;
@@ -85,14 +86,15 @@ Decimal roundDecimal(double value, int decimals) {
     result.whole = std::numeric_limits<std::uint64_t>::max();
     return result;
   }
-  // The shortest notation never needs more: 20 digits, the point, and 340 places for the smallest.
+  // The shortest notation never needs more units: 20 digits, the point, and 340 places for the
+  // smallest number.
   char digits[400];
   const auto end =
       std::to_chars(digits, digits + sizeof digits, std::fabs(value), std::chars_format::fixed).ptr;
   const std::string_view text(digits, std::size_t(end - digits));
   const std::size_t point = std::min(text.find('.'), text.size());
   std::from_chars(digits, digits + point, result.whole);
-  const auto digitAt = [&](int place) {  // 1: the first behind the point
+  const auto digitAt = [&](int place) {  // 1: first digit after the point
     const std::size_t at = point + std::size_t(place);
     return at < text.size() ? std::uint64_t(text[at] - '0') : 0;
   };

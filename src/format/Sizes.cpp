@@ -14,7 +14,7 @@ constexpr TextView kTwoDecimals = u"###,##0.00";
 constexpr std::int64_t kKB = 1024;
 constexpr std::int64_t kMB = kKB * 1024;
 constexpr std::int64_t kTB = kMB * kMB;
-/// 999 MB: above it a size is read more easily in GB.
+/// 999 MB; larger sizes are easier to read in GB.
 constexpr std::int64_t kMostShownInMB = 999 * kMB;
 
 struct UnitFacts {
@@ -42,7 +42,7 @@ const UnitFacts* findUnit(std::int32_t code) {
   return nullptr;
 }
 
-/// The unit of a list; a stored code that no list offers shows bytes.
+/// The unit of a list; a stored code that no list offers means bytes.
 const UnitFacts& listUnit(const SizeSettings& settings) {
   return kUnits[settings.unit <= kUnitGB ? settings.unit : std::uint8_t(kUnitBytes)];
 }
@@ -63,7 +63,7 @@ Text formatIn(const UnitFacts& unit, std::int64_t size, bool withUnit) {
   return withWord(formatQuotient(mask, size, unit.shift), unit, withUnit);
 }
 
-/// The unit of the automatic format; the borders themselves belong to the smaller unit.
+/// The unit of the automatic format; a size exactly at a border has the smaller unit.
 const UnitFacts& readableUnit(std::int64_t size) {
   if (size > kMostShownInMB) return kUnits[kUnitGB];
   if (size > kMB) return kUnits[kUnitMB];
@@ -77,7 +77,7 @@ Text columnMask(const SizeSettings& settings, TextView unitWord) {
   return mask += u";;;";
 }
 
-/// What a kind of size column is called.
+/// The names of one kind of size column.
 struct ColumnNames {
   int plainId;
   TextView plain;  // header if the cells have the unit
@@ -106,8 +106,8 @@ constexpr ColumnNames kColumnNames[] = {
      {u"SizeTotalBytes", u"SizeTotalKB", u"SizeTotalMB", u"SizeTotalGB"}},
 };
 
-/// The next decimal digit of remainder / whole; `remainder` becomes what is left. Adds up instead
-/// of multiplying by ten, which could overflow.
+/// Returns the next decimal digit of remainder / whole and sets `remainder` to the new remainder.
+/// It adds instead of multiplying by ten, which could overflow.
 std::uint64_t nextDigit(std::uint64_t& remainder, std::uint64_t whole) {
   std::uint64_t digit = 0;
   std::uint64_t sum = 0;
@@ -141,7 +141,8 @@ double sizeInUnit(std::int64_t size, SizeUnit unit) {
   if (facts == nullptr) return 0;
   if (facts->shift == 0) return double(size);
   const Decimal rounded = divideByPowerOfTwo(size, facts->shift, 2, Ties::ToEven);
-  // The nearest double to the two decimals, up to 80 PB; above that no double has two decimals.
+  // The double that is nearest to the value with two decimals, up to 80 PB; a larger double cannot
+  // have two decimals.
   const double value = double(rounded.whole * 100 + rounded.fraction) / 100.0;
   return rounded.negative ? -value : value;
 }
@@ -191,7 +192,7 @@ Text FormatSize(const SizeSettings& settings, std::int64_t size, bool withUnit, 
   if (settings.unit > kUnitGB) return {};
   const UnitFacts& unit = kUnits[settings.unit];
   Text text = formatIn(unit, size, false);
-  // The words are those of the fixed layout and not translated.
+  // The unit words belong to a fixed layout and are not translated.
   if (withUnit && (unit.unit != kUnitBytes || withByteUnit)) text.append(u" ").append(unit.word);
   if (pad) padFront(text, unit.width);
   return text;

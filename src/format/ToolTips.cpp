@@ -10,7 +10,7 @@ namespace {
 constexpr TextView kLineEnd = u"\r\n";
 
 Text sizeLine(std::int64_t size, SizeUnit unit, int textId, TextView word) {
-  // One mask for all four: the bytes show two decimals as well.
+  // All four units have the same mask, so bytes have two decimals as well.
   constexpr TextView kMask = u"###,###,##0.00";
   Text line =
       unit == kUnitBytes ? formatNumber(kMask, size) : formatNumber(kMask, sizeInUnit(size, unit));

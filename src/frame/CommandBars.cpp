@@ -5,7 +5,7 @@ namespace {
 
 using enum CommandId;
 
-// Command, the popup that it is in, whether a line is in front of it.
+// Each item has a command, the popup that contains it, and whether a line is in front of it.
 // clang-format off
 constexpr BarItem kMainBar[] = {
     {Source}, {AddSource}, {RemoveSource}, {Start, None, true}, {Stop},

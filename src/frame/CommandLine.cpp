@@ -15,7 +15,8 @@ constexpr TextView kReadOnly = u"--read-only";
 
 bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
-/// The number that `digits` are; more levels than can be are all there can be.
+/// The value of `digits`; a number that is too large becomes the greatest possible number of
+/// levels.
 std::int32_t toLevels(TextView digits) {
   std::int64_t number = std::numeric_limits<std::int32_t>::max();
   parseNumber(digits, number);
@@ -57,13 +58,13 @@ class ArgumentReader {
   }
 
  private:
-  /// Whether a program that restarts itself wrote the line.
+  /// Whether this program wrote the line to restart itself.
   bool isRestart() const {
     return arguments_ == std::vector<Text>{Text(kRestart)} ||
            arguments_ == std::vector<Text>{Text(kRestart), Text(kReadOnly)};
   }
 
-  /// False: nothing more is to be read.
+  /// Reads one option; false: the rest of the line is not read.
   bool readOption(const Text& option) {
     if (option == u"--help" || option == u"-h") return stop(CommandLine::Mode::Help);
     if (option == u"--version") return stop(CommandLine::Mode::Version);
@@ -100,7 +101,7 @@ class ArgumentReader {
                    {option}));
   }
 
-  /// Takes the text behind "--save" or "--format".
+  /// Reads the text after "--save" or "--format".
   bool readValue(const Text& option) {
     const Text value = at_ + 1 < arguments_.size() ? arguments_[++at_] : Text();
     if (option == u"--save") {
@@ -114,7 +115,7 @@ class ArgumentReader {
                    {value}));
   }
 
-  /// Takes the number behind "--rows".
+  /// Reads the number after "--rows".
   bool readRows() {
     std::int64_t number = -1;
     const bool isNumber = at_ + 1 < arguments_.size() && parseNumber(arguments_[at_ + 1], number);
@@ -123,7 +124,7 @@ class ArgumentReader {
     return true;
   }
 
-  /// Takes the number behind "--helpers".
+  /// Reads the number after "--helpers".
   bool readHelpers() {
     std::int64_t number = -1;
     const bool isNumber = at_ + 1 < arguments_.size() && parseNumber(arguments_[at_ + 1], number);
@@ -143,7 +144,7 @@ class ArgumentReader {
     return stop(CommandLine::Mode::Invalid);
   }
 
-  /// Whether the options for lists stand where they mean something.
+  /// Whether the options for lists are used in a line where they have a meaning.
   bool checkLists() {
     const bool saves = !line_.saveFolder.empty() || line_.format.has_value();
     const bool hasOptions = line_.json || line_.rows >= 0 || saves;
@@ -192,12 +193,12 @@ class ArgumentReader {
 
   CommandLine line_;
   std::vector<Text> arguments_;
-  std::size_t at_ = 0;  // the argument in work
+  std::size_t at_ = 0;  // index of the current argument
   std::vector<Text> paths_;
   bool wantsLists_ = false;
 };
 
-/// Takes what stands between the next pair of double quotes from `at` on; false: there is none.
+/// Reads the text in the next pair of double quotes from `at` on; false: there is no such pair.
 bool takeQuoted(TextView line, std::size_t& at, Text& quoted) {
   const auto open = line.find(u'"', at);
   if (open == TextView::npos) return false;
@@ -208,7 +209,7 @@ bool takeQuoted(TextView line, std::size_t& at, Text& quoted) {
   return true;
 }
 
-/// Takes a word out of a line that stands there outside of quotes; false: there is none.
+/// Removes a word that is outside of quotes from a line; false: the line does not contain it.
 bool takeWord(Text& line, TextView word) {
   bool isQuoted = false;
   for (std::size_t at = 0; at < line.size(); ++at) {
@@ -222,7 +223,7 @@ bool takeWord(Text& line, TextView word) {
   return false;
 }
 
-/// Reads "-d<digit>" and the quoted text right behind it; returns where paths begin.
+/// Reads "-d<digit>" and the quoted text directly after it; returns the position where paths begin.
 std::size_t readDelimiter(TextView line, CommandLine& result) {
   const auto at = line.find(u"-d");
   if (at == TextView::npos || at + 2 >= line.size() || !isDigit(line[at + 2])) return 0;

@@ -7,7 +7,7 @@
 namespace ombrelian {
 namespace {
 
-/// How a command looks on bars and in menus.
+/// The picture of a command on bars and in menus.
 struct Picture {
   const char* icon = "";
   bool isWordy = false;
@@ -41,17 +41,18 @@ constexpr Command commandRow(CommandId id, CommandKind kind, const Caption& capt
           when.time, when.waitsFor, when.changesDisk, when.whileBusy,  state};
 }
 
-/// The settings of a list; none for the main bar.
+/// The settings of a list; empty for the main bar.
 ListSettings of(Options& options, std::optional<ListId> list) {
   return list ? listSettings(options, *list) : ListSettings();
 }
 
-/// The same, but the main bar shows the sizes of the folder report, and sets those of all lists.
+/// The size settings of a list. The main bar shows the sizes of the folder report and sets the
+/// sizes of all lists.
 ListSettings sizes(Options& options, std::optional<ListId> list) {
   return listSettings(options, list.value_or(ListId::Folders));
 }
 
-/// Whether a filter is in force: of a list its own, else any of those of a scan.
+/// Whether a filter is active: the filter of the list, or without a list any filter of scans.
 bool isFiltered(const Options& options, std::optional<ListId> list) {
   return list ? options.FileList_Filter_Active == 1 && !options.FileList_Filter_Text.empty()
               : filtersOfScan(options) > 0;

@@ -13,7 +13,8 @@ constexpr std::string_view kClearLine = "\r\x1B[K";
 
 bool isControl(char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); }
 
-/// A name can hold what makes a terminal do things; there every such unit is shown as a mark.
+/// Replaces control characters by a mark, because a terminal would execute control characters in a
+/// name.
 Text withoutControls(TextView text) {
   Text clean(text);
   for (char16_t& unit : clean) {
@@ -53,7 +54,7 @@ bool Console::write(std::string_view bytes) {
 void Console::scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
                            std::int64_t bytes) {
   if (!isTerminal_) return;
-  // The folder takes what room the numbers leave.
+  // The folder gets the space that the numbers leave.
   const Text numbers =
       TL(9002, u"%1 Dateien, %2 Ordner, %3  ",
          {xFormatFileSize(0, files, false, false), xFormatFileSize(0, folders, false, false),

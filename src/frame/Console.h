@@ -5,17 +5,17 @@
 
 namespace ombrelian {
 
-/// Answers for a run without a window: messages go to standard error, questions are answered with
-/// no, and on a terminal one line shows how far the run is.
+/// The user interface of a run without a window: messages are written to standard error, every
+/// question is answered with no, and on a terminal one line shows the progress.
 class Console : public UserInterface, public LogListener {
  public:
   Console();
   ~Console() override;
 
-  /// One line to standard output.
+  /// Writes one line to standard output.
   void print(TextView line);
 
-  /// Bytes to standard output, as they are; false if not all of them could be written.
+  /// Writes bytes to standard output without changes; false: not all of them could be written.
   bool write(std::string_view bytes);
 
   void scanBegins() override {}
@@ -29,7 +29,7 @@ class Console : public UserInterface, public LogListener {
   void message(TextView text, Severity severity) override;
   bool ask(TextView) override { return false; }
 
-  /// Failures alone are told; the rest of the log is not for this place.
+  /// Prints only failures; the other lines of the log are ignored.
   void logged(const LogRow& row) override;
 
  private:

@@ -52,14 +52,14 @@ bool printAll(const CommandLine& line, Session& session, ListFeeder& lists, Cons
   return false;
 }
 
-/// The stored choice of a format; HTML for a number that is none.
+/// The stored choice of a format; HTML for an invalid number.
 ReportFormat storedFormat(const Options& options) {
   const std::int32_t number = options.SaveFiles.FileFormat;
   const bool isFormat = number >= 0 && number <= std::int32_t(ReportFormat::XLSX);
   return isFormat ? ReportFormat(number) : ReportFormat::HTML;
 }
 
-/// Saves every list of a run under its own name in one folder.
+/// Saves every list of a run in one folder, each under its own name.
 class ListSaver {
  public:
   ListSaver(const CommandLine& line, Session& session, Console& console)
@@ -72,7 +72,7 @@ class ListSaver {
     if (delimiter_.empty()) delimiter_ = delimiterText(entry, options_.SaveFiles.DelimiterChars);
   }
 
-  /// Whether the folder can be written to; it is made if only it is missing.
+  /// Whether the folder is writable. If only the folder itself is missing, it is made.
   bool prepare() const {
     platform::CreateDirectoryW(folder_);
     const Failure failure = platform::ReplacingFile::check(pathOf(u"log"));
@@ -130,7 +130,7 @@ class ListSaver {
 
 int runLists(const CommandLine& line, Session& session, Console& console) {
   const bool saves = !line.saveFolder.empty();
-  // For this run alone: nothing of it is stored.
+  // These options are only for this run and are not stored.
   turnAllListsOn(session.options);
   for (std::int32_t& maximum : session.options.TopMaxCount)
     maximum = std::max(maximum, std::min(line.rows, kMostTopRows));

@@ -6,8 +6,8 @@
 
 namespace ombrelian {
 
-/// Scans the one source of the line with all lists on and writes them to standard output. Returns
-/// the exit status of a silent run.
+/// Scans the only source of the line with all lists on, and prints or saves them. Returns the exit
+/// status of a silent run.
 int runLists(const CommandLine& line, Session& session, Console& console);
 
 }  // namespace ombrelian

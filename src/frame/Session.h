@@ -11,7 +11,7 @@
 
 namespace ombrelian {
 
-/// Everything that a running program knows; there is one for the life of the process.
+/// All data of a running program; there is one session for the whole process.
 struct Session {
   Options options;
   FolderTree tree;
@@ -20,10 +20,9 @@ struct Session {
   Log log{options};
   FolderReport folderReport{tree, options};
   std::deque<Text> SourceQueue;
-  bool readOnly =
-      false;  // nothing that was scanned may be changed, for as long as the program runs
+  bool readOnly = false;  // no scanned object may be changed while the program runs
 
-  /// Takes the stored options; a new user has the defaults.
+  /// Loads the stored options; a new user has the defaults.
   void loadOptions(const IniStore& settings);
 
   ScanState scanState(UserInterface& ui, DerivedLists* lists) {

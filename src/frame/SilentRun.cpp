@@ -13,7 +13,8 @@ namespace {
 
 using Severity = UserInterface::Severity;
 
-/// What is known before the scan to keep the report from being saved after it; empty: nothing.
+/// Error text if it is known before the scan that the report cannot be saved; empty: no error is
+/// known.
 Text findObstacle(const Text& target) {
   const Failure failure = platform::ReplacingFile::check(target);
   return failure ? unwritableText(target, *failure) : Text();
@@ -25,7 +26,7 @@ Text seconds(std::uint64_t milliseconds) {
   return fromAscii({buffer, std::size_t(length)});
 }
 
-/// Plain digits, so that a script can read them.
+/// The sums with plain digits, so that a script can read them.
 Text summary(const ScanTotals& sum, std::uint64_t milliseconds, const Text& target) {
   return TL(9006, u"Dateien %1, Ordner %2, Bytes %3 (%4), Fehler %5, Sekunden %6, Ziel %7",
             {toText(sum.Files), toText(sum.Folders), toText(sum.Size),

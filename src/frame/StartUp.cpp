@@ -14,7 +14,7 @@ constexpr TextView kOldIniName = u"Ombrelian.ini";  // name that an older versio
 constexpr TextView kLanguageSection = u"Allgemein";
 constexpr TextView kLanguageKey = u"Lang";
 
-/// The folder of this user's settings and logs, whether it is there or not.
+/// The folder for this user's settings and logs, even if it does not exist yet.
 Text dataFolder() {
   Text folder = platform::GetApplicationDataFolder();
   return folder.empty() ? platform::GetModuleFolder() : appendName(folder, kProgramName);
@@ -25,7 +25,7 @@ Text inDataFolder(TextView name) {
   return appendName(path, name);
 }
 
-/// The language that an earlier start chose; none: this is the first.
+/// The language that an earlier start chose; none: this is the first start.
 std::optional<int> storedLanguage() {
   const Text file = inDataFolder(kIniName);
   const IniStore settings(xExistFile_W(file) ? file : inDataFolder(kOldIniName));
@@ -51,7 +51,7 @@ Text startLanguage(const std::vector<Text>& arguments, Translation& translation)
   const Text missing = translation.Init_Sprache(start);
   setLanguageTexts(&translation);
   if (missing.empty()) return {};
-  // The one line that no language file can translate.
+  // This is the only line that no language file can translate.
   return u"cannot read the language file '" + missing + u"'; texts are shown in German";
 }
 
@@ -62,7 +62,7 @@ StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
   if (line.mode == CommandLine::Mode::Restart) {
     WaitForMutexGone(kProgramName, kRestartTimeoutMs, kRestartPollMs);
   }
-  // Installers look for exactly these two names, the lower-case "g" included.
+  // Installers look for exactly these two names, including the lower-case "g".
   mutex_ = platform::CreateMutexW(kProgramName);
   globalMutex_ = platform::CreateMutexW(Text(u"Global\\g").append(kProgramName));
   dataPath_ = dataFolder();
@@ -89,11 +89,11 @@ Text StartUp::logFile() const {
 
 StartUp::~StartUp() { setFaultSink(nullptr); }
 
-/// What start-up writes stands whatever the run that follows does.
+/// Opens the settings. Values that are written here are stored even if the run fails later.
 void StartUp::openSettings(int languageId) {
   prepareIniFile(iniFile_, inDataFolder(kOldIniName));
   settings_ = std::make_unique<IniStore>(iniFile_);
-  // The choice made at the first start sticks.
+  // The choice of the first start is kept.
   settings_->INI_WriteStringAnsi(kLanguageSection, kLanguageKey, toText(languageId));
   isFirstStart_ = claimFirstStart(*settings_);
   settings_->flush();

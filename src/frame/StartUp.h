@@ -10,20 +10,20 @@
 
 namespace ombrelian {
 
-/// "major.minor", with ".revision" behind it unless that is 0.
+/// The version as "major.minor", followed by ".revision" unless that is 0.
 Text versionText();
 
-/// Puts the user's language in force for the rest of the process, before the first text is used.
-/// `translation` is to live as long. Returns a line for the user where its texts cannot be had;
-/// else empty.
+/// Sets the user's language for the rest of the process, before the first text is used.
+/// `translation` must exist as long. Returns a line for the user if the texts of the language
+/// cannot be loaded; else an empty text.
 Text startLanguage(const std::vector<Text>& arguments, Translation& translation);
 
-/// What every kind of run needs before it begins, in the order in which it comes to be, and gives
-/// back at its end.
+/// Everything that each kind of run needs. It is made in a fixed order before the run and released
+/// after it.
 class StartUp {
  public:
-  /// Makes the data folder and the settings file of a new user and puts the fault log in force.
-  /// Whatever of it cannot be had is done without.
+  /// Makes the data folder and the settings file of a new user, and starts the fault log. If a step
+  /// fails, the program continues without it.
   StartUp(const CommandLine& line, TextView commandText, int languageId);
   ~StartUp();
   StartUp(const StartUp&) = delete;
@@ -31,13 +31,14 @@ class StartUp {
 
   const Text& DataPath() const { return dataPath_; }
   const Text& IniFile() const { return iniFile_; }
-  /// Where the user's log is kept.
+  /// Path of the user's log.
   Text logFile() const;
 
   ErrorLog& errorLog() { return *errorLog_; }
   IniStore& settings() { return *settings_; }
 
-  /// The user has never started the program before: folders are to get the shell verb.
+  /// Whether this user starts the program for the first time, so that folders should get the shell
+  /// verb.
   bool isFirstStart() const { return isFirstStart_; }
 
  private:
@@ -53,8 +54,8 @@ class StartUp {
   bool isFirstStart_ = false;
 };
 
-/// Waits until no process holds the mark `name`; false if it is still held after `timeout`
-/// (milliseconds), asking every `poll`.
+/// Waits until no process holds the mark `name`, with a check every `poll` milliseconds; false: it
+/// is still held after `timeout` milliseconds.
 bool WaitForMutexGone(TextView name, std::uint32_t timeout, std::uint32_t poll);
 
 }  // namespace ombrelian

@@ -16,7 +16,7 @@ using platform::kSuccess;
 
 constexpr TextView kModule = u"z_Filesystem";
 
-constexpr int kMostErrors = 20;  // errors that one text names
+constexpr int kMostErrors = 20;  // greatest number of errors in one text
 
 Text numberedError(TextView path, ErrorCode code) {
   Text text(path);
@@ -27,7 +27,7 @@ Error deletingError(ErrorCode code, TextView path, TextView source) {
   return {std::int32_t(code), Text(source), numberedError(path, code)};
 }
 
-/// Collects what stays of a folder that is to go.
+/// Collects the objects of a folder that could not be removed.
 class Watch : public platform::RemovalProgress {
  public:
   Watch(const Text& folder, const DeletionGoOn& goOn) : folder_(folder), goOn_(goOn) {}
@@ -57,7 +57,7 @@ class Watch : public platform::RemovalProgress {
   const Text& folder_;
   const DeletionGoOn& goOn_;
   std::int64_t errors_ = 0;
-  bool isItself_ = false;  // among them
+  bool isItself_ = false;  // the folder itself could not be removed
   Text text_;
 };
 
@@ -76,7 +76,7 @@ Failure deleteFile(const platform::ShownObject& file, bool force) {
   return deletingError(error, file.path, u"xDeleteFile_W");
 }
 
-/// A deletion that a fault ended: nobody knows how much is gone.
+/// Result of a deletion that a fault ended: it is not known how much is gone.
 FolderDeletion unfinished(const Error& error) {
   FolderDeletion deletion;
   deletion.errorText = errorTextOf(error);

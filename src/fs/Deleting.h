@@ -7,36 +7,40 @@
 
 namespace ombrelian {
 
-// Deleting for good. What is not there counts as deleted; links are removed, never what they lead
-// to, and mount points are not crossed. Error texts name the path and the numbered system error.
+// Permanent deletion. A missing object counts as deleted. Links are removed, never their targets,
+// and mount points are not crossed. Error texts contain the path and the system error with its
+// number.
 
-/// `force`: also where the rights for it have to be had first.
+/// Deletes a file or a link. `force`: missing rights are obtained first.
 Failure xDeleteFile_W(const platform::ShownObject& file, bool force);
 
-/// Whether the system says that there is nothing of that path; one that it cannot tell is not.
+/// Whether the system reports that no object with this path exists; false if this cannot be found
+/// out.
 bool isMissingObject(TextView path);
 
-/// Removes one empty folder, getting the rights for it if need be.
+/// Removes one empty folder; missing rights are obtained first.
 bool RemoveDirectoryForce_W(const platform::ShownObject& folder);
 
-/// Called at every object that is deleted, with the files and folders deleted so far; false ends
+/// Called for every deleted object with the number of files and folders deleted so far; false ends
 /// the deletion.
 using DeletionGoOn = std::function<bool(std::uint64_t files, std::uint64_t folders)>;
 
-/// What came of the deletion of a folder.
+/// Result of the deletion of a folder.
 struct FolderDeletion {
   bool isGone = false;
   bool wasStopped = false;  // the caller ended it; a part of the folder may be gone
   std::uint64_t files = 0;  // files that were deleted
   std::uint64_t folders = 0;
-  Text errorText;  // what could not be deleted, the folder itself first; a long list is cut short
+  Text errorText;  // objects that could not be deleted, with the folder itself first; a long list
+                   // is cut
 };
 
-/// Removes a folder with all that it holds, or a link to one alone. What can go goes, even where
-/// other things cannot.
+/// Removes a folder with all its content; of a link to a folder, only the link. An object that
+/// cannot be removed does not stop the others.
 FolderDeletion xDeleteFolderR_W(const platform::ShownObject& folder, const DeletionGoOn& goOn = {});
 
-/// The same as xDeleteFolderR_W, but a folder that others removed meanwhile counts as deleted.
+/// The same as xDeleteFolderR_W, but a folder that another program removed meanwhile counts as
+/// deleted.
 FolderDeletion xDeleteFolder_W(const platform::ShownObject& folder, const DeletionGoOn& goOn = {});
 
 }  // namespace ombrelian

@@ -6,24 +6,24 @@
 
 namespace ombrelian {
 
-/// Whether the file system that holds `path` keeps owners. False too where it cannot be asked.
+/// Whether the file system of `path` keeps owners. Also false if this cannot be found out.
 bool keepsOwners(TextView path);
 
-/// Decides which owner every list shows: the name of an account, "-Unbekannt-" where that cannot be
-/// learnt, or "Jeder" on a file system without owners. The texts are looked up once, so that a walk
-/// can ask for every entry.
+/// Decides which owner every list shows: the name of an account, "-Unbekannt-" if the name is not
+/// known, or "Jeder" on a file system without owners. The texts are looked up once, so that a walk
+/// can use them for every entry.
 class OwnerTexts {
  public:
   OwnerTexts();
 
-  /// The owner of an object by the name of its account; empty: the name is unknown. The view is
-  /// valid as long as the texts and `account` are.
+  /// The owner text for the account name `account`; empty: the name is unknown. The view is valid
+  /// as long as this object and `account` exist.
   TextView of(bool areKept, const Text& account) const;
 
-  /// The same by the number in a find record.
+  /// The same for the owner number in a find record.
   TextView of(bool areKept, std::uint32_t ownerId) const;
 
-  /// The same for the object at `path`, which is asked only where owners are kept.
+  /// The same for the object at `path`, which is read only if owners are kept.
   Text at(TextView path, bool areKept) const;
 
  private:

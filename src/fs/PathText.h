@@ -5,12 +5,12 @@
 
 namespace ombrelian {
 
-// Path text: nothing here touches the disk. `separator` chooses the rule: "\" is the Windows one,
-// "/" the POSIX one. Two things differ between them: where names may end in blanks ("/"), nothing
-// is trimmed; and the root "/" keeps its separator.
+// Functions for the text of paths; none of them reads the disk. `separator` chooses the rules: "\"
+// for Windows, "/" for POSIX. There are two differences: with "/" nothing is trimmed, because names
+// may end with blanks, and the root "/" keeps its separator.
 
-/// The form that a platform call takes: on Windows with the prefix that lifts the length limit
-/// (a path that has it already gets a second one), elsewhere the path itself.
+/// The form of a path for a platform call: on Windows with the prefix that removes the length limit
+/// (a path that already has it gets a second one), elsewhere the path itself.
 Text LongPathPrefix(TextView path, char16_t separator = platform::kNativeSeparator);
 
 /// The part before the first NUL.
@@ -19,7 +19,7 @@ TextView xCutAtNull(TextView text);
 /// The text before the last separator, without it; empty if there is none.
 TextView xGetPath(TextView path, char16_t separator = platform::kNativeSeparator);
 
-/// The text after the last separator; all of it if there is none.
+/// The text after the last separator; the whole text if there is none.
 TextView xGetFileName(TextView path, char16_t separator = platform::kNativeSeparator);
 
 /// The text after the last ".", as typed; empty if there is none. Give it a name, not a path.
@@ -35,7 +35,7 @@ Text& xAddBackslash(Text& path, char16_t separator = platform::kNativeSeparator)
 /// The same on a copy; an empty path stays empty.
 Text xGetPathWithBackslash(TextView path, char16_t separator = platform::kNativeSeparator);
 
-/// Without a final separator.
+/// `path` without a final separator.
 Text xRemoveBackslash(TextView path, char16_t separator = platform::kNativeSeparator);
 
 /// Appends `name` to `path` with one separator between them.

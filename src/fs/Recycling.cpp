@@ -55,7 +55,7 @@ constexpr ShellText kShellTexts[] = {
 
 constexpr ErrorCode kUnknown = 0x402;
 
-/// Deletes without a question, and keeps what went wrong first.
+/// Lets a removal continue always, and keeps its first failure.
 class FirstFailure : public platform::RemovalProgress {
  public:
   bool goOn(std::uint64_t, std::uint64_t) override { return true; }
@@ -73,10 +73,10 @@ ShellResult recycle(const ShownObject& object) {
   return result;
 }
 
-/// What a fault leaves: neither the caller nor the user may take it for success.
+/// Result after a fault, which must not look like success.
 ShellResult unknown(const Error&) { return {kUnknown, {}}; }
 
-/// What a user can do about `result`; empty where its text says enough.
+/// Advice for the user about `result`; empty if the error text is enough.
 Text advice(const ShellResult& result) {
   if ((result.code & kShellErrorOnDestination) != 0) {
     return TL(9620, u"Papierkorb: '%1'. Bitte Platz und Rechte dort prüfen oder endgültig löschen.",

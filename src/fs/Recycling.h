@@ -4,27 +4,27 @@
 
 namespace ombrelian {
 
-// Removing by way of the shell, which asks nothing. What is not there counts as removed.
+// Removal with the shell functions, without a question. A missing object counts as removed.
 
-/// What came of an operation of the shell.
+/// Result of an operation of the shell.
 struct ShellResult {
-  platform::ErrorCode code = 0;  // 0: done; else as RecycleObject, or of the system
-  Text detail;  // recycling: folder of the bin that failed, or empty; else the path that stayed
+  platform::ErrorCode code = 0;  // 0: success; else a code of RecycleObject or of the system
+  Text detail;  // recycling: failed folder of the bin, or empty; else the path that remains
 };
 
-/// Moves a folder to the recycle bin, or deletes it for good with all that it holds. The first
-/// error counts; what else can be deleted goes all the same.
+/// Moves a folder to the recycle bin, or deletes it permanently with all its content. The first
+/// error is returned; the other objects are deleted nevertheless.
 ShellResult xDeleteFolderSHwide(const platform::ShownObject& folder, bool recycle);
 
 /// The same as xDeleteFolderSHwide for one file or link.
 ShellResult xDeleteFileSHwide(const platform::ShownObject& file, bool recycle);
 
-/// Text of a code; with " - " and the number behind it if `addNumber`. For a code that is not the
-/// shell's the text of the system's error in it.
+/// Text of a code, followed by " - " and the number if `addNumber`. A code that is not from the
+/// shell has the text of the system error in it.
 Text xGetErrorTextFromSH(platform::ErrorCode code, bool addNumber);
 
-/// Why an object did not go to the recycle bin, which bin is meant and what can be done, with the
-/// code in brackets.
+/// Message about an object that could not be moved to the recycle bin: the reason, the bin and an
+/// advice, with the code in brackets.
 Text recyclingErrorText(const ShellResult& result);
 
 }  // namespace ombrelian

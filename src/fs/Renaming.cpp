@@ -6,7 +6,7 @@
 namespace ombrelian {
 namespace {
 
-/// Why no object can have that name; empty: one can.
+/// Reason why no object can have this name; empty: the name is possible.
 Text nameError(TextView name) {
   if (name.find(platform::kNativeSeparator) != TextView::npos || name.find(u'\0') != TextView::npos)
     return TL(9400, u"Ein Dateiname darf kein '%1' enthalten.",
@@ -16,8 +16,8 @@ Text nameError(TextView name) {
   return {};
 }
 
-/// Whether both paths are names of one file that has several. To rename one to the other changes
-/// nothing on POSIX, and is no error there.
+/// Whether both paths are names of the same file. On POSIX, renaming one of them to the other
+/// changes nothing and is not an error.
 bool areNamesOfOneFile(TextView path, TextView other) {
   platform::FindData one;
   platform::FindData two;

@@ -5,8 +5,9 @@
 namespace ombrelian {
 
 /// Gives the object at `path` (absolute, without final separator) another name in its folder, and
-/// replaces an object that has that name. A name that would lead elsewhere, or that is another name
-/// of the same file, is refused. Returns the error text; empty: the object has the name.
+/// replaces an object that has this name. A name that would lead to another folder, or that is
+/// another name of the same file, is refused. Returns the error text; empty: the object was
+/// renamed.
 Text renameInFolder(TextView path, TextView name);
 
 }  // namespace ombrelian

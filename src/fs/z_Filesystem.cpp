@@ -33,7 +33,7 @@ bool existsFolder(TextView name, TextView path, bool networkCounts) {
   });
 }
 
-/// The told texts of the failure line differ in the number of their error alone.
+/// Local time of a time stamp. The failure lines of the dates differ only in `errorName`.
 Date dateOf(FileTime time, TextView path, TextView errorName) {
   if (time == 0) return 0;
   DateParts parts;
@@ -59,12 +59,13 @@ bool isAbsolute(TextView path, char16_t separator) {
   return path.starts_with(u"\\\\") || (path.size() >= 3 && path.substr(1, 2) == u":\\");
 }
 
-/// A root is there or not; nobody makes one.
+/// Whether `path` is a root, which cannot be made.
 bool isRoot(TextView path, char16_t separator) {
   return separator == u'/' ? path == u"/" : path.size() == 3 && isAbsolute(path, separator);
 }
 
-/// Where the first component to make ends; npos if there is none, as on a share's own path.
+/// End of the first component that can be made; npos if there is none, as for the path of a share
+/// itself.
 std::size_t firstComponentEnd(TextView path, char16_t separator) {
   if (separator == u'/') return path.find(separator, 1);
   if (!path.starts_with(u"\\\\")) return path.find(separator, 3);

@@ -6,30 +6,30 @@
 
 namespace ombrelian {
 
-// The file primitives that everything above uses. None throws; a missing path gives false, 0 or
-// empty; a reason comes back where a caller can log it.
+// The file functions that all higher rooms use. None of them throws. A missing path gives false, 0
+// or an empty text; a reason is returned if a caller can log it.
 
-/// Asks the system about the object at `path` itself; a link is not followed.
+/// Reads the data of the object at `path` itself; a link is not followed.
 platform::ErrorCode findObject(TextView path, platform::FindData& data);
 
-/// True for whatever has that name, a folder or a dangling link too.
+/// True for any object with this name, also for a folder or a dangling link.
 bool xExistFile(TextView path);
 bool xExistFile_W(TextView path);
 
-/// True for a folder or a link to one. The root of a drive counts without a look at its medium, so
-/// that an empty reader or a sleeping network drive does not block; xExistFolder looks at network
-/// drives nevertheless.
+/// True for a folder or a link to one. The root of a drive counts without an access to its medium,
+/// so that an empty reader or a sleeping network drive does not block; xExistFolder accesses
+/// network drives nevertheless.
 bool xExistFolder_W(TextView path);
 bool xExistFolder(TextView path);
 
-/// Attribute bits; 0 on failure too.
+/// Attribute bits; also 0 on failure.
 std::uint32_t xGetFileAttributesWide(TextView path);
 
 /// Logical length in bytes.
 std::int64_t xGetFileSizeByWFD_W(const platform::FindData& data);
 
-/// Local time of a time stamp; 0 if it is none or no calendar has it, which is then told to the
-/// fault log with `path` (for that line only).
+/// Local time of a time stamp; 0 if there is none. It is also 0 if no calendar has the date, which
+/// is then reported to the fault log; `path` is only for that line.
 Date xGetFileCreateDateByWFD(const platform::FindData& data, TextView path);
 Date xGetFileModifyDateByWFD(const platform::FindData& data, TextView path);
 Date xGetFileAccessDateByWFD(const platform::FindData& data, TextView path);
@@ -37,23 +37,24 @@ Date xGetFileCreateDate(TextView path);
 Date xGetFileModifyDate(TextView path);
 Date xGetFileAccessDate(TextView path);
 
-/// Renames an object and replaces an object of the name `target`. Returns the error text; empty:
-/// done.
+/// Renames an object and replaces an object with the name `target`. Returns the error text; empty:
+/// success.
 Text xMoveFile_W(TextView source, TextView target);
 
-/// Makes the chain of folders to `path` (absolute). Fails on a path that is none or a root.
+/// Makes the chain of folders to `path` (absolute). Fails if it is not a path, or is a root.
 Failure xCreatePath(TextView path, char16_t separator = platform::kNativeSeparator);
 
-/// Text of a drive's kind; `typeCode` as platform::GetDriveTypeW.
+/// Text for the kind of a drive; `typeCode` is the value of platform::GetDriveTypeW.
 Text xGetDriveTypeString(TextView drive, int& typeCode);
 
-/// Volume label; empty if there is none or it cannot be read (then `errorText` says why).
+/// Volume label; empty if there is none or it cannot be read (then `errorText` contains the
+/// reason).
 Text xGetDriveLabelW(TextView drive, Text& errorText);
 
 /// The same as xGetDriveLabelW, but "(no label)" for a volume without a label.
 Text xGetDriveLabel(TextView drive, Text& errorText);
 
-/// Name of the file system that holds `path`; "?" on failure.
+/// Name of the file system of `path`; "?" on failure.
 Text xGetDriveFileSystem(TextView path, Text& errorText);
 
 /// Roots of all drives, separated by blanks.

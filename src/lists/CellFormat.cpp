@@ -7,10 +7,11 @@
 namespace ombrelian {
 namespace {
 
-/// Whole numbers in plain digits.
+/// Mask for whole numbers in plain digits.
 constexpr NumberMask kPlainMask = {1, 0, false};
 
-/// A number as a data format takes it: the locale's decimal separator, no groups, no empty places.
+/// Appends a number for data formats: with the locale's decimal separator, without groups and
+/// without final zeros.
 void appendPlainNumber(double value, Text& out) {
   const Decimal number = roundDecimal(value, 2);
   if (number.negative && (number.whole != 0 || number.fraction != 0)) out += u'-';

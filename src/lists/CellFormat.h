@@ -9,33 +9,35 @@
 
 namespace ombrelian {
 
-/// How the cells of one list are shown: what its columns, the user's units and the form of dates
-/// make of a raw value.
+/// Converts raw values to the cells of one list, with its columns, the user's units and the form of
+/// dates.
 class CellFormat {
  public:
   CellFormat() = default;
 
-  /// `columns` must outlive the format; an empty `dateFormat` is the locale's.
+  /// `columns` must outlive the format; an empty `dateFormat` means the format of the locale.
   CellFormat(Columns columns, const SizeSettings& sizes, const Text& dateFormat);
 
-  /// Title of a column, with the unit where it stands there.
+  /// Title of a column, with the unit if the settings show it in titles.
   Text caption(const Column& column) const;
 
-  /// Name of the column's field in formats that name fields; of a size the one of its unit.
+  /// Name of the column's field in formats with named fields; for a size, the name that belongs to
+  /// its unit.
   TextView fieldKey(const Column& column) const;
 
-  // Two forms of a cell. Both procedures append the cell of a row to `out`.
+  // The two forms of a cell. Both functions append the cell of a row to `out`.
 
-  /// Appends the cell as lists show it.
+  /// Appends the cell in the form of the lists.
   void appendShown(const CellSource& cells, CellSource::RowIndex row, const Column& column,
                    Text& out) const;
 
-  /// The plain form that data formats take: unmasked, a size in the list's unit.
+  /// Appends the plain form for data formats: without mask, and with a size in the unit of the
+  /// list.
   void appendPlain(const CellSource& cells, CellSource::RowIndex row, const Column& column,
                    Text& out) const;
 
-  /// What stands behind a cell that is counted and has a value, a size in the list's unit; only for
-  /// such columns and Percent and Timestamp.
+  /// The value of a numeric cell that is not empty; a size is in the unit of the list. Only for
+  /// columns that count something, and for Percent and Timestamp.
   double value(const CellSource& cells, CellSource::RowIndex row, const Column& column) const;
 
  private:

@@ -7,13 +7,13 @@
 
 namespace ombrelian {
 
-/// What stands where a Size or a Count, and what stands where a Percent has no value: the cell is
-/// empty in every form, and comes before all others in order.
+/// Values for an empty Size or Count, and for an empty Percent. Such a cell is empty in every form,
+/// and it is sorted before all others.
 inline constexpr std::int64_t kNoNumber = INT64_MIN;
 inline constexpr double kNoReal = -std::numeric_limits<double>::infinity();
 
-/// The raw values behind the rows of a list, whatever keeps them. Which of the three a cell has
-/// follows from the kind of its column.
+/// The raw values of the rows of a list, wherever they are stored. The kind of the column decides
+/// which of the three functions gives the value of a cell.
 class CellSource {
  public:
   using RowIndex = std::size_t;
@@ -29,7 +29,7 @@ class CellSource {
   /// The value of any other cell.
   virtual std::int64_t number(RowIndex row, const Column& column) const = 0;
 
-  /// Whether a cell of those three kinds has a value; others always have.
+  /// Whether a cell has a value. Only cells of the three kinds below can be without one.
   bool hasValue(RowIndex row, const Column& column) const {
     switch (column.kind) {
       case CellKind::Size:

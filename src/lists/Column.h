@@ -9,31 +9,31 @@
 
 namespace ombrelian {
 
-/// What a cell's raw value is, which decides how it is shown, compared and exported.
+/// Kind of the raw value of a cell. It decides how the cell is shown, compared and exported.
 enum class CellKind : std::uint8_t {
   PlainText,
   Size,        // bytes; kNoNumber: none
   Percent,     // a real number; kNoReal: none
-  Count,       // shown by the column's mask; kNoNumber: none
-  Number,      // shown as it is
+  Count,       // shown with the mask of the column; kNoNumber: none
+  Number,      // shown without a mask
   Timestamp,   // a Date; 0: none
   Attributes,  // bits; kAttributesInvalid: none
-  Choice,      // one of the column's three words
+  Choice,      // one of the three words of the column
 };
 
-/// A text with its number.
+/// A text and its text number.
 struct Word {
   int id;
   TextView german;
 };
 
-/// One column of a list. A list is a table of these, in the order of their ids from 1 on; the row
-/// number in front of them, kRowNumberColumn, is no part of the table.
+/// One column of a list. A list has a table of columns, in the order of their ids from 1 on. The
+/// row number in front of them, kRowNumberColumn, is not part of the table.
 struct Column {
-  int id;  // its number in the settings file
+  int id;  // number of the column in the settings file
   int captionId;
   TextView caption;
-  TextView key;  // name of the field in formats that name fields
+  TextView key;  // name of the field in formats with named fields
   CellKind kind;
   TextView mask = {};           // mask of a Count
   const Word* words = nullptr;  // words of a Choice for values above zero, below zero, and zero
@@ -42,7 +42,8 @@ struct Column {
   bool isText() const { return kind == CellKind::PlainText; }
   bool isReal() const { return kind == CellKind::Percent || kind == CellKind::Timestamp; }
 
-  /// Texts and dates are aligned at the left, numbers at the right.
+  /// Whether cells are aligned at the left, as texts and dates are; numbers are aligned at the
+  /// right.
   bool isLeftAligned() const {
     return isText() || kind == CellKind::Timestamp || kind == CellKind::Attributes ||
            kind == CellKind::Choice;
@@ -52,7 +53,8 @@ struct Column {
 /// The columns of one list.
 using Columns = std::span<const Column>;
 
-/// Whether the ids of a table count from 1, and fill `slots` of settings with the row number's.
+/// Whether the ids of a table count from 1, and whether there are `slots` settings, including the
+/// row number.
 constexpr bool idsCountFromOne(Columns columns, int slots) {
   int id = 0;
   for (const Column& column : columns) {
@@ -61,19 +63,19 @@ constexpr bool idsCountFromOne(Columns columns, int slots) {
   return id + 1 == slots;
 }
 
-/// Where a row stands, counted from 1; no list keeps it among its values.
+/// The row number, counted from 1. It is not stored with the values of a list.
 inline constexpr Column kRowNumberColumn = {0, 0, u"#", u"linenumber", CellKind::Number};
 
-/// What the settings say of a list's columns, each by column id.
+/// Settings for the columns of a list, with the column ids as indices.
 struct ColumnLayout {
-  std::span<const std::uint8_t> visible;    // 1: shown; empty: all are
-  std::span<const std::int32_t> positions;  // empty: as in the table
+  std::span<const std::uint8_t> visible;    // 1: the column is shown; empty: all columns are
+  std::span<const std::int32_t> positions;  // position of each column; empty: order of the table
 };
 
-/// The columns to show, in display order. The first column of the table is always there.
+/// The columns to show, in display order. The first column of the table is always shown.
 std::vector<const Column*> visibleColumns(Columns columns, const ColumnLayout& layout);
 
-/// The same with the row number where the user has it shown.
+/// The same, and the row number if the user shows it.
 std::vector<const Column*> visibleColumnsAndNumber(Columns columns, const ColumnLayout& layout);
 
 }  // namespace ombrelian

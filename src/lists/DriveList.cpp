@@ -19,7 +19,7 @@ using platform::kSuccess;
 
 constexpr TextView kModule = u"frmMain";
 
-/// For all drives of a reading together.
+/// Time limit of a reading for all drives together.
 constexpr unsigned kProbeMilliseconds = 800;
 
 constexpr TextView kClusterPattern = u"###,##0";
@@ -51,8 +51,8 @@ constexpr const Column& kType = kDriveTable[8];
 constexpr const Column& kCluster = kDriveTable[9];
 constexpr const Column& kPath = kDriveTable[10];
 
-/// What to show of an error: this list's own words where the system's would not help. Network paths
-/// show the number of the error too.
+/// Text for an error: this list has its own texts for errors whose system text does not help. For
+/// network paths the number of the error is included.
 Text errorShown(ErrorCode code, bool isNetwork) {
   Text text;
   if (code == platform::kTimeout) text = TL(9402, u"Das Laufwerk antwortet nicht.");
@@ -64,7 +64,7 @@ Text errorShown(ErrorCode code, bool isNetwork) {
   return isNetwork ? u"#" + toText(code) + u" - " + text : text;
 }
 
-/// Whether nothing more can be learnt of a drive after such an error.
+/// Whether no more data can be read from a drive after this error.
 bool isGone(ErrorCode code) {
   return code == platform::kNetworkGone || code == platform::kNotReady ||
          code == platform::kPathNotFound;
@@ -76,7 +76,8 @@ Text withoutFinalSeparators(TextView path) {
   return Text(path);
 }
 
-/// A network path as this system writes it, with its final separator; empty: it is none.
+/// A network path in the form of this system, with its final separator; empty: the text is not a
+/// network path.
 Text networkPath(TextView typed) {
   Text path(typed);
   if (platform::kNativeSeparator == u'/' && path.starts_with(u"\\\\")) {
@@ -104,14 +105,15 @@ void Drives_AddSizeValues(Grid& grid, Grid::RowIndex row, const platform::DiskSp
   grid.set(row, kFree, space.freeBytes);
   grid.set(row, kUsed, used);
   grid.set(row, kCluster, (space.clusterBytes + 512) / 1024);
-  if (space.totalBytes == 0) return;  // there is nothing to have a share in
+  if (space.totalBytes == 0) return;  // a drive of size 0 has no percentages
   grid.set(row, kPercentFree, percentOf(space.freeBytes, space.totalBytes));
   grid.set(row, kPercentUsed, percentOf(used, space.totalBytes));
 }
 
 }  // namespace
 
-/// Fills rows. What must be asked of the drives themselves is collected and asked of all at once.
+/// Fills rows. The questions to the drives themselves are collected, and all drives are asked at
+/// the same time.
 class DriveList::Reading {
  public:
   Reading(Contents& rows, const Probe& probe) : rows_(rows), probe_(probe) {}
@@ -133,7 +135,7 @@ class DriveList::Reading {
     findNetworkPath(row, path);
   }
 
-  /// Learns the sizes of a row, and of a network path whether it is mounted now.
+  /// Updates the sizes of a row, and for a network path also whether it is mounted now.
   void refresh(Grid::RowIndex row) {
     const Text drive(grid().text(row, kDrive));
     rows_.errors.erase(grid().id(row));
@@ -141,7 +143,7 @@ class DriveList::Reading {
     isNetworkPath(drive) ? findNetworkPath(row, drive) : ask(row, drive);
   }
 
-  /// What Drives_GetDriveFreeSpace is to the rows that wait for it.
+  /// Asks the drives of all waiting rows and fills in their space (Drives_GetDriveFreeSpace).
   void finish() {
     const std::vector<DriveAnswer> answers = probe_(roots_, kProbeMilliseconds);
     for (std::size_t i = 0; i < asked_.size(); ++i) {
@@ -173,7 +175,7 @@ class DriveList::Reading {
     if (showVolume(row, root) == kSuccess) ask(row, root);
   }
 
-  /// Shows label and file system of a volume; of a drive that is gone neither.
+  /// Shows the label and the file system of a volume, or nothing if the drive is gone.
   ErrorCode showVolume(Grid::RowIndex row, const Text& root) {
     platform::VolumeInformation volume;
     const ErrorCode error = platform::GetVolumeInformationW(root, volume);
@@ -297,7 +299,7 @@ void DriveList::Drives_RefreshDrive(TextView path) {
   });
 }
 
-/// The rows whose files are below that root, or whose network path it is.
+/// The rows with the root or the network path `root`.
 std::vector<Grid::RowIndex> DriveList::rowsOf(TextView root) const {
   std::vector<Grid::RowIndex> rows;
   for (Grid::RowIndex row = 0; row < shown_.grid.rowCount(); ++row) {

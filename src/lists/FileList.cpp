@@ -50,8 +50,8 @@ constexpr const Column& kOwner = kFileTable[8];
 constexpr const Column& kPath = kFileTable[9];
 constexpr const Column& kFullPath = kFileTable[10];
 
-/// Says when the user is to be asked whether a read goes on: often enough that a slow disk does
-/// not keep him waiting, and seldom enough that a quick one is not slowed.
+/// Decides when a read calls GoOn: often enough that the user need not wait for a slow disk, and
+/// seldom enough that a fast disk is not slowed.
 class Pause {
  public:
   bool isDue() {
@@ -72,7 +72,7 @@ class Pause {
   std::uint64_t last_ = platform::GetTickCount();
 };
 
-/// Lets texts be looked up by a view of them.
+/// Hash that allows a search for a text with a view.
 struct TextHash {
   using is_transparent = void;
   std::size_t operator()(TextView text) const { return std::hash<TextView>()(text); }
@@ -120,7 +120,8 @@ class FileList::Reader {
     if (entry.statError == kSuccess) setFacts(row, entry);
   }
 
-  /// Most files share few extensions, and with them their type.
+  /// Copies the type from the first row with the same extension, because most files share few
+  /// extensions.
   void setType(Grid::RowIndex row, TextView extension) {
     Grid& grid = read_.grid;
     if (const auto known = firstRows_.find(extension); known != firstRows_.end()) {
@@ -146,7 +147,8 @@ class FileList::Reader {
     if (wantsOwners_) grid.set(row, kOwner, owner(entry.ownerId));
   }
 
-  /// What has no date, or one that no calendar has, is left to `slow`, which tells the fault log.
+  /// Date of a time stamp. A missing or invalid time is left to `slow`, which reports an invalid
+  /// one to the fault log.
   template <class Procedure>
   Date date(FileTime time, const FindData& entry, Procedure slow) {
     const std::int64_t seconds = clock_.seconds(time);
@@ -201,7 +203,7 @@ void FileList::List_Files_ScanFolderR(TextView folder, const GoOn& goOn) {
   replace(std::move(reader.read(goOn)));
 }
 
-/// Puts other rows in the place of those shown, in the same order.
+/// Replaces the shown rows with other rows and keeps the sort order.
 void FileList::replace(Contents contents) {
   if (const Column* const sorted = shown_.grid.sortColumn(); sorted != nullptr) {
     sortColumn_ = sorted;
@@ -258,7 +260,8 @@ bool FileList::nameIsTaken(Grid::RowIndex row, TextView newName) const {
   return otherNamed(row, newName).has_value();
 }
 
-/// What has that name in the folder; none: nothing but the file of the row.
+/// The other object with this name in the folder; none: there is none, or it is the file of the
+/// row.
 std::optional<FindData> FileList::otherNamed(Grid::RowIndex row, TextView name) const {
   FindData own;
   FindData other;
@@ -266,7 +269,7 @@ std::optional<FindData> FileList::otherNamed(Grid::RowIndex row, TextView name) 
   const Text newPath = shown_.folder + Text(name);
   if (name.empty() || newPath == path) return {};
   if (findObject(newPath, other) != kSuccess) return {};
-  // Where case does not count, another spelling is the file itself.
+  // On a file system that ignores case, another spelling is the file itself.
   const bool isItself =
       findObject(path, own) == kSuccess && own.identity == other.identity && own.linkCount < 2;
   if (isItself) return {};
@@ -292,7 +295,7 @@ FileList::Renaming FileList::rename(Grid::RowIndex row, TextView newName) {
       });
 }
 
-/// A file that had the name before is no more, and neither is its row.
+/// Removes the row of a replaced file, which had the name before.
 void FileList::removeReplaced(Grid::RowIndex row, TextView name) {
   Grid& grid = shown_.grid;
   for (Grid::RowIndex other = 0; other < grid.rowCount(); ++other) {

@@ -12,45 +12,46 @@
 
 namespace ombrelian {
 
-/// The files directly in one folder, read from the disk when the folder is shown: it knows nothing
-/// of a scan, and so is never older than its last read.
+/// The direct files of one folder. They are read from the disk when the folder is shown,
+/// independent of any scan.
 class FileList : public FlatList {
  public:
-  /// Called now and then while a folder is read, some times in a thousand files or twenty times a
-  /// second; false ends the read. It may serve what the user does meanwhile.
+  /// Called regularly while a folder is read: a few times in a thousand files, or twenty times a
+  /// second. False ends the read. It may handle user input.
   using GoOn = std::function<bool()>;
 
-  /// `options` and `types` are kept by reference; the text of the file filter is trimmed in
+  /// References to `options` and `types` are kept; the text of the file filter is trimmed in
   /// `options`.
   FileList(Options& options, FileTypes& types);
 
-  /// Shows `folder`, which gets its final separator. A folder that is shown already is read again
-  /// only with `force`; while the list is switched off it is emptied instead. Until a read is over
-  /// the list stays as it was; one that was ended leaves what it had. The rows are sorted as the
-  /// last ones were. Returns whether they are new. Calls from `goOn` do nothing.
+  /// Shows `folder`, which gets its final separator. A folder that is already shown is read again
+  /// only with `force`. If the list is switched off, it is emptied instead. The list does not
+  /// change until a read is complete; a read that is ended early leaves the files that it found.
+  /// The rows keep the last sort order. Returns whether the rows are new. Calls from `goOn` do
+  /// nothing.
   bool List_Files_ScanFolder(Text& folder, bool force, const GoOn& goOn = {});
 
-  /// Reads the folder shown again.
+  /// Reads the shown folder again.
   bool List_Files_Refresh(const GoOn& goOn = {});
 
-  /// No folder is shown any more; does nothing while one is being read.
+  /// Empties the list, so that no folder is shown; does nothing while a folder is being read.
   void clear();
 
-  /// With its final separator; empty: none.
+  /// The shown folder, with its final separator; empty: none.
   const Text& folder() const { return shown_.folder; }
 
-  /// When it was read last, in local time; 0: never.
+  /// Local time of the last read; 0: there was none.
   Date readAt() const { return shown_.readAt; }
 
-  /// Why the last read brought nothing, or not all; none if it was whole or was ended.
+  /// Failure of the last read; none if it was complete or if it was ended by `goOn`.
   const Failure& failure() const { return shown_.failure; }
 
   bool isReading() const { return isReading_; }
 
-  /// Bytes of all rows.
+  /// Total size of all rows in bytes.
   std::int64_t sum() const { return shown_.sum; }
 
-  /// With `selected` rows their number and size too.
+  /// Text for the status line; with `selected` rows it includes their number and size.
   Text List_Files_ShowFileStat(const std::vector<Grid::RowIndex>& selected = {}) const;
   Text status(const std::vector<Grid::RowIndex>& selected) const override {
     return List_Files_ShowFileStat(selected);
@@ -61,29 +62,27 @@ class FileList : public FlatList {
 
   Text fullPath(Grid::RowIndex row) const;
 
-  /// Owner of a file. The cells of a hidden column stay empty until they are asked for here.
+  /// Reads the owner of a file. The cells of a hidden owner column are empty until this call.
   TextView readOwner(Grid::RowIndex row);
 
-  /// Takes rows away by their ids, as after their files were deleted.
+  /// Removes rows by their ids, for example after their files were deleted.
   void removeRows(const std::vector<std::uint32_t>& ids);
 
-  /// Whether something other than the file itself has that name in the folder; a rename would
-  /// replace it.
+  /// Whether another object in the folder has this name; a rename would replace it.
   bool nameIsTaken(Grid::RowIndex row, TextView newName) const;
 
-  /// What came of a rename.
+  /// Result of a rename.
   struct Renaming {
-    /// Empty: it was done, or there was nothing to do because the name is empty or the same; else
-    /// all is as it was.
+    /// Empty: the file was renamed, or there was nothing to do because the name is empty or the
+    /// same. Else the error text; nothing was changed.
     Text error;
 
-    /// Bytes of the file that had the name before and is no more, whether it had a row or a filter
-    /// hid it; none: nothing was replaced.
+    /// Size in bytes of the replaced file, also if a filter hid it; none: nothing was replaced.
     std::optional<std::int64_t> replacedBytes;
   };
 
-  /// Renames a file, replacing without a question whatever has the name. The row of a file that was
-  /// replaced goes; others may move up.
+  /// Renames a file and replaces an object with the new name without a question. The row of a
+  /// replaced file is removed, so other rows may move up.
   Renaming rename(Grid::RowIndex row, TextView newName);
 
   Grid& grid() override { return shown_.grid; }

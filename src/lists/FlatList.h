@@ -8,23 +8,23 @@
 
 namespace ombrelian {
 
-/// Where the rows of a list come from, if not from the sources of the tree.
+/// Origin of the rows of a list if they are not from the sources of the tree.
 struct ListOrigin {
-  Text path;        // empty: no folder of its own
+  Text path;        // folder of the rows; empty: none
   Date readAt = 0;  // local time
 };
 
-/// What every list but the folder tree answers.
+/// Functions of every list except the folder tree.
 class FlatList {
  public:
   virtual ~FlatList() = default;
 
   virtual Grid& grid() = 0;
 
-  /// What the status line says of the list; with `selected` rows their number and size too.
+  /// Text of the status line for the list; with `selected` rows it includes their number and size.
   virtual Text status(const std::vector<Grid::RowIndex>& selected) const = 0;
 
-  /// Empty: the rows come from the sources of the tree.
+  /// Origin of the rows; empty: the sources of the tree.
   virtual std::optional<ListOrigin> origin() const { return std::nullopt; }
 };
 

@@ -8,7 +8,7 @@
 
 namespace ombrelian {
 
-/// Columns of the folder report. The numbers are those of the settings file and never change.
+/// Columns of the folder report, with the numbers of the settings file, which never change.
 struct FolderColumnId {
   enum : int {
     Name = 1,
@@ -32,14 +32,14 @@ struct FolderColumnId {
 
 using FolderColumn = Column;
 
-/// The folder report as data: its columns, and what stands in each row's cells. The rows are the
-/// nodes of the tree; what a view adds to them (what is expanded, what is selected) is kept here.
+/// The data of the folder report: its columns and the values of the cells. The rows are the nodes
+/// of the tree. The state of the view (expanded nodes, selected node) is stored here.
 class FolderReport : public CellSource {
  public:
-  /// `tree` and `options` are kept by reference.
+  /// References to `tree` and `options` are kept.
   FolderReport(const FolderTree& tree, const Options& options);
 
-  /// Takes up what the options say of units and of the form of dates; call it when they changed.
+  /// Reads the units and the form of dates from the options; call it after they changed.
   void applySettings();
 
   const FolderTree& tree() const { return tree_; }
@@ -47,37 +47,37 @@ class FolderReport : public CellSource {
   /// All columns in the order of their ids.
   static Columns columns();
 
-  /// The columns to show, in display order. Name is always there.
+  /// The columns to show, in display order. The column Name is always shown.
   std::vector<const FolderColumn*> visibleColumns() const;
 
-  /// The columns of reports: the same, and the row number where the user has it shown.
+  /// The columns of reports: the same, and the row number if the user shows it.
   std::vector<const FolderColumn*> reportColumns() const;
 
   const CellFormat& format() const { return format_; }
 
-  // The rows are the nodes; of the name column the row's own name.
+  // The row indices are nodes. The text of the name column is the name without a path.
   TextView text(RowIndex node, const Column& column) const override;
   double real(RowIndex node, const Column& column) const override;
   std::int64_t number(RowIndex node, const Column& column) const override;
 
-  /// Share of the direct parent's size in percent; 100 on a source.
+  /// Share of the size of the direct parent in percent; 100 for a source.
   double percent(NodeIndex node) const;
 
   bool isExpanded(NodeIndex node) const { return node < expanded_.size() && expanded_[node]; }
   void setExpanded(NodeIndex node, bool expanded);
 
-  /// The tree was emptied: nothing is expanded or selected any more.
+  /// Clears the state of all nodes after the tree was emptied.
   void forgetNodes();
 
-  /// Nodes were taken out of the tree: nothing is known of them any more, as others may get their
+  /// Clears the state of nodes that were removed from the tree, because new nodes may get their
   /// places.
   void forgetFreeNodes();
 
-  /// `twin` is to take the place of `node`: what is expanded below the one becomes so below the
-  /// other, by names.
+  /// Before `twin` replaces `node`: expands the folders below `twin` whose names are expanded below
+  /// `node`.
   void carryExpanded(NodeIndex node, NodeIndex twin);
 
-  /// kNoNode: none.
+  /// The selected node; kNoNode: none.
   NodeIndex selected() const { return selected_; }
   void select(NodeIndex node) { selected_ = node; }
 
@@ -85,7 +85,7 @@ class FolderReport : public CellSource {
   const FolderTree& tree_;
   const Options& options_;
   CellFormat format_;
-  std::vector<bool> expanded_;  // flag of each node; missing flags are false
+  std::vector<bool> expanded_;  // one flag for each node; missing flags are false
   NodeIndex selected_ = kNoNode;
 };
 

@@ -12,10 +12,10 @@ namespace {
 
 using Id = FolderColumnId;
 
-/// Below this many siblings comparing their texts is quicker than making keys.
+/// Number of siblings below which comparing texts is faster than making sort keys.
 constexpr std::size_t kFewSiblings = 8;
 
-/// Sorts the children of one folder after the other, with room that all of them share.
+/// Sorts the children of one folder after the other and reuses the same memory.
 class SiblingSort {
  public:
   SiblingSort(FolderTree& tree, const FolderReport& report, const Column& column, bool descending)
@@ -92,8 +92,8 @@ class SiblingSort {
     return descending_ ? b < a : a < b;
   }
 
-  /// What stands behind a cell that is counted. Sources are sorted by their sizes where the share
-  /// of the parent is asked for, as they have none.
+  /// The number by which a node is sorted. In the percent column sources are sorted by size,
+  /// because they have no parent.
   std::int64_t number(NodeIndex index) const {
     const FolderNode& node = tree_[index];
     switch (column_.id) {

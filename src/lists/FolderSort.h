@@ -4,8 +4,8 @@
 
 namespace ombrelian {
 
-/// Orders all siblings of the tree, the sources too, by a column of the folder report: texts as the
-/// locale does, everything else by what stands behind the cell. Equals keep their order.
+/// Sorts all siblings of the tree, including the sources, by a column of the folder report: texts
+/// by the rules of the locale, all other values by their number. Equal siblings keep their order.
 void sortFolders(FolderTree& tree, const FolderReport& report, const Column& column,
                  bool descending);
 

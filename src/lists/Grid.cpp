@@ -10,7 +10,8 @@
 namespace ombrelian {
 namespace {
 
-/// Orders places by what `compare` says of two of them: negative, 0 or positive.
+/// Sorts places with `compare`, which returns a negative value, 0 or a positive value for two
+/// places.
 template <class Compare>
 void sortBy(std::vector<std::uint32_t>& order, bool descending, Compare compare) {
   std::stable_sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
@@ -98,7 +99,7 @@ std::vector<std::uint32_t> Grid::sortedOrder(const Column& column, bool descendi
   if (column.isText()) {
     const TextRules& rules = platform::localeTextRules();
     sortBy(order, descending, [&](std::uint32_t a, std::uint32_t b) {
-      if (number(a, column) == number(b, column)) return 0;  // one text
+      if (number(a, column) == number(b, column)) return 0;  // both cells have the same text
       return rules.compare(text(a, column), text(b, column), false);
     });
   } else if (column.kind == CellKind::Attributes) {

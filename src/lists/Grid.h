@@ -6,8 +6,8 @@
 
 namespace ombrelian {
 
-/// The rows of one list: raw values, eight bytes a cell, in the columns of its table. Window,
-/// exports, print and clipboard all read this.
+/// The rows of one list: raw values with eight bytes for each cell, in the columns of its table.
+/// The window, exports, print and clipboard read it.
 class Grid : public CellSource {
  public:
   /// `columns` must outlive the grid; their ids count from 1.
@@ -15,7 +15,7 @@ class Grid : public CellSource {
 
   Columns columns() const { return columns_; }
 
-  /// The column of that field key, which must exist.
+  /// The column with this field key, which must exist.
   const Column& column(TextView key) const;
 
   RowIndex rowCount() const { return ids_.size(); }
@@ -26,21 +26,21 @@ class Grid : public CellSource {
   /// Removes a row; the rows below it move up.
   void removeRow(RowIndex row) { removeRows({ids_[row]}); }
 
-  /// Rows go by their ids, all of them in one pass; ids that no row has any more are passed over.
+  /// Removes rows by their ids, all in one pass; ids without a row are ignored.
   void removeRows(const std::vector<std::uint32_t>& ids);
 
-  /// What stands for a row while rows move: it stays through sorts and removals, and no other row
-  /// gets it before clear().
+  /// Id of a row. It does not change when rows are sorted or removed, and no other row gets it
+  /// before clear().
   std::uint32_t id(RowIndex row) const { return ids_[row]; }
 
-  /// Where the row with that id is now; kNoRow: it is gone, or never was.
+  /// Current index of the row with this id; kNoRow: there is no such row.
   RowIndex rowOf(std::uint32_t id) const {
     return id < rows_.size() && rows_[id] != kGone ? rows_[id] : kNoRow;
   }
   static constexpr RowIndex kNoRow = RowIndex(-1);
 
-  /// Values by the kind of the column: of texts, of Percent and Timestamp, of all others.
-  /// A text that another row has already is best taken from there: it is kept once.
+  /// Values by the kind of the column: texts, Percent and Timestamp, and all other kinds. Sets a
+  /// text. If another row already has the same text, setTextAs() stores it only once.
   void set(RowIndex row, const Column& column, TextView value);
   void setTextAs(RowIndex row, const Column& column, RowIndex other) {
     cell(row, column).number = cell(other, column).number;
@@ -57,38 +57,38 @@ class Grid : public CellSource {
     return cell(row, column).number;
   }
 
-  /// The cell as `format` shows it.
+  /// The text of the cell in `format`.
   Text cellText(const CellFormat& format, RowIndex row, const Column& column) const {
     Text text;
     format.appendShown(*this, row, column, text);
     return text;
   }
 
-  /// Orders the rows by raw value, texts by the locale; equals keep their order.
+  /// Sorts the rows by raw value, texts by the rules of the locale; equal rows keep their order.
   void sort(const Column& column, bool descending);
 
-  /// The column that the rows were sorted by last; null: none.
+  /// The column of the last sort; null: none.
   const Column* sortColumn() const { return sortColumn_; }
   bool sortedDescending() const { return sortedDescending_; }
 
-  /// Which background a row has, 0 or 1, where a list sets its rows apart; it moves with the row.
+  /// Background of a row, 0 or 1, in lists that separate groups of rows; it moves with the row.
   int band(RowIndex row) const { return bands_[row]; }
   void setBand(RowIndex row, int band) { bands_[row] = std::uint8_t(band); }
 
-  /// Which object on the disk a row stands for; it moves with the row. Index 0: unknown. Grids
-  /// whose rows are no objects keep nothing for it.
+  /// Identity of the object of a row on the disk; it moves with the row. Index 0: unknown. Grids
+  /// whose rows are not objects use no memory for it.
   platform::FileIdentity identity(RowIndex row) const {
     const std::uint32_t id = ids_[row];
     return id < identities_.size() ? identities_[id] : platform::FileIdentity();
   }
   void setIdentity(RowIndex row, platform::FileIdentity identity);
 
-  /// Removes all rows, and forgets the last sort.
+  /// Removes all rows and clears the last sort column.
   void clear();
 
  private:
   union Cell {
-    std::int64_t number;  // for a text its place in texts_
+    std::int64_t number;  // for a text, its index in texts_
     double real;
   };
 
@@ -105,14 +105,14 @@ class Grid : public CellSource {
   void noteRows();
 
   Columns columns_;
-  std::vector<Cell> cells_;  // row after row
+  std::vector<Cell> cells_;  // cells of one row after the other
   std::vector<std::uint8_t> bands_;
   std::vector<std::uint32_t> ids_;   // id of each row
   std::vector<std::uint32_t> rows_;  // row of each id; kGone: removed
   std::vector<platform::FileIdentity>
-      identities_;                       // identity of each id, up to the last one that was set
+      identities_;                       // identity of each id, up to the last that was set
   std::vector<TextView> texts_;          // texts in pool_; the first is the empty text
-  std::vector<std::int64_t> lastTexts_;  // last text of each column, as neighbours are often equal
+  std::vector<std::int64_t> lastTexts_;  // last text of each column; neighbours are often equal
   NamePool pool_;
   const Column* sortColumn_ = nullptr;
   bool sortedDescending_ = false;

@@ -7,25 +7,25 @@
 
 namespace ombrelian {
 
-/// One row for each name of a file that has several.
+/// The list of hardlinks, with one row for each name of a file that has several names.
 class HardlinkList : public FlatList {
  public:
-  /// `options` and `types` are kept by reference.
+  /// References to `options` and `types` are kept.
   HardlinkList(const Options& options, FileTypes& types);
 
   void reset() { grid_.clear(); }
 
-  /// Adds a row; all its cells are filled at once, for such files are few.
+  /// Adds a row and fills all its cells at once, because there are few such files.
   void feed(TextView name, TextView folder, std::int64_t size, std::int32_t links,
             const platform::FindData& data);
 
-  /// The walk is over: orders the rows as the list opens.
+  /// Sorts the rows in their first order after the walk has ended.
   void finish();
 
-  /// Sorts by identity and sets the names of one file apart from those of the next by bands.
+  /// Sorts by identity, and gives the names of one file another band than those of the next.
   void List_Hardlinks_ShowDups();
 
-  /// With `selected` rows their number and size too.
+  /// Text for the status line; with `selected` rows it includes their number and size.
   Text List_Hardlinks_ShowFileStat(const std::vector<Grid::RowIndex>& selected = {}) const;
   Text status(const std::vector<Grid::RowIndex>& selected) const override {
     return List_Hardlinks_ShowFileStat(selected);
@@ -39,14 +39,14 @@ class HardlinkList : public FlatList {
   Grid grid_;
 };
 
-/// One row for each reparse folder, with where it leads.
+/// The list of junctions, with one row for each reparse folder and its target.
 class JunctionList : public FlatList {
  public:
   JunctionList();
 
   void reset() { grid_.clear(); }
 
-  /// `path` without trailing separator; `tag` as FindData::dwReserved0.
+  /// Adds a row. `path` has no trailing separator; `tag` is FindData::dwReserved0.
   void feed(TextView path, TextView target, std::uint32_t tag);
 
   void finish();

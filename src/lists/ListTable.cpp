@@ -87,8 +87,8 @@ Columns columnsOf() {
   return table;
 }
 
-/// The settings of a list whose options are single fields. A null member: the list has no such
-/// setting.
+/// The settings of a list whose options are single fields. If a member is null, the list has no
+/// such setting.
 template <auto unit, auto decimals, auto unitText, auto optimizeAll, auto searchVisible,
           auto visible, auto positions>
 ListSettings settingsOf(Options& options) {
@@ -200,7 +200,8 @@ void turnAllListsOn(Options& options) {
 ListSettings listSettings(Options& options, ListId list) { return listRow(list).settings(options); }
 
 ColumnLayout listLayout(const Options& options, ListId list) {
-  // The settings are only read here; what points to them serves writers too.
+  // The cast is safe, because the settings are only read here; ListSettings has pointers for
+  // writers too.
   const ListSettings settings = listSettings(const_cast<Options&>(options), list);
   return {settings.visible, settings.positions};
 }

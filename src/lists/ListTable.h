@@ -7,8 +7,7 @@
 
 namespace ombrelian {
 
-/// Every list of the program. The six top lists stand in the order of their numbers in the
-/// settings.
+/// Every list of the program. The six top lists are in the order of their numbers in the settings.
 enum class ListId : std::uint8_t {
   Folders,
   Drives,
@@ -49,35 +48,35 @@ constexpr std::size_t topIndex(ListId list) {
   return std::size_t(list) - std::size_t(ListId::LargestFiles);
 }
 
-/// What one row of a list stands for.
+/// Kind of the object in a row of a list.
 enum class RowKind : std::uint8_t { Folder, Drive, File, Junction, Sum, Line };
 
-/// What the options keep for one list, to be read and written in place. Null or empty: the list has
-/// no such setting.
+/// References to the options of one list, for reading and writing. Null or empty: the list has no
+/// such setting.
 struct ListSettings {
   std::uint8_t* unit = nullptr;
   std::uint8_t* decimals = nullptr;
   std::uint8_t* unitText = nullptr;
-  std::uint8_t* optimizeAll = nullptr;    // 1: columns fit all rows, not just those on the screen
+  std::uint8_t* optimizeAll = nullptr;    // 1: columns fit all rows, not only those on the screen
   std::uint8_t* searchVisible = nullptr;  // 1: the search box is open
   std::span<std::uint8_t> visible;        // flag of each column id; 0 is the row number
   std::span<std::int32_t> positions;      // position of each column id
 };
 
-/// Everything that is fixed of a list.
+/// Fixed data of a list.
 struct ListRow {
   TextView key;  // name of the list in machine-readable output; frozen
   Word title;    // title of saved and printed lists; "%1": which date counts
-  Word option;   // caption of the option that has a scan fill the list; "%1": its limit
+  Word option;   // caption of the option for filling the list in scans; "%1": its limit
   Word empty;    // text that the window shows in place of rows
   RowKind rows;
   Columns (*columns)();
-  TextView sortKey;  // column that the list opens sorted by; empty: rows stay as they came
+  TextView sortKey;  // column of the first sort; empty: rows keep their first order
   bool sortDescending;
   ListSettings (*settings)(Options&);
   std::uint8_t Options::*isOn = nullptr;      // 1: a scan fills the list; null: no scan does
   std::uint8_t Options::*isShown = nullptr;   // 1: on the right side; null: always on the left
-  std::uint8_t Options::*dateKind = nullptr;  // 1 to 3, see dateKindCaption(); null: no date counts
+  std::uint8_t Options::*dateKind = nullptr;  // 1 to 3, see dateKindCaption(); null: no kind
 };
 
 const ListRow& listRow(ListId list);
@@ -90,30 +89,30 @@ void turnAllListsOn(Options& options);
 
 ListSettings listSettings(Options& options, ListId list);
 
-/// What the settings say of columns and sizes. The layout's spans point into `options`.
+/// The settings of columns and sizes. The spans of the layout point into `options`.
 ColumnLayout listLayout(const Options& options, ListId list);
 SizeSettings listSizes(const Options& options, ListId list);
 
-/// The list on the right side: the first whose flag is set, else the drives. The six top lists
+/// The list on the right side: the first list whose flag is set, else the drives. The six top lists
 /// share one flag.
 ListId shownList(const Options& options);
 
-/// Makes `list` the one on the right side.
+/// Shows `list` on the right side.
 void showList(Options& options, ListId list);
 
-/// Orders the rows of a list as it opens.
+/// Sorts the rows of a list in their first order.
 void sortAsOpened(Grid& grid, ListId list);
 
-/// Title of a list; the lists by date tell which date counts.
+/// Title of a list; for lists by date it contains the kind of date.
 Text listTitle(const Options& options, ListId list);
 
-/// Caption of the option that has a scan fill the list; a top list's tells its limit.
+/// Caption of the option for filling the list in scans; for a top list it contains the limit.
 Text optionCaption(const Options& options, ListId list);
 
 /// "Änderungsdatum", "Erstellungsdatum" or "Letzter Zugriff": kinds 1 to 3; others count as 1.
 Text dateKindCaption(std::uint8_t kind);
 
-/// Key of the column with that kind of date.
+/// Key of the column with this kind of date.
 TextView dateKindColumn(std::uint8_t kind);
 
 }  // namespace ombrelian

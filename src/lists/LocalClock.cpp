@@ -18,7 +18,7 @@ std::int64_t LocalClock::converted(FileTime time) {
 }
 
 std::int64_t LocalClock::seconds(FileTime time) {
-  // Before, some zones changed at odd minutes.
+  // Before 1980, some zones changed their offset at other minutes than quarters of an hour.
   constexpr FileTime kYear1980 =
       (kUnixEpochInFileSeconds + 3652 * kSecondsPerDay) * kFileTimePerSecond;
   if (time < kYear1980 || time == kInvalidFileTime) return converted(time);
@@ -34,7 +34,7 @@ std::int64_t LocalClock::seconds(FileTime time) {
 }
 
 std::int64_t LocalClock::bound(FileTime time, bool atMost) {
-  constexpr std::int64_t kMostFromUtc = kSecondsPerDay;  // no zone is farther away
+  constexpr std::int64_t kMostFromUtc = kSecondsPerDay;  // no zone is farther from UTC
   if (time == 0 || time == kInvalidFileTime) return 0;
   const std::int64_t utc =
       time / kFileTimePerSecond - kUnixEpochInFileSeconds + kDaysTo1970 * kSecondsPerDay;

@@ -6,16 +6,18 @@
 
 namespace ombrelian {
 
-/// Local time of file times in whole seconds since 30 December 1899; 0: none. The files of a walk
-/// share few quarters of an hour, within which no time zone changes its distance from UTC.
+/// Converts file times to local time in whole seconds since 30 December 1899; 0: none. It keeps the
+/// offset for each quarter of an hour, because the files of a walk share few of them and no time
+/// zone changes its offset within one.
 class LocalClock {
  public:
   std::int64_t seconds(FileTime time);
 
-  /// What seconds() gave, if it is above 0, as a date.
+  /// The date for a value of seconds() that is above 0.
   static Date dateFromSeconds(std::int64_t seconds);
 
-  /// What seconds() gives at the most, or with `atMost` false at the least; asks nobody.
+  /// The greatest possible value of seconds(), or the smallest if `atMost` is false, without a
+  /// system call.
   static std::int64_t bound(FileTime time, bool atMost);
 
  private:

@@ -18,55 +18,57 @@ struct LogRow {
   int group = 1;  // 0 or 1; changes with each source, so that a list can shade them
 };
 
-/// Hears of each line when it is added.
+/// Receives each line when it is added.
 class LogListener {
  public:
   virtual ~LogListener() = default;
   virtual void logged(const LogRow& row) = 0;
 };
 
-/// What the program did, for the user: the start and end of each scan, its sums and failures. Each
-/// line is a row of the list and a line of a file, which is opened for it alone, so that it can be
-/// read at any time and survives a crash.
+/// The log for the user: the start and end of each scan, its sums and failures. Each line is a row
+/// of the list and a line of a file. The file is opened for each line separately, so that it can be
+/// read at any time and is complete after a crash.
 class Log : public FlatList {
  public:
-  /// `options` is kept by reference.
+  /// A reference to `options` is kept.
   explicit Log(const Options& options) : options_(options), grid_(columns()) {}
 
-  /// Where the file is to be, an absolute path; without it there is none. It grows for ever.
+  /// Sets the absolute path of the log file; without a path there is no file. The file is never
+  /// shortened.
   void setFile(Text path) { file_ = std::move(path); }
 
-  /// Adds a line with the present time. A file that cannot be written is done without.
+  /// Adds a line with the current time. If the file cannot be written, the line is only in the
+  /// list.
   void LogProtokoll(TextView text, bool isError = false);
 
-  /// The next line begins a new group.
+  /// Begins a new group with the next line.
   void flipGroup() { group_ = 1 - group_; }
 
-  /// Not owned; null: nobody.
+  /// Sets the listener, which is not owned; null: none.
   void setListener(LogListener* listener) { listener_ = listener; }
 
   const std::vector<LogRow>& rows() const { return rows_; }
 
-  /// Deletes all rows and leaves the file alone.
+  /// Deletes all rows but not the file.
   void clearRows();
 
-  /// The rows in the order in which they came, with their groups as bands.
+  /// The rows in the order in which they were added, with their groups as bands.
   Grid& grid() override { return grid_; }
 
-  /// Date and text.
+  /// The columns of the log: date and text.
   static Columns columns();
 
-  /// The date of a row as it is shown, by the present form of dates.
+  /// The date of a row in the current form of dates.
   Text dateText(const LogRow& row);
 
-  /// What the status line says of the log.
+  /// Text of the status line for the log.
   Text List_Log_ShowStat() const;
   Text status(const std::vector<Grid::RowIndex>&) const override { return List_Log_ShowStat(); }
 
-  /// A log is as old as its last look.
+  /// The time of the origin is the current time, because the log is always up to date.
   std::optional<ListOrigin> origin() const override;
 
-  /// The file to open for the user; empty where there is none.
+  /// Path of the file to open for the user; empty if there is none.
   Text Show_Log() const;
 
  private:
@@ -78,7 +80,7 @@ class Log : public FlatList {
   Grid grid_;
   LogListener* listener_ = nullptr;
   Text file_;
-  Text dateFormat_;  // format that datePattern_ was made from
+  Text dateFormat_;  // format of datePattern_
   DatePattern datePattern_;
   int group_ = 1;
 };

@@ -13,7 +13,7 @@ void ShownFolders::rebuild() {
     appendShown(root, rows_);
 }
 
-/// The node and what is on show below it.
+/// Appends the node and the shown nodes below it.
 void ShownFolders::appendShown(NodeIndex top, std::vector<NodeIndex>& rows) const {
   const FolderTree& tree = report_.tree();
   NodeIndex node = top;
@@ -35,7 +35,7 @@ std::size_t ShownFolders::rowOf(NodeIndex node) const {
   return found == rows_.end() ? kNoRow : std::size_t(found - rows_.begin());
 }
 
-/// What an expanded row has below it, whether it is expanded or not.
+/// The rows that are shown below `row` when it is expanded, even if it is not expanded now.
 std::vector<NodeIndex> ShownFolders::rowsBrought(std::size_t row) const {
   std::vector<NodeIndex> below;
   const FolderTree& tree = report_.tree();

@@ -7,41 +7,42 @@
 
 namespace ombrelian {
 
-/// The rows of the folder report from top to bottom: every source, and below what is expanded its
-/// children. Four bytes a row; what is expanded stands in the report.
+/// The rows of the folder report from top to bottom: every source, and the children of every
+/// expanded folder. A row takes four bytes; the report stores the flags of expanded folders.
 class ShownFolders {
  public:
   static constexpr std::size_t kNoRow = SIZE_MAX;
 
-  /// `report` is kept by reference. There are no rows before the first rebuild().
+  /// A reference to `report` is kept. There are no rows before the first rebuild().
   explicit ShownFolders(FolderReport& report) : report_(report) {}
 
-  /// Takes up the tree as it is; call it when nodes came, went or were put in another order.
+  /// Makes the rows from the current tree; call it after nodes were added, removed or sorted.
   void rebuild();
 
   std::size_t count() const { return rows_.size(); }
   NodeIndex node(std::size_t row) const { return rows_[row]; }
 
-  /// kNoRow where the node is not on show.
+  /// Row of a node; kNoRow: the node is not shown.
   std::size_t rowOf(NodeIndex node) const;
 
   bool canExpand(std::size_t row) const { return report_.tree()[rows_[row]].hasChildren(); }
   bool isExpanded(std::size_t row) const { return report_.isExpanded(rows_[row]); }
 
-  /// How many rows expand() would add, or collapse() take away, below `row`.
+  /// Number of rows that expand() would add, or collapse() would remove, below `row`.
   std::size_t rowsToShow(std::size_t row) const;
   std::size_t rowsBelow(std::size_t row) const;
 
   void expand(std::size_t row);
   void collapse(std::size_t row);
 
-  /// Marks the whole subtree, or with kNoNode every folder, as expanded or not; rebuild() shows it.
+  /// Marks the whole subtree, or every folder if `top` is kNoNode, as expanded or not. The rows
+  /// change at rebuild().
   void markSubtree(NodeIndex top, bool expanded);
 
   /// Marks folders above `levels` as expanded and all others as not; a source has level 0.
   void markLevels(std::uint32_t levels);
 
-  /// Expands what lies above the node, so that it is on show after rebuild().
+  /// Expands all folders above the node, so that it is shown after rebuild().
   void markAbove(NodeIndex node);
 
  private:

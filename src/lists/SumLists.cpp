@@ -10,7 +10,7 @@
 namespace ombrelian {
 namespace {
 
-/// The cells that both lists have; returns the row.
+/// Adds a row with the cells that both lists have; returns the row.
 Grid::RowIndex addSumRow(Grid& grid, const SumTable& sums, std::int32_t slot, std::int64_t total) {
   const Grid::RowIndex row = grid.addRow();
   grid.set(row, grid.column(u"size"), sums.size(slot));
@@ -32,7 +32,7 @@ void ExtensionList::reset() {
 void ExtensionList::feed(TextView extension, std::int64_t size) {
   key_.assign(1, u'.');
   for (const char16_t unit : extension) {
-    if (unit >= 128) {  // ASCII needs no rules, and no memory
+    if (unit >= 128) {  // ASCII needs no rules and no allocation
       key_.replace(1, Text::npos, platform::localeTextRules().upper(extension));
       break;
     }

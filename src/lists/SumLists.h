@@ -6,7 +6,7 @@
 
 namespace ombrelian {
 
-/// One row for each extension of a run.
+/// The list of extensions, with one row for each extension of a run.
 class ExtensionList : public FlatList {
  public:
   explicit ExtensionList(FileTypes& types);
@@ -14,7 +14,7 @@ class ExtensionList : public FlatList {
   void reset();
   void feed(TextView extension, std::int64_t size);
 
-  /// Fills the rows; `total` is what percentages are shares of. The sums go.
+  /// Fills the rows and clears the sums; percentages are shares of `total`.
   void List_Ext_SetDifferentSizes(std::int64_t total);
   Text List_EXT_ShowStat() const;
   Text status(const std::vector<Grid::RowIndex>&) const override { return List_EXT_ShowStat(); }
@@ -25,10 +25,10 @@ class ExtensionList : public FlatList {
   FileTypes& types_;
   SumTable sums_{1};
   Grid grid_;
-  Text key_;  // "." and the extension in upper case; kept for its memory
+  Text key_;  // "." and the extension in upper case; kept to reuse its memory
 };
 
-/// One row for each owner of a run.
+/// The list of owners, with one row for each owner of a run.
 class OwnerList : public FlatList {
  public:
   OwnerList();

@@ -7,11 +7,11 @@
 
 namespace ombrelian {
 
-/// Sums of sizes and counts by key, added to for every file of a walk: the owners, or the
-/// extensions. Slots count from 1 in the order in which keys came first.
+/// Sums of sizes and counts for each key (owner or extension), which grow with every file of a
+/// walk. Slots are numbered from 1 in the order of the first use of their keys.
 class SumTable {
  public:
-  /// `compareMode` as CStringCollection has it.
+  /// `compareMode` is that of CStringCollection.
   explicit SumTable(std::int32_t compareMode);
 
   void clear();
@@ -27,8 +27,8 @@ class SumTable {
  private:
   static constexpr std::int32_t kGrowth = 100;
 
-  /// Where a key of a short while ago is, so that few files ask the tree. Wrong guesses are seen
-  /// by the key.
+  /// Slot of a recent key, so that few files need a search in the tree. A wrong guess is recognised
+  /// by its key.
   struct Guess {
     Text key;
     std::int32_t slot = 0;

@@ -129,10 +129,11 @@ void TopLists::offerDate(ListId list, TextView name, TextView folder, std::int64
     case 3:
       date_ = data.ftLastAccessTime;
       break;
-    default:  // the settings file was edited: the date of the file before is used
+    default:  // the settings file has an invalid value: the date of the last file is used
       break;
   }
-  // Local time costs more than all else here, and most files are far from getting in.
+  // The conversion to local time is the slowest step, and most files are not candidates, so a bound
+  // is checked first.
   if (!rows(list).admits(LocalClock::bound(date_, list == ListId::NewestFiles))) return;
   offerFile(list, clock_.seconds(date_), name, folder, size, data);
 }

@@ -12,17 +12,17 @@
 
 namespace ombrelian {
 
-/// The limits of a top list's limit.
+/// Smallest and greatest limit of a top list.
 inline constexpr std::int32_t kLeastTopRows = 5;
 inline constexpr std::int32_t kMostTopRows = 999;
 
-/// What one of the top lists collects while the walk goes on: the objects with the largest or the
-/// smallest keys. It never holds more than its limit and 101 rows.
+/// Collects the objects of one top list during the walk: those with the largest or the smallest
+/// keys. It never contains more than its limit and 101 rows.
 ///
-/// Until the limit and 100 rows were accepted they stand in the order of the walk. Then they are
-/// sorted and trimmed, and each one accepted later takes its place among them and drives the last
-/// one out, which is what sorting and trimming again would do. An earlier object stands before a
-/// later one with the same key.
+/// Until the limit and 100 more rows were accepted, the rows are in the order of the walk. Then
+/// they are sorted and trimmed. Each row that is accepted later is inserted at its place, and the
+/// last row is removed; this has the same result as sorting and trimming again. Of two objects with
+/// the same key, the earlier one is first.
 class TopCollector {
  public:
   struct Row {
@@ -30,7 +30,7 @@ class TopCollector {
     std::int64_t size = 0;  // bytes
     std::int32_t files = 0;
     std::int32_t folders = 0;
-    Text name;                             // for a folder its path without final separator
+    Text name;                             // name; for a folder its path without final separator
     Text path;                             // path of the folder, ends in a separator
     platform::FileIdentity identity = {};  // identity of a file; index 0: unknown
   };
@@ -39,19 +39,19 @@ class TopCollector {
 
   void reset(std::int32_t limit);
 
-  /// Whether an object with that key gets a row. A threshold of 0 counts as none, so that keys of
-  /// 0 never make one; an object with the key of the threshold stays out.
+  /// Whether an object with this key gets a row. A threshold of 0 counts as no threshold, so a key
+  /// of 0 never becomes one. An object with exactly the key of the threshold gets no row.
   bool admits(std::int64_t key) const {
     return count_ < limit_ || (wantsLargest_ ? key > threshold_ : key < threshold_);
   }
 
-  /// Adds a row for an object that was admitted, and returns it to be filled.
+  /// Adds a row for an admitted object and returns it, so that the caller can fill it.
   Row& accept(std::int64_t key);
 
   std::size_t rowCount() const { return order_.size(); }
   std::int64_t threshold() const { return threshold_; }
 
-  /// Sorts and trims for the last time and hands out the rows; then it is empty.
+  /// Sorts and trims for the last time and returns the rows; the collector is then empty.
   std::vector<Row> take();
 
  private:
@@ -65,9 +65,9 @@ class TopCollector {
   const bool wantsLargest_;
   bool isSorted_ = false;
   std::int32_t limit_ = 0;
-  std::int32_t count_ = 0;  // accepted since the reset; trimming leaves it alone
+  std::int32_t count_ = 0;  // rows accepted since the reset; trimming does not change it
   std::int64_t threshold_ = 0;
-  std::vector<Row> rows_;             // slots, used again with the memory of their texts
+  std::vector<Row> rows_;             // slots; they are reused with the memory of their texts
   std::vector<std::uint32_t> order_;  // slots in use
   std::vector<std::uint32_t> free_;
 };
@@ -75,18 +75,17 @@ class TopCollector {
 /// The largest, smallest, newest and oldest files and the largest and smallest folders of a run.
 class TopLists {
  public:
-  /// All arguments are kept by reference.
+  /// References to all arguments are kept.
   TopLists(const Options& options, mCompare& filters, FileTypes& types);
 
   void reset();
 
-  // One step of the walk; texts as in DerivedLists. Lists that are off take no part.
+  // One step of the walk; the texts are those of DerivedLists. Lists that are off ignore it.
   void feedFile(TextView name, TextView folder, std::int64_t size, const platform::FindData& data);
   void feedFolder(TextView path, std::int64_t ownSize, std::int32_t ownFiles,
                   std::int32_t ownFolders);
 
-  /// Sorts and trims the lists that are on, and reads what the walk left out for the rows that
-  /// were kept.
+  /// Sorts and trims the lists that are on, and reads missing values for the remaining rows.
   void finish();
 
   Grid& grid(ListId list) { return lists_[topIndex(list)].rows; }
@@ -97,7 +96,7 @@ class TopLists {
   Text Toplist_ShowSelectedFilesize(ListId list, const std::vector<Grid::RowIndex>& rows) const;
 
  private:
-  /// One of the six as a list of its own.
+  /// One of the six top lists as a FlatList.
   struct OneList : FlatList {
     OneList(const TopLists& all, ListId list) : top(all), id(list), rows(listRow(list).columns()) {}
     Grid& grid() override { return rows; }
@@ -108,7 +107,7 @@ class TopLists {
     Grid rows;
   };
 
-  /// The date that decides in the newest or oldest list.
+  /// Kind of the date by which the newest or oldest list is sorted.
   std::uint8_t dateKind(ListId list) const { return options_.*listRow(list).dateKind; }
 
   const Grid& grid(ListId list) const { return lists_[topIndex(list)].rows; }
@@ -125,11 +124,11 @@ class TopLists {
   void List_TOP_GetFileValues(Grid& grid, Grid::RowIndex row);
 
   const Options& options_;
-  std::array<const std::uint8_t*, kTopLists> isOn_;  // flags in the options, asked for every file
+  std::array<const std::uint8_t*, kTopLists> isOn_;  // flags in the options, read for every file
   mCompare& filters_;
   FileTypes& types_;
   LocalClock clock_;
-  FileTime date_ = 0;  // date of the last file that was asked for one
+  FileTime date_ = 0;  // date of the last file whose date was read
   std::array<TopCollector, kTopLists> collectors_;
   std::deque<OneList> lists_;
 };

@@ -9,22 +9,23 @@
 
 namespace ombrelian::platform {
 
-/// "/" or "\".
+/// Path separator of this system: "/" or "\".
 extern const char16_t kNativeSeparator;
 
-// Paths may be of any length and hold any name that fromBytes can make.
+// Paths may have any length and may contain any name that fromBytes can make.
 
-/// Tells about the object `path` itself (a link is not followed, a trailing separator is ignored).
-/// On Windows the last component may hold wildcards.
+/// Reads the data of the object `path` itself: a link is not followed, and a trailing separator is
+/// ignored. On Windows the last component may contain wildcards.
 ErrorCode FindFirstFileW(TextView path, FindData& data);
 
-/// The same as FindFirstFileW, but about the object that a link leads to.
+/// The same as FindFirstFileW, but a link is followed, and the data are those of its target.
 ErrorCode GetFileInformation(TextView path, FindData& data);
 
-/// Text of a symbolic link, or what is mounted on a mount point; `tag` as FindData::dwReserved0.
+/// Text of a symbolic link, or what is mounted on a mount point; `tag` is FindData::dwReserved0.
 Text GetReparseTarget(TextView path, std::uint32_t tag, ErrorCode& error);
 
-/// Replaces `to` if it exists; both on one volume, except where the system copies by itself.
+/// Renames `from` to `to` and replaces `to` if it exists. Both must be on one volume, unless the
+/// system can copy by itself.
 ErrorCode MoveFileExW(TextView from, TextView to);
 
 /// Makes a folder; kAlreadyExists if the name is taken.
@@ -33,15 +34,15 @@ ErrorCode CreateDirectoryW(TextView path);
 /// Whether this process may make and rename files in the folder `path`.
 ErrorCode CheckFolderWritable(TextView path);
 
-/// `path` with every link on its way resolved; empty on failure.
+/// `path` with all links in it resolved; empty on failure.
 Text GetFinalPathNameW(TextView path);
 
-/// `path` made absolute by the present folder, without ".", "..", doubled or trailing separators.
-/// Where a link lies before a "..", what exists decides what the path means.
+/// `path` made absolute with the current folder, without ".", "..", doubled or trailing separators.
+/// If a link is before a "..", the existing objects decide what the path means.
 Text GetFullPathNameW(TextView path);
 
-/// An open file. Closes itself without a word; whoever must know that everything was written calls
-/// CloseHandle.
+/// An open file. The destructor closes it and ignores errors; a caller that must know whether
+/// everything was written calls CloseHandle.
 class FileHandle {
  public:
   FileHandle() = default;
@@ -65,28 +66,30 @@ class FileHandle {
 
 inline constexpr int kCreateNew = 1;     // opens for writing; kAlreadyExists if the name is taken
 inline constexpr int kOpenExisting = 3;  // opens for reading and writing in place
-inline constexpr int kOpenAppend = 4;    // opens for writing behind the end; makes a missing file
+inline constexpr int kOpenAppend = 4;    // opens for writing at the end; makes a missing file
 inline constexpr int kOpenRead = 5;      // opens for reading
-inline constexpr int kOpenFolder = 6;    // a folder, for GetHandlePath
+inline constexpr int kOpenFolder = 6;    // opens a folder, for GetHandlePath
 
-/// A new file is readable by whom the process's file mask says.
+/// Opens or makes a file. The file mask of the process decides who may read a new file.
 FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error);
 
-/// Writes all of `bytes`, or says why not.
+/// Writes all of `bytes`, or returns an error.
 ErrorCode WriteFile(FileHandle& file, std::string_view bytes);
 
-/// Reads up to `size` bytes; `got` 0 at the end.
+/// Reads up to `size` bytes; `got` is 0 at the end of the file.
 ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t& got);
 
-/// Gives `file` the access rights of what `path` leads to, and its owner where this user may.
+/// Gives `file` the access rights of the object that `path` leads to, and also its owner if this
+/// user may set it.
 ErrorCode CopyFileSecurity(TextView path, FileHandle& file);
 
-/// A path by which code that opens files by itself can open once more what `file` is open for, or
-/// files in it if it is a folder; short whatever the length of `path`, its own. Valid while `file`
-/// is open.
+/// A path with which code that opens files by itself can open the object behind `file` again, or
+/// files in it if it is a folder. `path` is the object's own path; the result is short for any
+/// length of it. Valid while `file` is open.
 std::string GetHandlePath(const FileHandle& file, TextView path);
 
-/// Some file systems tell only here that what was written did not reach the disk.
+/// Closes the file. Some file systems report only here that the written data did not reach the
+/// disk.
 ErrorCode CloseHandle(FileHandle& file);
 
 }  // namespace ombrelian::platform

@@ -7,7 +7,7 @@
 
 namespace ombrelian::platform {
 
-/// Attribute bits, with the values that Windows gives them.
+/// Attribute bits with their values on Windows.
 inline constexpr std::uint32_t kAttributeReadOnly = 0x1;
 inline constexpr std::uint32_t kAttributeHidden = 0x2;
 inline constexpr std::uint32_t kAttributeSystem = 0x4;
@@ -32,23 +32,23 @@ struct FileIdentity {
   bool operator==(const FileIdentity&) const = default;
 };
 
-/// One entry of a folder, or one object, from a single question to the system. The name is
-/// kept apart, so that a walk that needs none converts none.
+/// Data of one entry of a folder, or of one object, read with a single system call. The name is
+/// kept elsewhere, so that a walk that needs no names converts none.
 struct FindData {
   std::uint32_t dwFileAttributes = 0;
-  std::uint32_t nFileSizeHigh = 0;  // logical length; a link's own length; 0 for devices and pipes
+  std::uint32_t nFileSizeHigh = 0;  // logical length; own length of a link; 0 for devices and pipes
   std::uint32_t nFileSizeLow = 0;
-  std::uint32_t dwReserved0 = 0;  // reparse tag where the reparse bit is set, else 0
-  FileTime ftCreationTime = 0;    // 0 where the file system keeps none
+  std::uint32_t dwReserved0 = 0;  // reparse tag if the reparse bit is set, else 0
+  FileTime ftCreationTime = 0;    // 0 if the file system stores none
   FileTime ftLastAccessTime = 0;
   FileTime ftLastWriteTime = 0;
 
-  std::uint32_t linkCount = 0;     // 0 if the question did not ask for it
+  std::uint32_t linkCount = 0;     // 0 if it was not read
   std::uint32_t ownerId = 0;       // account number; POSIX only
   std::int64_t allocatedSize = 0;  // bytes on the disk
   FileIdentity identity;
 
-  /// Not kSuccess: only the name and the kind of the entry could be read.
+  /// Any value except kSuccess: only the name and the kind of the entry could be read.
   ErrorCode statError = kSuccess;
 
   bool isFolder() const { return (dwFileAttributes & kAttributeDirectory) != 0; }

@@ -10,26 +10,26 @@ namespace ombrelian::platform {
 inline constexpr int kHelpersByDevice = -1;
 inline constexpr int kMaxHelpers = 64;
 
-/// What a walk is going to enter.
+/// The folders that a walk is going to enter.
 enum class WalkReach { Tree, OneFolder };
 
-/// Lists the folders of one source in the order of a depth-first walk: a stack of open folders, of
-/// which the innermost is read. It goes to any depth with a bounded number of descriptors, and no
-/// step costs more the deeper the walk is.
+/// Lists the folders of one source in the order of a depth-first walk. The open folders are a
+/// stack, and the innermost folder is read. The depth has no limit, the number of descriptors has
+/// one, and no step costs more at a greater depth.
 ///
 /// Entries come in the order of the file system, without "." and "..". Helpers, which are threads
-/// of the walk, may read the folders that come next ahead; how many there are changes no answer.
-/// Not copyable; used by one thread.
+/// of the walk, may read the next folders ahead; the number of helpers never changes the result.
+/// The class is not copyable and is used by one thread.
 class FolderWalk {
  public:
-  /// `helpers`: how many threads read ahead; kHelpersByDevice: as many as pay on the source's
-  /// device. OneFolder: nothing below the source is read ahead.
+  /// `helpers` is the number of threads that read ahead; kHelpersByDevice: as many as are useful on
+  /// the device of the source. OneFolder: nothing below the source is read ahead.
   explicit FolderWalk(int helpers = kHelpersByDevice, WalkReach reach = WalkReach::Tree);
   ~FolderWalk();
   FolderWalk(const FolderWalk&) = delete;
   FolderWalk& operator=(const FolderWalk&) = delete;
 
-  /// Opens the folder `path` (no trailing wildcard; any length) as the outermost level, following
+  /// Opens the folder `path` (no trailing wildcard; any length) as the outermost level and follows
   /// links. On failure there is no level.
   ErrorCode openSource(TextView path);
 
@@ -42,20 +42,20 @@ class FolderWalk {
   /// The next entry of the innermost level; null at its end. Valid until the next call of this.
   const FindData* nextEntry();
 
-  /// Why the innermost level ended: kSuccess at its real end or when the folder was removed
-  /// meanwhile, else what broke the listing off.
+  /// Why the innermost level ended: kSuccess at its real end or if the folder was removed
+  /// meanwhile, else the error that ended the listing early.
   ErrorCode listError() const;
 
-  /// Closes the innermost level. The current entry is then the folder that was left, which only
-  /// nextEntry() may be called for.
+  /// Closes the innermost level. The current entry is then the closed folder, and only nextEntry()
+  /// may be called next.
   void goOut();
 
-  /// Name of the current entry; converted at the first call for it, which must come before the
+  /// Name of the current entry. It is converted at the first call, which must happen before the
   /// entry is opened.
   TextView name();
 
-  /// Where the current entry, a reparse folder, leads: the link's text, or what is mounted there.
-  /// `path` is the entry's full path.
+  /// Target of the current entry, which is a reparse folder: the text of the link, or what is
+  /// mounted there. `path` is the full path of the entry.
   Text reparseTarget(TextView path, ErrorCode& error) const;
 
   /// Number of open levels.

@@ -4,10 +4,10 @@
 
 namespace ombrelian::platform {
 
-// What the system's database of file types tells of an extension (lower case, no dot). All is empty
-// where there is no database, or it does not know the extension.
+// Data from the system's database of file types for an extension (lower case, no dot). Each result
+// is empty if there is no database, or if it does not contain the extension.
 
-/// Name of the kind of file, in the language of messages or else in English.
+/// Name of the file type, in the language of messages or else in English.
 Text GetFileTypeName(TextView extension);
 
 /// Name of the icon in icon themes.

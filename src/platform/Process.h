@@ -12,24 +12,24 @@ namespace ombrelian::platform {
 /// Value of an environment variable; empty where it is not set.
 Text GetEnvironmentVariableW(TextView name);
 
-/// Folder for this user's settings of all programs (no trailing separator); empty where the
-/// system names none.
+/// Folder for the settings that all programs store for this user (no trailing separator); empty if
+/// the system names none.
 Text GetApplicationDataFolder();
 
 /// Folder that holds this program's file, without trailing separator.
 Text GetModuleFolder();
 
-/// Present folder, without trailing separator but for a root.
+/// Current folder. Only a root has a trailing separator.
 Text GetCurrentDirectoryW();
 
-/// Whether this process was told of a screen that a window could stand on.
+/// Whether the environment of this process names a screen for windows.
 bool HasDisplay();
 
-/// Goes on as another program with these arguments, in the same process where the system can do
-/// that. Returns only if it could not be started.
+/// Replaces this program with another one, in the same process if the system can do that. Returns
+/// only if the other program could not be started.
 ErrorCode ReplaceProcess(TextView program, const std::vector<Text>& arguments);
 
-/// Facts for a fault report. What the system does not tell is empty or 0.
+/// Facts for a fault report. A value that the system does not report is empty or 0.
 struct SystemFacts {
   Text osName;
   Text osVersion;
@@ -50,11 +50,11 @@ SystemFacts GetSystemFacts();
 /// Whether the process's standard error goes to a terminal that a person reads.
 bool IsErrorOutputTerminal();
 
-/// Columns of that terminal; 80 where it does not say.
+/// Width of that terminal in columns; 80 if it is not known.
 int GetTerminalWidth();
 
-/// A named mark that other processes of this user can see while this object lives. More than one
-/// process may hold the same one.
+/// A named mark that other processes of this user can see while this object exists. More than one
+/// process may hold the same mark.
 class NamedMutex {
  public:
   NamedMutex() = default;
@@ -71,16 +71,18 @@ class NamedMutex {
   std::intptr_t handle_ = kNone;
 };
 
-/// Makes a mark. It is not held if the system gives no place for it; a caller goes on without it.
+/// Makes a mark. The mark is not held if the system has no place for it; the caller then continues
+/// without a mark.
 NamedMutex CreateMutexW(TextView name);
 
-/// Whether any process holds the mark. False too where it cannot be asked.
+/// Whether any process holds the mark. Also false if this cannot be found out.
 bool OpenMutexW(TextView name);
 
-/// On a 32-bit Windows process: file system redirection off or on again. Elsewhere nothing.
+/// Switches file system redirection off or on again in a 32-bit Windows process. Does nothing on
+/// other systems.
 void DisableWow64FsRedirection(bool disable);
 
-/// Switches the redirection off while it lives.
+/// Switches the redirection off while this object exists.
 class NoRedirection {
  public:
   NoRedirection() { DisableWow64FsRedirection(true); }

@@ -5,21 +5,22 @@
 
 namespace ombrelian::platform {
 
-/// An object as a list or the tree shows it, so that nothing that took its place meanwhile is
-/// touched.
+/// An object as a list or the tree shows it. With these data, an object that took its place
+/// meanwhile is not touched.
 struct ShownObject {
   Text path;  // absolute, without final separator
 
-  /// So many units of `path` may lead over links: those of the source, and what a walk entered. No
-  /// folder behind them may be a link. npos: all of them may.
+  /// Length of the first part of `path`, in units, that may contain links: the part with the source
+  /// and with the links that a walk entered. No folder after this part may be a link. npos: the
+  /// whole path may contain links.
   std::size_t linksUpTo = Text::npos;
 
-  /// Identity of the object itself, also of a link; index 0: unknown, so that nothing is compared.
+  /// Identity of the object itself, also if it is a link; index 0: unknown, so nothing is compared.
   FileIdentity identity = {};
 };
 
-// A link is removed, never its target. kObjectReplaced: another object is in the object's
-// place. kIsMountPoint: a file system is mounted there.
+// A link is removed, never its target. kObjectReplaced: another object is at the path now.
+// kIsMountPoint: a file system is mounted there.
 
 /// Removes one file or link.
 ErrorCode DeleteFileW(const ShownObject& object);
@@ -27,8 +28,8 @@ ErrorCode DeleteFileW(const ShownObject& object);
 /// Removes one empty folder.
 ErrorCode RemoveDirectoryW(const ShownObject& object);
 
-/// While it lives, this process may remove `object` as far as rights can be had: the folder that it
-/// lies in is made writable, and its mode is put back at the end.
+/// Gives this process the right to remove `object`, if that is possible: the constructor makes the
+/// folder of the object writable, and the destructor restores its mode.
 class ForcedRights {
  public:
   explicit ForcedRights(const ShownObject& object);
@@ -36,7 +37,7 @@ class ForcedRights {
   ForcedRights(const ForcedRights&) = delete;
   ForcedRights& operator=(const ForcedRights&) = delete;
 
-  /// kSuccess too where there was nothing to change.
+  /// Result of the change; also kSuccess if there was nothing to change.
   ErrorCode error() const { return error_; }
 
  private:
@@ -46,41 +47,44 @@ class ForcedRights {
   ErrorCode error_ = kSuccess;
 };
 
-/// Follows the removal of a folder.
+/// Receives the progress of the removal of a folder.
 class RemovalProgress {
  public:
   virtual ~RemovalProgress() = default;
 
-  /// Called at every object, with the number of objects removed so far; false ends the removal.
+  /// Called for every object with the number of objects removed so far; false ends the removal.
   virtual bool goOn(std::uint64_t files, std::uint64_t folders) = 0;
 
-  /// Called where an object stays, and with it the folders above it; the removal goes on.
+  /// Called for an object that could not be removed, so that the folders above it stay as well; the
+  /// removal continues.
   virtual void failed(TextView path, ErrorCode error) = 0;
 };
 
-/// What came of the removal of a folder.
+/// Result of the removal of a folder.
 struct Removal {
   bool isGone = false;
   bool wasStopped = false;
-  std::uint64_t files = 0;  // removed objects that are no folders, links included
+  std::uint64_t files = 0;  // removed objects that are not folders, including links
   std::uint64_t folders = 0;
 };
 
-/// Removes a folder with all that it holds, or a link to a folder alone, at any depth and without
-/// ever crossing a mount point. Folders that lack the rights get them for the moment. One that is
-/// not there counts as gone.
+/// Removes a folder with all its content, at any depth, and never crosses a mount point. Of a link
+/// to a folder, only the link is removed. Folders without the necessary rights get them for the
+/// time of the removal. A folder that does not exist counts as gone.
 Removal RemoveTree(const ShownObject& folder, RemovalProgress& progress);
 
 // The recycle bin.
 
 inline constexpr ErrorCode kShellErrorOnDestination =
-    0x10000;  // added to a system error that the bin caused
+    0x10000;  // bit that is added to a system error that the bin caused
 
-/// Moves an object to the recycle bin of its file system, or of this user if both share one. It is
-/// never copied and never deleted. `detail` tells which folder of the bin failed; empty: none did.
-/// Also answers with the codes of ShellCodes.h: for the root of all, an object without the rights
-/// to move it, one that lies in the bin or holds it (with `detail` the bin). kIsMountPoint too for
-/// a folder that something is mounted in; kNotSameDevice: no bin can take the object as it is.
+/// Moves an object to the recycle bin of its file system, or to the bin in the home of this user if
+/// that is on the same file system. The object is never copied and never deleted. `detail` is the
+/// folder of the bin that caused the error; empty: no such folder. The result may also be a code of
+/// ShellCodes.h: for the root folder "/", for an object that this user may not move, and for an
+/// object that is in the bin or contains it (`detail` is then the bin). kIsMountPoint is also
+/// returned for a folder with a mount point inside. kNotSameDevice: no bin can take the object
+/// without a copy.
 ErrorCode RecycleObject(const ShownObject& object, Text& detail);
 
 }  // namespace ombrelian::platform

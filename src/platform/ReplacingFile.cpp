@@ -8,9 +8,9 @@ namespace ombrelian::platform {
 namespace {
 
 constexpr TextView kSource = u"ReplacingFile";
-constexpr int kTemporaryNames = 100;  // tried before giving up
+constexpr int kTemporaryNames = 100;  // number of names that are tried
 
-/// What a link at `target` leads to; `target` itself where there is none.
+/// Target of a link at `target`; `target` itself if there is no link.
 Text resolved(TextView target) {
   FindData data;
   if (FindFirstFileW(target, data) != kSuccess || !data.isReparse()) return Text(target);
@@ -18,7 +18,7 @@ Text resolved(TextView target) {
   return final.empty() ? Text(target) : final;
 }
 
-/// With its final separator.
+/// Folder of `path`, with its final separator.
 TextView folderOf(TextView path) { return path.substr(0, path.rfind(kNativeSeparator) + 1); }
 
 }  // namespace
@@ -31,7 +31,7 @@ Failure ReplacingFile::check(TextView target) {
       return Error{std::int32_t(kAccessDenied), Text(kSource),
                    TL(9012, u"Unter diesem Namen steht ein Ordner.")};
     }
-    // A device or a pipe would be replaced by a plain file.
+    // A plain file must not replace a device or a pipe.
     constexpr auto kSpecial = kAttributeSystem | kAttributeReparsePoint;
     if ((data.dwFileAttributes & kSpecial) != 0) {
       return Error{std::int32_t(kNotSupported), Text(kSource),
@@ -46,7 +46,8 @@ Failure ReplacingFile::open(TextView target) {
   failure_ = check(target);
   if (failure_) return failure_;
   target_ = resolved(target);
-  // Short whatever the target is called, since that may be as long as a name can be.
+  // The temporary name is short for every target, because the name of the target may already have
+  // the greatest possible length.
   const std::uint64_t seed = GetTickCount();
   ErrorCode error = kSuccess;
   for (int attempt = 0; attempt < kTemporaryNames; ++attempt) {

@@ -5,9 +5,9 @@
 
 namespace ombrelian::platform {
 
-/// A file that takes the place of its target only when it is whole: it is written under another
-/// name in the target's folder and renamed at the end. Until then an older file of the target's
-/// name stays as it is; without commit() nothing remains.
+/// A file that replaces its target only when it is complete: it is written under another name in
+/// the folder of the target and renamed at the end. Until then an older file at the target does not
+/// change; without commit() nothing remains.
 class ReplacingFile {
  public:
   ReplacingFile() = default;
@@ -15,34 +15,36 @@ class ReplacingFile {
   ReplacingFile(const ReplacingFile&) = delete;
   ReplacingFile& operator=(const ReplacingFile&) = delete;
 
-  /// Whether a file could be put at `target` (absolute) now, as far as that can be known: its
-  /// folder is there and can be written, and what has the name now is a file.
+  /// Checks whether a file could be placed at `target` (absolute) now: its folder must exist and be
+  /// writable, and an existing object of that name must be a file.
   static Failure check(TextView target);
 
-  /// Begins the file; a link at `target` is kept, and what it leads to is replaced.
+  /// Begins the file. A link at `target` is kept, and the target of the link is replaced.
   Failure open(TextView target);
 
-  /// Gives the file, after open(), the access rights of the one that it replaces, if there is one.
+  /// Gives the file the access rights of the file that it replaces, if there is one. Call it after
+  /// open().
   void keepAccess();
 
-  /// Paths by which a library that opens files by itself can write the file under way instead of
-  /// write(), and put temporary files beside it; valid from open() to commit().
+  /// Paths for a library that opens files by itself: it can write the new file without write(), and
+  /// can place temporary files in the same folder. Valid from open() to commit().
   std::string libraryPath() const { return GetHandlePath(file_, temporary_); }
   std::string libraryFolder();
 
-  /// Once a write failed, every later one says the same and commit() puts nothing in place.
+  /// After a failed write, every later write returns the same failure, and commit() replaces
+  /// nothing.
   Failure write(std::string_view bytes);
 
-  /// Puts the file in place.
+  /// Closes the file and replaces the target with it.
   Failure commit();
 
  private:
   void discard();
 
   platform::FileHandle file_;
-  platform::FileHandle folder_;  // open while a library needs it
+  platform::FileHandle folder_;  // open if a library uses libraryFolder()
   Text target_;
-  Text temporary_;  // empty: nothing to remove
+  Text temporary_;  // empty: there is no file to remove
   Failure failure_;
 };
 

@@ -8,7 +8,7 @@ using platform::ErrorCode;
 
 namespace {
 
-/// Texts of what only this program tells apart.
+/// Texts for the errors that only this program distinguishes.
 Text ownText(ErrorCode code) {
   switch (code) {
     case platform::kIsMountPoint:

@@ -6,7 +6,8 @@
 
 namespace ombrelian::platform {
 
-/// A Windows error number, whatever the system; each back end has one translator to it.
+/// A Windows error number on every system; each back end has one function that translates its own
+/// numbers.
 using ErrorCode = std::uint32_t;
 
 inline constexpr ErrorCode kSuccess = 0;
@@ -16,7 +17,7 @@ inline constexpr ErrorCode kTooManyOpenFiles = 4;
 inline constexpr ErrorCode kAccessDenied = 5;
 inline constexpr ErrorCode kInvalidHandle = 6;
 inline constexpr ErrorCode kNotEnoughMemory = 8;
-inline constexpr ErrorCode kIsMountPoint = 16;  // something is mounted there, so it cannot go
+inline constexpr ErrorCode kIsMountPoint = 16;  // a mount point cannot be removed
 inline constexpr ErrorCode kNotSameDevice = 17;
 inline constexpr ErrorCode kWriteProtect = 19;
 inline constexpr ErrorCode kNotReady = 21;
@@ -35,26 +36,26 @@ inline constexpr ErrorCode kNameTooLong = 206;
 inline constexpr ErrorCode kFileTooLarge = 223;
 inline constexpr ErrorCode kNotADirectory = 267;
 inline constexpr ErrorCode kObjectReplaced =
-    1006;  // another object took the place of the one meant
+    1006;  // another object is in the place of the wanted one
 inline constexpr ErrorCode kInputOutputError = 1117;
 inline constexpr ErrorCode kQuotaExceeded = 1295;
-inline constexpr ErrorCode kTimeout = 1460;  // no answer in the time that there was
+inline constexpr ErrorCode kTimeout = 1460;  // no answer within the time limit
 inline constexpr ErrorCode kLinkLoop = 1921;
 
-/// True for the two codes that say: there is nothing of that name.
+/// True for the two codes that mean that no object of this name exists.
 constexpr bool isMissing(ErrorCode code) { return code == kFileNotFound || code == kPathNotFound; }
 
-/// The system's own text for `code`; empty where it has none. Never ends in a line break.
+/// The system's own text for `code`; empty if there is none. The text never ends in a line break.
 Text FormatMessageW(ErrorCode code);
 
 }  // namespace ombrelian::platform
 
 namespace ombrelian {
 
-/// Text of a system error; with the number in front as "#5 - ..." if `addNumber`.
+/// Text of a system error. If `addNumber`, the number is in front, as in "#5 - ...".
 Text xGetErrorText(bool addNumber, platform::ErrorCode code);
 
-/// The text without its number, as an Error of number `code`.
+/// An Error with the number `code` and the text of that error without its number.
 Error systemError(platform::ErrorCode code, TextView source);
 
 }  // namespace ombrelian

@@ -6,14 +6,14 @@
 
 namespace ombrelian::platform {
 
-/// Local time of `time`, to the second; what is below is dropped. Returns false, and leaves
-/// `parts`, where the system knows no such date.
+/// Local time of `time`, to the second; fractions are dropped. Returns false and does not change
+/// `parts` if the system does not know such a date.
 bool FileTimeToLocalSystemTime(FileTime time, DateParts& parts);
 
-/// Present local time, to the second.
+/// Current local time, to the second.
 DateParts GetLocalTime();
 
-/// Milliseconds since some fixed moment; it never goes back.
+/// Milliseconds since some fixed moment; the value never decreases.
 std::uint64_t GetTickCount();
 
 /// Waits without using the processor.

@@ -16,50 +16,50 @@ inline constexpr int kDriveRemote = 4;
 inline constexpr int kDriveCdRom = 5;
 inline constexpr int kDriveRamDisk = 6;
 
-/// Whether `path` names a drive's root: a mount point of a real file system, or a drive letter.
-/// Asks no medium.
+/// Whether `path` is the root of a drive: a mount point of a real file system, or a drive letter.
+/// Does not access the medium.
 bool IsDriveRoot(TextView path);
 
-/// Kind of the drive whose root is `root`, one of the constants above. Asks no medium.
+/// Kind of the drive whose root is `root`, one of the constants above. Does not access the medium.
 int GetDriveTypeW(TextView root);
 
-/// What is known of the volume that holds `path`.
+/// Facts about the volume that contains `path`.
 struct VolumeInformation {
   Text label;                // empty: none
   Text fileSystem;           // such as "ext4" or "NTFS"
   bool keepsOwners = false;  // false on FAT, exFAT and optical discs
 };
 
-/// Asks no medium if `path` is a drive's root.
+/// Does not access the medium if `path` is the root of a drive.
 ErrorCode GetVolumeInformationW(TextView path, VolumeInformation& information);
 
-/// Roots of all drives, in the system's order. A drive that does not answer is one of them.
+/// Roots of all drives, in the order of the system. Drives that do not answer are included.
 std::vector<Text> GetLogicalDriveStringsW();
 
 struct DiskSpace {
-  std::int64_t freeBytes = 0;  // bytes in no use, also those that only the superuser may fill
+  std::int64_t freeBytes = 0;  // unused bytes, including those that only the superuser may fill
   std::int64_t totalBytes = 0;
-  std::int64_t clusterBytes = 0;  // bytes that a file takes at least
+  std::int64_t clusterBytes = 0;  // smallest number of bytes that a file uses
 };
 
-/// What a drive said, or why it said nothing.
+/// Answer of a drive, or the error if there is none.
 struct DriveAnswer {
   ErrorCode error = kTimeout;
   DiskSpace space;
 };
 
-/// Asks the drives with these roots for their space, all at once, and waits `milliseconds` at the
-/// most for all of them together. One that says nothing gives kTimeout; while its question is open
-/// it is not asked again and, in later calls, not waited for. The answers come in the order of
-/// `roots`. For one thread only.
+/// Asks the drives with these roots for their space, all at the same time, and waits at most
+/// `milliseconds` for all of them together. A drive that does not answer gives kTimeout. While its
+/// question is open, later calls neither ask it again nor wait for it. The answers are in the order
+/// of `roots`. For one thread only.
 std::vector<DriveAnswer> ProbeDrives(const std::vector<Text>& roots, unsigned milliseconds);
 
-/// Where the network drive with that root has its files, such as "//server/share" or
-/// "server:/export"; empty: it is no network drive. Asks nobody.
+/// Network path of the files of the network drive with this root, such as "//server/share" or
+/// "server:/export"; empty: it is not a network drive. Does not access the network.
 Text WNetGetConnectionW(TextView root);
 
-/// Root of the drive that has its files at the network path, final separators aside; empty: there
-/// is none. Asks nobody.
+/// Root of the drive whose files are at the network path, without regard to final separators;
+/// empty: there is none. Does not access the network.
 Text FindNetworkDrive(TextView networkPath);
 
 }  // namespace ombrelian::platform

@@ -26,7 +26,7 @@ constexpr std::size_t kNamedObjects = 10;  // objects that a question names
 constexpr std::size_t kToldFailures = 10;  // failures that a message names; the log has all
 constexpr std::uint64_t kProgressIntervalMs = 100;
 
-/// Asks about an object, and whether it may go.
+/// Reads the data of an object and checks whether it may be deleted.
 platform::ErrorCode look(const platform::ShownObject& object, platform::FindData& data) {
   const platform::ErrorCode error = findObject(object.path, data);
   if (error != platform::kSuccess) return error;
@@ -49,7 +49,7 @@ platform::ShownObject shownObject(const FolderTree& tree, NodeIndex node) {
 Deletion::Deletion(const ScanState& state, RowsOnShow* rows, bool recycle)
     : state_(state), rows_(orNobody(rows)), recycles_(recycle) {}
 
-/// Runs a deletion, and tells of what failed at its end. After a fault something may be gone.
+/// Runs a deletion and reports the failures at its end. After a fault, some objects may be gone.
 template <class Work>
 bool Deletion::run(Work work) {
   const bool isAnythingGone = GuardedOr(
@@ -114,7 +114,7 @@ bool Deletion::deleteFolders(Targets& targets, TextView question) {
   return !gone.empty() || !touched.empty();
 }
 
-/// `isTouched`: it stays, but a part of it is gone.
+/// Deletes a folder. `isTouched`: the folder remains, but a part of it is gone.
 bool Deletion::deleteFolder(const platform::ShownObject& folder, bool& isTouched) {
   if (recycles_) {
     const ShellResult result = xDeleteFolderSHwide(folder, true);
@@ -180,7 +180,8 @@ void Deletion::tellFailures() {
   state_.ui.message(text, UserInterface::Severity::Warning);
 }
 
-/// Serves the user; `done`: objects of the present target that are gone or counted.
+/// Handles user input; false: the user stopped. `done` is the number of objects of the current
+/// target that are gone or counted.
 bool Deletion::goesOn(TextView path, std::uint64_t done) {
   const std::uint64_t now = platform::GetTickCount();
   if (now - lastProgressTick_ >= kProgressIntervalMs) {
@@ -192,7 +193,8 @@ bool Deletion::goesOn(TextView path, std::uint64_t done) {
   return !wasStopped_;
 }
 
-/// Counts what goes and asks for it. Targets that cannot go are told and taken out.
+/// Counts the objects to delete and asks the user. Targets that cannot be deleted are reported and
+/// removed from `targets`.
 bool Deletion::isConfirmed(Targets& targets, TextView question) {
   Survey counted(state_.context.helpers);
   if (!survey(targets, counted)) {
@@ -263,7 +265,8 @@ std::vector<Text> Deletion::details(const Targets& targets, const Survey& survey
   return lines;
 }
 
-/// Takes out what is gone, wherever the tree shows it, and reads the rest of what is gone in part.
+/// Removes deleted folders everywhere in the tree, and reads the rest of folders that are partly
+/// deleted.
 void Deletion::correctTree(const Targets& gone, const Targets& touched) {
   FolderTree& tree = state_.tree;
   const bool hasOneSource = tree.firstRoot() == tree.lastRoot();
@@ -312,7 +315,7 @@ Deletion::Targets Deletion::targetsOf(const Grid& list, const Ids& selected) con
   return targets;
 }
 
-/// Returns those that went.
+/// Deletes the targets and returns the deleted ones.
 Deletion::Targets Deletion::deleteFiles(Targets targets) {
   Targets gone;
   if (targets.empty() ||
@@ -341,7 +344,8 @@ bool Deletion::List_Files_DeleteFiles(FileList& files, const Ids& selected) {
   });
 }
 
-/// A scan has counted only what its filters let through.
+/// Subtracts deleted files from the numbers of `folder`. Only files that pass the filters are
+/// subtracted, because a scan counts only these.
 void Deletion::takeOffFolder(TextView folder, const Targets& gone) {
   mCompare& filters = state_.filters;
   filters.SetFileFilterInclude(state_.options);

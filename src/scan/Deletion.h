@@ -8,30 +8,31 @@
 
 namespace ombrelian {
 
-/// Deletes what the user chose in the tree or a list, to the recycle bin or for good: one question
-/// that tells what goes, a line of the log for each object, and numbers that stay true. What fails
-/// stays in its list and in all sums, and never stops the others.
+/// Deletes the objects that the user chose in the tree or a list, to the recycle bin or
+/// permanently. It asks one question that names the objects, writes a line of the log for each
+/// object, and keeps all numbers correct. An object that cannot be deleted stays in its list and in
+/// all sums, and does not stop the others.
 ///
-/// Rows are chosen by the ids of their grid, or their nodes. Every procedure returns whether
-/// anything went.
+/// Rows are chosen by the ids of their grid, or by their nodes. Every procedure returns whether
+/// anything was deleted.
 class Deletion {
  public:
-  /// `state` and `rows` are kept; `rows` may be null. With `recycle` objects move to the bin, and
-  /// are never deleted for good instead.
+  /// References to `state` and `rows` are kept; `rows` may be null. With `recycle` objects are
+  /// moved to the bin and are never deleted permanently instead.
   Deletion(const ScanState& state, RowsOnShow* rows, bool recycle);
 
   using Ids = std::vector<std::uint32_t>;
 
-  /// Folders of the tree. One below another chosen one goes with that; rows of direct files are
-  /// left alone. All folders above have their numbers lowered, in every source that shows them; of
-  /// what could go in part alone the rest is read anew.
+  /// Deletes folders of the tree. A folder below another chosen one is deleted with it; rows of
+  /// direct files are ignored. The numbers of all folders above are lowered in every source that
+  /// contains them. A folder that could only be deleted in part is read again.
   bool DeleteFolders(const std::vector<NodeIndex>& selected);
   bool Report_DeleteFolder(NodeIndex node) { return DeleteFolders({node}); }
 
-  /// Files of the shown folder; the tree follows.
+  /// Deletes files of the shown folder and corrects the tree.
   bool List_Files_DeleteFiles(FileList& files, const Ids& selected);
 
-  /// Files of a top list or of the hardlinks; the tree goes on showing the last scan.
+  /// Deletes files of a top list or of the list of hardlinks; the tree still shows the last scan.
   bool List_TOP_DeleteFiles(Grid& list, const Ids& selected);
   bool List_Hardlinks_DeleteFiles(Grid& list, const Ids& selected);
 
@@ -43,7 +44,7 @@ class Deletion {
     platform::ShownObject object;
     std::uint32_t id;           // id of the row, or the node
     std::int64_t size;          // bytes of a file
-    bool isHardlink = false;    // has further names
+    bool isHardlink = false;    // the file has further names
     std::uint64_t objects = 1;  // the object and all objects below it
   };
   using Targets = std::vector<Target>;
@@ -70,16 +71,16 @@ class Deletion {
   const ScanState state_;
   RowsOnShow& rows_;
   const bool recycles_;
-  std::vector<Text> failures_;  // the first of them, for the user
+  std::vector<Text> failures_;  // the first failures, for the message to the user
   std::int64_t failureCount_ = 0;
-  std::uint64_t all_ = 0;         // objects to go; 0 while they are counted
-  std::uint64_t doneBefore_ = 0;  // objects of the finished targets
+  std::uint64_t all_ = 0;         // number of objects to delete; 0 while they are counted
+  std::uint64_t doneBefore_ = 0;  // number of objects of the finished targets
   std::uint64_t lastProgressTick_ = 0;
-  bool wasStopped_ = false;  // the user ended it; the other targets stayed
+  bool wasStopped_ = false;  // the user stopped the deletion; the other targets remain
 };
 
-/// A folder of the tree as an object to delete: links may lie on the way to its source, and where
-/// the walk entered one.
+/// A folder of the tree as an object to delete. Its path may contain links in the part of the
+/// source, and links that the walk entered.
 platform::ShownObject shownObject(const FolderTree& tree, NodeIndex node);
 
 }  // namespace ombrelian

@@ -6,8 +6,8 @@
 
 namespace ombrelian {
 
-/// Takes what the lists beside the tree need, in the order of the walk; a run of one source has
-/// one, others none. The texts are good for the time of the call only.
+/// Receives the data for the lists beside the tree, in the order of the walk. Only a run of one
+/// source has such lists. The texts are valid only during the call.
 class DerivedLists {
  public:
   struct File {
@@ -15,7 +15,7 @@ class DerivedLists {
     TextView folder;  // full path, ends in a separator
     const platform::FindData& data;
     std::int64_t size;   // bytes
-    std::int32_t links;  // names of the file; 0 if it has one, or was not asked
+    std::int32_t links;  // number of names; 0 if the file has only one, or if it was not read
     TextView owner;      // empty unless owners are listed and the file system keeps them
   };
 
@@ -27,20 +27,20 @@ class DerivedLists {
 
   virtual ~DerivedLists() = default;
 
-  /// A single-source run begins: earlier results go (Report_Reset_All).
+  /// A run of one source begins: earlier results are removed (Report_Reset_All).
   virtual void reset() = 0;
 
   virtual void feedFile(const File& file) = 0;
 
-  /// A folder got its node; `owner` as it is shown.
+  /// A folder got its node; `owner` is the text that is shown.
   virtual void feedFolder(TextView owner) = 0;
 
   virtual void feedJunction(const Junction& junction) = 0;
 
-  /// A folder was read to its end; `own` is its direct content, `path` ends in a separator.
+  /// A folder was read completely; `own` is its direct content, and `path` ends in a separator.
   virtual void feedFolderEnd(TextView path, const ScanTotals& own) = 0;
 
-  /// The walk is over (Reports_ProcessNewValues).
+  /// The walk has ended (Reports_ProcessNewValues).
   virtual void finish(const ScanTotals& total) = 0;
 };
 

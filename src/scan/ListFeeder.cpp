@@ -32,7 +32,7 @@ void ListFeeder::replaceIgnoreNumbers(std::int32_t from, std::int32_t to) {
 }
 
 void ListFeeder::feedFile(const File& file) {
-  // The walk leaves the owner empty where the list is off or the file system keeps none.
+  // The walk leaves the owner empty if the list is off or the file system keeps no owners.
   if (!file.owner.empty()) owners_.feed(file.owner, file.size, 1, 0);
   if (options_.CreateListExt == 1) {
     const TextView extension = xGetExtension(file.name);

@@ -7,14 +7,14 @@
 
 namespace ombrelian {
 
-/// The lists beside the tree: owns them, and feeds those that are on.
+/// Owns the lists beside the tree and feeds the lists that are on.
 class ListFeeder : public DerivedLists {
  public:
   /// All arguments are kept by reference. The options change for the length of a run: see reset().
   ListFeeder(Options& options, mCompare& filters, FileTypes& types);
 
-  /// Report_Reset_All. A smallest list that is to ignore what is smaller than 0 bytes has the
-  /// limit -1 for the run, so that empty files or folders get in.
+  /// Report_Reset_All. If the size limit of a "smallest" list is 0 bytes, it is -1 during the run,
+  /// so that empty files or folders are included.
   void reset() override;
 
   void feedFile(const File& file) override;
@@ -25,7 +25,7 @@ class ListFeeder : public DerivedLists {
   /// Reports_ProcessNewValues.
   void finish(const ScanTotals& total) override;
 
-  /// One of kDerivedLists.
+  /// The list `list`, one of kDerivedLists.
   FlatList& list(ListId list);
   Grid& grid(ListId list) { return this->list(list).grid(); }
   HardlinkList& hardlinks() { return hardlinks_; }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr TextView kModule = u"frmMain";
 
-/// One direct file of a folder is no more.
+/// Subtracts one deleted direct file of a folder from the tree.
 void takeOutFile(FolderTree& tree, TextView folder, std::int64_t bytes) {
   ScanTotals gone;
   gone.Size = bytes;

@@ -5,14 +5,14 @@
 
 namespace ombrelian {
 
-// Renaming on the disk and in the tree. Whatever had the new name is replaced without a question,
-// as far as the system allows it, and the sums follow. Empty: it was done; else the error text, and
-// all is as it was.
+// Renaming on the disk and in the tree. An object with the new name is replaced without a question
+// if the system allows it, and the sums are corrected. The result is empty on success, else it is
+// the error text, and nothing was changed.
 
-/// The folder at `path` (without final separator) in every source that shows it.
+/// Renames the folder at `path` (without final separator) in every source that contains it.
 Text renameFolder(FolderTree& tree, TextView path, TextView name);
 
-/// A file of the file list.
+/// Renames a file of the file list.
 Text renameFile(FolderTree& tree, FileList& files, Grid::RowIndex row, TextView name);
 
 }  // namespace ombrelian

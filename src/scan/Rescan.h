@@ -5,21 +5,22 @@
 
 namespace ombrelian {
 
-/// Reads folders of the tree anew. While it reads the tree stays as it was; then what was read
-/// takes the place of the folder. Lists beside the tree go on describing the last run.
+/// Reads folders of the tree again. During the reading the tree does not change; then the result
+/// replaces the folder. Lists beside the tree still describe the last run.
 class Rescan {
  public:
-  /// `state` and `rows` are kept; `rows` may be null.
+  /// References to `state` and `rows` are kept; `rows` may be null.
   Rescan(const ScanState& state, RowsOnShow* rows);
 
-  /// Reads the folder of the selected row, for the row of direct files the folder above, and orders
-  /// the tree by size. The folders above follow in size, files and folders alone. Returns what was
-  /// read; kNoNode: nothing, because the folder could not be listed before, or is a link or a mount
-  /// point that a scan would not enter. After a cancel what was found by then stands in the tree.
+  /// Reads the folder of the selected row (for a row of direct files, the folder above) and sorts
+  /// the tree by size. In the folders above, only size, files and folders are corrected. Returns
+  /// the folder that was read. kNoNode: nothing was read, because the folder could not be listed
+  /// before, or is a link or a mount point that a scan would not enter. After a cancel the tree
+  /// contains what was found until then.
   NodeIndex Report_Rescan(NodeIndex selected);
 
-  /// Reads a folder of which a part is gone, whole whatever the user wants; all numbers above
-  /// follow.
+  /// Reads a folder that was partly deleted. The user cannot cancel this; all numbers of the
+  /// folders above are corrected.
   void readRest(NodeIndex folder);
 
  private:
@@ -29,8 +30,8 @@ class Rescan {
   RowsOnShow& rows_;
 };
 
-/// Takes the source that a node belongs to out of the tree; on the disk all stays. Returns its
-/// path; empty: there was none.
+/// Removes the source of a node from the tree; nothing on the disk is changed. Returns the path of
+/// the source; empty: there was none.
 Text Report_RemoveFolders(FolderTree& tree, NodeIndex selected, RowsOnShow* rows);
 
 }  // namespace ombrelian

@@ -6,23 +6,23 @@
 
 namespace ombrelian {
 
-/// A view of the tree and the lists, which hears when rows are removed or replaced. Without a
-/// window nobody needs to be.
+/// A view of the tree and the lists, which is notified when rows are removed or replaced. A run
+/// without a window needs no view.
 class RowsOnShow {
  public:
   virtual ~RowsOnShow() = default;
 
-  /// Calls `change`, which takes nodes out of the tree or rows out of a list; what a view holds of
-  /// them is good no longer.
+  /// Calls `change`, which removes nodes from the tree or rows from a list; references to them are
+  /// invalid afterwards.
   virtual void change(const std::function<void()>& change) { change(); }
 
-  /// `twin` is about to take the place of `node`, with all that lies below either.
+  /// `twin` and its subtree are about to replace `node` and its subtree.
   virtual void willReplace(NodeIndex /*node*/, NodeIndex /*twin*/) {}
 };
 
-/// Null: nobody shows anything.
+/// The view, or a view that does nothing if `rows` is null.
 inline RowsOnShow& orNobody(RowsOnShow* rows) {
-  static RowsOnShow nobody;  // keeps nothing
+  static RowsOnShow nobody;  // has no state
   return rows == nullptr ? nobody : *rows;
 }
 

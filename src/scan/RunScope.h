@@ -4,8 +4,8 @@
 
 namespace ombrelian {
 
-/// A run of a scan or a deletion: from its making to its end the user can do nothing but stop it.
-/// The run ends with the scope, so that an exception cannot leave the window busy.
+/// A run of a scan or a deletion. While this object exists, the user can only stop the run. The run
+/// ends with the scope, so that an exception cannot leave the window busy.
 class RunScope {
  public:
   explicit RunScope(const ScanState& state);
@@ -19,7 +19,7 @@ class RunScope {
   const ScanState& state_;
 };
 
-/// Tells the user that a fault of the program ended a run, in the log.
+/// Writes to the log that a fault of the program ended a run.
 void logFault(const ScanState& state, const Error& error);
 
 }  // namespace ombrelian

@@ -22,7 +22,7 @@ Text plainCount(std::int64_t count) { return xFormatFileSize(0, count, false, fa
 
 Date now() { return toDate(platform::GetLocalTime()); }
 
-/// The part of a source that its root is named by.
+/// The name of the root node for a source with this path.
 Text rootName(TextView path) { return xRemoveBackslash(path); }
 
 }  // namespace
@@ -62,7 +62,7 @@ void ScanRun::scanQueue(std::deque<Text>& SourceQueue, RunResult& result) {
       state_.log.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}),
                               true);
     }
-    isOnlySource = false;  // whatever was queued meanwhile makes it a run of several
+    isOnlySource = false;  // sources that were queued meanwhile make it a run of several sources
     SourceQueue.pop_front();
   }
   Report_Folder_Sort_All(state_.tree);
@@ -90,7 +90,8 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   state_.log.LogProtokoll(TL(3830, u"Zeitaufwand: %1", {formatTimeSpan(seconds)}));
 }
 
-/// A lone source starts with empty lists; several share the tree and fill none.
+/// Prepares a source. A single source starts with empty lists; several sources share the tree and
+/// fill no lists.
 void ScanRun::prepareSource(bool isOnlySource) {
   state_.context.SuppressDerivedLists = !isOnlySource;
   if (!isOnlySource) return;
@@ -134,7 +135,7 @@ NodeIndex ScanRun::Quelle_Einlesen(TextView path, NodeIndex existing) {
   GuardedOr(
       kModule, u"Quelle_Einlesen", [&] { readSource(path, root); },
       [&](const Error& error) {
-        // What is missing is an error, so that nobody takes the source for complete.
+        // Missing data count as an error, so that the source does not look complete.
         ++state_.context.Total.Errors;
         state_.tree[root].errors = state_.context.Total.Errors;
         state_.tree[root].set(FolderNode::IsError);
@@ -171,7 +172,8 @@ ScanTotals ScanRun::walk(TextView path, NodeIndex root) {
   return Walker(state_, listsOfRun()).Report_ScanFolders(xGetPathWithBackslash(path), root);
 }
 
-/// Dates, attributes and owner of a source itself, which no listing told.
+/// Reads the dates, the attributes and the owner of a source itself, because no listing contains
+/// them.
 void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   FolderNode& node = state_.tree[root];
   platform::FindData data;
@@ -179,9 +181,9 @@ void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   node.dateModified = data.ftLastWriteTime;
   node.dateCreate = data.ftCreationTime;
   node.dateAccess = data.ftLastAccessTime;
-  // A source that something is mounted on is a drive, not a junction.
+  // A source that is a mount point is a drive, not a junction.
   node.attributes = data.dwFileAttributes & ~platform::kAttributeReparsePoint;
-  // What goes when a source is deleted is a link to it, where there is one.
+  // If the source was reached by a link, a deletion removes this link.
   if (findObject(path, data) == platform::kSuccess) {
     state_.tree.setIdentity(root, data.identity);
   }

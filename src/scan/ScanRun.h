@@ -6,29 +6,29 @@
 
 namespace ombrelian {
 
-/// What came of one run, for who started it.
+/// Result of one run.
 struct RunResult {
   ScanTotals sum;  // over all sources
   int sourcesScanned = 0;
-  int sourcesMissing = 0;  // no folder of that name
+  int sourcesMissing = 0;  // number of sources that do not exist
   bool cancelled = false;
   bool failed = false;  // a fault of the program ended the run
   NodeIndex lastRoot = kNoNode;
 
-  /// Whether everything was read that was asked for.
+  /// Whether everything that was requested was read.
   bool isComplete() const {
     return sum.Errors == 0 && sourcesMissing == 0 && !cancelled && !failed;
   }
 };
 
-/// Reads every source of the queue into the tree, tells the log about it and keeps the lists of a
-/// single source up to date.
+/// Reads every source of the queue into the tree, writes the log, and fills the lists if there is
+/// only one source.
 class ScanRun {
  public:
   explicit ScanRun(const ScanState& state) : state_(state) {}
 
-  /// Consumes the queue, which may grow meanwhile. The sources of a run stay side by side in the
-  /// tree; only a run that never holds more than one fills the lists.
+  /// Consumes the queue, which may grow meanwhile. The sources of a run are side by side in the
+  /// tree. Only a run that never has more than one source fills the lists.
   RunResult Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue);
 
   /// Scans one source into a new root, or into `existing` for a rescan; returns the root.

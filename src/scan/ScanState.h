@@ -9,7 +9,7 @@
 
 namespace ombrelian {
 
-/// What a scan works with; none of it is its own, and all of it outlives the scan.
+/// Objects that a scan uses. It owns none of them, and all of them outlive the scan.
 struct ScanState {
   Options& options;
   FolderTree& tree;
@@ -17,7 +17,7 @@ struct ScanState {
   mCompare& filters;
   Log& log;
   UserInterface& ui;
-  DerivedLists* lists;  // null where none are kept
+  DerivedLists* lists;  // null: there are no lists
 };
 
 }  // namespace ombrelian

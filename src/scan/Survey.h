@@ -8,31 +8,31 @@
 
 namespace ombrelian {
 
-/// What goes when chosen objects go, as the disk has it at this moment: a scan may be old, and its
-/// filters leave out what a deletion does not.
+/// Counts the objects that a deletion would remove, as they are on the disk now. A scan may be old,
+/// and its filters do not apply to a deletion.
 class Survey {
  public:
-  /// Called at every object, with the number of objects counted so far; false ends the survey.
+  /// Called for every object with the number of objects counted so far; false ends the survey.
   using GoOn = std::function<bool(std::uint64_t)>;
 
-  /// `helpers` as FolderWalk has it.
+  /// `helpers` is the number of helpers of FolderWalk.
   explicit Survey(int helpers) : helpers_(helpers) {}
 
-  /// Counts the object at `path`, of which `data` was told, and of a folder all that it holds;
-  /// links and mount points are not entered. False: it was ended.
+  /// Counts the object at `path` with the data `data`, and all content of a folder; links and mount
+  /// points are not entered. False: the survey was ended early.
   bool add(TextView path, const platform::FindData& data, const GoOn& goOn);
 
   std::uint64_t objects() const { return files + folders; }
 
-  std::uint64_t files = 0;    // links to files and whatever else is no folder too
-  std::uint64_t folders = 0;  // links to folders too, unlike mount points
+  std::uint64_t files = 0;    // all objects that are not folders, including links to files
+  std::uint64_t folders = 0;  // folders, including links to folders, without mount points
   std::int64_t bytes = 0;     // logical sizes of all names
   std::uint64_t links = 0;
   std::uint64_t mountPoints = 0;
-  std::uint64_t hardlinks = 0;   // names of files that have several
-  std::uint64_t unreadable = 0;  // folders whose content is not counted
+  std::uint64_t hardlinks = 0;   // number of names of files that have several names
+  std::uint64_t unreadable = 0;  // number of folders whose content is not counted
 
-  /// The part of `bytes` that is not freed, because the data has further names that stay, or was
+  /// The part of `bytes` that is not freed: data with further names that remain, and data that was
   /// counted once for each of several names.
   std::int64_t keptBytes() const;
 

@@ -15,9 +15,10 @@ using platform::FindData;
 
 constexpr std::uint64_t kProgressIntervalMs = 1000;
 constexpr std::uint64_t kSilentProgressIntervalMs = 100;
-constexpr unsigned kEntriesBetweenClocks = 64;  // between two looks at the clock in a silent run
+constexpr unsigned kEntriesBetweenClocks = 64;  // entries between two reads of the clock if silent
 
-/// A list names a hardlink by its index alone; two devices must not be taken for one here.
+/// Key of a file with several names. Lists identify a hardlink only by its index; this key also has
+/// the device, so that files on two devices are never equal.
 Text hardlinkKey(const FindData& entry) {
   return toText(std::int64_t(entry.identity.device)) + u":" + hardlinkIdentity(entry);
 }
@@ -51,7 +52,7 @@ void Walker::enterSource(NodeIndex node) {
   markError(node, error);
 }
 
-/// Ends with the source's own frame alone, its result complete.
+/// Walks the source. At the end only the frame of the source remains, with its complete result.
 void Walker::walk() {
   bool cancelled = false;
   for (;;) {
@@ -73,7 +74,7 @@ void Walker::walk() {
   }
 }
 
-/// Shows progress and serves the user, who may cancel.
+/// Shows the progress and handles user input. True: the user cancelled.
 bool Walker::isCancelled() {
   if (context_.SilentMode) {
     if (entriesUntilProgress_-- == 0) {
@@ -95,7 +96,7 @@ void Walker::showProgress(std::uint64_t interval) {
   lastProgressTick_ = platform::GetTickCount();
 }
 
-/// Whether the user's filters leave the entry out; it is then not counted at all.
+/// Whether the user's filters exclude the entry, which is then not counted at all.
 bool Walker::isLeftOut(const FindData& entry) {
   const bool isFolder = entry.isFolder();
   if (isFolder ? !filters_.filtersFolders() : !filters_.filtersFiles()) return false;
@@ -143,7 +144,7 @@ Text Walker::entryPath() {
   return path += walk_.name();
 }
 
-/// The entry counts, but nothing is known of it.
+/// Counts an entry whose data could not be read.
 void Walker::reportUnreadable(const FindData& entry) {
   countError(xGetErrorText(false, entry.statError), entryPath());
 }
@@ -190,7 +191,8 @@ void Walker::readJunction(const FindData& entry, NodeIndex node) {
   if (entry.dwReserved0 == platform::kTagMountPoint) tree_[node].set(FolderNode::IsMountPoint);
   ErrorCode error = platform::kSuccess;
   tree_.setJunctionTarget(node, walk_.reparseTarget(entryPath(), error));
-  // The folder itself could be read: its row tells why the target is missing, and counts nothing.
+  // The folder itself could be read. Its row shows why the target is missing, and no error is
+  // counted.
   if (error != platform::kSuccess) tree_.setErrorText(node, xGetErrorText(false, error));
 }
 
@@ -198,8 +200,8 @@ void Walker::feedJunction(TextView path, TextView target, std::uint32_t tag) {
   if (options_.CreateListJunction == 1) lists_->feedJunction({path, target, tag});
 }
 
-/// Adds a frame for the folder of the current entry. False: it is a junction that cannot be
-/// entered, because it leads to where the walk came from or to no files at all.
+/// Adds a frame for the folder of the current entry. False: the folder is a junction that cannot be
+/// entered, because it leads to one of its own ancestors or to a file system without files.
 bool Walker::enterFolder(const FindData& entry, NodeIndex node) {
   const std::size_t pathLength = path_.size();
   path_ += walk_.name();
@@ -215,7 +217,7 @@ bool Walker::enterFolder(const FindData& entry, NodeIndex node) {
   folder.dateAccess = entry.ftLastAccessTime;
   folder.attributes = entry.dwFileAttributes;
   frames_.push_back({node, {}, {}, pathLength, error == platform::kSuccess});
-  // A folder that vanished under the walk is an empty one.
+  // A folder that was removed during the walk counts as empty.
   if (error != platform::kSuccess && !platform::isMissing(error)) markError(node, error);
   return true;
 }
@@ -235,7 +237,7 @@ void Walker::markError(NodeIndex node, ErrorCode error) {
   tree_.setErrorText(node, std::move(text));
 }
 
-/// The folder was read to its end: its direct content joins what its subfolders brought.
+/// Ends a folder that was read completely: adds its direct content to the totals of its subfolders.
 void Walker::finishFolder() {
   if (frames_.back().isOpen && walk_.listError() != platform::kSuccess) {
     markError(frames_.back().node, walk_.listError());
@@ -247,14 +249,14 @@ void Walker::finishFolder() {
   if (frame.own.Files > 0 && tree_[frame.node].firstChild != kNoNode) addPseudoFolder(frame);
 }
 
-/// Beside subfolders the direct files need a row of their own.
+/// Adds a row for the direct files of a folder that also has subfolders.
 void Walker::addPseudoFolder(const Frame& frame) {
   const NodeIndex pseudo = tree_.addChild(frame.node, filesName_, false);
   Report_SetNodeSizeAndFilecount(tree_[pseudo], frame.own.Size, frame.own.Files);
   tree_[pseudo].hardlinks = frame.own.Hardlinks;
 }
 
-/// Writes the totals of the innermost folder to its node and hands them to the one above.
+/// Writes the totals of the innermost folder to its node and adds them to the folder above.
 void Walker::leaveFolder() {
   const Frame child = frames_.back();
   FolderNode& node = tree_[child.node];

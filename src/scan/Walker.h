@@ -9,19 +9,19 @@
 namespace ombrelian {
 
 /// Reads one source from the disk in a single pass: counts every file, makes a node for every
-/// folder and feeds the lists. It keeps its own stack, so that no depth is too deep.
+/// folder and feeds the lists. It has its own stack, so that the depth has no limit.
 class Walker {
  public:
-  /// `lists` goes before those of `state`: null in a run of several sources.
+  /// `lists` is used instead of the lists of `state`; null in a run of several sources.
   Walker(const ScanState& state, DerivedLists* lists);
 
-  /// Walks the folder `path` (ends in a separator) into `node` and returns the totals of the
-  /// subtree. After a cancel the files of the folders under way are missing from it, but not from
-  /// ScanContext::Total.
+  /// Walks the folder `path` (ends in a separator), fills `node` and returns the totals of the
+  /// subtree. After a cancel, the files of unfinished folders are not in the result, but they are
+  /// in ScanContext::Total.
   ScanTotals Report_ScanFolders(TextView path, NodeIndex node);
 
  private:
-  /// A folder on the way from the source to the one being read.
+  /// One folder on the path from the source to the folder that is being read.
   struct Frame {
     NodeIndex node;
     ScanTotals own;          // direct content

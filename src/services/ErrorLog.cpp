@@ -125,7 +125,7 @@ void ErrorLog::Debug(TextView proc, TextView module, const Error& error,
     for (const Text& param : params)
       report.line(u"Debug" + toText(index++) + u": ", param);
     errorLine(SystemReport(proc, module, error) + report.take());
-  } catch (...) {  // the program must not die of its logger
+  } catch (...) {  // a fault of the logger must not end the program
   }
 }
 

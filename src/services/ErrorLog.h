@@ -5,7 +5,7 @@
 
 namespace ombrelian {
 
-/// What a fault report says of the program that nobody below can know.
+/// Facts about the program for fault reports, which lower rooms cannot know.
 struct ProgramFacts {
   Text title;  // "Ombrelian"
   Text version;
@@ -16,9 +16,9 @@ struct ProgramFacts {
   int languageId = 0;
 };
 
-/// Writes what nobody handled to "error.log", with a report on the machine, and the program's own
-/// trace to "debug.log". Nothing in here stops the program: a log that cannot be written is done
-/// without.
+/// Writes unhandled faults to "error.log", with a report on the machine, and the program's own
+/// trace to "debug.log". A failure in this class never stops the program: it continues without a
+/// log that cannot be written.
 class ErrorLog : public FaultSink {
  public:
   explicit ErrorLog(ProgramFacts facts) : facts_(std::move(facts)) {}
@@ -29,13 +29,14 @@ class ErrorLog : public FaultSink {
 
   void errorLine(TextView line) noexcept override;
 
-  /// Appends one line to the trace, each of `params` behind ", ".
+  /// Appends one line to the trace, with ", " before each of `params`.
   void LogDebug(TextView text, const std::vector<Text>& params = {}) noexcept override;
 
-  /// What reports tell of a cancelled scan; not owned, null: no scan can be.
+  /// Sets the value that reports contain about a cancelled scan. Not owned; null: no scan can be
+  /// cancelled.
   void watchStop(const int* StopReason) { stopReason_ = StopReason; }
 
-  /// Reports in this run.
+  /// Number of reports in this run.
   int Errcount() const { return errcount_; }
 
  private:

@@ -6,24 +6,23 @@
 
 namespace ombrelian {
 
-/// What the desktop knows of files by their extension. The window asks its own services; the
-/// extensions come in lower case, without the dot.
+/// Data of the desktop about files with an extension. The window uses its own services. Extensions
+/// are in lower case, without the dot.
 class FileTypes {
  public:
   virtual ~FileTypes() = default;
 
-  /// Name of the kind of file in the user's language; empty if nobody knows it.
+  /// Name of the file type in the user's language; empty if it is unknown.
   virtual Text typeText(TextView extension) = 0;
 
-  /// The program that opens such files; empty if none does, or nobody knows.
+  /// The program that opens such files; empty if there is none or it is unknown.
   virtual Text associatedProgram(TextView extension) = 0;
 
-  /// Name of the icon in the desktop's icon theme; empty if nobody knows.
+  /// Name of the icon in the desktop's icon theme; empty if it is unknown.
   virtual Text iconName(TextView extension) = 0;
 };
 
-/// Answers from the system's own database of file types, where there is one, and keeps each
-/// answer.
+/// Reads the system's own database of file types, if there is one, and keeps each result.
 class SystemFileTypes : public FileTypes {
  public:
   Text typeText(TextView extension) override;

@@ -23,7 +23,7 @@ constexpr struct {
              {u"Width", &FormPosition::Width},
              {u"Height", &FormPosition::Height}};
 
-/// Reads all keys over what `position` holds; false after a fault.
+/// Reads all keys into `position`; false: a value is faulty.
 bool readKeys(TextView form, FormPosition& position, const IniStore& file) {
   for (const auto& [key, member] : kKeys) {
     const Text value = file.INI_ReadString(form, key, toText(position.*member));
@@ -57,7 +57,7 @@ FormPosition LoadFormPosition(TextView form, bool positionOnly, const FormPositi
         position.Top = onScreen(position.Top, screen.Height);
         position.Width = positionOnly ? present.Width : std::min(position.Width, screen.Width);
         position.Height = positionOnly ? present.Height : std::min(position.Height, screen.Height);
-        // No window starts minimised.
+        // A window never starts minimised.
         if (position.WindowState != kMaximised) position.WindowState = 0;
         return position;
       },

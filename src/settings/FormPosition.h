@@ -4,7 +4,7 @@
 
 namespace ombrelian {
 
-/// Where a window stands, in twips, and how: 0 normal, 1 minimised, 2 maximised.
+/// Position and size of a window in twips, and its state: 0 normal, 1 minimised, 2 maximised.
 struct FormPosition {
   std::int32_t Left = 0;
   std::int32_t Top = 0;
@@ -20,13 +20,13 @@ struct ScreenSize {
   std::int32_t Height = 0;
 };
 
-/// Where the window that is called `form` in the file belongs; it stands at `present` now. One that
-/// is not known is centred. With `positionOnly` the size stays. `present` where the file holds no
-/// numbers.
+/// The stored position of the window that is called `form` in the file; its current position is
+/// `present`. An unknown window is centred. With `positionOnly` the size does not change. The
+/// result is `present` if the values in the file are not numbers.
 FormPosition LoadFormPosition(TextView form, bool positionOnly, const FormPosition& present,
                               const ScreenSize& screen, const IniStore& file);
 
-/// `position` with the rectangle that the window has when it is neither minimised nor maximised.
+/// Stores a position. `position` has the rectangle of the window in its normal state.
 void SaveFormPosition(TextView form, const FormPosition& position, IniStore& file);
 
 }  // namespace ombrelian

@@ -4,13 +4,13 @@
 
 namespace ombrelian {
 
-/// Sees to it that there is a settings file with a byte order mark at `path`. A new one gets what
-/// the older version's file at `oldPath`, which stays, says of the shell verb and the language. A
-/// file without the mark gets it over its first two bytes: what such a file held came from another
-/// encoding and is lost on purpose.
+/// Ensures that there is a settings file with a byte order mark at `path`. A new file gets the
+/// values for the shell verb and the language from the file of the older version at `oldPath`,
+/// which remains. In a file without the mark, the mark overwrites the first two bytes: the content
+/// has another encoding and is lost on purpose.
 void prepareIniFile(TextView path, TextView oldPath);
 
-/// Whether this is the user's first start, so that folders should get the shell verb; notes in the
+/// Whether this is the user's first start, so that folders should get the shell verb. Stores in the
 /// file that they have it.
 bool claimFirstStart(IniStore& file);
 

@@ -21,7 +21,7 @@ TextView trimmed(TextView text) {
   return text;
 }
 
-/// The first line of `text`, with its line end: CR LF, or one of them alone.
+/// The first line of `text` with its line end: CR LF, CR or LF.
 TextView firstLine(TextView text) {
   const auto end = std::find_if(text.begin(), text.end(), isLineEnd);
   auto size = std::size_t(end - text.begin());
@@ -60,7 +60,8 @@ TextView stripped(TextView value) {
   return isQuoted ? value.substr(1, value.size() - 2) : value;
 }
 
-/// ASCII folds the same way in every locale: a dotless i must not make two keys of one.
+/// Lower case of a name. ASCII letters are folded the same way in every locale, so that a dotless i
+/// does not split a key into two.
 Text folded(TextView name) {
   const Text lower = asciiLower(name);
   return isAscii(lower) ? lower : platform::localeTextRules().lower(lower);
@@ -155,7 +156,8 @@ bool IniText::setValue(TextView section, TextView key, TextView value) {
   return true;
 }
 
-/// The section, with its header again if it was deleted, or a new one.
+/// The section with this name. A deleted section gets its header again, and a missing section is
+/// made.
 IniText::Section& IniText::sectionNamed(TextView name) {
   const TextView header = keep(Text(u"[").append(name).append(u"]").append(lineEnd_));
   const auto number = numbers_.find(name);
@@ -194,7 +196,7 @@ bool IniText::deleteSection(TextView section) {
 Text IniText::text() const {
   Text result;
   const auto add = [&](TextView line) {
-    // Only the last line of the file as it was read may lack its end.
+    // Only the last line of the file that was read may have no line end.
     if (!result.empty() && !line.empty() && !isLineEnd(result.back())) result += lineEnd_;
     result += line;
   };

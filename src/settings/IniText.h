@@ -9,9 +9,9 @@
 
 namespace ombrelian {
 
-/// The text of a profile file: sections of lines "key=value". Changes touch the lines that they
-/// name; comments, odd lines, second keys of one name, the order and the line ends stay as they
-/// are. Names are compared without case; of equal ones, the first counts.
+/// The text of a profile file: sections of lines "key=value". A change affects only the lines that
+/// it names; comments, unknown lines, repeated keys, the order and the line ends do not change.
+/// Names are compared without case; of equal names, the first counts.
 ///
 ///   storage_:  [the whole file] [changed line] [new line] ...   never moves
 ///   sections_: [lines before any header] [section] [section] ...   views into storage_
@@ -22,22 +22,22 @@ class IniText {
   IniText(IniText&&) = default;
   IniText& operator=(IniText&&) = default;
 
-  /// The value without its outer blanks and one pair of quotes around it; none where there is no
-  /// such key. Valid until the object goes.
+  /// The value without outer blanks and without one pair of quotes around it; none: there is no
+  /// such key. Valid as long as the object exists.
   std::optional<TextView> value(TextView section, TextView key) const;
 
-  /// Puts `value` into the file as it is; see quoted(). A new key goes behind the last one of its
-  /// section, a new section to the end. Returns whether anything changed. Precondition: the file
-  /// can hold all three, see isLine().
+  /// Puts `value` into the file without changes; see quoted(). A new key is added after the last
+  /// key of its section, a new section at the end. Returns whether anything changed. Precondition:
+  /// isLine() is true for all three texts.
   bool setValue(TextView section, TextView key, TextView value);
 
-  /// Removes the section from its header to its last key. What stands behind that stays: it mostly
-  /// introduces what follows. Returns whether anything changed.
+  /// Removes the section from its header to its last key. Lines after the last key stay, because
+  /// they usually belong to the next section. Returns whether anything changed.
   bool deleteSection(TextView section);
 
   Text text() const;
 
-  /// `value`, inside quotes if it would not be read as it is without them.
+  /// `value`, in quotes if a read would change it without them.
   static Text quoted(TextView value);
 
   /// Whether `text` can be a part of one line.
@@ -45,10 +45,10 @@ class IniText {
 
  private:
   struct Section {
-    TextView header;              // the whole line; empty: deleted, or none (the first section)
+    TextView header;  // the whole line; empty: the section is deleted or has no header (the first)
     std::uint32_t number = 0;     // number of the first section of this name
     std::vector<TextView> lines;  // lines with their line ends
-    std::size_t keysEnd = 0;      // lines behind here hold no keys
+    std::size_t keysEnd = 0;      // lines from here on contain no keys
   };
   struct Place {
     std::uint32_t section;

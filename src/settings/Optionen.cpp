@@ -11,7 +11,7 @@ constexpr std::int32_t kTypeMismatch = 13;
 constexpr TextView kMainModule = u"frmMain";
 constexpr TextView kNoPosition = u"-1";
 
-/// Where a fault happened, for the log.
+/// Place of a fault, for the log.
 struct Procedure {
   TextView module;
   TextView name;
@@ -26,7 +26,7 @@ constexpr Procedure kProcedures[] = {
     {u"z_Translate", u"Init_Sprache"},    {kMainModule, u"Form_Load"},
 };
 
-/// The lists of extensions and what is searched instead.
+/// The lists of extensions, and the texts that are searched instead of them.
 constexpr struct {
   Text Options::*list;
   Text Options::*lookup;
@@ -40,7 +40,7 @@ class Loader {
   Loader(const IniStore& file, Options& options, const Procedure& procedure)
       : file_(file), options_(options), procedure_(procedure) {}
 
-  /// Reads all keys of the row; false after a fault.
+  /// Reads all keys of the row; false: a value is faulty.
   bool load(const SettingRow& row, bool byDialog = false) {
     if (row.form == SettingForm::Position) return loadPositions(row);
     return forEachKey(row, [&](int list, int column) {
@@ -65,7 +65,7 @@ class Loader {
     return settingText(row, defaults_, list, column);
   }
 
-  /// A layout is its list's own affair: a fault in it ends nothing but itself.
+  /// Reads the layouts of lists. A faulty layout affects only its own list.
   bool loadPositions(const SettingRow& row) {
     for (int list = row.lists.first; list <= row.lists.last; ++list) {
       SettingRow one = row;
@@ -75,7 +75,8 @@ class Loader {
     return true;
   }
 
-  /// False unless each column has a position and each position a column.
+  /// Reads the positions of the columns of one list; false unless each column has a different
+  /// position.
   bool readPositions(const SettingRow& row) {
     std::vector<bool> isTaken(std::size_t(row.columns.last) + 1);
     return forEachKey(row, [&](int list, int column) {

@@ -5,27 +5,29 @@
 
 namespace ombrelian {
 
-// The options and their file. A value that is none ends the procedure that meets it: settings
-// behind it keep what they had, the fault log names the procedure, the trace the setting.
+// Reading and writing of the options. A faulty value ends the procedure that reads it: later
+// settings keep their values, the fault log names the procedure, and the trace names the setting.
 
 /// Reads section "Optionen" into `options`; a missing key gives the default. With
-/// `onlyDialogOptions` just what the options dialog has written and what is in force at once.
+/// `onlyDialogOptions`, only settings that the options dialog has written and that take effect at
+/// once.
 void Optionen_Laden(bool onlyDialogOptions, const IniStore& file, Options& options);
 
-/// Writes what the main window owns.
+/// Writes the settings of the main window.
 void Optionen_Speichern(const Options& options, IniStore& file);
 
-/// Reads what the options dialog shows, with its own defaults, into options of its own.
+/// Reads the settings of the options dialog, with the defaults of the dialog, into separate
+/// options.
 void OptionenLaden(const IniStore& file, Options& dialogOptions);
 
-/// Writes what the options dialog owns.
+/// Writes the settings of the options dialog.
 void OptionenSpeichern(const Options& dialogOptions, IniStore& file);
 
 /// Reads and writes the settings of any other owner.
 void loadSettings(SettingOwner owner, const IniStore& file, Options& options);
 void storeSettings(SettingOwner owner, const Options& options, IniStore& file);
 
-/// Tells of a stored value that ends the procedure `name`.
+/// Reports a stored value that ends the procedure `name`.
 void reportFaultySetting(TextView module, TextView name, TextView section, TextView key,
                          TextView value);
 

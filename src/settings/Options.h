@@ -8,7 +8,7 @@ namespace ombrelian {
 
 inline constexpr int kTopLists = 6;  // 0 largest files ... 5 smallest folders
 
-// Columns of each list, the row number (0) included.
+// Number of columns of each list, including the row number (0).
 inline constexpr int kFolderColumns = 17;
 inline constexpr int kDriveColumns = 12;
 inline constexpr int kFileColumns = 12;
@@ -33,7 +33,7 @@ constexpr ColumnFlags<columns> visibleColumns(int first, int last = columns - 1)
   return flags;
 }
 
-/// Each column stands at its own id.
+/// The position of each column is its own id.
 template <int columns>
 constexpr ColumnPositions<columns> builtInOrder() {
   ColumnPositions<columns> positions = {};
@@ -48,10 +48,10 @@ constexpr std::array<T, kTopLists> forTopLists(T value) {
   return {value, value, value, value, value, value};
 }
 
-/// The drive that the system lives on, without a final separator unless it is "/".
+/// The drive of the system, without a final separator unless it is "/".
 Text systemDrive();
 
-/// Where a report went last.
+/// Folder and name of the last saved report.
 struct LastSave {
   Text LastSaveDir = systemDrive();
   Text LastSaveFileName;  // without extension
@@ -71,7 +71,7 @@ struct PrintFoldersOptions {
   std::uint8_t FolderOpt = 0;   // 1: only the source of the selected row
   std::uint8_t LevelOpt = 2;    // same values as Options::LevelOpt
   std::uint8_t HeaderOpt = 1;   // 0 to 2
-  std::uint8_t PrinterOpt = 1;  // 2: the one that Printers says
+  std::uint8_t PrinterOpt = 1;  // 2: the printer with the index Printers
   std::int32_t Zoom = 100;      // percent
   std::int32_t BlankColumns = 0;
   std::int32_t Levels = 3;
@@ -107,22 +107,22 @@ struct FormOptions {
 };
 
 struct LanguageOptions {
-  std::uint8_t Lang = 0;  // 0: the system's
+  std::uint8_t Lang = 0;  // 0: language of the system
 };
 
-/// What the user chose, under the names that the settings file has for it, with the values of a
-/// new user. Flags are 0 or 1, as in the file; units are 0 bytes, 1 KB, 2 MB, 3 GB, 4 automatic,
-/// 5 TB. SettingsTable.h says how each gets into the file.
+/// The choices of the user, with their names in the settings file and the values of a new user.
+/// Flags are 0 or 1, as in the file; units are 0 bytes, 1 KB, 2 MB, 3 GB, 4 automatic, 5 TB.
+/// SettingsTable.h defines the form of each setting in the file.
 struct Options {
   // The options dialog.
   std::uint8_t Kontextmenu = 1;     // folders have the shell verb
-  std::uint8_t Instanz = 1;         // a second start hands over to the first
-  std::uint8_t WOW64 = 1;           // no redirection of 32-bit programs while scanning
+  std::uint8_t Instanz = 1;         // a second start passes its line to the first window
+  std::uint8_t WOW64 = 1;           // file system redirection is off during a scan
   std::uint8_t UnicodeSupport = 0;  // takes effect at the next start
-  Text DateFormat;                  // empty: the locale's
+  Text DateFormat;                  // empty: format of the locale
   std::uint8_t ToolbarTheme = 7;
   std::uint8_t DontCreateLogFile = 0;
-  // Extensions by preview, separated by commas.
+  // Extensions for each kind of preview, separated by commas.
   Text FilePreviewText =
       u"txt,bat,ini,log,cfg,diz,nfo,css,asp,php,rtf,wri,xml,inf,url,reg,lst,eml,err,csv,1st,vbs,"
       u"au3,cmd";
@@ -131,7 +131,7 @@ struct Options {
   Text FilePreviewMedia =
       u"mp3,wav,snd,au,aif,aifc,aiff,wma,mid,rmi,midi,avi,mpeg,mpg,m1v,mp2,mpa,mpe,wmv,asf,wm,mov,"
       u"mp4,3gp";
-  // The same as "/ext/ext/", made by Optionen_Laden and not stored.
+  // The same extensions as "/ext/ext/"; Optionen_Laden makes them, and they are not stored.
   Text FilePreviewTextLookup;
   Text FilePreviewIELookup;
   Text FilePreviewGrafikLookup;
@@ -147,7 +147,7 @@ struct Options {
   std::uint8_t DontShowButtonHideToolbars = 0;
   std::uint8_t ChangeFolderReportWidthAutomatically = 1;
 
-  // What a scan collects.
+  // Data that a scan collects.
   std::uint8_t CreateList100LargestFolders = 0;
   std::uint8_t CreateList100SmallestFolders = 0;
   std::uint8_t CreateList100SmallestFoldersIgnore = 0;
@@ -171,11 +171,11 @@ struct Options {
   std::uint8_t ShowFolderOwner = 0;
   std::uint8_t AddHardlinksOnlyOnce = 0;
   std::uint8_t ShowHardlinkCount = 0;
-  std::uint8_t NoHardlinks = 0;    // no node for a junction that is not entered
-  std::uint8_t ScanHardlinks = 0;  // enter junctions
+  std::uint8_t NoHardlinks = 0;    // junctions that are not entered get no node
+  std::uint8_t ScanHardlinks = 0;  // junctions are entered
   std::array<std::int32_t, kTopLists> TopMaxCount = forTopLists(20);  // rows
 
-  // What a scan leaves out, and what the file list does; patterns separated by commas.
+  // Filters of scans and of the file list; patterns separated by commas.
   std::uint8_t FolderList_FilterFolderExclude_Active = 0;
   Text FolderList_FilterFolderExclude_Text;
   std::uint8_t FolderList_FilterFolderInclude_Active = 0;
@@ -210,7 +210,8 @@ struct Options {
   std::array<std::uint8_t, kTopLists> TopFilePreview = {};
   std::array<std::uint8_t, kTopLists> TopSplitterOrientation = {};
 
-  // How each list shows sizes: the unit, whether with two decimals, whether with the unit's name.
+  // Form of sizes in each list: the unit, the flag for two decimals, and the flag for the name of
+  // the unit.
   std::uint8_t FileSizeFormat = 0;
   std::uint8_t FileSizeFormatDrive = 3;
   std::uint8_t FileSizeFormatFiles = 2;
@@ -248,7 +249,7 @@ struct Options {
   std::uint8_t SearchVisibleReportLog = 0;
   std::array<std::uint8_t, kTopLists> SearchVisibleReportTOP = {};
 
-  // Which columns are visible, and the position of each.
+  // Visible columns, and the position of each column.
   ColumnFlags<kFolderColumns> FolderColumnVisible = visibleColumns<kFolderColumns>(1, 2);
   ColumnFlags<kDriveColumns> DriveColumnVisible = visibleColumns<kDriveColumns>(1, 7);
   ColumnFlags<kFileColumns> FileColumnVisible = visibleColumns<kFileColumns>(1, 2);
@@ -277,10 +278,10 @@ struct Options {
   std::uint8_t DividingLine = 0;
   std::uint8_t OpenFile = 0;
   std::uint8_t FolderOpt = 0;  // 1: only the source of the selected row
-  std::uint8_t LevelOpt = 2;   // 0 all levels, 1 as many as Levels says, 2 what is expanded
+  std::uint8_t LevelOpt = 2;   // 0 all levels, 1 the number in Levels, 2 expanded folders
   std::int32_t Levels = 3;
 
-  // The other sections, each under its name.
+  // The other sections, with their names.
   LastSave FolderReport;
   LastSave Report;
   SaveFilesOptions SaveFiles;
@@ -292,7 +293,7 @@ struct Options {
   LanguageOptions Allgemein;
 };
 
-/// The top list on show, 0 to 5.
+/// Number of the visible top list, 0 to 5.
 inline int selectedTopList(const Options& options) {
   const std::int32_t index = options.ToplistVisibleIndex;
   return index > 0 && index < kTopLists ? index : 0;

@@ -29,7 +29,8 @@ std::vector<Text> readList(const NumberedList& list, const IniStore& file) {
   }
 }
 
-/// Leaves out what a line cannot hold: a part of a path would be another path.
+/// Writes the list without paths that a line cannot contain, because a part of such a path would be
+/// a different path.
 void writeList(const NumberedList& list, const std::vector<Text>& items, IniStore& file) {
   file.INI_DeleteSection(list.section);
   std::int64_t count = 0;
@@ -91,7 +92,7 @@ void Optionen_Speichern_Drives_SaveNetworkFolders(const std::vector<Text>& rows,
 bool isNetworkPath(TextView path) {
   if (path.starts_with(u"\\\\") || path.starts_with(u"//")) return true;
   const auto host = path.find(u":/");
-  // One letter in front of the colon is a drive.
+  // A single letter before the colon is a drive.
   return host != TextView::npos && host > 1 && path.find(u'/') > host;
 }
 

@@ -16,7 +16,7 @@ using Use = SettingUse;
 constexpr TextView kOptionen = u"Optionen";
 constexpr int kLastTopList = kTopLists - 1;
 
-/// The field that the members lead to, one in the other.
+/// The field at the end of a chain of members.
 template <auto... members>
 const auto& at(const Options& options, int list, int column) {
   const auto& field = (options.*....*members);
@@ -25,7 +25,7 @@ const auto& at(const Options& options, int list, int column) {
     return field[std::size_t(list)][std::size_t(column)];
   } else if constexpr (
       requires { field[0]; } && !requires { field.npos; }) {
-    return field[std::size_t(list) + std::size_t(column)];  // one of them is 0
+    return field[std::size_t(list) + std::size_t(column)];  // one of the two is 0
   } else {
     return field;
   }
@@ -68,7 +68,7 @@ constexpr SettingRow visible(TextView key, SettingField field, int columns, int 
   return row;
 }
 
-/// The row number is always in front.
+/// A row for the positions of columns. The row number is left out, because it is always the first.
 constexpr SettingRow order(TextView key, SettingField field, int columns, int lastList = 0) {
   SettingRow row = mine(key, field);
   row.form = Form::Position;
@@ -77,7 +77,7 @@ constexpr SettingRow order(TextView key, SettingField field, int columns, int la
   return row;
 }
 
-// A field has the name of its key, so each is written once.
+// A field has the same name as its key, so each name is written only once.
 #define KEY(name) u"" #name, &at<&Options::name>
 #define TOP_KEY(name) u"" #name "%1", &at<&Options::name>
 #define COLUMN_KEY(name) u"" #name "%2", &at<&Options::name>
@@ -279,7 +279,7 @@ constexpr SettingRow kTable[] = {
 #undef TOP_KEY
 #undef KEY
 
-// Values as text, one overload a type.
+// Conversion of values to text, with one overload for each type.
 
 Text textOf(std::int32_t value) { return toText(value); }
 Text textOf(const Text& value) { return value; }
@@ -303,7 +303,8 @@ bool parse(TextView text, Text& value) {
   return true;
 }
 
-/// A comma counts as a point: files of German and other systems have it.
+/// Reads a fraction. A comma counts as a point, because files of German and other systems contain
+/// it.
 bool parse(TextView text, double& value) {
   std::string digits;
   for (const char16_t unit : trimBlanks(text))
@@ -338,7 +339,8 @@ bool setSetting(const SettingRow& row, Options& options, int list, int column, T
   const Text unset = row.unset < 0 ? Text() : toText(row.unset);
   return std::visit(
       [&](auto field) {
-        // The options are the caller's own; the field's declaration serves readers too.
+        // The cast is safe, because `options` is not const here; the field returns const because
+        // readers use it too.
         auto& value = const_cast<std::remove_cvref_t<decltype(field(options, 0, 0))>&>(
             field(options, list, column));
         if (!parse(text, value)) return false;

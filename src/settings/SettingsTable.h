@@ -7,9 +7,9 @@
 
 namespace ombrelian {
 
-/// Who writes a setting into the file.
+/// The part of the program that writes a setting into the file.
 enum class SettingOwner : std::uint8_t {
-  MainWindow,  // at its end
+  MainWindow,  // written when the window closes
   OptionsDialog,
   SaveDialog,
   SaveFilesDialog,
@@ -18,27 +18,28 @@ enum class SettingOwner : std::uint8_t {
   UpdateDialog,
   DonateButton,
   LanguageMenu,
-  FirstStart,  // nobody: an older version did
+  FirstStart,  // written only by an older version
 };
 
 /// When a setting passes between the file and the options.
 enum class SettingUse : std::uint8_t {
   Always,
-  NotAgain,    // a reload after the options dialog leaves it: it is in force from a start on
-  NotAtStart,  // the options dialog alone reads it into the options
-  NeverRead,   // each start begins with the default
+  NotAgain,    // read only at a start, not after the options dialog
+  NotAtStart,  // only the options dialog reads it into the options
+  NeverRead,   // every start uses the default
   NeverWritten,
 };
 
-/// How a value stands in the file. Numbers are decimal, a fraction follows a point.
+/// Form of a value in the file. Numbers are decimal, with a point before a fraction.
 enum class SettingForm : std::uint8_t {
-  Plain,     // a text gets quotes where it would lose something without them
-  Quoted,    // a text that is always inside quotes
-  NotZero,   // a flag that any text but "0" sets
-  Position,  // position of a column; those of a list are read together or not at all
+  Plain,     // a text has quotes only if a read would change it without them
+  Quoted,    // a text that always has quotes
+  NotZero,   // a flag that every text except "0" sets
+  Position,  // position of a column; all positions of a list are read, or none
 };
 
-/// Where a value is in the options; of a family, by list and by column (0 where it has none).
+/// Reference to a value in the options. For a family, `list` and `column` select the value (0 if
+/// the family has no such index).
 template <class T>
 using FieldOf = const T& (*)(const Options& options, int list, int column);
 using SettingField =
@@ -50,23 +51,22 @@ struct IndexRange {
   int last = 0;
 };
 
-/// A setting, or a family of them. The type of the field is that of the value, with its range; the
-/// default is what a new Options has there.
+/// A setting, or a family of settings. The type of the field is the type of the value and gives its
+/// range; the default is the value in a new Options.
 struct SettingRow {
   TextView section;
-  TextView key;  // "%1" stands for the list, "%2" for the column
+  TextView key;  // "%1" is replaced by the list, "%2" by the column
   SettingField field;
   SettingOwner owner;
   SettingUse use = SettingUse::Always;
   SettingForm form = SettingForm::Plain;
   IndexRange lists = {};
   IndexRange columns = {};
-  int unset = -1;               // a number that says in the file: take the default
+  int unset = -1;               // number in the file that means the default
   TextView dialogDefault = {};  // default of the options dialog, if it differs
 };
 
-/// All settings but those of window positions and lists of folders, in the order in which they are
-/// read.
+/// All settings except window positions and lists of folders, in the order in which they are read.
 std::span<const SettingRow> settingsTable();
 
 /// The key with its indices.
@@ -75,15 +75,15 @@ Text settingKey(const SettingRow& row, int list, int column);
 /// The value as text.
 Text settingText(const SettingRow& row, const Options& options, int list, int column);
 
-/// The same as it has to stand in the file.
+/// The value as it is written to the file.
 Text storedSettingText(const SettingRow& row, const Options& options, int list, int column);
 
-/// Takes a value that was read. Returns false, and leaves the options, where `text` is no such
-/// value.
+/// Sets a value that was read. Returns false and does not change the options if `text` is not a
+/// valid value.
 bool setSetting(const SettingRow& row, Options& options, int list, int column, TextView text);
 
-/// Calls `visit(list, column)` for each key of the row, until one returns false; returns false
-/// then.
+/// Calls `visit(list, column)` for each key of the row until a call returns false; returns false in
+/// that case.
 template <class Visit>
 bool forEachKey(const SettingRow& row, Visit&& visit) {
   for (int list = row.lists.first; list <= row.lists.last; ++list) {

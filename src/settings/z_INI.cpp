@@ -94,7 +94,7 @@ Failure IniStore::flush() {
         if (Failure failure = refresh()) return failure;
         if (isChanged_) {
           if (Failure failure = replaceFile()) return failure;
-          // Whether it is still this one that has the name is for the next refresh to see.
+          // The next refresh checks whether this file still has the name.
           stamp_ = {};
           isChanged_ = false;
         }
@@ -142,7 +142,8 @@ Failure IniStore::replaceFile() const {
     platform::GetFileInformation(path_, data);
     const bool isReadOnly = (data.dwFileAttributes & platform::kAttributeReadOnly) != 0;
     if (isReadOnly) return systemError(platform::kAccessDenied, path_);
-    // The right to replace it is the folder's; whether it may be changed is the file's own.
+    // The folder decides whether the file can be replaced, but the file itself decides whether it
+    // may be changed.
     const auto writable = platform::CreateFileW(path_, platform::kOpenExisting, error);
     if (error != kSuccess) return systemError(error, path_);
   }

@@ -6,48 +6,50 @@
 
 namespace ombrelian {
 
-/// What a numbered list gives for the number behind its last; no entry can be this text.
+/// End mark: the value after the last entry of a numbered list. No entry can have this text.
 inline constexpr TextView kListEnd = u"!(nix].-.";
 
-/// How the file of a profile begins.
+/// First bytes of a profile file.
 inline constexpr std::string_view kIniByteOrderMark = "\xFF\xFE";
 
-/// A profile file, kept in memory. Changes reach the disk at flush(), all at once; before that,
-/// what others wrote meanwhile is read again and only what was changed here is put on top, so that
-/// two programs on one file lose nothing but what both of them wrote. The file is UTF-16 with a
-/// byte order mark; one without is read as the system's code page. Made if missing, in a folder
-/// that is there; a link to it stays.
+/// A profile file, kept in memory. flush() writes all changes to the disk at once. Before that it
+/// reads the file again and applies only the changes that were made here, so that two programs with
+/// the same file lose only values that both of them wrote. The file is UTF-16 with a byte order
+/// mark; a file without the mark is read in the system's code page. A missing file is made if its
+/// folder exists; a link to the file is kept.
 class IniStore {
  public:
-  /// Longest text that a read gives, in UTF-16 units.
+  /// Greatest length of a text that a read returns, in UTF-16 units.
   static constexpr std::size_t kLongestValue = 4095;
 
   explicit IniStore(Text path);
-  /// Flushes.
+  /// Calls flush().
   ~IniStore();
   IniStore(const IniStore&) = delete;
   IniStore& operator=(const IniStore&) = delete;
 
   const Text& path() const { return path_; }
 
-  /// The value without outer blanks and one pair of quotes; empty where the key has none,
-  /// `defaultText` where there is no such key. Cut to kLongestValue.
+  /// The value without outer blanks and one pair of quotes, cut to kLongestValue. It is empty if
+  /// the key has no value, and `defaultText` if there is no such key.
   Text INI_ReadString(TextView section, TextView key, TextView defaultText) const;
 
-  /// Puts `value` into the file as it is: one that begins or ends in blanks needs quotes, see
-  /// IniText::quoted. Nothing is changed where a line cannot hold the text.
+  /// Puts `value` into the file without changes. A value that begins or ends with blanks needs
+  /// quotes, see IniText::quoted. Nothing is changed if a line cannot contain the text.
   void INI_WriteString(TextView section, TextView key, TextView value);
 
-  /// The same by way of the system's code page; what that cannot hold is lost.
+  /// The same with a conversion to the system's code page; characters that it does not contain are
+  /// lost.
   void INI_WriteStringAnsi(TextView section, TextView key, TextView value);
 
   void INI_DeleteSection(TextView section);
 
-  /// Takes in what others wrote since the file was read. On failure all stays as it is.
+  /// Reads the changes that other programs made since the file was read. On failure nothing
+  /// changes.
   Failure refresh();
 
-  /// Puts the changes into the file. On failure they stay for the next time. A file that is
-  /// read-only is not replaced.
+  /// Writes the changes to the file. On failure they are kept for the next call. A read-only file
+  /// is not replaced.
   Failure flush();
 
  private:
@@ -56,7 +58,7 @@ class IniStore {
     std::optional<Text> key;  // none: the section is deleted
     Text value;
   };
-  /// Marks by which a file is recognised.
+  /// Data that identify one version of a file.
   struct Stamp {
     bool isKnown = false;
     bool isThere = false;
@@ -75,15 +77,15 @@ class IniStore {
 
   const Text path_;
   IniText text_;
-  std::vector<Change> changes_;  // since the last flush, oldest first
-  bool isChanged_ = false;       // text_ is not what the file held when it was read
+  std::vector<Change> changes_;  // changes since the last flush, with the oldest first
+  bool isChanged_ = false;       // text_ differs from the file that was read
   Stamp stamp_;                  // stamp of the file when it was read
 };
 
-/// INI_ReadString for whoever is not to see what goes wrong.
+/// INI_ReadString that hides faults from the caller.
 Text GetSettings(TextView section, TextView key, TextView defaultText, const IniStore& file);
 
-/// INI_WriteStringAnsi for whoever is not to see what goes wrong.
+/// INI_WriteStringAnsi that hides faults from the caller.
 void StoreSettings(TextView section, TextView key, TextView value, IniStore& file);
 
 }  // namespace ombrelian

@@ -24,7 +24,7 @@ constexpr Language kLanguages[] = {
     {19, u"dut.txt"}, {21, u"pol.txt"},       {25, u"rus.txt"}, {29, u"swe.txt"},
 };
 
-/// A language that nobody translates to is English, not German.
+/// Finds the language `id`. A language without a translation gives English, not German.
 const Language& findLanguage(int id) {
   const Language* english = nullptr;
   for (const Language& language : kLanguages) {
@@ -52,7 +52,8 @@ std::size_t skipBlanks(TextView line, std::size_t at) {
   return at;
 }
 
-/// Reads behind the opening quote; `at` ends behind the closing one, or at the end of the line.
+/// Reads a quoted field from after the opening quote. At the end, `at` is after the closing quote
+/// or at the end of the line.
 Text takeQuoted(TextView line, std::size_t& at) {
   Text field;
   while (at < line.size()) {
@@ -77,7 +78,7 @@ Text takePlain(TextView line, std::size_t& at) {
   return Text(line.substr(begin, end - begin));
 }
 
-/// The number that a field begins with; 0: none.
+/// The number at the beginning of a field; 0: none.
 int Val(TextView field) {
   constexpr int kNoTextHasMore = 100'000'000;
   int number = 0;
@@ -99,8 +100,8 @@ void addRecord(TextView line, CStringCollection& texts) {
   if (texts.Add(fields[2], key, 0).ExistingNode > 0) texts.setItem(key, fields[2]);
 }
 
-/// Whether the language came with this program. Speakers of other languages get English, not
-/// German.
+/// The language of the user if this program has a file for it. Speakers of other languages get
+/// English, not German.
 int usersLanguage(TextView programFolder) {
   const Language& language = findLanguage(platform::GetUserDefaultLangID());
   platform::FindData data;
@@ -123,7 +124,7 @@ platform::ErrorCode readWhole(TextView path, std::string& bytes) {
   return error;
 }
 
-/// Adds the texts of a file. They are UTF-8, with or without a byte order mark.
+/// Adds the texts of a file, which is UTF-8 with or without a byte order mark.
 platform::ErrorCode readTexts(TextView path, CStringCollection& texts) {
   std::string bytes;
   const platform::ErrorCode error = readWhole(path, bytes);
@@ -168,7 +169,7 @@ Text Translation::Init_Sprache(const LanguageStart& start) {
       nothing<Text>);
 }
 
-/// A file without a single text is none.
+/// Loads the file of the language. A file without any text counts as missing.
 Text Translation::loadLanguageFile(TextView programFolder) {
   if (LanguageId_ == kGerman) return {};
   Text path = packPath(programFolder, findLanguage(LanguageId_));

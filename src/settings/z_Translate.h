@@ -11,11 +11,11 @@ namespace ombrelian {
 inline constexpr int kGerman = 7;  // built in, needs no file
 inline constexpr int kEnglish = 9;
 
-/// What the choice of the language depends on.
+/// Input for the choice of the language.
 struct LanguageStart {
-  Text programFolder;           // language files lie in its folder "lang"
+  Text programFolder;           // its folder "lang" contains the language files
   std::optional<int> stored;    // key `Lang` of section `Allgemein`; none or 0: the user's language
-  bool translatorMode = false;  // "-TLMODUS" stood in the command line
+  bool translatorMode = false;  // the command line contained "-TLMODUS"
 };
 
 /// The language of a run, and its texts by number. A language other than German has a file of
@@ -25,27 +25,27 @@ class Translation : public LanguageTexts {
  public:
   Translation();
 
-  /// Chooses the language and loads its texts; once, at start. Returns the path of the language
-  /// file that could not be had, empty when all is well. Then the texts are the German ones, and
+  /// Chooses the language and loads its texts; called once at start. Returns an empty path, or the
+  /// path of a language file that could not be loaded. In the second case the texts are German, and
   /// LanguageId is German for an English user and English for all others, on purpose: their next
   /// start is in English.
   Text Init_Sprache(const LanguageStart& start);
 
-  /// The language in force as a Windows primary language number; what `Lang` has to hold from now
-  /// on, so that the choice of the first start stays.
+  /// The current language as a Windows primary language number. `Lang` must have this value from
+  /// now on, so that the choice of the first start is kept.
   int LanguageId() const { return LanguageId_; }
 
-  /// Whether the translator's texts were asked for, be there any or not.
+  /// Whether translator mode was requested, even if there are no texts for it.
   bool TranslatorMode() const { return TranslatorMode_; }
 
-  /// Puts the texts of a translator's file in force; nothing happens where there is none. The last
-  /// record with a number wins; a broken file is reported to the fault log.
+  /// Uses the texts of a translator's file; nothing happens if the file does not exist. If several
+  /// records have the same number, the last one counts. A broken file is reported to the fault log.
   void LoadTextFromFile(TextView path);
 
   Text text(int id) const override;
 
-  /// The caption of a marked control, raw: neither "%!" nor "%1" is replaced. Empty, and the
-  /// control keeps the caption that it has, where `idText` is no number or has no text.
+  /// The caption of a marked control; neither "%!" nor "%1" is replaced. It is empty if `idText` is
+  /// not a number or has no text; the control then keeps its caption.
   Text TL_Caption(TextView idText) const;
 
  private:
@@ -55,17 +55,17 @@ class Translation : public LanguageTexts {
   int LanguageId_ = kGerman;
   bool TranslatorMode_ = false;
   CStringCollection languageFile_;    // key "T" + number; empty: none is loaded
-  CStringCollection translatorFile_;  // likewise
+  CStringCollection translatorFile_;  // key "T" + number; empty: none is loaded
 };
 
-/// The fields of one line of a language file: a number, the German text, which nobody reads, and
-/// the translation.
+/// The fields of one line of a language file: a number, the German text, which is not used, and the
+/// translation.
 ///
 ///   9075, "GELÖSCHT: %1", "DELETED: %1"
 ///
-/// Fields are parted by commas. In double quotes a field may hold commas and outer blanks, and a
-/// quote is written twice. What follows a closing quote is dropped, and a quote that is not closed
-/// ends with the line.
+/// Commas separate the fields. A field in double quotes may contain commas and outer blanks, and a
+/// quote in it is written twice. Text after a closing quote is ignored, and a quote that is not
+/// closed ends at the end of the line.
 std::vector<Text> splitRecord(TextView line);
 
 }  // namespace ombrelian

@@ -10,7 +10,7 @@ std::int32_t grownBound(std::int32_t upperBound, double factor) {
   constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max() - 2;
   const double grown = std::floor(double(upperBound) * factor);
   if (grown >= double(kMost)) return kMost;
-  // A small bound, or a factor that is no growth at all, still has to make room for one more.
+  // With a small bound or a factor of 1 or less, there must still be room for one more.
   if (!(grown > double(upperBound))) return upperBound + 1;
   return std::int32_t(grown);
 }

@@ -22,13 +22,13 @@ Error outOfRange(TextView source, std::int32_t index) {
 
 }  // namespace
 
-/// The key of one search, compared with many stored keys. Its own lower case is made at most once,
-/// and only when a comparison meets a unit beyond ASCII.
+/// The key of one search, which is compared with many stored keys. Its lower case is made at most
+/// once, and only if a comparison finds a unit beyond ASCII.
 class CStringCollection::SearchKey {
  public:
   SearchKey(const CStringCollection& owner, TextView key) : owner_(owner), key_(key) {}
 
-  /// Negative, 0 or positive, as the searched key sorts to `stored`.
+  /// Negative if the searched key is before `stored`, 0 if they are equal, else positive.
   int compare(TextView stored) {
     if (owner_.CompareMode_ == 0) return key_.compare(stored);
     const std::size_t common = std::min(key_.size(), stored.size());
@@ -37,7 +37,7 @@ class CStringCollection::SearchKey {
       const char16_t own = owner_.asciiFold_[key_[i]];
       const char16_t other = owner_.asciiFold_[stored[i]];
       if (own == other) continue;
-      // A combining mark behind a letter can change its lower case.
+      // A combining mark after a letter can change its lower case.
       if (!isAscii(key_, i + 1) || !isAscii(stored, i + 1)) return compareLowered(stored);
       return own < other ? -1 : 1;
     }
@@ -158,7 +158,7 @@ CStringCollection::AddResult CStringCollection::Add(TextView item, TextView key,
   AddResult result;
   const std::int32_t node = takeNode(parent);
   const auto position = findPlace(item, options, result.error);
-  if (!position) return result;  // the slot and the count stay taken
+  if (!position) return result;  // the slot and the count remain changed
   openSlot(*position);
   IndexArray[*position] = node;
   Nodes[node].Key = key;
@@ -198,7 +198,7 @@ std::optional<std::int32_t> CStringCollection::findPlace(TextView item, const Ad
 }
 
 std::int32_t CStringCollection::sortedPlace(TextView item, std::int32_t sortCompare) const {
-  const std::int32_t last = Count_ - 1;  // the new item is counted already
+  const std::int32_t last = Count_ - 1;  // Count_ includes the new item
   const auto compareAt = [&](std::int32_t position) {
     return rules_->compare(item, Nodes[IndexArray[position]].Item, sortCompare == 0);
   };
@@ -221,7 +221,7 @@ std::int32_t CStringCollection::sortedPlace(TextView item, std::int32_t sortComp
 
 void CStringCollection::openSlot(std::int32_t position) {
   const auto first = IndexArray.begin() + position;
-  const auto last = IndexArray.begin() + Count_;  // Count_ counts the new item already
+  const auto last = IndexArray.begin() + Count_;  // Count_ includes the new item
   std::move_backward(first, last, last + 1);
 }
 
@@ -259,7 +259,7 @@ void CStringCollection::removeNode(std::int32_t z) {
   const std::int32_t freed = GetIndex(z);
   IndexArray[freed] = 0;
   if (y != z) {
-    // The successor's item moves to z; its position goes on naming it.
+    // The item of the successor moves to z and keeps its position.
     Nodes[z].Key.swap(Nodes[y].Key);
     Nodes[z].Item.swap(Nodes[y].Item);
     Nodes[z].Tag = Nodes[y].Tag;
@@ -348,7 +348,7 @@ bool CStringCollection::verifyPositions() const {
   for (std::int32_t position = 1; position <= Count_; ++position) {
     const std::int32_t node = IndexArray[position];
     if (node < 0 || node > upperBound()) return false;
-    if (node != 0 && seen[node]) return false;  // 0: its Add failed half-way
+    if (node != 0 && seen[node]) return false;  // 0: the Add of this item failed half-way
     seen[node] = true;
   }
   return std::all_of(IndexArray.begin() + Count_ + 1, IndexArray.end(),

@@ -6,7 +6,7 @@ namespace ombrelian {
 std::int32_t CStringCollection::unlink(std::int32_t y) {
   const std::int32_t x = Nodes[y].Left != 0 ? Nodes[y].Left : Nodes[y].Right;
   const std::int32_t parent = Nodes[y].Parent;
-  // Also where x is the empty node: DeleteFixup finds its way up from there.
+  // This is also necessary if x is the empty node, because DeleteFixup goes up from there.
   Nodes[x].Parent = parent;
   if (parent == 0) {
     Root = x;
@@ -16,7 +16,8 @@ std::int32_t CStringCollection::unlink(std::int32_t y) {
   return x;
 }
 
-/// Puts the child on the other side in the place of `x`, which becomes its child on side `right`.
+/// Replaces `x` with its child on the other side; `x` becomes the child of that node on side
+/// `right`.
 void CStringCollection::rotate(std::int32_t x, bool right) {
   const std::int32_t y = child(x, !right);
   const std::int32_t inner = child(y, right);

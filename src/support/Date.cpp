@@ -11,7 +11,7 @@ constexpr int kSecondsPerDay = 86400;
 }  // namespace
 
 std::int64_t daysFromCivil(int year, int month, int day) {
-  // Years begin in March here, so that the leap day is the last of its year.
+  // Years begin in March here, so that the leap day is the last day of its year.
   const std::int64_t shifted = std::int64_t(year) - (month <= 2 ? 1 : 0);
   const std::int64_t era = (shifted >= 0 ? shifted : shifted - 399) / 400;
   const std::int64_t yearOfEra = shifted - era * 400;

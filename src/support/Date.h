@@ -4,12 +4,12 @@
 
 namespace ombrelian {
 
-/// Local time as a count of days since 30 December 1899, the time of day as fraction; 0 means that
-/// there is no date. Times before that day count days downwards and the time of day upwards, away
-/// from 0, as this form of date always did.
+/// Local time as the number of days since 30 December 1899, with the time of day as the fraction; 0
+/// means that there is no date. Before that day the whole part is negative and the fraction still
+/// means the time of day, added away from 0, as is usual for this form of date.
 using Date = double;
 
-/// A point in time as file systems keep it: units of 100 nanoseconds since 1 January 1601, UTC;
+/// A point in time in the form of file systems: units of 100 nanoseconds since 1 January 1601, UTC;
 /// 0 means that there is none.
 using FileTime = std::int64_t;
 
@@ -18,7 +18,7 @@ inline constexpr FileTime kFileTimePerSecond = 10'000'000;
 /// Seconds between 1 January 1601 and 1 January 1970.
 inline constexpr std::int64_t kUnixEpochInFileSeconds = 11'644'473'600;
 
-/// A date taken apart; the calendar is the Gregorian one throughout.
+/// The parts of a date, always in the Gregorian calendar.
 struct DateParts {
   int year = 0;
   int month = 0;    // 1 to 12
@@ -37,12 +37,12 @@ Date toDate(const DateParts& parts);
 /// The parts of `date`, rounded to the nearest second.
 DateParts toParts(Date date);
 
-/// What stands for a time that file times cannot hold; no calendar has it.
+/// Value for a time that does not fit into a file time. No calendar has this date.
 inline constexpr FileTime kInvalidFileTime = INT64_MAX;
 
 /// The file time of a Unix time stamp.
 constexpr FileTime fileTimeFromUnix(std::int64_t seconds, std::uint32_t nanoseconds) {
-  constexpr std::int64_t kLimit = 900'000'000'000;  // some 28,000 years, either way
+  constexpr std::int64_t kLimit = 900'000'000'000;  // about 28,000 years in both directions
   if (seconds < -kLimit || seconds > kLimit) return kInvalidFileTime;
   return (seconds + kUnixEpochInFileSeconds) * kFileTimePerSecond + nanoseconds / 100;
 }

@@ -7,16 +7,16 @@
 
 namespace ombrelian {
 
-/// What went wrong: a number (a Windows error number, or the number that the procedure's
-/// declaration names), where, and a text that a person can act on.
+/// An error: its number (a Windows error number, or a number from the declaration of the
+/// procedure), its place, and a text for the user.
 struct Error {
   std::int32_t number = 0;
   Text source;
   Text text;
 };
 
-/// A value, or the reason why there is none. The program's form of an error that a caller
-/// handles; what nobody can handle is thrown and ends in the procedure guard.
+/// A value, or the reason why there is none. It is used for errors that a caller handles; errors
+/// that no caller can handle are thrown and end in the procedure guard.
 template <class T>
 class Result {
  public:
@@ -29,7 +29,7 @@ class Result {
   const T* operator->() const { return &*value_; }
   T* operator->() { return &*value_; }
 
-  /// The reason why there is no value; to be called only then.
+  /// The reason why there is no value. Call it only if there is no value.
   const Error& error() const { return error_; }
 
  private:
@@ -37,7 +37,7 @@ class Result {
   Error error_;
 };
 
-/// The answer of a procedure that only succeeds or fails; empty: it succeeded.
+/// The result of a procedure that only succeeds or fails; empty: it succeeded.
 using Failure = std::optional<Error>;
 
 }  // namespace ombrelian

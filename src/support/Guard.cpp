@@ -47,7 +47,7 @@ Error reportEscaped(TextView module, TextView name,
     Error error = describeEscaped();
     if (faultSink != nullptr) faultSink->Debug(name, module, error, {params.begin(), params.end()});
     return error;
-  } catch (...) {  // no memory for the report itself: the process goes on without it
+  } catch (...) {  // no memory for the report: the process continues without it
     return {kOutOfMemory, {}, {}};
   }
 }
@@ -56,7 +56,7 @@ Failure failureOf(const Error& error) {
   return Error{error.number, error.source, errorTextOf(error)};
 }
 
-/// The short form needs no memory of its own.
+/// The text without a system text is short, so that it needs no heap memory.
 Text errorTextOf(const Error& error) {
   if (error.text.empty()) return u"#" + toText(error.number);
   return u"#" + toText(error.number) + u" - " + error.text;

@@ -10,7 +10,7 @@
 
 namespace ombrelian {
 
-/// A fault that nobody handles where it happens: it leaves every scope up to the procedure guard.
+/// A fault that is not handled where it happens: it leaves every scope up to the procedure guard.
 class Fault : public std::exception {
  public:
   explicit Fault(Error error) : error_(std::move(error)) {}
@@ -22,7 +22,8 @@ class Fault : public std::exception {
   Error error_;
 };
 
-/// Takes what escaped a procedure. There is one for the process, set at start.
+/// Receives the exceptions that escape a procedure. There is one sink for the process, which is set
+/// at start.
 class FaultSink {
  public:
   virtual ~FaultSink() = default;
@@ -31,40 +32,41 @@ class FaultSink {
   virtual void Debug(TextView proc, TextView module, const Error& error,
                      const std::vector<Text>& params) noexcept = 0;
 
-  /// A line for the fault log that needs no report. Must not throw.
+  /// Writes a line to the fault log without a report. Must not throw.
   virtual void errorLine(TextView line) noexcept = 0;
 
-  /// A line for the trace, each of `params` behind ", ". Must not throw.
+  /// Writes a line to the trace, with ", " before each of `params`. Must not throw.
   virtual void LogDebug(TextView /*text*/, const std::vector<Text>& /*params*/) noexcept {}
 };
 
-/// Not owned; null drops what escapes.
+/// Sets the sink, which is not owned; null: faults are dropped.
 void setFaultSink(FaultSink* sink);
 
-/// Hands a line to the sink.
+/// Passes a line to the sink.
 void reportLine(TextView line) noexcept;
 
-/// Hands a line of the trace to the sink.
+/// Passes a line of the trace to the sink.
 void reportTrace(TextView text, const std::vector<Text>& params) noexcept;
 
-/// Hands a fault in the procedure `name` to the sink, where nothing was thrown.
+/// Passes a fault in the procedure `name` to the sink if no exception was thrown.
 void reportFault(TextView module, TextView name, const Error& error,
                  const std::vector<Text>& params = {}) noexcept;
 
-/// Hands the exception being handled to the sink and returns what it says; for the guards alone. An
-/// error without a text: there was no memory for one.
+/// Passes the current exception to the sink and returns its error. Only guards call it. The error
+/// has no text if there was no memory for one.
 Error reportEscaped(TextView module, TextView name,
                     std::initializer_list<TextView> params) noexcept;
 
-/// The text of an error for a procedure that answers with the text of its error; never empty.
+/// The text of an error for procedures that return an error text; never empty.
 Text errorTextOf(const Error& error);
 
-/// The same for a procedure that answers with a Failure.
+/// The Failure for procedures that return a Failure.
 Failure failureOf(const Error& error);
 
-/// The outermost scope of a procedure that must not throw: runs `body` and gives its value. What
-/// escapes goes to the sink, and the result is what `onFault` makes of it. If that throws too,
-/// which only a lack of memory can cause, it is asked once more with an error without a text.
+/// The outermost scope of a procedure that must not throw: runs `body` and returns its value. An
+/// exception is passed to the sink, and the result is then the value of `onFault`. If `onFault`
+/// throws too, which only a lack of memory can cause, it is called once more with an error without
+/// a text.
 template <class Body, class OnFault>
 std::invoke_result_t<Body> GuardedOr(TextView module, TextView name, Body&& body, OnFault&& onFault,
                                      std::initializer_list<TextView> params = {}) noexcept {
@@ -80,9 +82,9 @@ std::invoke_result_t<Body> GuardedOr(TextView module, TextView name, Body&& body
   }
 }
 
-/// The same for procedures that answer nothing, or whether they did what they were asked: after a
-/// fault they did not. For all others the empty value might mean success, so they say by GuardedOr
-/// what a failure is.
+/// The same for procedures that return nothing or a success flag: after a fault the result is
+/// false. Other procedures use GuardedOr to define the result after a fault, because their empty
+/// value might mean success.
 template <class Body>
 std::invoke_result_t<Body> Guarded(TextView module, TextView name, Body&& body,
                                    std::initializer_list<TextView> params = {}) noexcept {
@@ -97,7 +99,7 @@ std::invoke_result_t<Body> Guarded(TextView module, TextView name, Body&& body,
       params);
 }
 
-/// For onFault, where the empty value says that there is nothing.
+/// A function for onFault if the empty value means that there is nothing.
 template <class Value>
 Value nothing(const Error&) noexcept {
   return Value();

@@ -14,10 +14,10 @@ constexpr char16_t kEscapeBase = 0xDC00;
 
 struct Decoded {
   char32_t codePoint;
-  std::size_t length;  // bytes taken; 0: no well-formed sequence begins here
+  std::size_t length;  // bytes of the sequence; 0: no well-formed sequence begins here
 };
 
-/// The well-formed sequences of Unicode's table 3-7; `at` points at a byte above 0x7F.
+/// Decodes a well-formed sequence of Unicode's table 3-7; `at` points to a byte above 0x7F.
 Decoded decodeSequence(const unsigned char* at, std::size_t left) {
   const unsigned char lead = at[0];
   const auto isTail = [&](std::size_t i, unsigned char low = 0x80, unsigned char high = 0xBF) {
@@ -44,7 +44,8 @@ Decoded decodeSequence(const unsigned char* at, std::size_t left) {
   return {0, 0};
 }
 
-/// Decodes at `in`, which is above 0x7F; moves `in` on and returns the new end of the output.
+/// Decodes the sequence at `in`, which begins with a byte above 0x7F; moves `in` past it and
+/// returns the new end of the output.
 char16_t* decodeOne(const unsigned char*& in, const unsigned char* end, char16_t* out) {
   const Decoded decoded = decodeSequence(in, std::size_t(end - in));
   if (decoded.length == 0) {
@@ -89,7 +90,7 @@ Text fromBytes(std::string_view bytes) {
 }
 
 void fromBytes(std::string_view bytes, Text& out) {
-  // No byte ever gives more than one unit, so one resize is enough; names are ASCII mostly.
+  // A byte never gives more than one unit, so one resize is enough; most names are ASCII.
   out.resize(bytes.size());
   const auto* in = reinterpret_cast<const unsigned char*>(bytes.data());
   const unsigned char* const end = in + bytes.size();

@@ -6,12 +6,12 @@
 
 namespace ombrelian {
 
-/// All text inside the program is UTF-16: it is what reports, the settings file and both window
-/// systems speak. A name from a POSIX disk may hold bytes that are no UTF-8; see fromBytes.
+/// All text inside the program is UTF-16, which reports, the settings file and both window systems
+/// use. A name from a POSIX disk may contain bytes that are not UTF-8; see fromBytes.
 using Text = std::u16string;
 using TextView = std::u16string_view;
 
-/// Decodes the bytes of a name or a line as UTF-8 without loss: a byte that is no part of
+/// Decodes the bytes of a name or a line as UTF-8 without loss: a byte that is not part of
 /// well-formed UTF-8 becomes the lone surrogate U+DC00 + byte (U+DC80 to U+DCFF).
 Text fromBytes(std::string_view bytes);
 
@@ -25,17 +25,18 @@ std::string toBytes(TextView text);
 /// The same as toBytes, but appends to `out`.
 void appendBytes(TextView text, std::string& out);
 
-/// Widens ASCII; for literals and numbers only.
+/// Converts ASCII to UTF-16; only for literals and numbers.
 Text fromAscii(std::string_view ascii);
 
 /// The decimal digits of `value`, with "-" in front of a negative one.
 Text toText(std::int64_t value);
 
-/// The whole of `text` as a decimal number. Returns false, and leaves `value`, unless the text is
-/// an optional sign and digits that fit.
+/// Reads the whole of `text` as a decimal number. Returns false and does not change `value`, unless
+/// the text is an optional sign and digits that fit.
 bool parseNumber(TextView text, std::int64_t& value);
 
-/// Without blanks (U+0020) at both ends; other white space stays, since names may hold it.
+/// `text` without blanks (U+0020) at both ends; other white space stays, because names may contain
+/// it.
 TextView trimBlanks(TextView text);
 
 /// `text` with every `from` replaced by `to`, left to right; an empty `from` replaces nothing.

@@ -7,45 +7,47 @@
 
 namespace ombrelian {
 
-/// What the procedures need of a window. The window implements it; a silent run answers plainly.
+/// Functions of a window that the procedures need. The window implements them; a silent run has
+/// simple versions.
 class UserInterface {
  public:
   enum class Severity { Information, Warning, Error };
 
   virtual ~UserInterface() = default;
 
-  /// A run of scans begins and ends; between the two nothing but stopping may be offered.
+  /// A run of scans begins and ends; between the two calls the user may only stop it.
   virtual void scanBegins() = 0;
   virtual void scanEnds() = 0;
 
-  /// A scan moved on: the folder in work (ends in a separator), and what was counted so far.
+  /// Progress of a scan: the current folder (ends in a separator), and the counts so far.
   virtual void scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
                             std::int64_t bytes) = 0;
 
-  /// A save moved on: row `row` of about `rows`.
+  /// Progress of a save: row `row` of about `rows`.
   virtual void saveProgress(std::uint64_t row, std::uint64_t rows) = 0;
 
-  /// Whether the user wants the save to end early; what is written so far stays well-formed.
+  /// Whether the user wants the save to end early; the report is then still well-formed.
   virtual bool saveCancelled() = 0;
 
-  /// Serves what the user did meanwhile.
+  /// Handles the waiting user input.
   virtual void yield() = 0;
 
-  /// Whether something the user did waits to be served.
+  /// Whether user input is waiting.
   virtual bool GetInputState() = 0;
 
   virtual void message(TextView text, Severity severity) = 0;
 
-  /// A question with yes and no; a silent run answers no.
+  /// Asks a question with yes and no; a silent run answers no.
   virtual bool ask(TextView question) = 0;
 
-  /// A question on whose "yes" something is lost, with lines that tell what; "no" is what a hasty
-  /// key gives, and a silent run.
+  /// Asks a question whose "yes" loses data; `details` are lines that name these data. "No" is the
+  /// default for the keyboard, and the answer of a silent run.
   virtual bool confirm(TextView /*question*/, const std::vector<Text>& /*details*/) {
     return false;
   }
 
-  /// A deletion moved on: `done` objects of `all` are gone; `all` 0: they are still counted.
+  /// Progress of a deletion: `done` objects of `all` are gone; `all` 0: they are still being
+  /// counted.
   virtual void deletionProgress(TextView /*path*/, std::uint64_t /*done*/, std::uint64_t /*all*/) {}
 };
 

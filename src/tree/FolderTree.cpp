@@ -7,7 +7,7 @@
 namespace ombrelian {
 namespace {
 
-/// Below so many units of names that are no longer in use nothing is gained by giving them back.
+/// Number of unused units of names below which it is not useful to free them.
 constexpr std::size_t kFewUnits = std::size_t(1) << 20;
 
 }  // namespace
@@ -71,7 +71,7 @@ void FolderTree::remove(const std::vector<NodeIndex>& nodes) {
   if (empty()) clear();
 }
 
-/// Takes nodes out of the chains of their siblings, each chain in one pass.
+/// Removes nodes from the chains of their siblings, each chain in one pass.
 void FolderTree::unlink(std::vector<NodeIndex> nodes) {
   std::sort(nodes.begin(), nodes.end());
   const auto parentOf = [this](NodeIndex node) { return nodes_[node].parent; };
@@ -93,7 +93,7 @@ void FolderTree::unlink(std::vector<NodeIndex> nodes) {
   }
 }
 
-/// Frees the places of a subtree that hangs nowhere any more.
+/// Frees the places of a subtree that was removed from the tree.
 void FolderTree::release(NodeIndex top) {
   std::vector<NodeIndex> subtree;
   for (NodeIndex node = top; node != kNoNode; node = nextInSubtree(*this, node, top))
@@ -110,7 +110,7 @@ void FolderTree::release(NodeIndex top) {
   }
 }
 
-/// Gives the memory of names back once half of them are no longer in use.
+/// Frees the memory of unused names when they are half of all names.
 void FolderTree::compactNames() {
   if (freedUnits_ < kFewUnits || freedUnits_ * 2 < names_.units()) return;
   NamePool names;

@@ -11,14 +11,14 @@
 
 namespace ombrelian {
 
-/// A folder of the tree by its place in the array of nodes. It stays as long as the folder is in
-/// the tree; the place of one that was taken out may be given to another.
+/// Index of a folder in the array of nodes. It is valid as long as the folder is in the tree; the
+/// place of a removed folder may be used for another one.
 using NodeIndex = std::uint32_t;
 inline constexpr NodeIndex kNoNode = UINT32_MAX;
 
-/// One folder, or the pseudo folder that stands for the direct files of its parent. Rare values
-/// lie beside the nodes (FolderTree::errorText and others); what follows from others (the size in
-/// other units, the percentage) is computed when it is asked for.
+/// One folder, or the pseudo folder for the direct files of its parent. Rare values are stored
+/// outside the nodes (FolderTree::errorText and others). Derived values (the size in other units,
+/// the percentage) are computed when they are needed.
 ///
 ///   0  links        parent, first child, last child, next sibling   4 x 4
 ///  16  name         pointer, length, level                          8 + 4 + 4
@@ -29,12 +29,12 @@ inline constexpr NodeIndex kNoNode = UINT32_MAX;
 /// 104  inode                                                        8
 struct FolderNode {
   enum Flag : std::uint32_t {
-    IsFolder = 1,      // not set: the pseudo folder of its parent's direct files
-    IsError = 2,       // listing it failed, wholly or in the middle
+    IsFolder = 1,      // not set: the pseudo folder for the direct files of its parent
+    IsError = 2,       // its listing failed, completely or in part
     IsJunction = 4,    // a reparse folder
     IsMountPoint = 8,  // with IsJunction: a mount point; IsJunction alone: a link
-    HasOwner = 16,     // owner was read
-    IsFree = 32,       // out of the tree; the place waits for another folder
+    HasOwner = 16,     // the owner was read
+    IsFree = 32,       // not in the tree; the place is free for another folder
   };
 
   NodeIndex parent = kNoNode;
@@ -44,7 +44,7 @@ struct FolderNode {
 
   const char16_t* nameUnits = nullptr;  // points into the tree's pool
   std::uint32_t nameLength = 0;
-  std::uint32_t level = 0;  // depth below the root, which has 0
+  std::uint32_t level = 0;  // depth; a root has 0
 
   std::int64_t size = 0;  // bytes of the whole subtree
 
@@ -52,7 +52,7 @@ struct FolderNode {
   FileTime dateCreate = 0;
   FileTime dateAccess = 0;
 
-  std::int32_t files = 0;       // files of the whole subtree, like the counts below
+  std::int32_t files = 0;       // files of the whole subtree; so are the counts below
   std::int32_t folders = 0;     // not counting itself
   std::int32_t subfolders = 0;  // direct subfolders that have nodes
   std::int32_t hardlinks = 0;
@@ -63,7 +63,7 @@ struct FolderNode {
   std::uint32_t owner = 0;  // number of an owner text of the tree, if HasOwner
   std::uint32_t flags = 0;
   std::uint32_t device = 0;  // number of a device of the tree
-  std::uint64_t inode = 0;   // 0: unknown, as of pseudo folders
+  std::uint64_t inode = 0;   // 0: unknown, as for pseudo folders
 
   bool hasChildren() const { return firstChild != kNoNode; }
   TextView name() const { return {nameUnits, nameLength}; }
@@ -72,43 +72,44 @@ struct FolderNode {
 };
 static_assert(sizeof(FolderNode) <= 112, "a million folders should fit 112 MB");
 
-/// The forest of all scanned sources. Owns its nodes and every text of theirs.
+/// The forest of all scanned sources. It owns its nodes and all their texts.
 class FolderTree {
  public:
   FolderNode& operator[](NodeIndex index) { return nodes_[index]; }
   const FolderNode& operator[](NodeIndex index) const { return nodes_[index]; }
 
-  /// First and last source; kNoNode while there is none. Sources hang together as siblings.
+  /// First and last source; kNoNode if there is none. Sources are linked as siblings.
   NodeIndex firstRoot() const { return firstRoot_; }
   NodeIndex lastRoot() const { return lastRoot_; }
   bool empty() const { return firstRoot_ == kNoNode; }
 
-  /// Places of nodes, in use or free; every NodeIndex is below it.
+  /// Number of places for nodes, used or free; every NodeIndex is smaller.
   std::uint32_t nodeCount() const { return nodes_.size(); }
 
   /// Greatest level in the tree; 0 when it is empty.
   std::uint32_t MaxFolderDepth() const { return maxFolderDepth_; }
 
-  /// Adds a source behind the last one; `path` without trailing separator but for a root's own.
+  /// Adds a source after the last one. `path` has no trailing separator, unless it is a root.
   NodeIndex addRoot(TextView path);
 
-  /// Adds a folder, or with `isFolder` false a pseudo folder, behind the last child of `parent`.
+  /// Adds a folder after the last child of `parent`; a pseudo folder if `isFolder` is false.
   NodeIndex addChild(NodeIndex parent, TextView name, bool isFolder);
 
   void rename(NodeIndex node, TextView name);
 
-  /// Takes nodes with all below them out of the tree. Names, and what was got of these nodes, are
-  /// no longer good afterwards.
+  /// Removes nodes and their subtrees from the tree. All names, and all references to these nodes,
+  /// are invalid afterwards.
   void remove(const std::vector<NodeIndex>& nodes);
 
-  /// A node like `node` that hangs nowhere yet, to be filled while the tree stays as it is.
+  /// Makes a node like `node` that is not in the tree. It can be filled while the tree does not
+  /// change.
   NodeIndex addTwin(NodeIndex node);
 
-  /// `node` loses what lies below it and gets what its twin has: values and subtree. Its name stays
-  /// and the twin goes. Names got before are no longer good afterwards.
+  /// Replaces the values and the subtree of `node` with those of its twin. The name of `node` does
+  /// not change, and the twin is removed. Names that were returned before are invalid afterwards.
   void adopt(NodeIndex node, NodeIndex twin);
 
-  /// Which object a folder is on this machine; index 0: unknown.
+  /// Identity of a folder on this machine; index 0: unknown.
   platform::FileIdentity identity(NodeIndex node) const;
   void setIdentity(NodeIndex node, const platform::FileIdentity& identity);
 
@@ -117,26 +118,26 @@ class FolderTree {
   std::uint32_t ownerCount() const { return std::uint32_t(owners_.size()); }
   std::uint32_t ownerNumber(TextView text);
 
-  /// System text of a failed listing; empty where none failed.
+  /// System text of a failed listing; empty if the listing did not fail.
   TextView errorText(NodeIndex node) const { return find(errorTexts_, node); }
   void setErrorText(NodeIndex node, Text text);
 
-  /// Where a reparse folder leads; empty on others.
+  /// Target of a reparse folder; empty for other folders.
   TextView junctionTarget(NodeIndex node) const { return find(junctionTargets_, node); }
   void setJunctionTarget(NodeIndex node, Text target);
 
-  /// When the scan of a source began; 0 on other nodes.
+  /// Time when the scan of a source began; 0 for other nodes.
   Date created(NodeIndex root) const;
   void setCreated(NodeIndex root, Date date);
 
   void clear();
 
-  /// Orders the children of `parent` by `before`, keeping the order of equals.
+  /// Sorts the children of `parent` by `before`; equal children keep their order.
   template <class Before>
   void sortChildren(NodeIndex parent, Before before);
 
-  /// Puts the children of `parent`, or with kNoNode the sources, in the order of `order`, which
-  /// holds each of them once.
+  /// Puts the children of `parent` into the order of `order`, which contains each of them once.
+  /// kNoNode means the sources.
   void orderChildren(NodeIndex parent, const std::vector<NodeIndex>& order);
 
  private:
@@ -153,15 +154,15 @@ class FolderTree {
   NodeIndex firstRoot_ = kNoNode;
   NodeIndex lastRoot_ = kNoNode;
   std::uint32_t maxFolderDepth_ = 0;
-  NodeIndex firstFree_ = kNoNode;  // free places hang together as siblings
-  std::size_t freedUnits_ = 0;     // units of names_ that are no longer in use
+  NodeIndex firstFree_ = kNoNode;  // free places are linked as siblings
+  std::size_t freedUnits_ = 0;     // number of units of names_ that are not used any more
   std::vector<std::uint64_t> devices_;
   std::vector<Text> owners_;
   std::unordered_map<Text, std::uint32_t> ownerNumbers_;
   Texts errorTexts_;
   Texts junctionTargets_;
   std::unordered_map<NodeIndex, Date> created_;
-  std::vector<NodeIndex> order_;  // order of one sort; kept so that its memory is used again
+  std::vector<NodeIndex> order_;  // order of one sort; kept to reuse its memory
 };
 
 template <class Before>

@@ -9,10 +9,10 @@
 
 namespace ombrelian {
 
-/// Keeps names for as long as it lives, side by side in large blocks that never move.
+/// Stores names one after the other in large blocks that never move.
 class NamePool {
  public:
-  /// A copy of `name` that stays where it is until clear().
+  /// A copy of `name` that is valid and does not move until clear().
   TextView keep(TextView name) {
     if (name.size() > left_) startBlock(name.size());
     if (!name.empty()) std::memcpy(next_, name.data(), name.size() * sizeof(char16_t));
@@ -23,7 +23,7 @@ class NamePool {
     return kept;
   }
 
-  /// Units of all names kept.
+  /// Number of units of all stored names.
   std::size_t units() const { return units_; }
 
   void clear() {
@@ -44,7 +44,7 @@ class NamePool {
 
   std::vector<std::unique_ptr<char16_t[]>> blocks_;
   char16_t* next_ = nullptr;
-  std::size_t left_ = 0;  // units behind next_
+  std::size_t left_ = 0;  // number of free units from next_ on
   std::size_t units_ = 0;
 };
 

@@ -9,15 +9,15 @@ namespace ombrelian {
 inline constexpr int kScanIdle = 0;
 inline constexpr int kScanCancelRequested = 3;
 
-/// What one run shares between its sources, and the walker with who runs it.
+/// Data that all sources of one run share, and that the walker shares with its caller.
 struct ScanContext {
   explicit ScanContext(const TextRules& rules) : HardlinkSeen(rules) {
     HardlinkSeen.setCompareMode(0);
   }
 
-  ScanTotals Total;            // sums of the current source; files left out after a cancel count
-  bool SilentMode = false;     // neither yields nor can be cancelled
-  bool IgnoresCancel = false;  // the current read must be whole, or sums would be wrong
+  ScanTotals Total;                   // sums of the current source; with files of cancelled folders
+  bool SilentMode = false;            // the run does not yield and cannot be cancelled
+  bool IgnoresCancel = false;         // the current read must be whole, or sums would be wrong
   bool SuppressDerivedLists = false;  // the run has more than one source
   bool ReadHardlinkCounts = false;
   int helpers = platform::kHelpersByDevice;  // number of helpers of FolderWalk

@@ -4,7 +4,7 @@
 
 namespace ombrelian {
 
-/// What a scan found below one folder; copied by value.
+/// Sums of a scan below one folder; copied by value.
 struct ScanTotals {
   std::int64_t Size = 0;  // bytes, logical length
   std::int32_t Files = 0;

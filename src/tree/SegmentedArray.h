@@ -9,8 +9,8 @@
 
 namespace ombrelian {
 
-/// A growable array of plain records that never moves one: growing costs no copy and no moment at
-/// which two copies stand in memory, and a reference stays good while others are added.
+/// A growable array of plain records that never moves a record. Growing makes no copy, so there are
+/// never two copies in memory, and a reference stays valid while other records are added.
 template <class Record>
 class SegmentedArray {
   static_assert(std::is_trivially_destructible_v<Record>);
@@ -36,7 +36,7 @@ class SegmentedArray {
     return size_++;
   }
 
-  /// Drops all records and their memory.
+  /// Removes all records and frees their memory.
   void clear() {
     segments_.clear();
     size_ = 0;

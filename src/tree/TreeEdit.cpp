@@ -51,7 +51,7 @@ NodeIndex childOf(const FolderTree& tree, NodeIndex folder, TextView name) {
   return child;
 }
 
-/// `rest` is the path behind the folder.
+/// Finds the folder at `rest` below `folder`.
 NodeIndex descend(const FolderTree& tree, NodeIndex folder, TextView rest, char16_t separator) {
   while (folder != kNoNode && !rest.empty()) {
     const TextView name = rest.substr(0, rest.find(separator));
@@ -61,11 +61,12 @@ NodeIndex descend(const FolderTree& tree, NodeIndex folder, TextView rest, char1
   return folder;
 }
 
-/// What a folder adds to the one above it, itself included.
+/// The totals that a folder adds to the folder above it, including the folder itself.
 ScanTotals totalsWithItself(const FolderNode& folder) {
   ScanTotals totals = {folder.size,   folder.files,     folder.folders + 1,
                        folder.errors, folder.hardlinks, folder.junctions};
-  // One that was not entered counts itself, one that was is counted by the folder above.
+  // A junction that was not entered is already in its own counts; one that was entered is counted
+  // for the folder above.
   const bool wasEntered = folder.attributes != 0;
   if (folder.has(FolderNode::IsJunction) && wasEntered) ++totals.Junctions;
   return totals;

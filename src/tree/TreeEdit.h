@@ -7,29 +7,30 @@
 
 namespace ombrelian {
 
-// Corrections of a scanned tree after something on the disk changed. They keep the numbers of all
-// folders above as a new scan would find them; no number gets below 0.
+// Corrections of a scanned tree after something on the disk changed. They change the numbers of all
+// folders above to those that a new scan would find; no number becomes negative.
 
-/// Folders left the disk. None of `folders` lies below another one of them; sources may be among
-/// them. A row for direct files goes where no subfolder is left beside it.
+/// Removes folders that are gone from the disk. None of `folders` is below another one of them;
+/// sources may be among them. A row for direct files is removed if no subfolder remains beside it.
 void takeOutFolders(FolderTree& tree, const std::vector<NodeIndex>& folders);
 
-/// Direct files of a folder left the disk: `gone` has Size, Files and Hardlinks.
+/// Subtracts direct files of a folder that are gone from the disk; `gone` has their Size, Files and
+/// Hardlinks.
 void takeOutFiles(FolderTree& tree, NodeIndex folder, const ScanTotals& gone);
 
-/// A folder was read anew into its twin, which takes its place. Size, files and folders of those
-/// above follow; with `followsAll` hardlinks, junctions and errors too.
+/// Replaces a folder with its twin, into which it was read again. Size, files and folders of the
+/// folders above are corrected; with `followsAll` also hardlinks, junctions and errors.
 void putInPlace(FolderTree& tree, NodeIndex folder, NodeIndex twin, bool followsAll);
 
-/// The folders that stand for `path` (without final separator), one a source at most.
+/// The folders with the path `path` (without final separator), at most one for each source.
 std::vector<NodeIndex> foldersAt(const FolderTree& tree, TextView path,
                                  char16_t separator = platform::kNativeSeparator);
 
-/// The sources that lie below `path`, itself not included.
+/// The sources below `path`, without a source at `path` itself.
 std::vector<NodeIndex> sourcesBelow(const FolderTree& tree, TextView path,
                                     char16_t separator = platform::kNativeSeparator);
 
-/// `nodes` without those that lie below another one of them, each once, in the same order.
+/// `nodes` in the same order, without duplicates and without nodes below another one of them.
 std::vector<NodeIndex> outermostOf(const FolderTree& tree, const std::vector<NodeIndex>& nodes);
 
 }  // namespace ombrelian

@@ -23,7 +23,7 @@ Text askAccountName(uid_t owner) {
 }  // namespace
 
 const Text& LookupAccountName(std::uint32_t ownerId) {
-  // References into this map stay good while it grows.
+  // References into this map stay valid while it grows.
   static std::unordered_map<std::uint32_t, Text> names;
   const auto known = names.find(ownerId);
   if (known != names.end()) return known->second;

@@ -11,11 +11,11 @@ struct CRelease {
   void operator()(FILE* file) const { std::fclose(file); }
 };
 
-/// Text and files that the C library hands out, released also where an exception passes.
+/// Owners of text and files from the C library; an exception releases them too.
 using CText = std::unique_ptr<char, CRelease>;
 using CFile = std::unique_ptr<FILE, CRelease>;
 
-/// Opens a file for reading that no other program inherits; null on failure.
+/// Opens a file for reading. Programs that this process starts do not inherit it. Null on failure.
 inline CFile openForReading(const char* path) { return CFile(std::fopen(path, "re")); }
 
 }  // namespace ombrelian::platform

@@ -31,7 +31,7 @@ class Descriptor {
   int fd_ = -1;
 };
 
-/// An open folder, shared by those who read in it and those who open others from it.
+/// An open folder. It is shared by all objects that read it or open other folders below it.
 using SharedFolder = std::shared_ptr<const Descriptor>;
 
 }  // namespace ombrelian::platform

@@ -20,8 +20,8 @@
 namespace ombrelian::platform {
 namespace {
 
-/// Bytes of so many blocks; a file system that makes its figures up may claim more than there are
-/// numbers for.
+/// Size of `blocks` blocks in bytes. It is limited to INT64_MAX, because a file system with
+/// invented figures may report more.
 std::int64_t bytesOf(std::uint64_t blocks, std::uint64_t blockSize) {
   constexpr auto kMost = std::uint64_t(INT64_MAX);
   if (blockSize != 0 && blocks > kMost / blockSize) return INT64_MAX;
@@ -30,8 +30,8 @@ std::int64_t bytesOf(std::uint64_t blocks, std::uint64_t blockSize) {
 
 DiskSpace spaceOf(const struct statvfs& told) {
   const std::uint64_t cluster = told.f_frsize != 0 ? told.f_frsize : told.f_bsize;
-  // Space that only the superuser may fill is free as well. Some file systems report a number below
-  // zero.
+  // Space that only the superuser may fill counts as free. Some file systems report a negative
+  // number.
   const std::uint64_t free = std::int64_t(told.f_bfree) < 0 ? 0 : told.f_bfree;
   DiskSpace space;
   space.totalBytes = bytesOf(told.f_blocks, cluster);
@@ -59,7 +59,7 @@ DriveReport askDrive(const std::string& root) {
   return report;
 }
 
-/// Shared by the prober and its threads; lives as long as any of them.
+/// Data that the prober and its threads share. They exist as long as any of these.
 struct DriveProber::State {
   explicit State(Question toAsk) : question(std::move(toAsk)) {}
 
@@ -68,7 +68,7 @@ struct DriveProber::State {
                         [this](const std::string& root) { return open.contains(root); });
   }
 
-  /// Questions that no thread has begun are given up.
+  /// Drops the questions that no thread has begun.
   void dropWaiting() {
     for (const std::string& root : waiting)
       open.erase(root);
@@ -76,10 +76,10 @@ struct DriveProber::State {
   }
 
   const Question question;
-  std::mutex mutex;  // guards all that follows
+  std::mutex mutex;  // guards all members below
   std::condition_variable answered;
-  std::deque<std::string> waiting;  // no thread has taken them yet
-  std::set<std::string> open;       // those, and those that a thread is at
+  std::deque<std::string> waiting;  // roots that no thread has taken yet
+  std::set<std::string> open;       // waiting roots, and roots that a thread asks now
   std::map<std::string, DriveReport> answers;
   unsigned threads = 0;
 };
@@ -113,7 +113,7 @@ std::vector<DriveReport> DriveProber::ask(const std::vector<std::string>& roots,
   return reports;
 }
 
-/// To be called with the mutex locked.
+/// Starts threads for the waiting questions. The caller holds the mutex.
 void DriveProber::startThreads() {
   const SignalsBlocked signals;
   try {
@@ -122,7 +122,7 @@ void DriveProber::startThreads() {
       ++state_->threads;
     }
   } catch (const std::system_error&) {
-    return;  // the threads that could be started must do
+    return;  // the threads that were started must be enough
   }
 }
 

@@ -10,23 +10,27 @@
 
 namespace ombrelian::platform {
 
-/// The questions about one mount.
+/// Answer to the question about one mount.
 struct DriveReport : DriveAnswer {
   bool isFolder = true;  // false: a single file is mounted there
 };
 
-/// What the system says of the mount at `root`. Blocks as long as what lies behind it does.
+/// Asks the system about the mount at `root`. Blocks as long as the device or the server behind it
+/// blocks.
 DriveReport askDrive(const std::string& root);
 
-/// Asks drives questions that may never be answered, in threads that nobody waits for longer than
-/// he likes. A thread lasts as long as there are questions; one whose drive does not answer stays
-/// with it, and neither the prober nor the end of the process waits for it.
+/// Asks drives questions that may never be answered. The questions run in threads, and a caller
+/// waits only for a limited time. A thread ends when there are no more questions. A thread whose
+/// drive does not answer remains blocked, and neither the prober nor the end of the process waits
+/// for it.
 class DriveProber {
  public:
-  /// May be called by several threads at once, and after the prober is gone.
+  /// The question. Several threads may call it at the same time, also after the prober was
+  /// destroyed.
   using Question = std::function<DriveReport(const std::string& root)>;
 
-  /// More drives than that are asked one after the other; so many that never answer stop the rest.
+  /// Greatest number of threads. Further drives wait until a thread is free. If this number of
+  /// drives never answers, the others are not asked.
   static constexpr unsigned kMostThreads = 32;
 
   explicit DriveProber(Question question);
@@ -34,9 +38,9 @@ class DriveProber {
   DriveProber(const DriveProber&) = delete;
   DriveProber& operator=(const DriveProber&) = delete;
 
-  /// Asks about all roots and returns what was answered within `limit`, in their order; kTimeout
-  /// where nothing was. A root whose question of an earlier call is still open is not asked again,
-  /// nor waited for. For one thread only.
+  /// Asks about all roots and returns the answers that came within `limit`, in the order of the
+  /// roots; kTimeout: no answer came. A root whose question from an earlier call is still open is
+  /// not asked again, and the call does not wait for it. For one thread only.
   std::vector<DriveReport> ask(const std::vector<std::string>& roots,
                                std::chrono::milliseconds limit);
 

@@ -17,10 +17,11 @@
 namespace ombrelian::platform {
 namespace {
 
-/// Room for any entry: the kernel refuses to read into less.
+/// Bytes that are enough for any entry. The kernel refuses a buffer that is too small for the next
+/// entry.
 constexpr std::size_t kLeastRoom = 4096;
 
-/// Stands for the place of a name while its entry turned out to be gone.
+/// Marks an entry that is gone, in place of the offset of its name.
 constexpr std::uint32_t kGone = std::numeric_limits<std::uint32_t>::max();
 
 const dirent64* entryAt(const char* buffer, std::size_t at) {
@@ -89,7 +90,7 @@ void EntryBatch::addName(Entry& entry, const char* name, std::size_t size) {
   nameBytes_ += size;
 }
 
-/// Finds what list() brought; returns the bytes of all names.
+/// Finds the entries of the last list(); returns the number of bytes of all names.
 std::size_t EntryReader::findEntries() {
   found_.clear();
   std::size_t nameBytes = 0;

@@ -12,43 +12,44 @@
 
 namespace ombrelian::platform {
 
-/// Bytes of entries that one look into a folder brings at most: some 2,000 names.
+/// Greatest number of bytes that one read of a folder returns: about 2,000 names.
 inline constexpr std::size_t kEntryBufferSize = std::size_t(64) * 1024;
 
-/// What a look into a folder brought.
+/// Result of one read of a folder.
 struct EntriesRead {
   std::size_t size = 0;  // bytes of dirent64 records in the buffer
   bool isEnd = false;    // there are no more
-  int error = 0;         // errno that broke the listing off; then isEnd holds too
+  int error = 0;         // errno that ended the listing early; then isEnd is true too
 };
 
-/// Reads the next entries of the open folder into `buffer` of kEntryBufferSize bytes, as
-/// getdents64(2) gives them. A folder that was removed meanwhile ends without error. `marksEnd`:
-/// see marksEndOfFolder.
+/// Reads the next entries of the open folder into `buffer` of kEntryBufferSize bytes, in the format
+/// of getdents64(2). The listing of a folder that was removed meanwhile ends without error.
+/// `marksEnd`: see marksEndOfFolder.
 EntriesRead readEntries(int folder, char* buffer, bool marksEnd);
 
-/// Whether the file system of the open object tells with the last entry of a folder that it is the
-/// last, as ext4 does; elsewhere only another question tells.
+/// Whether the file system of the open object marks the last entry of a folder as the last, as ext4
+/// does. On other file systems only one more read shows that there are no more entries.
 bool marksEndOfFolder(int fd);
 
 /// Whether an entry is "." or "..".
 bool isDotEntry(const dirent64& entry);
 
-/// Asks about an entry of `folder`, which lies on `device`. False: it is gone. If it is there but
-/// cannot be asked about, `data` tells the kind and the error.
+/// Reads the data of an entry of `folder`, which is on `device`. False: the entry is gone. If the
+/// entry exists but its data cannot be read, `data` contains the kind and the error.
 bool askEntry(int folder, std::uint64_t device, const dirent64& entry, FindData& data);
 
 /// Part of a folder's listing in the order of the file system, in one piece of memory.
 class EntryBatch {
  public:
   struct Entry : FindData {
-    std::uint32_t name = 0;  // offset of the name among the names; it uses the padding of FindData
+    std::uint32_t name = 0;  // offset of the name in all names; it uses the padding of FindData
   };
   static_assert(sizeof(Entry) == sizeof(FindData));
 
   EntryBatch() = default;
 
-  /// Room for so many entries, which are empty at first, and for so many bytes of names.
+  /// Makes room for a number of entries, which are empty at first, and for a number of bytes of
+  /// names.
   EntryBatch(std::size_t entries, std::size_t nameBytes);
 
   std::span<Entry> entries() { return {reinterpret_cast<Entry*>(memory_.get()), count_}; }
@@ -56,20 +57,21 @@ class EntryBatch {
     return {reinterpret_cast<const Entry*>(memory_.get()), count_};
   }
 
-  /// Name of an entry, which ends in NUL. Valid as long as the batch.
+  /// Name of an entry, which ends in NUL. Valid as long as the batch exists.
   const char* nameOf(const Entry& entry) const { return names() + entry.name; }
 
-  /// Adds the name of the next entry, NUL and all. Room for it was asked for before.
+  /// Adds the name of the next entry; `size` includes the NUL. The constructor must have made room
+  /// for it.
   void addName(Entry& entry, const char* name, std::size_t size);
 
-  /// Leaves out the entries that `isGone` tells.
+  /// Removes the entries for which `isGone` is true.
   template <class Predicate>
   void remove(Predicate isGone) {
     const auto all = entries();
     count_ = std::size_t(std::remove_if(all.begin(), all.end(), isGone) - all.begin());
   }
 
-  /// Bytes of memory.
+  /// Size of the memory in bytes.
   std::size_t bytes() const { return namesAt_ + nameBytes_; }
 
  private:
@@ -81,15 +83,15 @@ class EntryBatch {
   std::size_t nameBytes_ = 0;
 };
 
-/// Reads folders batch by batch. Not for several threads at a time.
+/// Reads folders batch by batch. Only one thread may use a reader at a time.
 class EntryReader {
  public:
   /// Reads the next entries of an open folder.
   const EntriesRead& list(int folder, bool marksEnd);
 
-  /// Asks about all entries that the last list() brought. Entries that are gone, "." and ".." are
-  /// left out. `inInodeOrder`: the questions go in the order in which the inodes are likely to lie
-  /// on the disk, which spares a spinning one most of its seeks; the answer's order is the same.
+  /// Reads the data of all entries of the last list(). Entries that are gone, "." and ".." are left
+  /// out. `inInodeOrder`: the data are read in the order in which the inodes are probably stored on
+  /// the disk, which avoids most seeks of a spinning disk. The order of the result does not change.
   EntryBatch ask(int folder, std::uint64_t device, bool inInodeOrder);
 
  private:
@@ -103,7 +105,7 @@ class EntryReader {
   };
 
   std::vector<Found> found_;
-  std::vector<std::uint32_t> order_;  // order in which entries are asked about
+  std::vector<std::uint32_t> order_;  // order in which the data of entries are read
 };
 
 }  // namespace ombrelian::platform

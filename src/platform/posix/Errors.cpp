@@ -11,7 +11,7 @@ struct Pair {
   ErrorCode code;
 };
 
-// Of several errno values with one code, the first gives the code its text.
+// If several errno values have the same code, the first one gives the text of that code.
 constexpr Pair kPairs[] = {
     {ENOENT, kFileNotFound},
     {ENOTDIR, kNotADirectory},

@@ -4,7 +4,7 @@
 
 namespace ombrelian::platform {
 
-/// The Windows error number for an errno value; the only place that knows both.
+/// The Windows error number for an errno value. No other function translates between the two.
 ErrorCode translateErrno(int error);
 
 }  // namespace ombrelian::platform

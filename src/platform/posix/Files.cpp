@@ -19,7 +19,7 @@
 namespace ombrelian::platform {
 namespace {
 
-constexpr mode_t kFileMode = 0666;  // less the process's file mask
+constexpr mode_t kFileMode = 0666;  // mode before the file mask of the process is applied
 constexpr mode_t kFolderMode = 0777;
 
 ErrorCode lastError() { return translateErrno(errno); }
@@ -54,7 +54,8 @@ bool hasParentStep(TextView path) {
   return found;
 }
 
-/// An absolute path by its text alone; "/.." is "/".
+/// Removes ".", ".." and extra separators from an absolute path, without reading any object; "/.."
+/// is "/".
 Text withoutIdleSteps(TextView path) {
   Text clean;
   forEachStep(path, [&](TextView step) {
@@ -131,7 +132,7 @@ Text GetFullPathNameW(TextView path) {
   if (hasParentStep(absolute)) {
     Text real = GetFinalPathNameW(absolute);
     if (!real.empty()) return real;
-    // A file that is to be made has a folder at least.
+    // A file that does not exist yet has at least a folder.
     const auto last = absolute.rfind(u'/');
     real = GetFinalPathNameW(absolute.substr(0, last));
     if (!real.empty() && !hasParentStep(absolute.substr(last))) {
@@ -194,7 +195,7 @@ ErrorCode CopyFileSecurity(TextView path, FileHandle& file) {
   struct stat told;
   if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
   const int fd = int(file.handle_);
-  // Where the group cannot be kept, another one must not get its rights.
+  // If the group cannot be kept, another group must not get its rights.
   const bool isSameGroup =
       fchown(fd, told.st_uid, told.st_gid) == 0 || fchown(fd, -1, told.st_gid) == 0;
   const mode_t kept = isSameGroup ? 0777 : 0707;

@@ -19,17 +19,17 @@
 namespace ombrelian::platform {
 namespace {
 
-/// One folder on the way from the source to the one being read. The name of the outermost level is
-/// the whole path.
+/// One folder on the path from the source to the folder that is being read. The name of the
+/// outermost level is the whole path.
 struct Level : OpenLevel {
-  int error = 0;                 // errno that broke the listing off
-  ListingPointer listing;        // source of further parts; null: there are none
-  std::list<ListingPart> parts;  // the first is being read
+  int error = 0;                 // errno that ended the listing early
+  ListingPointer listing;        // listing that gives further parts; null: there are none
+  std::list<ListingPart> parts;  // read parts; the walk is in the first
   std::size_t entry = 0;         // index of the next entry in the first part
   std::size_t subfolder = 0;     // index in the first part of the first subfolder from the current
                                  // entry on
 
-  /// The part that is being read has no more entries.
+  /// Whether the first part has no more entries.
   bool isPartRead() const { return entry == parts.front().batch.entries().size(); }
 };
 
@@ -80,7 +80,7 @@ FolderWalk::Implementation::~Implementation() {
     drop(level);
 }
 
-/// Chooses how the source, which was just opened, is read.
+/// Chooses how to read the source, which was just opened.
 void FolderWalk::Implementation::prepare(const Level& source) {
   for (Level& level : levels_)
     drop(level);
@@ -91,7 +91,7 @@ void FolderWalk::Implementation::prepare(const Level& source) {
   reader_ = std::make_unique<ReadAhead>(plan);
 }
 
-/// Moves the next part that was read to the level; false when there are none.
+/// Moves the next part of the listing to the level; false: there are no more parts.
 bool FolderWalk::Implementation::takePart(Level& level) {
   if (level.listing == nullptr) return false;
   const bool isTaken = reader_->take(level.listing, level.parts);
@@ -102,7 +102,8 @@ bool FolderWalk::Implementation::takePart(Level& level) {
   return false;
 }
 
-/// Gives up what lies farthest ahead, for the sake of what comes next. The walk reads it again.
+/// Drops the listings that the walk needs last, to make room for those that it needs next. The walk
+/// reads the dropped folders again.
 void FolderWalk::Implementation::dropFarthest() {
   for (Level& level : levels_) {
     for (auto part = level.parts.rbegin(); part != level.parts.rend(); ++part) {
@@ -119,14 +120,14 @@ void FolderWalk::Implementation::drop(Level& level) {
   if (!level.parts.empty()) reader_->drop(level.parts);
 }
 
-/// Reads what is left of a level before it gives its descriptor up.
+/// Reads the rest of a level before its descriptor is closed.
 void FolderWalk::Implementation::readRest(Level& level) {
   while (takePart(level)) {
   }
   reader_->dropWaiting(level.parts);
 }
 
-/// Adds a level whose folder is open, or which is read ahead.
+/// Adds a level whose folder is open or is read ahead.
 ErrorCode FolderWalk::Implementation::push(Level level) {
   if (level.listing == nullptr) {
     level.listing = ReadAhead::begin(level.folder, level.identity.device);
@@ -211,7 +212,7 @@ const FindData* FolderWalk::Implementation::next() {
   return current_ = &entry;
 }
 
-/// Where the listing of the current entry is kept; null if it is not read ahead.
+/// Place of the listing of the current entry; null if the entry is not read ahead.
 ListingPointer* FolderWalk::Implementation::currentListing(Level& level) {
   if (level.parts.empty()) return nullptr;
   auto& subfolders = level.parts.front().subfolders;
@@ -221,7 +222,7 @@ ListingPointer* FolderWalk::Implementation::currentListing(Level& level) {
                                                                             : nullptr;
 }
 
-/// Leaves the current entry behind; it was opened or never will be.
+/// Moves past the current entry, which was opened or will never be opened.
 void FolderWalk::Implementation::passBy(Level& level) {
   if (ListingPointer* const listing = currentListing(level)) reader_->drop(std::move(*listing));
   if (level.parts.empty()) return;
@@ -243,7 +244,7 @@ void FolderWalk::Implementation::close() {
   drop(level);
 }
 
-/// Opens the innermost level by its path, if it is the same folder there.
+/// Opens the innermost level by its path, if the same folder is still there.
 void FolderWalk::Implementation::reopenByNames() {
   std::string path;
   for (const Level& level : levels_) {

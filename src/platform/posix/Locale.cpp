@@ -18,8 +18,8 @@ namespace {
 constexpr TextView kFixedDate = u"yyyy-MM-dd";
 constexpr TextView kFixedTime = u"HH:mm:ss";
 
-/// The locale of one category as the environment names it, without code set and modifier; empty
-/// for "C" and "POSIX", which is also what an empty environment means.
+/// Locale of one category from the environment, without code set and modifier; empty for "C" and
+/// "POSIX", and also if the environment names no locale.
 std::string localeName(const char* category) {
   std::string name;
   for (const char* variable : {"LC_ALL", category, "LANG"}) {
@@ -32,7 +32,7 @@ std::string localeName(const char* category) {
   return name == "C" || name == "POSIX" ? std::string() : name;
 }
 
-/// What ICU is asked for: a locale that it has no data for is English too, as "C" is.
+/// Name of the locale for ICU. A locale for which ICU has no data is treated as English, as "C" is.
 std::string icuLocale(const std::string& name, std::string_view keyword = {}) {
   UErrorCode status = U_ZERO_ERROR;
   uloc_setDefault("en_US", &status);
@@ -51,7 +51,8 @@ Text symbolOf(const UNumberFormat* format, UNumberFormatSymbol symbol) {
   return U_SUCCESS(status) ? Text(units, std::size_t(length)) : Text();
 }
 
-/// Spanish or Polish leave four digits together; no attribute says so, but the output does.
+/// Number of digits that are needed before the first separator. Spanish and Polish do not separate
+/// four digits; ICU has no attribute for this, so its output is examined.
 int minimumGroupingOf(UNumberFormat* format, TextView group) {
   unum_setAttribute(format, UNUM_MINIMUM_GROUPING_DIGITS, UNUM_MINIMUM_GROUPING_DIGITS_AUTO);
   char16_t units[32];
@@ -67,7 +68,7 @@ NumberSymbols readNumberSymbols() {
   const std::string name = localeName("LC_NUMERIC");
   if (name.empty()) return symbols;
   UErrorCode status = U_ZERO_ERROR;
-  // Digits are written in ASCII, so the separators must be those that go with ASCII digits.
+  // Digits are written in ASCII, so the separators must be those for ASCII digits.
   const std::string locale = icuLocale(name, "@numbers=latn");
   const icu::LocalUNumberFormatPointer format(
       unum_open(UNUM_DECIMAL, nullptr, 0, locale.c_str(), nullptr, &status));
@@ -85,7 +86,7 @@ NumberSymbols readNumberSymbols() {
   return symbols;
 }
 
-/// Rewrites one of ICU's date patterns in the letters of date patterns.
+/// Translates a date pattern of ICU into the letters of this program's date patterns.
 class PatternTranslator {
  public:
   explicit PatternTranslator(TextView pattern) : pattern_(pattern) {}
@@ -155,7 +156,7 @@ class PatternTranslator {
       case u'B':
         out_ += u"tt";
         break;
-      default:  // eras, zones and the like have no letter here
+      default:  // there are no letters for eras, zones and so on
         break;
     }
   }
@@ -190,7 +191,7 @@ Text nameOf(const UDateFormat* format, UDateFormatSymbolType type, std::size_t i
 DateSymbols readDateSymbols() {
   DateSymbols symbols;
   const std::string name = localeName("LC_TIME");
-  // Dates are Gregorian throughout, and "C" has the names of English.
+  // All dates are Gregorian, and "C" uses the English names.
   const std::string locale = icuLocale(name, "@calendar=gregorian");
   UErrorCode status = U_ZERO_ERROR;
   const auto open = [&](UDateFormatStyle time, UDateFormatStyle date) {
@@ -202,7 +203,8 @@ DateSymbols readDateSymbols() {
   symbols.shortDate = name.empty() ? Text(kFixedDate) : patternOf(date.getAlias());
   symbols.time = name.empty() ? Text(kFixedTime) : patternOf(time.getAlias());
   for (std::size_t i = 0; i < 12; ++i) {
-    // Short names as they stand alone: without the point that some languages put behind them.
+    // The standalone short names have no point at the end, which other short names have in some
+    // languages.
     symbols.shortMonths[i] = nameOf(date.getAlias(), UDAT_STANDALONE_SHORT_MONTHS, i);
     symbols.longMonths[i] = nameOf(date.getAlias(), UDAT_MONTHS, i);
   }
@@ -263,7 +265,8 @@ class LocaleRules : public TextRules {
   }
 
  private:
-  /// One code point for one, so that padded text keeps its width: a sharp s has no capital here.
+  /// Maps each code point to exactly one code point, so that padded text keeps its width. A sharp s
+  /// therefore has no capital letter.
   Text mapCase(TextView text, CaseMapping map) const {
     Text result;
     result.reserve(text.size());
@@ -281,7 +284,8 @@ class LocaleRules : public TextRules {
     return result;
   }
 
-  /// Turkish and Azeri pair "i" with a dotted and "I" with a dotless letter.
+  /// In Turkish and Azeri, the capital letter of "i" has a dot, and the small letter of "I" has
+  /// none.
   static UChar32 mapTurkish(UChar32 codePoint, CaseMapping map) {
     const bool isUpper = map == u_toupper;
     if (codePoint == u'i' && isUpper) return 0x130;
@@ -300,8 +304,8 @@ class LocaleRules : public TextRules {
   mutable icu::LocalUCollatorPointer collator_;  // opened at the first comparison
 };
 
-/// What has been read so far; each part at its first use, so that a run which formats nothing
-/// never loads the locale data.
+/// Data that were read so far. Each part is read at its first use, so that a run that formats
+/// nothing never loads the locale data.
 struct LocaleCache {
   std::optional<NumberSymbols> numbers;
   std::optional<DateSymbols> dates;

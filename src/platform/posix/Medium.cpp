@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The first word of a file of sysfs; empty where there is none.
+/// The first word of a file in sysfs; empty if there is none.
 std::string wordOf(const fs::path& file) {
   std::ifstream stream(file);
   std::string word;
@@ -27,7 +27,7 @@ std::string wordOf(const fs::path& file) {
   return word;
 }
 
-/// Whether the disk is one that a hypervisor makes up.
+/// Whether the disk is a virtual disk of a hypervisor.
 bool isVirtual(const fs::path& disk) {
   constexpr std::string_view kVendors[] = {"QEMU", "VMware", "VBOX", "Msft", "Google"};
   constexpr std::string_view kDrivers[] = {"virtio_blk", "vbd"};
@@ -84,7 +84,7 @@ Medium mediumOf(int folder, std::uint64_t device) {
     return candidate.device == device;
   });
   if (mount != mounts.end() && isNetworkFileSystem(mount->type)) return Medium::Network;
-  // Some file systems, such as btrfs, give their files a device that is no block device.
+  // Some file systems, such as btrfs, give their files a device number that is not a block device.
   struct stat source;
   if (mount != mounts.end() && stat(mount->source.c_str(), &source) == 0 &&
       S_ISBLK(source.st_mode)) {

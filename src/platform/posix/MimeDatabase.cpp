@@ -11,12 +11,13 @@ namespace ombrelian::platform {
 namespace {
 
 // The shared MIME database: "globs2" has a line "weight:type:pattern[:flags]" for each pattern,
-// heaviest first; "TYPE.xml" has the names of a type, one element <comment> a language.
+// with the greatest weight first; "TYPE.xml" has the names of a type, with one element <comment>
+// for each language.
 const std::string kDatabase = "/usr/share/mime/";
 
 using Types = std::unordered_map<std::string, std::string>;
 
-/// Type by extension, from the patterns "*.extension" alone.
+/// Reads the type of each extension, only from the patterns "*.extension".
 Types readTypes() {
   Types types;
   std::ifstream file(kDatabase + "globs2");
@@ -32,7 +33,7 @@ Types readTypes() {
   return types;
 }
 
-/// Empty: unknown.
+/// Type of an extension; empty: unknown.
 const std::string& typeOf(TextView extension) {
   static const Types types = readTypes();
   static const std::string none;
@@ -45,7 +46,8 @@ std::string readFile(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Content of the element that begins with `tag`, its few entities resolved; empty: there is none.
+/// Content of the element that begins with `tag`, with its entities resolved; empty: there is no
+/// such element.
 std::string elementText(const std::string& xml, const std::string& tag) {
   const std::size_t at = xml.find(tag);
   if (at == std::string::npos) return {};

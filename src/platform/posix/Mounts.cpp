@@ -52,7 +52,8 @@ bool contains(const Names& names, const std::string& type) {
   return std::find(std::begin(names), std::end(names), type) != std::end(names);
 }
 
-/// A field ends at a blank; blank, tab, newline and backslash stand in it as \ooo.
+/// Takes the next field of a line. A field ends at a blank. In the field, a blank, tab, newline or
+/// backslash is written as \ooo.
 std::string takeField(const char*& at) {
   std::string field;
   while (*at == ' ')
@@ -68,7 +69,7 @@ std::string takeField(const char*& at) {
   return field;
 }
 
-/// "id parent major:minor root mountpoint options [optional...] - type source options"
+/// Format: "id parent major:minor root mountpoint options [optional...] - type source options".
 bool parseLine(const char* line, Mount& mount) {
   takeField(line);
   takeField(line);
@@ -103,7 +104,7 @@ std::vector<Mount> readMounts() {
   CText line;
   std::size_t capacity = 0;
   const auto readLine = [&] {
-    char* text = line.release();  // which getline may move
+    char* text = line.release();  // getline may move the memory
     const bool isRead = getline(&text, &capacity, file.get()) > 0;
     line.reset(text);
     return isRead;

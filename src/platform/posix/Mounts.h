@@ -7,31 +7,32 @@
 
 namespace ombrelian::platform {
 
-/// One line of the kernel's table of mounts. Texts are bytes as on the disk.
+/// One line of the kernel's table of mounts. Paths have the same bytes as on the disk.
 struct Mount {
   std::uint64_t device = 0;
-  std::string root;        // folder of the file system that is mounted; "/" for all of it
+  std::string root;        // mounted folder of the file system; "/": the whole file system
   std::string mountPoint;  // absolute
   std::string type;        // such as "ext4"
   std::string source;      // device, or "server:/export"
 };
 
-/// The present table, in the kernel's order; empty where it cannot be read.
+/// The current table of mounts, in the order of the kernel; empty if it cannot be read.
 std::vector<Mount> readMounts();
 
-/// The mount at `mountPoint`, the latest if several lie there; null: none.
+/// The mount at `mountPoint`, and the latest one if there are several; null: none.
 const Mount* findMount(const std::vector<Mount>& mounts, const std::string& mountPoint);
 
-/// The mount that holds the object at `path` (absolute) by the longest mount point; null: none.
+/// The mount that contains the object at `path` (absolute): the one with the longest mount point;
+/// null: none.
 const Mount* findMountHolding(const std::vector<Mount>& mounts, const std::string& path);
 
-/// Source and, where not all of it is mounted, the folder of it in brackets.
+/// The source of the mount. If only a folder of it is mounted, that folder follows in brackets.
 std::string describeSource(const Mount& mount);
 
-/// Whether the file system holds only what the kernel makes up, such as proc.
+/// Whether the file system contains only objects that the kernel generates, such as proc.
 bool isPseudoFileSystem(const std::string& type);
 
-/// Whether its files lie on another machine.
+/// Whether the files of this file system are on another machine.
 bool isNetworkFileSystem(const std::string& type);
 
 }  // namespace ombrelian::platform

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kPathOnly = O_PATH | O_DIRECTORY | O_CLOEXEC;
 
-/// Takes the first component off `path`.
+/// Removes the first component from `path` and returns it.
 std::string takeComponent(std::string_view& path) {
   path.remove_prefix(std::min(path.find_first_not_of('/'), path.size()));
   std::string component(path.substr(0, path.find('/')));
@@ -33,7 +33,7 @@ ErrorCode ObjectAt::open(const ShownObject& object) {
   const TextView path = object.path;
   const auto last = path.rfind(u'/');
   if (last == TextView::npos) return kPathNotFound;
-  if (last + 1 == path.size()) return kIsMountPoint;  // the root of all
+  if (last + 1 == path.size()) return kIsMountPoint;  // the root folder "/"
   name_ = toBytes(path.substr(last + 1));
   const TextView folder = path.substr(0, std::max<std::size_t>(last, 1));
   const TextView trusted = folder.substr(0, std::max<std::size_t>(object.linksUpTo, 1));
@@ -61,7 +61,8 @@ ErrorCode ObjectAt::read(FindData& data) const {
 }
 
 bool changeMode(int folder, unsigned mode) {
-  // A descriptor of O_PATH takes no fchmod; what it is open for has a name that no one can replace.
+  // fchmod does not accept a descriptor opened with O_PATH. This name always leads to the open
+  // folder, so no other object can take its place.
   const std::string name = "/proc/self/fd/" + std::to_string(folder);
   return fchmodat(AT_FDCWD, name.c_str(), mode & 07777, 0) == 0;
 }

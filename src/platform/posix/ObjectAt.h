@@ -7,21 +7,21 @@
 
 namespace ombrelian::platform {
 
-/// Where a shown object lies: its folder, open, and its name there. What happens to the path
-/// afterwards does not matter.
+/// Place of a shown object: its open folder and its name in that folder. Later changes of the path
+/// have no effect.
 class ObjectAt {
  public:
   explicit ObjectAt(const ShownObject& object);
 
-  /// Why the folder could not be opened; kObjectReplaced: there is a link on the way that was none.
+  /// Why the folder could not be opened; kObjectReplaced: a folder of the path is now a link.
   ErrorCode error() const { return error_; }
 
-  /// Opened with O_PATH.
+  /// The folder, opened with O_PATH.
   int folder() const { return folder_.get(); }
   const char* name() const { return name_.c_str(); }
 
-  /// Asks about the object itself; kObjectReplaced: it is not the one that was shown. Only without
-  /// error().
+  /// Reads the data of the object itself; kObjectReplaced: it is not the object that was shown.
+  /// Call it only if error() is kSuccess.
   ErrorCode read(FindData& data) const;
 
  private:
@@ -33,7 +33,8 @@ class ObjectAt {
   ErrorCode error_ = kSuccess;
 };
 
-/// Access mode of a folder that is open, even with O_PATH; false: errno tells why not.
+/// Changes the access mode of an open folder, also of one opened with O_PATH; false: errno contains
+/// the error.
 bool changeMode(int folder, unsigned mode);
 
 }  // namespace ombrelian::platform

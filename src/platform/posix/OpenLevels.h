@@ -10,23 +10,23 @@
 
 namespace ombrelian::platform {
 
-/// A folder on the way from an outermost folder to the one that is being worked on.
+/// One folder on the path from the outermost folder to the folder that is being processed.
 struct OpenLevel {
-  SharedFolder folder;  // none while the level is detached, or if nothing is opened from it
+  SharedFolder folder;  // null while the level is detached, or if nothing is opened from it
   FileIdentity identity;
   std::string name;  // name in the level above
 };
 
-/// How a level is opened.
+/// Flags with which a level is opened.
 inline constexpr int kOpenLevel = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-/// Opens the folder above the open folder `below`. Null: there is no `below`, or the folder above
-/// it is not `expected`, because a link led to it or it was moved meanwhile.
+/// Opens the folder above the open folder `below`. Null: `below` is null, or the folder above it is
+/// not `expected`, because `below` was reached by a link or was moved meanwhile.
 SharedFolder openAbove(const SharedFolder& below, const FileIdentity& expected);
 
 /// A stack of open folders of any depth with a bounded number of descriptors. The innermost levels
-/// are open; those farther out are detached, which means that they gave their descriptors up, and
-/// are opened again on the way back. `Level` derives from OpenLevel.
+/// are open. The outer levels may be detached: their descriptors are closed, and they are opened
+/// again on the way back. `Level` derives from OpenLevel.
 template <class Level>
 class OpenLevels {
  public:
@@ -54,8 +54,8 @@ class OpenLevels {
     push(std::move(level), [](Level&) {});
   }
 
-  /// Takes the innermost level off. If the level above it was detached, it is opened again from the
-  /// level that is left. If that fails, it has no folder.
+  /// Removes and returns the innermost level. If the level above it was detached, that level is
+  /// opened again from the removed level. If this fails, the level above has no folder.
   Level pop() {
     Level child = std::move(levels_.back());
     levels_.pop_back();
@@ -72,10 +72,10 @@ class OpenLevels {
   }
 
  private:
-  static constexpr std::size_t kMaxOpen = 48;  // descriptors held
+  static constexpr std::size_t kMaxOpen = 48;  // greatest number of open descriptors
 
   std::vector<Level> levels_;
-  std::size_t detached_ = 0;  // levels from the outermost on that are detached
+  std::size_t detached_ = 0;  // number of detached levels, counted from the outermost
 };
 
 }  // namespace ombrelian::platform

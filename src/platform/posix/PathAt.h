@@ -7,15 +7,15 @@
 
 namespace ombrelian::platform {
 
-/// A path of any length in the form that the *at calls take: a folder, and a name below it that
-/// the kernel accepts in one piece.
+/// A path of any length in the form for the *at system calls: a folder, and a path below it that is
+/// short enough for the kernel.
 class PathAt {
  public:
-  /// Trailing separators are dropped, so that a link at the end is itself.
+  /// Trailing separators are dropped, so that a link at the end is not followed.
   explicit PathAt(TextView path);
   explicit PathAt(std::string path);
 
-  /// errno of the part of a long path that could not be opened, else 0.
+  /// errno if a part of a long path could not be opened, else 0.
   int error() const { return error_; }
 
   int folder() const;

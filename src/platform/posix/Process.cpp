@@ -27,7 +27,7 @@ std::string environmentVariable(const char* name) {
   return value != nullptr ? value : "";
 }
 
-/// Value behind "key:" or "KEY=" in a small text file of the system; empty if it is not there.
+/// Value after "key:" or "KEY=" in a small text file of the system; empty if it is missing.
 std::string valueInFile(const char* path, const std::string& key, char separator) {
   const CFile file = openForReading(path);
   if (file == nullptr) return {};
@@ -47,7 +47,7 @@ std::uint64_t kilobytesInFile(const char* path, const char* key) {
   return std::strtoull(valueInFile(path, key, ':').c_str(), nullptr, 10) * 1024;
 }
 
-/// A folder of this user's own for marks that end with the session; empty if there is none.
+/// Folder of this user for marks that end with the session; empty if there is none.
 std::string runtimeFolder() {
   std::string folder = environmentVariable("XDG_RUNTIME_DIR");
   if (folder.empty() || folder.front() != '/') {
@@ -167,7 +167,8 @@ NamedMutex::~NamedMutex() {
 NamedMutex CreateMutexW(TextView name) {
   NamedMutex mutex;
   Descriptor mark(openMark(name));
-  // Every holder shares the lock; OpenMutexW sees it by failing to get it alone.
+  // All holders share the lock. OpenMutexW finds the mark because it cannot get the lock
+  // exclusively.
   if (mark && flock(mark.get(), LOCK_SH) == 0) mutex.handle_ = mark.release();
   return mutex;
 }

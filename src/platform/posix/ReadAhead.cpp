@@ -13,27 +13,27 @@
 namespace ombrelian::platform {
 namespace {
 
-/// Bytes that the allocator and the order of work take for a subfolder, about.
+/// Approximate number of bytes that a subfolder uses in the allocator and in the order of work.
 constexpr std::size_t kSubfolderBytes = sizeof(Listing) + 128;
 
 using Clock = std::chrono::steady_clock;
 
-/// What a part takes at most where the kernel has everything in its caches, with a busy machine in
-/// mind; a device takes several times as long for a single block.
+/// Longest time for a part if the kernel has all data in its caches, also on a busy machine. A
+/// device needs several times as long for a single block.
 constexpr std::chrono::nanoseconds kQuickFolder = std::chrono::microseconds(60);
 constexpr std::chrono::nanoseconds kQuickEntry = std::chrono::microseconds(6);
-constexpr int kSlowPartWeight = 4;      // a quick one takes one off
+constexpr int kSlowPartWeight = 4;      // a quick part reduces the slowness by 1
 constexpr int kSlownessForMore = 16;    // slowness at which one more helper works
 constexpr int kSlownessForFewer = -32;  // slowness at which one helper rests
 
-/// Whether a later try by the walk, which holds fewer folders open, may do better.
+/// Whether the walk may succeed later with the same folder, because fewer folders are open then.
 bool isShortage(int error) { return error == EMFILE || error == ENFILE || error == ENOMEM; }
 
 bool canBeReadAhead(const FindData& entry) {
   return entry.isFolder() && !entry.isReparse() && entry.statError == kSuccess;
 }
 
-/// Whether something is opened or read by the entry's name later.
+/// Whether something is later opened or read by the name of the entry.
 bool needsFolder(const EntryBatch::Entry& entry) { return entry.isFolder() || entry.isReparse(); }
 
 }  // namespace
@@ -77,7 +77,7 @@ ListingPointer ReadAhead::begin(SharedFolder folder, std::uint64_t device) {
 }
 
 bool ReadAhead::take(const ListingPointer& listing, std::list<ListingPart>& parts) {
-  // What is whole belongs to the walk alone, so most folders need no lock.
+  // A whole listing belongs to the walk alone, so most folders need no lock.
   Lock lock(mutex_, std::defer_lock);
   if (!listing->isWhole.load(std::memory_order_acquire)) {
     lock.lock();
@@ -99,7 +99,8 @@ bool ReadAhead::take(const ListingPointer& listing, std::list<ListingPart>& part
   return true;
 }
 
-/// Works on what comes after it meanwhile; sleeps if there is nothing.
+/// Waits for a part of the listing. Meanwhile the walk reads the next listing in the order; it
+/// sleeps if there is none.
 void ReadAhead::waitFor(Lock& lock, const Listing& listing) {
   if (Listing* const next = nextInOrder(); next != nullptr && hasRoom()) {
     read(lock, *next, ownReader_);
@@ -123,7 +124,7 @@ void ReadAhead::startHelpers() {
     while (helpers_.size() < plan_.helpers)
       helpers_.emplace_back([this] { help(); });
   } catch (const std::system_error&) {
-    return;  // fewer have to do; without any the walk does it all
+    return;  // fewer helpers must be enough; without any the walk reads everything
   }
 }
 
@@ -133,7 +134,7 @@ void ReadAhead::help() {
   while (!isStopping_) {
     Listing* const next = nextInOrder();
     if (next != nullptr && working_ < allowed_) {
-      // The walk looks for resting helpers after it made room, so the question comes once more.
+      // The walk checks for resting helpers after it made room, so the room is checked once more.
       isResting_ = !hasRoom();
       if (!isResting_ || hasRoom()) {
         ++working_;
@@ -148,7 +149,8 @@ void ReadAhead::help() {
   }
 }
 
-/// The first listing in the order that no thread lists; null: none. Few places before it are taken.
+/// The first listing in the order that no thread lists; null: none. Only a few places before it
+/// belong to listings in work, so the search is short.
 Listing* ReadAhead::nextInOrder() {
   for (WorkPlace* place = order_.after; place != &order_; place = place->after) {
     if (place->listing != nullptr && !place->listing->isBeingListed) return place->listing;
@@ -156,7 +158,7 @@ Listing* ReadAhead::nextInOrder() {
   return nullptr;
 }
 
-/// Counts the folder until the last who shares it closes it.
+/// Makes a shared folder, which counts as open until its last owner releases it.
 SharedFolder ReadAhead::share(Descriptor folder) {
   struct CountedFolder : Descriptor {
     CountedFolder(Descriptor&& taken, std::shared_ptr<std::atomic<unsigned>> counter)
@@ -178,8 +180,9 @@ void ReadAhead::wakeHelper() {
   if (idle_ > 0 && working_ < allowed_) work_.notify_one();
 }
 
-/// A device that makes a thread wait serves others meanwhile; else they would only take the
-/// processor from each other.
+/// Adapts the number of helpers to the device. While a device makes one thread wait, it can serve
+/// other threads; without such waiting, more threads would only take processor time from each
+/// other.
 void ReadAhead::adapt(std::chrono::nanoseconds taken, std::size_t entries) {
   slowness_ += taken > kQuickFolder + kQuickEntry * entries ? kSlowPartWeight : -1;
   if (slowness_ >= kSlownessForMore) {
@@ -197,15 +200,15 @@ struct ReadAhead::Work {
 
   const ListingPointer listing;
   WorkPlace* place;             // work below the part is queued before this place
-  WorkPlace ownPlace{nullptr};  // the part's, while others go on with the listing
-  Descriptor folder;            // while it belongs to this part alone
+  WorkPlace ownPlace{nullptr};  // place of the part while other threads continue the listing
+  Descriptor folder;            // the folder while only this part uses it
   EntriesRead read;
-  int error = 0;                                             // errno; then nothing follows
-  std::list<ListingPart> fresh = std::list<ListingPart>(1);  // while only this thread knows of it
+  int error = 0;                                             // errno; if not 0, no part follows
+  std::list<ListingPart> fresh = std::list<ListingPart>(1);  // the part while it is not shared
   ListingPart& part = fresh.front();
 };
 
-/// Reads one part of the listing. Called and left with the mutex locked.
+/// Reads one part of the listing. The mutex is locked at the call and at the return.
 void ReadAhead::read(Lock& lock, Listing& listing, EntryReader& reader) {
   listing.isBeingListed = true;
   if (nextInOrder() != nullptr && hasRoom()) wakeHelper();
@@ -235,7 +238,7 @@ void ReadAhead::read(Lock& lock, Listing& listing, EntryReader& reader) {
   publish(work);
 }
 
-/// Lets others go on with what follows this part.
+/// Lets other threads continue the listing after this part.
 void ReadAhead::leaveRest(Work& work) {
   Listing& listing = *work.listing;
   listing.isBeingListed = false;
@@ -245,7 +248,7 @@ void ReadAhead::leaveRest(Work& work) {
   work.place->insertBefore(listing.place);
   if (listing.isDropped) listing.place.remove();
   wakeHelper();
-  if (awaited_ != nullptr) ready_.notify_one();  // the walk can go on with the rest too
+  if (awaited_ != nullptr) ready_.notify_one();  // the walk can read the rest too
 }
 
 void ReadAhead::publish(Work& work) {
@@ -260,7 +263,7 @@ void ReadAhead::publish(Work& work) {
   }
   work.part.isReady = true;
   if (!listing.isDropped) {
-    if (work.fresh.empty()) bytes_ += work.part.bytes;  // the listing was not dropped meanwhile
+    if (work.fresh.empty()) bytes_ += work.part.bytes;  // the part is in the listing
     for (const ListingPart::Subfolder& subfolder : work.part.subfolders)
       subfolder.listing->place.insertBefore(*work.place);
     if (!work.part.subfolders.empty()) wakeHelper();
@@ -268,20 +271,20 @@ void ReadAhead::publish(Work& work) {
   work.place->remove();
   const bool hasMoreWork = awaited_ != nullptr && !work.part.subfolders.empty();
   if (awaited_ == &listing || hasMoreWork) ready_.notify_one();
-  // From here on the walk may take the part at any time, without the mutex.
+  // After this store, the walk may take the part at any time without the mutex.
   if (listing.isComplete && listing.partsInWork == 0) {
     listing.isWhole.store(true, std::memory_order_release);
   }
 }
 
-/// Leaves to the walk what a helper has not the means for.
+/// Leaves a listing to the walk, because a helper lacks descriptors or memory for it.
 void ReadAhead::giveBack(Listing& listing) {
   listing.isBeingListed = false;
   listing.place.remove();
   if (awaited_ == &listing) ready_.notify_one();
 }
 
-/// Opens the folder of the listing, if that was not done yet, and reads its next entries.
+/// Opens the folder of the listing, if it is not open yet, and reads its next entries.
 void ReadAhead::list(Work& work, EntryReader& reader) {
   Listing& listing = *work.listing;
   if (listing.folder == nullptr) {
@@ -301,7 +304,7 @@ void ReadAhead::list(Work& work, EntryReader& reader) {
   if (!work.read.isEnd && work.folder) listing.folder = share(std::move(work.folder));
 }
 
-/// Fills the part, and closes a folder that nothing is opened from.
+/// Fills the part, and closes the folder if nothing is opened from it.
 void ReadAhead::ask(Work& work, EntryReader& reader) {
   Listing& listing = *work.listing;
   if (!work.folder && listing.folder == nullptr) return;
@@ -364,7 +367,8 @@ void ReadAhead::dropWaiting(std::list<ListingPart>& parts) {
   }
 }
 
-/// Takes one listing after the other apart, so that no depth of them is too deep for the stack.
+/// Drops the listings one after the other, without recursion, so that no depth overflows the call
+/// stack.
 void ReadAhead::dropAll(std::vector<ListingPointer> listings) {
   std::size_t bytes = 0;
   {
@@ -378,8 +382,8 @@ void ReadAhead::dropAll(std::vector<ListingPointer> listings) {
   release(bytes);
 }
 
-/// Hands what lies below it to `below`; returns the bytes that waited in it. A thread that is at
-/// work on it throws away what it brings.
+/// Drops one listing. Adds its subfolders to `below` and returns the number of bytes that waited in
+/// it. A thread that works on the listing discards its result.
 std::size_t ReadAhead::dropOne(Listing& listing, std::vector<ListingPointer>& below) {
   listing.isDropped = true;
   if (listing.place.isInOrder() && !listing.isBeingListed) listing.place.remove();

@@ -17,19 +17,19 @@ namespace ombrelian::platform {
 
 /// How the folders of one source are read.
 struct ReadPlan {
-  unsigned helpers = 0;         // threads beside the walk's own
-  unsigned processors = 1;      // more threads work only while the device makes them wait
-  bool entersFolders = true;    // if not, subfolders are left to the walk
+  unsigned helpers = 0;         // threads in addition to the thread of the walk
+  unsigned processors = 1;      // more threads than this work only while they wait for the device
+  bool entersFolders = true;    // false: subfolders are not read ahead
   bool isInInodeOrder = false;  // see EntryReader::ask
-  std::size_t memory = std::size_t(16) << 20;  // bytes that may wait for the walk
-  unsigned descriptors = 256;                  // open folders that may wait for it
+  std::size_t memory = std::size_t(16) << 20;  // limit of the bytes that wait for the walk
+  unsigned descriptors = 256;                  // limit of the open folders that wait for it
 };
 
 struct Listing;
 using ListingPointer = std::shared_ptr<Listing>;
 
-/// A stretch of a listing, and the listings of its real subfolders: not of links or mount points,
-/// which the walk decides on itself.
+/// A part of a listing, and the listings of its real subfolders. Links and mount points have no
+/// listing here, because the walk itself decides about them.
 struct ListingPart {
   struct Subfolder {
     std::uint32_t entry = 0;  // index in the batch
@@ -38,11 +38,12 @@ struct ListingPart {
 
   EntryBatch batch;
   std::vector<Subfolder> subfolders;
-  std::size_t bytes = 0;  // counted towards ReadPlan::memory
-  bool isReady = false;   // if not, a thread works on the part
+  std::size_t bytes = 0;  // bytes that count towards ReadPlan::memory
+  bool isReady = false;   // false: a thread works on the part
 };
 
-/// A place in the order of work: a link in a ring. Not copyable, as others point to it.
+/// A place in the order of work: a node of a ring. It is not copyable, because other nodes point to
+/// it.
 struct WorkPlace {
   explicit WorkPlace(Listing* toRead) : listing(toRead) {}
   WorkPlace(const WorkPlace&) = delete;
@@ -58,67 +59,69 @@ struct WorkPlace {
   WorkPlace* after = nullptr;
 };
 
-/// A folder that is read or will be. Before a thread begins on it and after it is whole it belongs
-/// to the walk; in between the mutex of ReadAhead guards what its comment does not assign
-/// elsewhere.
+/// A folder that is being read or will be read. The listing belongs to the walk before a thread
+/// begins to read it and after it is whole. In between, the mutex of ReadAhead guards every member
+/// for which no comment names another owner.
 struct Listing : std::enable_shared_from_this<Listing> {
-  // Where it is opened; the worker's.
-  SharedFolder above;  // none once it is open
+  // Data for opening the folder. They belong to the thread that reads it.
+  SharedFolder above;  // null after the folder was opened
   std::string name;
   std::uint64_t device = 0;
   bool marksEnd = false;  // see marksEndOfFolder
   std::uint32_t partsListed = 0;
 
-  // The worker's, then the walk's; none once it is whole if nothing in it can be opened.
+  // The open folder. It belongs to the thread that reads it, then to the walk. It is null in a
+  // whole listing if nothing in the folder can be opened.
   SharedFolder folder;
 
-  int error = 0;  // errno that kept it from being opened or broke it off
+  int error = 0;  // errno of the failed opening, or of the error that ended the listing early
 
-  std::list<ListingPart> parts;  // parts that the walk has not taken, in order
-  WorkPlace place{this};         // while more can be listed
-  bool isBeingListed = false;    // a thread is at it
+  std::list<ListingPart> parts;  // parts that the walk has not yet taken, in order
+  WorkPlace place{this};         // in the order while more entries can be listed
+  bool isBeingListed = false;    // a thread lists it now
   bool isComplete = false;       // nothing is left to list
-  bool isDropped = false;        // the walk passed it by
+  bool isDropped = false;        // the walk does not need it any more
   unsigned partsInWork = 0;
-  std::atomic<bool> isWhole = false;  // complete, and no thread is at work on any part
+  std::atomic<bool> isWhole = false;  // complete, and no thread works on any part
 };
 
-/// Reads folders before the walk comes to them. The walk is the one consumer: it asks for the parts
-/// of one listing after the other, and what is not there yet it waits for or reads itself. Helpers
-/// take what the walk will want next: the order of work is the order of the walk, so a subfolder
-/// goes before what follows it in its parent. What waits for the walk is bounded in bytes and
-/// descriptors; at the bound the helpers rest.
+/// Reads folders before the walk comes to them. The walk is the only consumer: it takes the parts
+/// of one listing after the other. If a part is not ready, the walk waits for it or reads it
+/// itself. Helpers read what the walk will need next: the order of work is the order of the walk,
+/// so a subfolder comes before the entries that follow it in its parent. The bytes and descriptors
+/// that wait for the walk are limited; at the limit the helpers rest.
 ///
-/// The public members are for the thread of the walk alone.
+/// Only the thread of the walk may use the public members.
 class ReadAhead {
  public:
   explicit ReadAhead(const ReadPlan& plan);
 
-  /// Waits until no helper works any more. Every listing must have been dropped or read before.
+  /// Waits until all helpers have ended. Every listing must have been dropped or read before.
   ~ReadAhead();
 
   ReadAhead(const ReadAhead&) = delete;
   ReadAhead& operator=(const ReadAhead&) = delete;
 
-  /// A listing of a folder that the walk opened itself.
+  /// Makes a listing for a folder that the walk opened itself.
   static ListingPointer begin(SharedFolder folder, std::uint64_t device);
 
-  /// Moves parts of the listing to the end of `parts`, waiting for them if need be. False: there
-  /// are no more; Listing::error tells why.
+  /// Moves the next part of the listing to the end of `parts` and waits for it if necessary. False:
+  /// there are no more parts; Listing::error contains the reason.
   bool take(const ListingPointer& listing, std::list<ListingPart>& parts);
 
-  /// The walk will not read these, nor anything below them.
+  /// Discards listings that the walk will not read, with everything below them.
   void drop(ListingPointer listing);
   void drop(std::list<ListingPart>& parts);
 
-  /// Drops what is not begun, so that nothing keeps the folder above open.
+  /// Drops the subfolders that no thread has begun to read, so that they do not keep the folder
+  /// above open.
   void dropWaiting(std::list<ListingPart>& parts);
 
-  /// Whether the walk had to read a folder itself while the helpers rested on the bound since the
-  /// last question: what waits is too far away.
+  /// Whether the walk had to read a folder itself while the helpers rested at the limit, since the
+  /// last call: the waiting parts are then needed too late.
   bool wasStarved() { return std::exchange(wasStarved_, false); }
 
-  /// Whether less than half of what may wait does.
+  /// Whether less than half of the allowed bytes wait for the walk.
   bool isHalfEmpty() const { return bytes_.load() < plan_.memory / 2; }
 
  private:
@@ -149,14 +152,14 @@ class ReadAhead {
   bool wasStarved_ = false;
 
   std::mutex mutex_;
-  std::condition_variable work_;   // helpers wait for it
-  std::condition_variable ready_;  // the walk waits for it
-  WorkPlace order_{nullptr};       // the ring's end
+  std::condition_variable work_;   // helpers wait on it
+  std::condition_variable ready_;  // the walk waits on it
+  WorkPlace order_{nullptr};       // end of the ring
   const Listing* awaited_ = nullptr;
-  unsigned idle_ = 0;     // helpers that wait
-  unsigned working_ = 0;  // helpers that read
-  unsigned allowed_;      // helpers that may work at a time
-  int slowness_ = 0;      // see adapt
+  unsigned idle_ = 0;     // number of helpers that wait
+  unsigned working_ = 0;  // number of helpers that read
+  unsigned allowed_;      // number of helpers that may work at the same time
+  int slowness_ = 0;      // see adapt()
   bool isStopping_ = false;
 
   std::atomic<std::size_t> bytes_ = 0;  // bytes that wait for the walk

@@ -13,7 +13,7 @@ namespace {
 
 constexpr mode_t kMayRemoveFrom = S_IWUSR | S_IXUSR;
 
-/// Removes one object; `flags` as unlinkat takes them.
+/// Removes one object; `flags` are those of unlinkat.
 ErrorCode removeOne(const ShownObject& object, int flags) {
   const ObjectAt at(object);
   if (at.error() != kSuccess) return at.error();

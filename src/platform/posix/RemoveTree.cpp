@@ -17,20 +17,20 @@
 namespace ombrelian::platform {
 namespace {
 
-constexpr std::size_t kBatch = 100'000;  // entries that are removed in the order of their inodes
+constexpr std::size_t kBatch = 100'000;      // number of entries that are sorted by inode at a time
 constexpr std::size_t kFewEntries = 10'000;  // entries below this number are not sorted by inode
-constexpr int kMostPasses = 16;              // passes over a folder that others fill meanwhile
+constexpr int kMostPasses = 16;  // passes over a folder that other programs fill meanwhile
 
 bool isRefused(int error) { return error == EACCES || error == EPERM; }
 
-/// A folder on the way from the one that goes to the one that is being emptied.
+/// One folder on the path from the folder to remove to the folder that is being emptied.
 struct Level : OpenLevel {
-  std::string pending;  // names of subfolders that are still there, each with its NUL
+  std::string pending;  // names of the remaining subfolders, each with its NUL
   std::size_t at = 0;   // offset of the next name in pending
   int passes = 0;
   bool stays = false;              // an object in the folder could not be removed
   std::optional<mode_t> mode;      // mode to restore if the folder stays
-  bool wasAskedForRights = false;  // rights were asked for once already
+  bool wasAskedForRights = false;  // getRights() was already called once
 
   bool hasPending() const { return at < pending.size(); }
   const char* nextPending() {
@@ -40,7 +40,7 @@ struct Level : OpenLevel {
   }
 };
 
-/// Names of entries that are no folders, in one piece of memory.
+/// Names of entries that are not folders, in one piece of memory.
 class Batch {
  public:
   void add(const dirent64& entry) {
@@ -49,7 +49,7 @@ class Batch {
   }
   std::size_t size() const { return entries_.size(); }
 
-  /// The file system finds inodes quicker in the order in which they lie.
+  /// Sorts the entries by inode, because the file system finds inodes faster in this order.
   void order() {
     if (entries_.size() < kFewEntries) return;
     std::sort(entries_.begin(), entries_.end(),
@@ -70,7 +70,7 @@ class Batch {
   std::string names_;
 };
 
-/// Null: errno says why.
+/// Opens the folder `name` below `above`. Null: errno contains the error.
 SharedFolder openFolder(int above, const char* name) {
   Descriptor folder(openat(above, name, kOpenLevel | O_NOFOLLOW));
   return folder ? std::make_shared<const Descriptor>(std::move(folder)) : nullptr;
@@ -145,7 +145,7 @@ void TreeRemoval::removeTop(const FindData& data) {
   }
 }
 
-/// Whether the user wants more; asked once more after a "no" it stays so.
+/// Whether the removal may continue. After the first refusal the result stays false.
 bool TreeRemoval::goesOn() {
   if (!removal_.wasStopped) {
     removal_.wasStopped = !progress_.goOn(removal_.files, removal_.folders);
@@ -153,7 +153,7 @@ bool TreeRemoval::goesOn() {
   return !removal_.wasStopped;
 }
 
-/// Opens a folder and removes what is no folder in it.
+/// Opens a folder and removes all objects in it that are not folders.
 void TreeRemoval::enter(int above, const std::string& name, const FileIdentity* expected) {
   Level level;
   level.name = name;
@@ -171,14 +171,16 @@ void TreeRemoval::enter(int above, const std::string& name, const FileIdentity* 
   }
 }
 
-/// Opens the folder of that level below `above`. kNotADirectory: it is none, or none any more.
+/// Opens the folder of this level below `above`. kNotADirectory: the object is not a folder, or not
+/// any more.
 ErrorCode TreeRemoval::openLevel(int above, const FileIdentity* expected, Level& level) {
   const char* const name = level.name.c_str();
   level.folder = openFolder(above, name);
   if (level.folder) return inspect(level.folder->get(), expected, level);
   if (errno == ELOOP) return kNotADirectory;
   if (errno != EACCES) return translateErrno(errno);
-  // One that may not be listed gets the right to it, once it is known to be one to be emptied.
+  // A folder that may not be listed gets the right for it, but only after it was checked that it is
+  // a folder to empty.
   const Descriptor plain(openat(above, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!plain) return translateErrno(errno);
   const ErrorCode error = inspect(plain.get(), expected, level);
@@ -192,7 +194,7 @@ ErrorCode TreeRemoval::openLevel(int above, const FileIdentity* expected, Level&
   return translateErrno(refused);
 }
 
-/// Notes which folder is open, and refuses what must not be emptied.
+/// Stores the identity of the open folder, and refuses a folder that must not be emptied.
 ErrorCode TreeRemoval::inspect(int folder, const FileIdentity* expected, Level& level) {
   FindData data;
   const std::uint64_t device = levels_.empty() ? 0 : levels_.back().identity.device;
@@ -204,7 +206,7 @@ ErrorCode TreeRemoval::inspect(int folder, const FileIdentity* expected, Level& 
   return kSuccess;
 }
 
-/// Removes what is no folder, and notes the subfolders.
+/// Removes all objects that are not folders, and stores the names of the subfolders.
 void TreeRemoval::empty(Level& level) {
   ++level.passes;
   level.pending.clear();
@@ -219,7 +221,7 @@ void TreeRemoval::empty(Level& level) {
   }
 }
 
-/// False: there are no more entries.
+/// Reads the next entries of the folder; false: there are no more.
 bool TreeRemoval::readBatch(Level& level, Batch& batch) {
   while (batch.size() < kBatch) {
     const EntriesRead read = readEntries(level.folder->get(), buffer_.get(), marksEnd_);
@@ -243,14 +245,15 @@ void TreeRemoval::removeFile(Level& level, const char* name) {
   const int error = removeAt(level.folder->get(), name, 0);
   if (error == 0) {
     ++removal_.files;
-  } else if (error == EISDIR) {  // some file systems do not tell the kind of their entries
+  } else if (error == EISDIR) {  // some file systems do not report the kind of entries
     level.pending.append(name).push_back('\0');
   } else if (error != ENOENT) {
     fail(translateErrno(error), name);
   }
 }
 
-/// Makes a folder one that this process may list and remove from; false: that changes nothing.
+/// Gives this process the rights to list a folder and to remove objects from it; false: nothing was
+/// changed.
 bool TreeRemoval::getRights(int folder, Level& level) {
   if (level.wasAskedForRights) return false;
   level.wasAskedForRights = true;
@@ -261,7 +264,8 @@ bool TreeRemoval::getRights(int folder, Level& level) {
   return true;
 }
 
-/// Removes one object from the innermost level, or from outside where there is none. Returns errno.
+/// Removes one object from the innermost level, or from the folder outside if there is no level.
+/// Returns 0 or errno.
 int TreeRemoval::removeAt(int above, const char* name, int flags) {
   if (unlinkat(above, name, flags) == 0) return 0;
   const int error = errno;
@@ -277,7 +281,7 @@ int TreeRemoval::removeAt(int above, const char* name, int flags) {
   return unlinkat(above, name, flags) == 0 ? 0 : errno;
 }
 
-/// The innermost folder is empty, or is to stay.
+/// Leaves the innermost folder, and removes it if it is empty and need not stay.
 void TreeRemoval::leave() {
   Level child = levels_.pop();
   bool isGone = false;
@@ -306,11 +310,11 @@ void TreeRemoval::leave() {
   if (!levels_.empty()) levels_.back().stays = true;
 }
 
-/// Whether the innermost level, which `child` was left for, can be worked on. If it could not be
-/// opened again, what is left in it stays.
+/// Whether the innermost level is open after `child` was left. If it could not be opened again, its
+/// remaining objects stay.
 bool TreeRemoval::isOpenAgain(const Level& child) {
   if (levels_.empty() || levels_.back().folder != nullptr) return true;
-  if (child.folder != nullptr) fail(kObjectReplaced);  // once for all levels that are out of reach
+  if (child.folder != nullptr) fail(kObjectReplaced);  // one report for all lost levels
   Level& level = levels_.back();
   level.pending.clear();
   level.at = 0;
@@ -318,7 +322,7 @@ bool TreeRemoval::isOpenAgain(const Level& child) {
   return false;
 }
 
-/// `name` in the innermost level, or that level itself, stays.
+/// Reports that `name` in the innermost level, or that level itself, stays.
 void TreeRemoval::fail(ErrorCode error, const char* name) {
   if (!levels_.empty()) levels_.back().stays = true;
   Text path = object_.path;

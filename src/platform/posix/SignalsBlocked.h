@@ -4,7 +4,8 @@
 
 namespace ombrelian::platform {
 
-/// Keeps signals for the thread of the program while it lives: new threads inherit what is blocked.
+/// Blocks all signals while this object exists. Threads started meanwhile inherit the blocked
+/// signals, so signals reach only the main thread.
 class SignalsBlocked {
  public:
   SignalsBlocked() {

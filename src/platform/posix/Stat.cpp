@@ -10,7 +10,7 @@ namespace ombrelian::platform {
 namespace {
 
 constexpr unsigned kWanted = STATX_BASIC_STATS | STATX_BTIME;
-constexpr std::int64_t kBlockSize = 512;  // bytes of a unit of st_blocks on every file system
+constexpr std::int64_t kBlockSize = 512;  // bytes for each unit of st_blocks, on every file system
 
 FileTime toFileTime(const struct statx_timestamp& time) {
   return fileTimeFromUnix(time.tv_sec, time.tv_nsec);
@@ -22,7 +22,7 @@ std::uint64_t deviceOf(const struct statx& told) {
 
 bool isHiddenName(const char* name) { return name[0] == '.' && name[1] != '\0'; }
 
-/// The attributes that files and folders share.
+/// The attributes that both files and folders can have.
 std::uint32_t commonAttributes(const struct statx& told, const char* name) {
   std::uint32_t attributes = 0;
   if (isHiddenName(name)) attributes |= kAttributeHidden;
@@ -85,7 +85,7 @@ int readFindData(int folder, const char* name, int flags, std::uint64_t parentDe
   data.allocatedSize = std::int64_t(told.stx_blocks) * kBlockSize;
   data.ftLastWriteTime = toFileTime(told.stx_mtime);
   data.ftLastAccessTime = toFileTime(told.stx_atime);
-  // A file system that has a place for it but never filled it says 0.
+  // A file system that has a field for the creation time but never filled it reports 0.
   const bool wasBorn = told.stx_btime.tv_sec != 0 || told.stx_btime.tv_nsec != 0;
   if ((told.stx_mask & STATX_BTIME) != 0 && wasBorn) {
     data.ftCreationTime = toFileTime(told.stx_btime);

@@ -5,7 +5,7 @@
 namespace ombrelian::platform {
 namespace {
 
-/// Floor of time / 10^7, so that times before 1601 count down too.
+/// Floor of time / 10^7, which is also correct for times before 1601.
 std::int64_t wholeSeconds(FileTime time) {
   const std::int64_t seconds = time / kFileTimePerSecond;
   return time % kFileTimePerSecond < 0 ? seconds - 1 : seconds;
@@ -19,7 +19,7 @@ bool toLocal(time_t seconds, DateParts& parts) {
   parts.day = local.tm_mday;
   parts.hour = local.tm_hour;
   parts.minute = local.tm_min;
-  parts.second = local.tm_sec < 60 ? local.tm_sec : 59;  // a leap second has no place in a date
+  parts.second = local.tm_sec < 60 ? local.tm_sec : 59;  // a date cannot contain a leap second
   parts.weekday = local.tm_wday;
   return true;
 }

@@ -23,12 +23,12 @@ namespace {
 
 constexpr ErrorCode kNameIsTaken = kShellErrorOnDestination | kAlreadyExists;
 
-// Names are counted up to the first; beyond it the clock gives the numbers, so that a bin that
-// holds thousands of a name takes no longer than others.
+// The first kCountedNames names have the numbers from 1 on. The numbers of further names come from
+// the clock, so that a bin with thousands of objects of one name is not slower than other bins.
 constexpr int kCountedNames = 32;
 constexpr int kMaxNames = 64;
 
-/// What is to go, once it was found to be what was shown.
+/// The object to move, after the check that it is the shown object.
 struct Source {
   const ObjectAt& at;
   const std::string path;  // absolute
@@ -42,8 +42,9 @@ ErrorCode binError(int error) { return kShellErrorOnDestination | translateErrno
 
 bool isRealFolder(const FindData& data) { return data.isFolder() && !data.isReparse(); }
 
-/// Whether something is mounted in the folder `source`. It would move with the folder, and be
-/// emptied with the bin. False too for a folder so deep that its mounts cannot be told by path.
+/// Whether something is mounted in the folder `source`. The mount would move with the folder, and
+/// its files would be removed when the bin is emptied. Also false for a folder so deep that its
+/// mounts cannot be found by path.
 bool holdsMountPoint(const Source& source) {
   const std::string folder = pathOfFolder(source.at.folder());
   if (folder.empty()) return false;
@@ -81,7 +82,7 @@ ErrorCode checkApart(const Source& source, const Trash& trash) {
   return isSo ? kShellBinInSource : kSuccess;
 }
 
-/// Writes all and closes; returns 0 or errno.
+/// Writes all of `bytes` and closes `file`; returns 0 or errno.
 int writeAndClose(Descriptor file, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t size = write(file.get(), bytes.data(), bytes.size());
@@ -91,8 +92,8 @@ int writeAndClose(Descriptor file, std::string_view bytes) {
   return close(file.release()) == 0 ? 0 : errno;
 }
 
-/// Makes the record `name`, which reserves the name of the object too. Returns 0 or errno; then
-/// there is none.
+/// Makes the record `name`, which also reserves the name of the object. Returns 0, or errno if no
+/// record was made.
 int makeRecord(int info, const std::string& name, std::string_view content) {
   constexpr mode_t kOwnersOnly = 0600;
   constexpr int kNew = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
@@ -103,25 +104,26 @@ int makeRecord(int info, const std::string& name, std::string_view content) {
   return error;
 }
 
-/// Renames the object to `name` in the bin, without ever replacing anything there; returns 0 or
-/// errno.
+/// Moves the object to `name` in the bin by a rename, and never replaces anything there; returns 0
+/// or errno.
 int moveIn(const ObjectAt& at, int files, const char* name) {
   if (renameat2(at.folder(), at.name(), files, name, RENAME_NOREPLACE) == 0) return 0;
   if (errno != EINVAL && errno != ENOSYS) return errno;
-  // A file system that cannot promise it. Whoever uses the bin makes the record first, and that is
-  // ours, so that nobody takes the name between these two.
+  // This file system does not support RENAME_NOREPLACE. Every program that uses the bin makes the
+  // record first, and the record is ours, so no program takes the name between the next two calls.
   struct stat told;
   if (fstatat(files, name, &told, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
   if (errno != ENOENT) return errno;
   return renameat(at.folder(), at.name(), files, name) == 0 ? 0 : errno;
 }
 
-/// Undoes moveIn, unless something lies in the old place by now or that cannot be promised.
+/// Undoes moveIn, unless another object is in the old place now or the file system does not support
+/// RENAME_NOREPLACE.
 bool moveBack(const ObjectAt& at, int files, const char* name) {
   return renameat2(files, name, at.folder(), at.name(), RENAME_NOREPLACE) == 0;
 }
 
-/// Why the object could not be renamed, and whose fault it is.
+/// Error of a failed rename; it shows whether the object or the bin is the cause.
 ErrorCode moveError(const Source& source, int error) {
   switch (error) {
     case EEXIST:
@@ -132,7 +134,7 @@ ErrorCode moveError(const Source& source, int error) {
     case EMLINK:
     case ENAMETOOLONG:
       return binError(error);
-    case ENOENT: {  // not gone if it is still there: then the bin is
+    case ENOENT: {  // the object is gone; if it still exists, the bin is gone
       FindData data;
       const ErrorCode now = source.at.read(data);
       return now == kSuccess ? binError(error) : sourceError(now);
@@ -142,7 +144,7 @@ ErrorCode moveError(const Source& source, int error) {
   }
 }
 
-/// Whether what lies in the bin now is certainly something else than what was to go.
+/// Whether the object in the bin is certainly not the object that was to be moved.
 bool isAnother(const Source& source, const Trash& trash, const std::string& name) {
   FindData data;
   const int error = readFindData(trash.files.get(), name.c_str(), AT_SYMLINK_NOFOLLOW, 0, data);
@@ -162,7 +164,7 @@ ErrorCode moveAs(const std::string& name, std::string_view record, const Source&
   return isWrong ? kObjectReplaced : moveError(source, error);
 }
 
-/// `path` is what the record tells.
+/// Moves the object into this bin; `path` is the path for the record.
 ErrorCode moveTo(const Trash& trash, const Source& source, std::string_view path) {
   ErrorCode error = checkApart(source, trash);
   if (error != kSuccess) return error;
@@ -176,8 +178,8 @@ ErrorCode moveTo(const Trash& trash, const Source& source, std::string_view path
   return error;
 }
 
-/// Where the last `count` components of the absolute `path` begin, with their separator; npos: it
-/// has fewer.
+/// Position of the separator before the last `count` components of the absolute `path`; npos: it
+/// has fewer components.
 std::size_t beginOfLast(std::string_view path, std::size_t count) {
   std::size_t begin = path.size();
   for (; count > 0; --count) {
@@ -197,8 +199,8 @@ bool isFolderAt(const std::string& path, int folder) {
          there == wanted;
 }
 
-/// Path of the object below the folder `top`. Empty: not to be told, as it is longer than the
-/// kernel tells one, and a link leads past `top`.
+/// Path of the object below the folder `top`. Empty: the path cannot be found, because it is too
+/// long for the kernel to report and a link in the shown path leads past `top`.
 std::string pathBelow(const TopFolder& top, const std::string& topPath, const Source& source) {
   const std::string folder = pathOfFolder(source.at.folder());
   if (!folder.empty() && !topPath.empty()) {
@@ -239,7 +241,7 @@ ErrorCode RecycleObject(const ShownObject& object, Text& detail) {
   Trash trash;
   error = openHomeTrash(source.device, trash);
   if (error == kSuccess) error = moveTo(trash, source, source.path);
-  // Even on one device a rename does not lead from one mount to another.
+  // A rename cannot cross from one mount to another, even on the same device.
   if (error == kNotSameDevice) error = moveToTop(source, trash);
   if (isAboutBin(error)) detail = fromBytes(trash.path);
   return error;

@@ -21,14 +21,14 @@ constexpr mode_t kOwnersOnly = 0700;
 
 ErrorCode binError(int error) { return kShellErrorOnDestination | translateErrno(error); }
 
-/// A folder on the way from another up to the root.
+/// One folder on the path from a folder up to the root.
 struct Level {
   Descriptor folder;
   FileIdentity identity;
-  bool isMountRoot = false;  // false too on kernels that do not say
+  bool isMountRoot = false;  // also false on kernels that do not report it
 };
 
-/// Returns 0 or errno.
+/// Opens `name` below `folder` as a level. Returns 0 or errno.
 int openLevel(int folder, const char* name, Level& level) {
   level.folder = Descriptor(openat(folder, name, kPathOnly));
   if (!level.folder) return errno;
@@ -39,7 +39,7 @@ int openLevel(int folder, const char* name, Level& level) {
   return error;
 }
 
-/// Folder for this user's data of all programs, without final separator; empty: none.
+/// Folder for the data that all programs store for this user, without final separator; empty: none.
 std::string dataFolder() {
   const auto variable = [](TextView name) { return toBytes(GetEnvironmentVariableW(name)); };
   std::string folder = variable(u"XDG_DATA_HOME");
@@ -58,7 +58,7 @@ bool isOn(int folder, std::uint64_t device) {
   return readIdentity(folder, identity) == 0 && identity.device == device;
 }
 
-/// Opens the folder `path`. What is missing of it is made, but only on the file system `device`.
+/// Opens the folder `path`. Missing folders are made, but only on the file system `device`.
 ErrorCode openDataFolder(std::string_view path, std::uint64_t device, Descriptor& folder) {
   folder = Descriptor(open("/", kPathOnly));
   while (folder && !path.empty()) {
@@ -79,7 +79,8 @@ ErrorCode openDataFolder(std::string_view path, std::uint64_t device, Descriptor
   return folder ? kSuccess : binError(errno);
 }
 
-/// Opens a folder of a bin, made if missing. Neither a link nor a folder of another user will do.
+/// Opens a folder of a bin and makes it if it is missing. A link and a folder of another user are
+/// refused.
 ErrorCode openOwn(int parent, const std::string& name, Descriptor& folder) {
   constexpr int kFlags = kPathOnly | O_NOFOLLOW;
   folder = Descriptor(openat(parent, name.c_str(), kFlags));
@@ -107,7 +108,8 @@ ErrorCode openTrash(int parent, const std::string& name, Trash& trash) {
   return error;
 }
 
-/// ".Trash" where everybody may make a folder and nobody may touch that of another.
+/// Opens ".Trash" if it is safe: its sticky bit ensures that no user can change the folder of
+/// another user. Otherwise the result is empty.
 Descriptor openSharedTrash(int top) {
   Descriptor shared(openat(top, ".Trash", kPathOnly | O_NOFOLLOW));
   struct stat told;

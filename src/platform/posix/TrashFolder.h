@@ -7,8 +7,9 @@
 
 namespace ombrelian::platform {
 
-/// A recycle bin as all desktops share it (freedesktop.org Trash 1.0): objects lie in "files", and
-/// where they came from stands in "info". Its folders are open with O_PATH and belong to this user.
+/// A recycle bin in the common format of all desktops (freedesktop.org Trash 1.0): the objects are
+/// in "files", and the records with their old paths are in "info". The folders of the bin are
+/// opened with O_PATH and belong to this user.
 struct Trash {
   std::string path;  // path for messages; also set if there is no bin
   Descriptor folder;
@@ -16,14 +17,15 @@ struct Trash {
   Descriptor info;
 };
 
-// Whatever stands in the way of a bin comes back with kShellErrorOnDestination.
+// All errors of a bin are returned with kShellErrorOnDestination.
 
-/// The bin in this user's home, made if missing. kNotSameDevice: it does not lie on the file system
-/// `device`, so that nothing was made, or there is no home.
+/// Opens the bin in this user's home and makes it if it is missing. kNotSameDevice: the home is not
+/// on the file system `device`, and nothing was made there, or there is no home.
 ErrorCode openHomeTrash(std::uint64_t device, Trash& trash);
 
-/// This user's bin in the top folder of a file system: below ".Trash" if an administrator made that
-/// safe to share, else ".Trash-" and the user's number, made if missing.
+/// Opens this user's bin in the top folder of a file system and makes it if it is missing. It is
+/// below ".Trash" if an administrator made that folder safe to share, else its name is ".Trash-"
+/// and the number of the user.
 ErrorCode openTopTrash(int top, const std::string& topPath, Trash& trash);
 
 /// The uppermost folder that an object can be renamed to.
@@ -32,15 +34,15 @@ struct TopFolder {
   std::size_t levels = 0;  // how many ".." lead from the start folder to this one
 };
 
-/// Goes up from the open `folder` to where its file system is mounted. A subvolume that nobody
-/// mounted counts as one of its own.
+/// Finds the mount point of the file system that contains the open `folder`, upwards from there. A
+/// subvolume that is not mounted counts as a file system of its own.
 ErrorCode findTopFolder(int folder, TopFolder& top);
 
-/// Whether the open `folder` is `wanted` or lies below it.
+/// Whether the open `folder` is `wanted` or is below it.
 ErrorCode liesIn(int folder, const FileIdentity& wanted, bool& result);
 
-/// Path of an open folder, without links; empty where the system does not tell it, as for those
-/// beyond PATH_MAX.
+/// Path of an open folder, without links; empty if the system does not report it, as for paths
+/// longer than PATH_MAX.
 std::string pathOfFolder(int folder);
 
 }  // namespace ombrelian::platform

@@ -8,9 +8,9 @@ namespace ombrelian::platform {
 namespace {
 
 constexpr std::size_t kMaxName = NAME_MAX - kTrashInfoEnding.size();
-constexpr std::size_t kMaxExtension = 32;  // units with the dot; longer ends are no extensions
+constexpr std::size_t kMaxExtension = 32;  // length with the dot; longer endings are not extensions
 
-/// The part of `name` from the last dot on; empty: `name` has no dot.
+/// The part of `name` from the last dot on; empty: `name` has no extension.
 std::string_view extensionOf(std::string_view name) {
   const auto dot = name.rfind('.');
   if (dot == std::string_view::npos || dot == 0 || name.size() - dot > kMaxExtension) return {};
@@ -21,7 +21,7 @@ bool continuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 
 
 std::string_view shortened(std::string_view text, std::size_t size) {
   if (text.size() <= size) return text;
-  constexpr std::size_t kLongestCharacter = 4;  // beyond it the bytes are no UTF-8 anyway
+  constexpr std::size_t kLongestCharacter = 4;  // longer sequences are not UTF-8
   std::size_t cut = size;
   while (cut > 0 && size - cut < kLongestCharacter && continuesCharacter(text[cut]))
     --cut;

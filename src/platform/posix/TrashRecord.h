@@ -7,14 +7,15 @@
 
 namespace ombrelian::platform {
 
-/// Ends the name of a record in the "info" folder of a bin.
+/// Ending of the names of records in the "info" folder of a bin.
 inline constexpr std::string_view kTrashInfoEnding = ".trashinfo";
 
-/// The `number`th name, from 1, under which an object called `name` may lie in a bin. Long ones are
-/// shortened between two characters, so that the record's name is no longer than a name may be.
+/// The name that is tried as number `number`, from 1, for an object called `name` in a bin. Long
+/// names are shortened between two characters, so that the name of the record is not too long for a
+/// file system.
 std::string trashName(std::string_view name, std::uint64_t number);
 
-/// Content of the record of an object that lay at `path` and was removed at `when`, local time.
+/// Content of the record of an object that was at `path` and was removed at `when`, in local time.
 std::string trashRecord(std::string_view path, const DateParts& when);
 
 }  // namespace ombrelian::platform

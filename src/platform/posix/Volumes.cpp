@@ -24,7 +24,7 @@ std::string normalRoot(TextView root) {
   return bytes;
 }
 
-/// A flag file of the block device or, for a partition, of the disk that it lies on.
+/// Value of a flag file of the block device or, for a partition, of its disk.
 bool blockFlag(std::uint64_t device, const char* flag) {
   const std::string base =
       "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device)) + "/";
@@ -42,7 +42,7 @@ bool keepsOwners(const std::string& type) {
   return std::find(std::begin(without), std::end(without), type) == std::end(without);
 }
 
-/// udev writes a character of a label that a file name should not hold as \xHH.
+/// Decodes a label. udev writes characters that a file name should not contain as \xHH.
 std::string decodeLabel(const char* name) {
   std::string label;
   for (const char* at = name; *at != '\0'; ++at) {
@@ -57,7 +57,7 @@ std::string decodeLabel(const char* name) {
   return label;
 }
 
-/// The name of the link to the device among the links by label.
+/// Label of the device: the name of the link to it in the folder by-label.
 Text labelOf(std::uint64_t device) {
   DIR* const links = opendir("/dev/disk/by-label");
   if (links == nullptr) return {};
@@ -78,12 +78,13 @@ DriveProber& drives() {
   return prober;
 }
 
-/// A whole file system of that kind can be a drive; part of one, mounted elsewhere, is none.
+/// Whether the mount can be a drive: a whole file system of a suitable type can, a mounted part of
+/// one cannot.
 bool canBeDrive(const Mount& mount) { return mount.root == "/" && !isPseudoFileSystem(mount.type); }
 
-/// Whether what was told of a mount, if anything was, speaks for a drive: not if it lies hidden
-/// under another mount or behind a closed folder, nor if it is a single file, as containers have
-/// them. A network drive that refuses its answer is one still.
+/// Whether the report of a mount allows a drive there. A mount is not a drive if it is hidden by
+/// another mount or by a folder without access, or if it is a single file, as in containers. A
+/// network drive that denies access is still a drive, and so is a mount that does not answer.
 bool isDrive(const Mount& mount, const DriveReport& told) {
   if (told.error == kAccessDenied) return isNetworkFileSystem(mount.type);
   return told.isFolder && !isMissing(told.error);
@@ -126,7 +127,8 @@ ErrorCode GetVolumeInformationW(TextView path, VolumeInformation& information) {
     mount = findMountHolding(mounts, toBytes(resolved.empty() ? path : resolved));
   }
   if (mount == nullptr) {
-    // A changed root hides its own mount; what a system runs on keeps owners.
+    // If the root was changed (chroot), its own mount is not in the table. The file system of a
+    // running system keeps owners.
     information.fileSystem = u"?";
     information.keepsOwners = true;
     return kSuccess;
@@ -151,7 +153,8 @@ std::vector<Text> GetLogicalDriveStringsW() {
     const bool isNew = std::find(roots.begin(), roots.end(), root) == roots.end();
     if (isNew && isDrive(mounts[i], told[i])) roots.push_back(root);
   }
-  // A changed root hides its own mount, and one may be a part of a file system alone.
+  // If the root was changed (chroot), its own mount may be missing from the table, or may be only a
+  // part of a file system.
   if (std::find(roots.begin(), roots.end(), u"/") == roots.end()) roots.insert(roots.begin(), u"/");
   return roots;
 }
