@@ -2,12 +2,12 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <functional>
 
 #include "platform/Removal.h"
+#include "platform/posix/TrashRecord.h"
 #include "tests/testing/TestFolder.h"
 
 namespace ombrelian::platform {
@@ -16,54 +16,81 @@ namespace {
 using testing::TestFolder;
 
 TEST(TrashFolderTest, TopFolderHasASafeSharedBinOrThisUsersOwn) {
-  struct Case {
+  const std::string user = std::to_string(geteuid());
+  const struct {
     const char* what;
-    std::function<void(const TestFolder&, const std::string& user)> prepare;
-    bool isShared;
-    ErrorCode code;
-  };
-  const auto sticky = [](const std::string& path) { EXPECT_EQ(chmod(path.c_str(), 01777), 0); };
-  const Case cases[] = {
-      {"nothing there", [](auto&, auto&) {}, false, kSuccess},
-      {"not sticky", [](auto& top, auto&) { top.folder(".Trash"); }, false, kSuccess},
+    std::function<void(const TestFolder&)> prepare;
+    bool isShared = false;
+    ErrorCode code = kSuccess;
+  } cases[] = {
+      {"nothing there", [](auto&) {}},
+      {"not sticky", [](auto& top) { top.folder(".Trash"); }},
       {"sticky",
-       [&](auto& top, auto&) {
+       [&](auto& top) {
          top.folder(".Trash");
-         sticky(top.path(".Trash"));
+         top.chmod(".Trash", 01777);
        },
-       true, kSuccess},
+       true},
       {"link to a sticky folder",
-       [&](auto& top, auto&) {
+       [&](auto& top) {
          top.folder("other");
-         sticky(top.path("other"));
+         top.chmod("other", 01777);
          top.symlink(".Trash", "other");
-       },
-       false, kSuccess},
+       }},
       {"link in the place of this user's part",
-       [&](auto& top, const auto& user) {
+       [&](auto& top) {
          top.folder(".Trash/other");
-         sticky(top.path(".Trash"));
+         top.chmod(".Trash", 01777);
          top.symlink(".Trash/" + user, "other");
-       },
-       false, kSuccess},
+       }},
       {"link in the place of this user's own",
-       [&](auto& top, const auto& user) {
+       [&](auto& top) {
          top.folder("other");
          top.symlink(".Trash-" + user, "other");
        },
        false, kShellErrorOnDestination | kNotADirectory},
   };
-  const std::string user = std::to_string(geteuid());
-  for (const Case& test : cases) {
+  for (const auto& c : cases) {
     const TestFolder top;
-    test.prepare(top, user);
+    c.prepare(top);
     const Descriptor folder(open(top.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     Trash trash;
-    EXPECT_EQ(openTopTrash(folder.get(), top.path(), trash), test.code) << test.what;
-    const std::string path = top.path((test.isShared ? ".Trash/" : ".Trash-") + user);
-    EXPECT_EQ(trash.path, path) << test.what;
-    EXPECT_EQ(access((path + "/info").c_str(), F_OK) == 0, test.code == kSuccess) << test.what;
+    EXPECT_EQ(openTopTrash(folder.get(), top.path(), trash), c.code) << c.what;
+    const std::string bin = (c.isShared ? ".Trash/" : ".Trash-") + user;
+    EXPECT_EQ(trash.path, top.path(bin)) << c.what;
+    EXPECT_EQ(top.has(bin + "/info"), c.code == kSuccess) << c.what;
   }
+}
+
+TEST(TrashFolderTest, NamesInTheBinAreShortenedBetweenCharacters) {
+  const auto euros = [](int count) {
+    std::string text;
+    while (count-- > 0)
+      text += "\xE2\x82\xAC";
+    return text;
+  };
+  const struct {
+    std::string name;
+    std::uint64_t number;
+    std::string inBin;
+  } cases[] = {
+      {"a.tar.gz", 1, "a.tar.gz"},
+      {"a.tar.gz", 12, "a.tar.12.gz"},
+      {".profile", 2, ".profile.2"},
+      {"a." + std::string(31, 'x'), 2, "a.2." + std::string(31, 'x')},
+      {"a." + std::string(32, 'x'), 2, "a." + std::string(32, 'x') + ".2"},
+      {std::string(255, 'x'), 1, std::string(245, 'x')},
+      {euros(83) + ".txt", 1, euros(80) + ".txt"},  // 241 bytes are left for the name
+      {euros(83), 10, euros(80) + ".10"},
+      {std::string(255, '\x80'), 1, std::string(241, '\x80')},  // no UTF-8
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(trashName(c.name, c.number), c.inBin) << c.name;
+}
+
+TEST(TrashFolderTest, ARecordIsOneLineAKeyWhateverTheName) {
+  EXPECT_EQ(trashRecord("/a b%\n\xE4~_-.Z9", {2026, 3, 5, 0, 4, 9}),
+            "[Trash Info]\nPath=/a%20b%25%0A%E4~_-.Z9\nDeletionDate=2026-03-05T00:04:09\n");
 }
 
 }  // namespace
