@@ -134,7 +134,7 @@ class Model {
   std::int32_t steps_ = 0;
 };
 
-TEST(CStringCollectionTest, AgreesWithAPlainListOverRandomOperations) {
+TEST(CStringCollectionRandomTest, AgreesWithAPlainListOverRandomOperations) {
   const struct {
     bool duplicates;
     std::int32_t mode;
