@@ -52,43 +52,24 @@ TEST(MaskTest, WritesWholeNumbersInTheLocalesNotation) {
   }
 }
 
-TEST(MaskTest, RoundsFractionsAsTheyPrint) {
-  const ScopedLocale locale("C");
-  const struct {
-    TextView pattern;
-    double value;
-    TextView text;
-  } cases[] = {
-      {u"##0.00", 1.005, u"1.01"},    // as a double a little less
-      {u"##0.00", -1.005, u"-1.01"},  // away from zero
-      {u"##0", 0.5, u"1"},
-      {u"##0", 2.5, u"3"},
-      {u"##0", -0.4, u"0"},
-      {u"##0", 99.995, u"100"},
-      {u"##0.00", 99.995, u"100.00"},
-      {u"##0.00", 0.049, u"0.05"},
-      {u"##0.00", 1e-300, u"0.00"},
-      {u"###,##0.00", 9007199254740993.0, u"9,007,199,254,740,992.00"},
-      {u"##0", 9.2e18, u"9200000000000000000"},
-      {u"##0", std::nan(""), u"0"},
-      {u"##0", 1e300, u"18446744073709551615"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(formatNumber(c.pattern, c.value), c.text) << c.value;
-  }
+/// What `write` makes of each value.
+template <class Write>
+Text allOf(std::initializer_list<double> values, Write write) {
+  Text told;
+  for (const double value : values)
+    told += write(value) + u"|";
+  return told;
 }
 
-/// The quotient times 100, rounded, by plain wide arithmetic.
-Wide hundredths(std::int64_t value, int shift, Ties ties) {
-  const bool negative = value < 0;
-  const Wide scaled = (negative ? -Wide(value) : Wide(value)) * 100;
-  const Wide divisor = Wide(1) << shift;
-  Wide quotient = scaled / divisor;
-  const Wide twice = scaled % divisor * 2;
-  const bool up =
-      twice > divisor || (twice == divisor && (ties == Ties::AwayFromZero || quotient % 2 == 1));
-  quotient += up ? 1 : 0;
-  return negative ? -quotient : quotient;
+TEST(MaskTest, RoundsFractionsAsTheyPrint) {
+  const ScopedLocale locale("C");
+  const auto whole = [](double value) { return formatNumber(u"##0", value); };
+  const auto cents = [](double value) { return formatNumber(u"###,##0.00", value); };
+  // 1.005 is, as a double, a little less, and negative values round away from zero too.
+  EXPECT_EQ(allOf({1.005, -1.005, 99.995, 0.049, 1e-300, 9007199254740993.0}, cents),
+            u"1.01|-1.01|100.00|0.05|0.00|9,007,199,254,740,992.00|");
+  EXPECT_EQ(allOf({0.5, 2.5, -0.4, 99.995, 9.2e18, std::nan(""), 1e300}, whole),
+            u"1|3|0|100|9200000000000000000|0|18446744073709551615|");
 }
 
 TEST(MaskTest, DividesExactly) {
@@ -98,57 +79,43 @@ TEST(MaskTest, DividesExactly) {
     auto value = std::int64_t(random()) >> (random() % 63);
     // Every fourth value lies on a tie: an odd multiple of a two-hundredth is a multiple of 1/8.
     if (round % 4 == 0 && shift > 3) value = (value >> 3 | 1) * (std::int64_t(1) << (shift - 3));
-    for (const Ties ties : {Ties::AwayFromZero, Ties::ToEven}) {
-      const Decimal result = divideByPowerOfTwo(value, shift, 2, ties);
-      const Wide back = Wide(result.whole) * 100 + Wide(result.fraction);
-      ASSERT_TRUE((result.negative ? -back : back) == hundredths(value, shift, ties))
-          << value << " >> " << shift;
-      ASSERT_LT(result.fraction, 100u);
+    // Once without decimals, once with two.
+    for (const int unit : {1, 100}) {
+      const Wide scaled = (value < 0 ? -Wide(value) : Wide(value)) * unit;
+      const Wide divisor = Wide(1) << shift;
+      const Wide twice = scaled % divisor * 2;
+      for (const Ties ties : {Ties::AwayFromZero, Ties::ToEven}) {
+        Wide quotient = scaled / divisor;
+        const bool isUp = ties == Ties::AwayFromZero || quotient % 2 == 1;
+        if (twice > divisor || (twice == divisor && isUp)) ++quotient;
+        const Decimal result = divideByPowerOfTwo(value, shift, unit == 1 ? 0 : 2, ties);
+        ASSERT_TRUE(Wide(result.whole) * unit + Wide(result.fraction) == quotient)
+            << value << " >> " << shift;
+        ASSERT_LT(result.fraction, std::uint64_t(unit));
+        ASSERT_TRUE(quotient == 0 || result.negative == (value < 0));
+      }
     }
   }
-}
-
-TEST(MaskTest, RoundsTiesAsAsked) {
-  const struct {
-    std::int64_t value;  // eighths of a kilobyte are 0.125, 0.375, ...
-    std::uint64_t away, even;
-  } cases[] = {{128, 13, 12}, {384, 38, 38}, {640, 63, 62}, {896, 88, 88}, {127, 12, 12}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(divideByPowerOfTwo(c.value, 10, 2, Ties::AwayFromZero).fraction, c.away);
-    EXPECT_EQ(divideByPowerOfTwo(c.value, 10, 2, Ties::ToEven).fraction, c.even);
-    EXPECT_EQ(divideByPowerOfTwo(-c.value, 10, 2, Ties::AwayFromZero).fraction, c.away);
-  }
-  EXPECT_EQ(divideByPowerOfTwo(1536, 10, 0, Ties::ToEven).whole, 2u);
-  EXPECT_EQ(divideByPowerOfTwo(2560, 10, 0, Ties::ToEven).whole, 2u);
-  EXPECT_EQ(divideByPowerOfTwo(2560, 10, 0, Ties::AwayFromZero).whole, 3u);
 }
 
 TEST(MaskTest, CellsOfNumbers) {
   const ScopedLocale locale("de_DE");
-  const struct {
-    TextView mask;
-    double value;
-    TextView text;
-  } cases[] = {
-      {u"*###,###,##0.00* MB;;;", 1234.5, u"1.234,50 MB"},
-      {u"*###,###,##0.00* MB;;;", 0, u""},
-      {u"*###,###,##0.00* MB;;;", -3, u""},
-      {u"*###,##0*;;;", 1024, u"1.024"},
-      {u"*##0.00*%", 0, u"0,00%"},
-      {u"*##0*%", 0, u"0%"},
-      {u"*##0*%", 12.5, u"13%"},
-      {u"*##0*%", -1, u"-1%"},
-      {u"no mask", 5, u""},
-      {u"*##0", 5, u""},
-      {u"", 5, u""},
+  const std::pair<TextView, TextView> cases[] = {
+      {u"*###,###,##0.00* MB;;;", u"||0,40 MB|1.024,00 MB|1.234,50 MB|"},
+      {u"*###,##0*;;;", u"||0|1.024|1.235|"},
+      {u"*##0.00*%", u"-3,00%|0,00%|0,40%|1024,00%|1234,50%|"},
+      {u"*##0*%", u"-3%|0%|0%|1024%|1235%|"},
+      {u"no mask", u"|||||"},
+      {u"*##0", u"|||||"},
+      {u"", u"|||||"},
   };
-  for (const auto& c : cases) {
-    const CellMask mask(c.mask);
-    EXPECT_EQ(shown(mask, c.value), c.text) << toBytes(c.mask);
+  for (const auto& [pattern, texts] : cases) {
+    const CellMask mask(pattern);
+    const auto cell = [&](double value) { return shown(mask, value); };
+    const auto wholeCell = [&](double value) { return shown(mask, std::int64_t(value)); };
     EXPECT_FALSE(mask.isDate());
-    if (c.value == double(std::int64_t(c.value))) {
-      EXPECT_EQ(shown(mask, std::int64_t(c.value)), c.text) << toBytes(c.mask);
-    }
+    EXPECT_EQ(allOf({-3, 0, 0.4, 1024, 1234.5}, cell), texts) << toBytes(pattern);
+    EXPECT_EQ(allOf({-3, 0, 1024}, wholeCell), allOf({-3, 0, 1024}, cell)) << toBytes(pattern);
   }
   EXPECT_EQ(shown(CellMask(u"*##0*;;;"), (std::int64_t(1) << 53) + 1), u"9007199254740993");
 }

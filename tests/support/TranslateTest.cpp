@@ -1,32 +1,12 @@
-#include "support/Translate.h"
-
 #include <gtest/gtest.h>
 
-#include <map>
+#include "tests/testing/FewTexts.h"
 
 namespace ombrelian {
 namespace {
 
-class FewTexts : public LanguageTexts {
- public:
-  Text text(int id) const override {
-    const auto found = texts.find(id);
-    return found == texts.end() ? Text() : found->second;
-  }
-
-  std::map<int, Text> texts;
-};
-
-class TranslateTest : public ::testing::Test {
- protected:
-  TranslateTest() { setLanguageTexts(&language_); }
-  ~TranslateTest() override { setLanguageTexts(nullptr); }
-
-  FewTexts language_;
-};
-
-TEST_F(TranslateTest, TheGermanTextStandsInForAMissingOne) {
-  language_.texts = {{5, u"Cancel"}, {6, u""}, {0, u"zero"}, {-1, u"minus"}};
+TEST(TranslateTest, TheGermanTextStandsInForAMissingOne) {
+  const testing::FewTexts texts({{5, u"Cancel"}, {6, u""}, {0, u"zero"}, {-1, u"minus"}});
   EXPECT_EQ(TL(5, u"Abbrechen"), u"Cancel");
   EXPECT_EQ(TL(6, u"Weiter"), u"Weiter");
   EXPECT_EQ(TL(7, u"Zurück"), u"Zurück");
@@ -34,8 +14,8 @@ TEST_F(TranslateTest, TheGermanTextStandsInForAMissingOne) {
   EXPECT_EQ(TL(-1, u"Minus"), u"Minus");
 }
 
-TEST_F(TranslateTest, ReplacesPlaceholdersOneAfterTheOther) {
-  language_.texts = {{1, u"%2 of %1%!%2"}, {2, u"%1 %2"}, {3, u"%1%10"}};
+TEST(TranslateTest, ReplacesPlaceholdersOneAfterTheOther) {
+  const testing::FewTexts texts({{1, u"%2 of %1%!%2"}, {2, u"%1 %2"}, {3, u"%1%10"}});
   EXPECT_EQ(TL(1, u"%1 von %2", {u"a", u"b"}), u"b of a\r\nb");
   EXPECT_EQ(TL(2, u"", {u"[%2]", u"x"}), u"[x] x");   // the next pass reaches into an argument
   EXPECT_EQ(TL(2, u"", {u"x", u"[%1]"}), u"x [%1]");  // no pass goes back
