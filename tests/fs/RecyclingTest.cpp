@@ -1,7 +1,6 @@
 #include "fs/Recycling.h"
 
 #include <errno.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "fs/z_Filesystem.h"
@@ -12,12 +11,7 @@
 namespace ombrelian {
 namespace {
 
-using platform::kShellErrorOnDestination;
-using testing::Call;
-using ::testing::HasSubstr;
-using testing::ScopedFault;
-using testing::ScopedVariable;
-using testing::TestFolder;
+using namespace ombrelian::testing;
 
 TEST(RecyclingTest, FileAndFolderGoEitherWayAndWhatIsGoneCounts) {
   const TestFolder folder;
@@ -52,15 +46,12 @@ TEST(RecyclingTest, FullBinIsNamedWithTheReasonAndTheCode) {
   const TestFolder folder;
   const ScopedVariable data("XDG_DATA_HOME", folder.path("data"));
   folder.file("file");
-  ShellResult result;
-  {
-    const ScopedFault full({.call = Call::Write, .error = ENOSPC});
-    result = xDeleteFileSHwide({folder.text("file")}, true);
-  }
-  EXPECT_EQ(result.code, kShellErrorOnDestination | platform::kDiskFull);
+  const ScopedFault full({.call = Call::Write, .error = ENOSPC});
+  const ShellResult result = xDeleteFileSHwide({folder.text("file")}, true);
+  EXPECT_EQ(result.code, platform::kShellErrorOnDestination | platform::kDiskFull);
   const std::string text = toBytes(recyclingErrorText(result));
   EXPECT_TRUE(text.starts_with("No space left on device ")) << text;
-  EXPECT_THAT(text, HasSubstr("'" + folder.path("data/Trash") + "'"));
+  EXPECT_NE(text.find("'" + folder.path("data/Trash") + "'"), std::string::npos) << text;
   EXPECT_TRUE(text.ends_with(" (65648)")) << text;
 }
 

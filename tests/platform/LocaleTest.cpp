@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/testing/ScopedLocale.h"
+#include "tests/testing/TestFolder.h"
 
 namespace ombrelian::platform {
 namespace {
@@ -12,35 +13,32 @@ TEST(LocaleTest, WritesNumbersAndDatesAsTheLocaleDoes) {
     const char* name;
     TextView decimal, group;
     int secondary, minimum;
-    TextView shortDate, time, march, sunday;
+    TextView texts;  // short date, time, March, Sunday
   } cases[] = {
-      {"C", u".", u",", 3, 1, u"yyyy-MM-dd", u"HH:mm:ss", u"March", u"Sun"},
-      {"C.UTF-8", u".", u",", 3, 1, u"yyyy-MM-dd", u"HH:mm:ss", u"March", u"Sun"},
-      {"POSIX", u".", u",", 3, 1, u"yyyy-MM-dd", u"HH:mm:ss", u"March", u"Sun"},
-      {"xx_YY.UTF-8", u".", u",", 3, 1, u"M/d/yyyy", u"HH:mm:ss", u"March", u"Sun"},
-      {"en_US.UTF-8", u".", u",", 3, 1, u"M/d/yyyy", u"h:mm:ss tt", u"March", u"Sun"},
-      {"de_DE.UTF-8@euro", u",", u".", 3, 1, u"dd.MM.yyyy", u"HH:mm:ss", u"M\u00E4rz", u"So"},
-      {"fr_FR", u",", u"\u202F", 3, 1, u"dd/MM/yyyy", u"HH:mm:ss", u"mars", u"dim."},
-      {"fr_CA", u",", u"\u00A0", 3, 1, u"yyyy-MM-dd", u"HH \"h\" mm \"min\" ss \"s\"", u"mars",
-       u"dim."},
-      {"es_ES", u",", u".", 3, 2, u"d/M/yyyy", u"H:mm:ss", u"marzo", u"dom"},
-      {"hi_IN", u".", u",", 2, 1, u"d/M/yyyy", u"h:mm:ss tt", u"\u092E\u093E\u0930\u094D\u091A",
-       u"\u0930\u0935\u093F"},
-      {"ko_KR", u".", u",", 3, 1, u"yyyy. M. d.", u"tt h:mm:ss", u"3\uC6D4", u"\uC77C"},
+      {"C.UTF-8", u".", u",", 3, 1, u"yyyy-MM-dd|HH:mm:ss|March|Sun"},
+      {"POSIX", u".", u",", 3, 1, u"yyyy-MM-dd|HH:mm:ss|March|Sun"},
+      {"xx_YY.UTF-8", u".", u",", 3, 1, u"M/d/yyyy|HH:mm:ss|March|Sun"},
+      {"en_US.UTF-8", u".", u",", 3, 1, u"M/d/yyyy|h:mm:ss tt|March|Sun"},
+      {"de_DE.UTF-8@euro", u",", u".", 3, 1, u"dd.MM.yyyy|HH:mm:ss|März|So"},
+      {"fr_FR", u",", u"\u202F", 3, 1, u"dd/MM/yyyy|HH:mm:ss|mars|dim."},
+      {"fr_CA", u",", u"\u00A0", 3, 1, u"yyyy-MM-dd|HH \"h\" mm \"min\" ss \"s\"|mars|dim."},
+      {"es_ES", u",", u".", 3, 2, u"d/M/yyyy|H:mm:ss|marzo|dom"},
+      {"hi_IN", u".", u",", 2, 1, u"d/M/yyyy|h:mm:ss tt|मार्च|रवि"},
+      {"ko_KR", u".", u",", 3, 1, u"yyyy. M. d.|tt h:mm:ss|3월|일"},
   };
   for (const auto& c : cases) {
     const ScopedLocale locale(c.name);
     const NumberSymbols& numbers = numberSymbols();
+    const DateSymbols& dates = dateSymbols();
     EXPECT_EQ(numbers.decimal, c.decimal) << c.name;
     EXPECT_EQ(numbers.group, c.group) << c.name;
     EXPECT_EQ(numbers.primaryGroup, 3) << c.name;
     EXPECT_EQ(numbers.secondaryGroup, c.secondary) << c.name;
     EXPECT_EQ(numbers.minimumGrouping, c.minimum) << c.name;
-    EXPECT_EQ(dateSymbols().shortDate, c.shortDate) << c.name;
-    EXPECT_EQ(dateSymbols().time, c.time) << c.name;
-    EXPECT_EQ(dateSymbols().longMonths[2], c.march) << c.name;
-    EXPECT_EQ(dateSymbols().shortDays[0], c.sunday) << c.name;
-    EXPECT_FALSE(dateSymbols().am.empty() || dateSymbols().pm.empty()) << c.name;
+    const std::vector<Text> texts = {dates.shortDate, dates.time, dates.longMonths[2],
+                                     dates.shortDays[0]};
+    EXPECT_EQ(texts, testing::fields(c.texts)) << c.name;
+    EXPECT_FALSE(dates.am.empty() || dates.pm.empty()) << c.name;
   }
 }
 
@@ -76,6 +74,8 @@ TEST(LocaleTest, FoldsCaseOfEveryScriptAndKeepsWhatIsNoText) {
       {"de_DE", u"\u0416\u03A9", u"\u0436\u03C9", u"\u0416\u03A9"},
       {"de_DE", u"A\xDC80\xDCFF", u"a\xDC80\xDCFF", u"A\xDC80\xDCFF"},
       {"tr_TR", u"Ii", u"\u0131i", u"I\u0130"},
+      {"az_AZ", u"\u00C4Ii\u0130\u0131\u0416", u"\u00E4\u0131ii\u0131\u0436",
+       u"\u00C4I\u0130\u0130I\u0416"},
       {"de_DE", u"Ii", u"ii", u"II"},
       {"de_DE", u"\U00010428", u"\U00010428", u"\U00010400"},
   };

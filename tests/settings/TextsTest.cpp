@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <regex>
 
 #include "settings/z_Translate.h"
 #include "tests/testing/TestFolder.h"
@@ -97,91 +98,33 @@ TEST(TextsTest, EveryTranslationIsComplete) {
   EXPECT_GT(translations, 0U);
 }
 
-/// Finds the texts in a source: a number of four digits, a comma, and UTF-16 literals.
-class SourceScanner {
- public:
-  explicit SourceScanner(std::string_view source) : rest_(source) {}
-
-  std::vector<Record> scan() {
-    std::vector<Record> found;
-    std::string number;
-    bool comma = false;
-    while (!rest_.empty()) {
-      if (skipUnseen()) continue;
-      if (std::isalnum(rest_[0]) && !rest_.starts_with("u\"")) {
-        number = takeWord();
-        comma = false;
-      } else if (rest_.starts_with("u\"")) {
-        const std::string text = takeLiterals();
-        if (comma && isTextNumber(number))
-          found.push_back({std::stoi(number), fromBytes(text), {}});
-        number.clear();
-      } else {
-        comma = rest_[0] == ',' && !comma;
-        if (!comma) number.clear();
-        rest_.remove_prefix(1);
-      }
-    }
-    return found;
-  }
-
- private:
-  static bool isTextNumber(const std::string& word) {
-    return word.size() == 4 && std::all_of(word.begin(), word.end(), ::isdigit);
-  }
-
-  /// White space, comments, and characters such as u'"'.
-  bool skipUnseen() {
-    if (std::isspace(static_cast<unsigned char>(rest_[0]))) return skip(1);
-    if (rest_.starts_with("//")) return skip(rest_.find('\n'));
-    if (rest_[0] != '\'') return false;
-    const std::size_t end = rest_.find('\'', rest_.starts_with("'\\") ? 3 : 2);
-    return skip(end == std::string_view::npos ? end : end + 1);
-  }
-
-  bool skip(std::size_t count) {
-    rest_.remove_prefix(std::min(count, rest_.size()));
-    return true;
-  }
-
-  /// A name or a number, which may hold separators.
-  std::string takeWord() {
-    const bool isNumber = std::isdigit(rest_[0]) != 0;
-    std::size_t end = 0;
-    while (end < rest_.size() &&
-           (std::isalnum(rest_[end]) || rest_[end] == '_' || (isNumber && rest_[end] == '\'')))
-      ++end;
-    const std::string word(rest_.substr(0, end));
-    rest_.remove_prefix(end);
-    return word;
-  }
-
-  /// Adjacent literals are one text.
-  std::string takeLiterals() {
+/// The texts in a source: a number of four digits, a comma, and UTF-16 literals, which are one text
+/// when they are adjacent.
+std::vector<Record> textsIn(const std::string& source) {
+  static const std::regex head("(^|[^\\w'])(\\d{4}),\\s*(//[^\n]*\\s*)?(?=u\")");
+  std::vector<Record> found;
+  std::sregex_iterator at(source.begin(), source.end(), head);
+  for (; at != std::sregex_iterator(); ++at) {
     std::string text;
-    while (rest_.starts_with("u\"")) {
-      std::size_t at = 2;
-      for (; rest_[at] != '"'; ++at) {
-        if (rest_[at] == '\\') ++at;
-        text += rest_[at];
+    auto in = std::size_t(at->position() + at->length());
+    while (source.compare(in, 2, "u\"") == 0) {
+      for (in += 2; source[in] != '"'; ++in) {
+        if (source[in] == '\\') ++in;
+        text += source[in];
       }
-      rest_.remove_prefix(at + 1);
-      while (!rest_.empty() && skipUnseen()) {
-      }
+      in = source.find_first_not_of(" \n", in + 1);
     }
-    return text;
+    found.push_back({std::stoi((*at)[2]), fromBytes(text), {}});
   }
-
-  std::string_view rest_;
-};
+  return found;
+}
 
 TEST(TextsTest, TheScannerFindsTexts) {
   const std::vector<Record> expected = {{1234, u"ab\"c\"", {}}, {5678, u"d", {}}};
-  EXPECT_EQ(SourceScanner(
-                "TL(1234, // why, u\"x\"\n u\"a\" u\"b\\\"c\\\"\", {x}); {u'\"', 10'000, 5678,\n"
-                "u\"d\", 9999, 12, u\"no\"} f(1234 + x, u\"no\") \"1234,\"")
-                .scan(),
-            expected);
+  EXPECT_EQ(
+      textsIn("TL(1234, // why, u\"x\"\n u\"a\" u\"b\\\"c\\\"\", {x}); {u'\"', 10'0000, 5678,\n"
+              "u\"d\", 99999, 12, u\"no\"} f(1234 + x, u\"no\") \"1234,\""),
+      expected);
 }
 
 TEST(TextsTest, TheCodeSaysWhatTheListSays) {
@@ -194,7 +137,7 @@ TEST(TextsTest, TheCodeSaysWhatTheListSays) {
     if (extension != ".cpp" && extension != ".h" && extension != ".inc") continue;
     const std::string source = testing::readFile(entry.path().string());
     EXPECT_EQ(source.find("TL(0"), std::string::npos) << entry.path() << ": a text has no number";
-    for (const Record& text : SourceScanner(source).scan()) {
+    for (const Record& text : textsIn(source)) {
       ++found;
       EXPECT_EQ(toBytes(listed[text.id]), toBytes(text.german)) << entry.path() << " " << text.id;
     }

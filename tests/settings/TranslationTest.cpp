@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "settings/z_Translate.h"
-#include "tests/testing/Faults.h"
 #include "tests/testing/ScopedLocale.h"
 #include "tests/testing/TestFolder.h"
 
@@ -14,12 +11,7 @@ using testing::TestFolder;
 
 class TranslationTest : public ::testing::Test {
  protected:
-  void write(const char* name, const std::string& content) {
-    program.file(name);
-    std::ofstream(program.path(name), std::ios::binary) << content;
-  }
-
-  TestFolder program;
+  const TestFolder program;
 };
 
 TEST(RecordTest, SplitsFields) {
@@ -42,19 +34,19 @@ TEST(RecordTest, SplitsFields) {
 }
 
 TEST_F(TranslationTest, ReadsATranslatorsFile) {
-  write("tl.txt",
-        "\xEF\xBB\xBF# 1, \"a\", \"comment\"\r\n"
-        "\r\n"
-        "  # 2, \"a\", \"comment\"\n"
-        "3, \"Zurück\", \"Back, of course\"\r\n"
-        "4, \"a\"\n"
-        "5, \"a\", \"first\"\n"
-        "6abc, \"a\", \"six\"\r"
-        "none, \"a\", \"zero\"\n"
-        "7, \"a\", \"\"\n"
-        "5, \"a\", \"retour à \xFF\"\n"
-        "5, \"a line that lacks a field changes nothing\"\n"
-        "8, \"a\", \"last\"");
+  program.write("tl.txt",
+                "\xEF\xBB\xBF# 1, \"a\", \"comment\"\r\n"
+                "\r\n"
+                "  # 2, \"a\", \"comment\"\n"
+                "3, \"Zurück\", \"Back, of course\"\r\n"
+                "4, \"a\"\n"
+                "5, \"a\", \"first\"\n"
+                "6abc, \"a\", \"six\"\r"
+                "none, \"a\", \"zero\"\n"
+                "7, \"a\", \"\"\n"
+                "5, \"a\", \"retour à \xFF\"\n"
+                "5, \"a line that lacks a field changes nothing\"\n"
+                "8, \"a\", \"last\"");
   Translation translation;
   translation.LoadTextFromFile(program.text("tl.txt"));
   EXPECT_TRUE(translation.TranslatorMode());
@@ -67,36 +59,36 @@ TEST_F(TranslationTest, ReadsATranslatorsFile) {
   for (const TextView id : {u"", u"-", u"8T", u"-8", u"4294967304"})
     EXPECT_EQ(translation.TL_Caption(id), u"") << toBytes(id);
 
-  write("second.txt", "8, \"a\", \"%1%!\"\n");
+  program.write("second.txt", "8, \"a\", \"%1%!\"\n");
   translation.LoadTextFromFile(program.text("second.txt"));
   EXPECT_EQ(translation.text(3), u"");  // the first file is gone
   EXPECT_EQ(translation.TL_Caption(u"8"), u"%1%!");
 }
 
 TEST_F(TranslationTest, ChoosesTheLanguage) {
-  write("lang/eng.txt", "1, \"a\", \"english\"\n");
-  write("lang/fre.txt", "1, \"a\", \"français\"\n");
-  write("lang/ita.txt", "# nothing in it\n");
+  program.write("lang/eng.txt", "1, \"a\", \"english\"\n");
+  program.write("lang/fre.txt", "1, \"a\", \"français\"\n");
+  program.write("lang/ita.txt", "# nothing in it\n");
   program.folder("lang/rus.txt");
   constexpr auto kNone = std::nullopt;
   struct {
     const char* locale;
     std::optional<int> stored;
     int languageId;
-    TextView text;     // of number 1; empty: the German one shows
-    TextView missing;  // file that is told
+    TextView text = u"";     // of number 1; empty: the German one shows
+    TextView missing = u"";  // file that is told
   } const cases[] = {
-      {"de_DE.UTF-8", kNone, 7, u"", u""},
-      {"C", kNone, 9, u"english", u""},
-      {"en_GB.UTF-8", 0, 9, u"english", u""},
-      {"fr_FR.UTF-8", kNone, 12, u"français", u""},
-      {"ja_JP.UTF-8", kNone, 9, u"english", u""},
-      {"C", 7, 7, u"", u""},
-      {"de_DE.UTF-8", 9, 9, u"english", u""},
-      {"de_DE.UTF-8", 12, 12, u"français", u""},
-      {"de_DE.UTF-8", 17, 9, u"english", u""},
-      {"de_DE.UTF-8", -7, 9, u"english", u""},
-      {"sv_SE.UTF-8", kNone, 9, u"english", u""},  // there is no Swedish pack
+      {"de_DE.UTF-8", kNone, 7},
+      {"C", kNone, 9, u"english"},
+      {"en_GB.UTF-8", 0, 9, u"english"},
+      {"fr_FR.UTF-8", kNone, 12, u"français"},
+      {"ja_JP.UTF-8", kNone, 9, u"english"},
+      {"C", 7, 7},
+      {"de_DE.UTF-8", 9, 9, u"english"},
+      {"de_DE.UTF-8", 12, 12, u"français"},
+      {"de_DE.UTF-8", 17, 9, u"english"},
+      {"de_DE.UTF-8", -7, 9, u"english"},
+      {"sv_SE.UTF-8", kNone, 9, u"english"},  // there is no Swedish pack
       // A stored language without its texts: English does not stand in at once, the next start
       // has it.
       {"C", 16, 9, u"", u"ita.txt"},
@@ -125,24 +117,22 @@ TEST_F(TranslationTest, WithoutEnglishTextsAllIsGerman) {
 }
 
 TEST_F(TranslationTest, TranslatorModeReplacesAllTexts) {
-  write("lang/eng.txt", "1, \"a\", \"english\"\n2, \"b\", \"two\"\n");
-  {
-    Translation translation;  // asked for, but there is no file
-    translation.Init_Sprache({program.text(), 9, true});
-    EXPECT_TRUE(translation.TranslatorMode());
-    EXPECT_EQ(translation.text(1), u"english");
+  program.write("lang/eng.txt", "1, \"a\", \"english\"\n2, \"b\", \"two\"\n");
+  for (const bool hasFile : {false, true}) {
+    if (hasFile) program.write("OmbrelianTL.txt", "1, \"a\", \"mine\"\n");
+    for (const int language : {7, 9}) {
+      for (const bool isAsked : {false, true}) {
+        Translation translation;
+        EXPECT_EQ(translation.Init_Sprache({program.text(), language, isAsked}), u"");
+        EXPECT_EQ(translation.TranslatorMode(), isAsked);
+        EXPECT_EQ(translation.LanguageId(), language);
+        const bool isMine = hasFile && isAsked;  // what it lacks is German, whatever the language
+        const bool isEnglish = !isMine && language == 9;
+        EXPECT_EQ(translation.text(1), isMine ? u"mine" : isEnglish ? u"english" : u"");
+        EXPECT_EQ(translation.text(2), isEnglish ? u"two" : u"");
+      }
+    }
   }
-  write("OmbrelianTL.txt", "1, \"a\", \"mine\"\n");
-  for (const int language : {7, 9}) {
-    Translation translation;
-    EXPECT_EQ(translation.Init_Sprache({program.text(), language, true}), u"");
-    EXPECT_EQ(translation.LanguageId(), language);
-    EXPECT_EQ(translation.text(1), u"mine");
-    EXPECT_EQ(translation.text(2), u"");  // shows German, whatever the language
-  }
-  Translation translation;  // the file alone does nothing
-  translation.Init_Sprache({program.text(), 9, false});
-  EXPECT_EQ(translation.text(1), u"english");
 }
 
 }  // namespace
