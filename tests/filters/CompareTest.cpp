@@ -1,13 +1,10 @@
 #include "filters/mCompare.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 
 #include "platform/Locale.h"
 #include "tests/testing/RecordingSink.h"
-#include "tests/testing/ScopedLocale.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {

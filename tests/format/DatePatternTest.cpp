@@ -1,8 +1,6 @@
 #include "format/DatePattern.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
@@ -41,10 +39,10 @@ TEST(DatePatternTest, WritesEveryPatternThatIsOffered) {
 
 TEST(DatePatternTest, TheHoursOfAClockOfTwelve) {
   const ScopedLocale locale("C");
-  Text told;
-  for (const int hour : {0, 1, 11, 12, 13})
-    told += DatePattern(u"h AM/PM").format(toDate({2026, 1, 1, hour})) + u"|";
-  EXPECT_EQ(told, u"12 AM|1 AM|11 AM|12 PM|1 PM|");
+  const auto told = [](int hour) {
+    return DatePattern(u"h AM/PM").format(toDate({2026, 1, 1, hour}));
+  };
+  EXPECT_EQ(testing::each({0, 1, 11, 12, 13}, told), u"12 AM|1 AM|11 AM|12 PM|1 PM");
 }
 
 TEST(DatePatternTest, DefaultsComeFromTheLocaleWithoutItsAmPm) {
@@ -67,29 +65,18 @@ TEST(DatePatternTest, DefaultsComeFromTheLocaleWithoutItsAmPm) {
 }
 
 TEST(DatePatternTest, GeneralDateLeavesOutWhatIsZero) {
-  const struct {
-    const char* locale;
-    Date date;
-    TextView text;
-  } cases[] = {
-      {"de_DE", kAfternoon, u"22.11.2026 15:07:30"},
-      {"en_US", kAfternoon, u"11/22/2026 3:07:30 PM"},
-      {"C", kAfternoon, u"2026-11-22 15:07:30"},
-      {"de_DE", toDate({2026, 11, 22}), u"22.11.2026"},
-      {"de_DE", 0.5, u"12:00:00"},
-      {"de_DE", 0, u""},
+  const auto told = [](const char* name) {
+    const ScopedLocale locale(name);
+    return testing::each({kAfternoon, toDate({2026, 11, 22}), 0.5, 0.0}, formatGeneralDate);
   };
-  for (const auto& c : cases) {
-    const ScopedLocale locale(c.locale);
-    EXPECT_EQ(formatGeneralDate(c.date), c.text) << c.locale;
-  }
+  EXPECT_EQ(told("de_DE"), u"22.11.2026 15:07:30|22.11.2026|12:00:00|");
+  EXPECT_EQ(told("en_US"), u"11/22/2026 3:07:30 PM|11/22/2026|12:00:00 PM|");
+  EXPECT_EQ(told("C"), u"2026-11-22 15:07:30|2026-11-22|12:00:00|");
 }
 
 TEST(DatePatternTest, SpansOfTime) {
-  Text told;
-  for (const int seconds : {0, 3599, 86399, 90061, 360'000, -5})
-    told += formatTimeSpan(seconds) + u"|";
-  EXPECT_EQ(told, u"00:00:00|00:59:59|23:59:59|25:01:01|100:00:00|00:00:00|");
+  EXPECT_EQ(testing::each({0, 3599, 86399, 90061, 360'000, -5}, formatTimeSpan),
+            u"00:00:00|00:59:59|23:59:59|25:01:01|100:00:00|00:00:00");
 }
 
 }  // namespace

@@ -1,12 +1,10 @@
 #include "format/Mask.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 #include <random>
 
-#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
@@ -52,24 +50,15 @@ TEST(MaskTest, WritesWholeNumbersInTheLocalesNotation) {
   }
 }
 
-/// What `write` makes of each value.
-template <class Write>
-Text allOf(std::initializer_list<double> values, Write write) {
-  Text told;
-  for (const double value : values)
-    told += write(value) + u"|";
-  return told;
-}
-
 TEST(MaskTest, RoundsFractionsAsTheyPrint) {
   const ScopedLocale locale("C");
   const auto whole = [](double value) { return formatNumber(u"##0", value); };
   const auto cents = [](double value) { return formatNumber(u"###,##0.00", value); };
   // 1.005 is, as a double, a little less, and negative values round away from zero too.
-  EXPECT_EQ(allOf({1.005, -1.005, 99.995, 0.049, 1e-300, 9007199254740993.0}, cents),
-            u"1.01|-1.01|100.00|0.05|0.00|9,007,199,254,740,992.00|");
-  EXPECT_EQ(allOf({0.5, 2.5, -0.4, 99.995, 9.2e18, std::nan(""), 1e300}, whole),
-            u"1|3|0|100|9200000000000000000|0|18446744073709551615|");
+  EXPECT_EQ(testing::each({1.005, -1.005, 99.995, 0.049, 1e-300, 9007199254740993.0}, cents),
+            u"1.01|-1.01|100.00|0.05|0.00|9,007,199,254,740,992.00");
+  EXPECT_EQ(testing::each({0.5, 2.5, -0.4, 99.995, 9.2e18, std::nan(""), 1e300}, whole),
+            u"1|3|0|100|9200000000000000000|0|18446744073709551615");
 }
 
 TEST(MaskTest, DividesExactly) {
@@ -101,21 +90,23 @@ TEST(MaskTest, DividesExactly) {
 TEST(MaskTest, CellsOfNumbers) {
   const ScopedLocale locale("de_DE");
   const std::pair<TextView, TextView> cases[] = {
-      {u"*###,###,##0.00* MB;;;", u"||0,40 MB|1.024,00 MB|1.234,50 MB|"},
-      {u"*###,##0*;;;", u"||0|1.024|1.235|"},
-      {u"*##0.00*%", u"-3,00%|0,00%|0,40%|1024,00%|1234,50%|"},
-      {u"*##0*%", u"-3%|0%|0%|1024%|1235%|"},
-      {u"no mask", u"|||||"},
-      {u"*##0", u"|||||"},
-      {u"", u"|||||"},
+      {u"*###,###,##0.00* MB;;;", u"||0,40 MB|1.024,00 MB|1.234,50 MB"},
+      {u"*###,##0*;;;", u"||0|1.024|1.235"},
+      {u"*##0.00*%", u"-3,00%|0,00%|0,40%|1024,00%|1234,50%"},
+      {u"*##0*%", u"-3%|0%|0%|1024%|1235%"},
+      {u"no mask", u"||||"},
+      {u"*##0", u"||||"},
+      {u"", u"||||"},
   };
   for (const auto& [pattern, texts] : cases) {
     const CellMask mask(pattern);
     const auto cell = [&](double value) { return shown(mask, value); };
     const auto wholeCell = [&](double value) { return shown(mask, std::int64_t(value)); };
     EXPECT_FALSE(mask.isDate());
-    EXPECT_EQ(allOf({-3, 0, 0.4, 1024, 1234.5}, cell), texts) << toBytes(pattern);
-    EXPECT_EQ(allOf({-3, 0, 1024}, wholeCell), allOf({-3, 0, 1024}, cell)) << toBytes(pattern);
+    EXPECT_EQ(testing::each({-3.0, 0.0, 0.4, 1024.0, 1234.5}, cell), texts) << toBytes(pattern);
+    EXPECT_EQ(testing::each({-3.0, 0.0, 1024.0}, wholeCell),
+              testing::each({-3.0, 0.0, 1024.0}, cell))
+        << toBytes(pattern);
   }
   EXPECT_EQ(shown(CellMask(u"*##0*;;;"), (std::int64_t(1) << 53) + 1), u"9007199254740993");
 }

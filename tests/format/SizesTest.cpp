@@ -1,12 +1,10 @@
 #include "format/Sizes.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <random>
 
 #include "tests/testing/FewTexts.h"
-#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
@@ -23,21 +21,21 @@ TEST(SizesTest, StatusTextInEveryFormat) {
     bool withUnit, shortBytes;
     TextView texts;  // in each format
   } cases[] = {
-      {1234567, true, false, u"1.234.567 Bytes|1.205,63 KB|1,18 MB|0,00 GB|1,18 MB|0,00 TB||"},
-      {1234567, false, false, u"1.234.567|1.205,63|1,18|0,00|1,18 MB|0,00||"},
-      {1234567, false, true, u"1.234.567|1.205,63|1,18|0,00|1,18 MB|0,00||"},
-      {1000, true, true, u"1.000 BS|0,98 KB|0,00 MB|0,00 GB|1.000 BS|0,00 TB||"},
-      {1000, false, false, u"1.000|0,98|0,00|0,00|1.000 Bytes|0,00||"},
-      {-128, true, false, u"-128 Bytes|-0,13 KB|0,00 MB|0,00 GB|-128 Bytes|0,00 TB||"},
+      {1234567, true, false, u"1.234.567 Bytes|1.205,63 KB|1,18 MB|0,00 GB|1,18 MB|0,00 TB|"},
+      {1234567, false, false, u"1.234.567|1.205,63|1,18|0,00|1,18 MB|0,00|"},
+      {1234567, false, true, u"1.234.567|1.205,63|1,18|0,00|1,18 MB|0,00|"},
+      {1000, true, true, u"1.000 BS|0,98 KB|0,00 MB|0,00 GB|1.000 BS|0,00 TB|"},
+      {1000, false, false, u"1.000|0,98|0,00|0,00|1.000 Bytes|0,00|"},
+      {-128, true, false, u"-128 Bytes|-0,13 KB|0,00 MB|0,00 GB|-128 Bytes|0,00 TB|"},
       {kTB + kTB / 8, true, false,
        u"1.236.950.581.248 Bytes|1.207.959.552,00 KB|1.179.648,00 MB|1.152,00 GB|1.152,00 GB|"
-       u"1,13 TB||"},
+       u"1,13 TB|"},
   };
   for (const auto& c : cases) {
-    Text told;
-    for (std::uint8_t format = 0; format < 7; ++format)
-      told += xFormatFileSize(format, c.size, c.withUnit, c.shortBytes) + u"|";
-    EXPECT_EQ(told, c.texts) << c.size;
+    const auto told = [&](int format) {
+      return xFormatFileSize(std::uint8_t(format), c.size, c.withUnit, c.shortBytes);
+    };
+    EXPECT_EQ(testing::each({0, 1, 2, 3, 4, 5, 6}, told), c.texts) << c.size;
   }
   EXPECT_EQ(xFormatFileSize(1, std::numeric_limits<std::int64_t>::max(), false, false),
             u"9.007.199.254.740.992,00");
@@ -45,24 +43,16 @@ TEST(SizesTest, StatusTextInEveryFormat) {
 
 TEST(SizesTest, AutomaticUnits) {
   const ScopedLocale locale("en_US");
-  const struct {
-    std::int64_t size;
-    TextView status, automatic, without;
-  } cases[] = {
-      {1024, u"1,024 Bytes", u"1,024 Bytes", u"1,024"},
-      {1025, u"1.00 KB", u"1.00 KB", u"1.00"},
-      {1048576, u"1,024.00 KB", u"1,024.00 KB", u"1,024.00"},
-      {1048577, u"1.00 MB", u"1.00 MB", u"1.00"},
-      {1047527424, u"999.00 MB", u"999.00 MB", u"999.00"},
-      {1047527425, u"0.98 GB", u"0.98 GB", u"0.98"},
-      {kTB, u"1,024.00 GB", u"1,024.00 GB", u"1,024.00"},
-      {kTB + 1, u"1,024.00 GB", u"1.00 TB", u"1.00"},  // the status line stops at gigabytes
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(xFormatFileSize(4, c.size, true, false), c.status);
-    EXPECT_EQ(xFormatFileSizeAuto(c.size, true), c.automatic);
-    EXPECT_EQ(xFormatFileSizeAuto(c.size, false), c.without);
-  }
+  const std::vector<std::int64_t> sizes = {1024,       1025,       1048576, 1048577,
+                                           1047527424, 1047527425, kTB,     kTB + 1};
+  const auto status = [](std::int64_t size) { return xFormatFileSize(4, size, true, false); };
+  const auto with = [](std::int64_t size) { return xFormatFileSizeAuto(size, true); };
+  const auto without = [](std::int64_t size) { return xFormatFileSizeAuto(size, false); };
+  EXPECT_EQ(testing::each(sizes, status),
+            u"1,024 Bytes|1.00 KB|1,024.00 KB|1.00 MB|999.00 MB|0.98 GB|1,024.00 GB|1,024.00 GB");
+  EXPECT_EQ(testing::each(sizes, with),
+            u"1,024 Bytes|1.00 KB|1,024.00 KB|1.00 MB|999.00 MB|0.98 GB|1,024.00 GB|1.00 TB");
+  EXPECT_EQ(testing::each(sizes, without), u"1,024|1.00|1,024.00|1.00|999.00|0.98|1,024.00|1.00");
 }
 
 TEST(SizesTest, PadsToTheWidthOfTheUnit) {

@@ -1,11 +1,9 @@
 #include "format/ToolTips.h"
 
-#include <gtest/gtest.h>
-
-#include "platform/FindData.h"
-
 #include "format/Attributes.h"
-#include "tests/testing/ScopedLocale.h"
+#include "format/RtfText.h"
+#include "platform/FindData.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
@@ -39,31 +37,27 @@ TEST(ToolTipsTest, ADriveWithAndWithoutSizes) {
 }
 
 TEST(AttributesTest, LettersComeInTheirFixedOrder) {
-  const struct {
-    std::uint32_t attributes;
-    bool brackets;
-    TextView text;
-  } cases[] = {
-      {kAttributesInvalid, false, u""},
-      {kAttributesInvalid, true, u""},
-      {0, false, u""},
-      {0, true, u""},
-      {platform::kAttributeDirectory | 0x80 | 0x40, true, u""},
-      {0x7FFFFFFF, false, u"ASHRELTCOIP"},
-      {platform::kAttributeReadOnly | platform::kAttributeArchive, false, u"AR"},
-      {platform::kAttributeHidden | platform::kAttributeDirectory, true, u" <H>"},
-      {0x400, false, u"L"},
-      {0x200, false, u"P"},
-      {0x2000, false, u"I"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(xFormatFileAttribute(c.attributes, c.brackets, u" "), c.text) << c.attributes;
-  }
+  const auto plain = [](std::uint32_t bits) { return xFormatFileAttribute(bits, false, u" "); };
+  const auto inBrackets = [](std::uint32_t bits) { return xFormatFileAttribute(bits, true, u" "); };
+  const std::uint32_t folder = platform::kAttributeDirectory;
+  EXPECT_EQ(
+      testing::each({kAttributesInvalid, 0U, 0x7FFFFFFFU, 0x21U, 0x400U, 0x200U, 0x2000U}, plain),
+      u"||ASHRELTCOIP|AR|L|P|I");
+  EXPECT_EQ(testing::each({kAttributesInvalid, 0U, folder | 0x80 | 0x40, folder | 2}, inBrackets),
+            u"||| <H>");
 }
 
 TEST(AttributesTest, EachKnownLetterGetsALine) {
   EXPECT_EQ(FormatToolTipText_Attribute(u"AxRa"), u"A: Archiv\r\nR: Schreibgeschützt");
   EXPECT_EQ(FormatToolTipText_Attribute(u"<>"), u"");
+}
+
+TEST(RtfTextTest, EscapesEveryUnit) {
+  const auto plain = [](TextView text) { return GetRtfUnicodeEscapedString2(text, false); };
+  EXPECT_EQ(testing::each(testing::fields(u"A\t|ä|\u20AC|\U0001F600"), plain),
+            u"\\'41\\'9|\\'E4|\\uc1\\u8364?|\\uc1\\u-10179?\\uc1\\u-8704?");
+  EXPECT_EQ(GetRtfUnicodeEscapedString2(u"", true), u"{\\rtf1}");
+  EXPECT_EQ(GetRtfUnicodeEscapedString2(u"x", true), u"{\\rtf1\\'78}");
 }
 
 }  // namespace

@@ -1,14 +1,14 @@
 #include "fs/z_Filesystem.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "fs/Links.h"
 #include "fs/Owners.h"
+#include "fs/PathText.h"
 #include "fs/Renaming.h"
 #include "platform/Accounts.h"
 #include "tests/testing/RecordingSink.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
@@ -48,6 +48,7 @@ TEST(FilesystemTest, PathsBeyondTheKernelsLimit) {
   EXPECT_TRUE(xExistFolder_W(path + u"/made/inner"));
   EXPECT_EQ(xMoveFile_W(path + u"/made/inner", path + u"/moved"), u"");
   EXPECT_TRUE(xExistFolder_W(path + u"/moved"));
+  EXPECT_NE(xMoveFile_W(path + u"/made/inner", path + u"/moved"), u"") << "it is gone";
 }
 
 TEST(FilesystemTest, MakingFolders) {
@@ -67,15 +68,6 @@ TEST(FilesystemTest, MakingFolders) {
   // By the other rule a share is there already, and a drive's root cannot be made.
   EXPECT_FALSE(xCreatePath(u"\\\\srv\\share", u'\\').has_value());
   EXPECT_TRUE(xCreatePath(u"C:\\", u'\\').has_value());
-}
-
-TEST(FilesystemTest, Moving) {
-  const TestFolder folder;
-  folder.file("from", 1);
-  folder.file("to", 2);
-  EXPECT_EQ(xMoveFile_W(folder.text("from"), folder.text("to")), u"");
-  EXPECT_FALSE(xExistFile_W(folder.text("from")));
-  EXPECT_FALSE(xMoveFile_W(folder.text("from"), folder.text("to")).empty());
 }
 
 TEST(FilesystemTest, DatesThatNoCalendarHasAreToldOnce) {
@@ -153,6 +145,40 @@ TEST(FilesystemTest, ErrorTexts) {
   EXPECT_EQ(xGetErrorText(true, platform::kAccessDenied), u"#5 - Permission denied");
   EXPECT_EQ(xGetErrorText(false, platform::kDiskFull), u"No space left on device");
   EXPECT_FALSE(xGetErrorText(false, 54321).empty());
+}
+
+TEST(PathTextTest, WindowsRule) {
+  EXPECT_EQ(LongPathPrefix(u"\\\\srv\\share\\x", u'\\'), u"\\\\?\\UNC\\srv\\share\\x");
+  EXPECT_EQ(LongPathPrefix(u"C:\\x", u'\\'), u"\\\\?\\C:\\x");
+  EXPECT_EQ(LongPathPrefix(u"\\\\?\\C:\\x", u'\\'), u"\\\\?\\UNC\\?\\C:\\x");
+  EXPECT_EQ(xGetPath(u"C:\\a", u'\\'), u"C:");
+  EXPECT_EQ(xGetPath(u"a.txt", u'\\'), u"");
+  EXPECT_EQ(xGetPathWithBackslash(u" C:\\a ", u'\\'), u"C:\\a\\");
+  EXPECT_EQ(xGetPathWithBackslash(u"", u'\\'), u"");
+  EXPECT_EQ(xRemoveBackslash(u" C:\\a \\", u'\\'), u"C:\\a");
+  EXPECT_EQ(xRemoveBackslash(u" C:\\a", u'\\'), u" C:\\a");
+  EXPECT_EQ(xGetFileNameWithoutExtension(u"C:\\a.b\\c.tar.gz", u'\\'), u"c.tar");
+  EXPECT_EQ(xGetFileName(u"C:\\a/b", u'\\'), u"a/b");
+}
+
+TEST(PathTextTest, PosixRule) {
+  EXPECT_EQ(LongPathPrefix(u"/a", u'/'), u"/a");
+  EXPECT_EQ(xGetPath(u"/a", u'/'), u"/");
+  EXPECT_EQ(xGetPath(u"/a/b", u'/'), u"/a");
+  EXPECT_EQ(xGetPath(u"a", u'/'), u"");
+  EXPECT_EQ(xGetPathWithBackslash(u"/ a ", u'/'), u"/ a /") << "blanks belong to the name";
+  EXPECT_EQ(xRemoveBackslash(u"/a /", u'/'), u"/a ");
+  EXPECT_EQ(xRemoveBackslash(u"/", u'/'), u"/");
+  EXPECT_EQ(xGetFileNameWithoutExtension(u"/a.b/c", u'/'), u"c");
+  EXPECT_EQ(xGetFileName(u"/a\\b", u'/'), u"a\\b");
+  Text root = u"/";
+  EXPECT_EQ(xAddBackslash(root, u'/'), u"/");
+  EXPECT_EQ(appendName(root, u"usr", u'/'), u"/usr");
+}
+
+TEST(PathTextTest, ExtensionsLookForTheDotAlone) {
+  EXPECT_EQ(testing::each(testing::fields(u"archive.tar.gz|noext|.profile|name."), xGetExtension),
+            u"gz||profile|");
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "platform/posix/DriveProber.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/statvfs.h>
 
 #include <algorithm>
@@ -12,7 +11,7 @@
 #include <thread>
 
 #include "tests/testing/OwnMounts.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian::platform {
 namespace {

@@ -1,44 +1,47 @@
+// What depends on the locale and the zone: notations, names of types, local times.
 #include "platform/Locale.h"
 
-#include <gtest/gtest.h>
+#include <filesystem>
 
-#include "tests/testing/ScopedLocale.h"
-#include "tests/testing/TestFolder.h"
+#include "format/DatePattern.h"
+#include "platform/MimeDatabase.h"
+#include "platform/Time.h"
+#include "tests/testing/ScopedZone.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian::platform {
 namespace {
 
 TEST(LocaleTest, WritesNumbersAndDatesAsTheLocaleDoes) {
-  const struct {
-    const char* name;
-    TextView decimal, group;
-    int secondary, minimum;
-    TextView texts;  // short date, time, March, Sunday
-  } cases[] = {
-      {"C.UTF-8", u".", u",", 3, 1, u"yyyy-MM-dd|HH:mm:ss|March|Sun"},
-      {"POSIX", u".", u",", 3, 1, u"yyyy-MM-dd|HH:mm:ss|March|Sun"},
-      {"xx_YY.UTF-8", u".", u",", 3, 1, u"M/d/yyyy|HH:mm:ss|March|Sun"},
-      {"en_US.UTF-8", u".", u",", 3, 1, u"M/d/yyyy|h:mm:ss tt|March|Sun"},
-      {"de_DE.UTF-8@euro", u",", u".", 3, 1, u"dd.MM.yyyy|HH:mm:ss|März|So"},
-      {"fr_FR", u",", u"\u202F", 3, 1, u"dd/MM/yyyy|HH:mm:ss|mars|dim."},
-      {"fr_CA", u",", u"\u00A0", 3, 1, u"yyyy-MM-dd|HH \"h\" mm \"min\" ss \"s\"|mars|dim."},
-      {"es_ES", u",", u".", 3, 2, u"d/M/yyyy|H:mm:ss|marzo|dom"},
-      {"hi_IN", u".", u",", 2, 1, u"d/M/yyyy|h:mm:ss tt|मार्च|रवि"},
-      {"ko_KR", u".", u",", 3, 1, u"yyyy. M. d.|tt h:mm:ss|3월|일"},
+  // Decimal sign, grouping sign, sizes of the groups, digits that stay together beyond the last
+  // group, short date, time, March, Sunday.
+  const std::pair<const char*, TextView> cases[] = {
+      {"C.UTF-8", u".|,|3|3|1|yyyy-MM-dd|HH:mm:ss|March|Sun"},
+      {"POSIX", u".|,|3|3|1|yyyy-MM-dd|HH:mm:ss|March|Sun"},
+      {"xx_YY.UTF-8", u".|,|3|3|1|M/d/yyyy|HH:mm:ss|March|Sun"},
+      {"en_US.UTF-8", u".|,|3|3|1|M/d/yyyy|h:mm:ss tt|March|Sun"},
+      {"de_DE.UTF-8@euro", u",|.|3|3|1|dd.MM.yyyy|HH:mm:ss|März|So"},
+      {"fr_FR", u",|\u202F|3|3|1|dd/MM/yyyy|HH:mm:ss|mars|dim."},
+      {"fr_CA", u",|\u00A0|3|3|1|yyyy-MM-dd|HH \"h\" mm \"min\" ss \"s\"|mars|dim."},
+      {"es_ES", u",|.|3|3|2|d/M/yyyy|H:mm:ss|marzo|dom"},
+      {"hi_IN", u".|,|3|2|1|d/M/yyyy|h:mm:ss tt|मार्च|रवि"},
+      {"ko_KR", u".|,|3|3|1|yyyy. M. d.|tt h:mm:ss|3월|일"},
   };
-  for (const auto& c : cases) {
-    const ScopedLocale locale(c.name);
+  for (const auto& [name, expected] : cases) {
+    const ScopedLocale locale(name);
     const NumberSymbols& numbers = numberSymbols();
     const DateSymbols& dates = dateSymbols();
-    EXPECT_EQ(numbers.decimal, c.decimal) << c.name;
-    EXPECT_EQ(numbers.group, c.group) << c.name;
-    EXPECT_EQ(numbers.primaryGroup, 3) << c.name;
-    EXPECT_EQ(numbers.secondaryGroup, c.secondary) << c.name;
-    EXPECT_EQ(numbers.minimumGrouping, c.minimum) << c.name;
-    const std::vector<Text> texts = {dates.shortDate, dates.time, dates.longMonths[2],
-                                     dates.shortDays[0]};
-    EXPECT_EQ(texts, testing::fields(c.texts)) << c.name;
-    EXPECT_FALSE(dates.am.empty() || dates.pm.empty()) << c.name;
+    const std::vector<Text> told = {numbers.decimal,
+                                    numbers.group,
+                                    toText(numbers.primaryGroup),
+                                    toText(numbers.secondaryGroup),
+                                    toText(numbers.minimumGrouping),
+                                    dates.shortDate,
+                                    dates.time,
+                                    dates.longMonths[2],
+                                    dates.shortDays[0]};
+    EXPECT_EQ(told, testing::fields(expected)) << name;
+    EXPECT_FALSE(dates.am.empty() || dates.pm.empty()) << name;
   }
 }
 
@@ -104,6 +107,49 @@ TEST(LocaleTest, OrdersAsTheLocaleDoes) {
     const int order = localeTextRules().compare(c.a, c.b, c.binary);
     EXPECT_EQ((order > 0) - (order < 0), c.sign) << c.name << toBytes(c.a) << toBytes(c.b);
   }
+}
+
+TEST(FileTypesTest, TheDatabaseNamesTypesByExtension) {
+  if (!std::filesystem::exists("/usr/share/mime/globs2")) GTEST_SKIP() << "no database here";
+  EXPECT_EQ(GetFileTypeIcon(u"txt"), u"text-plain");
+  EXPECT_EQ(GetFileTypeIcon(u"tar.gz"), u"application-x-compressed-tar");
+  // What the names are is the database's business, but for each language there is one.
+  const auto nameIn = [](const char* language) {
+    const ScopedLocale locale(language);
+    return GetFileTypeName(u"txt");
+  };
+  EXPECT_FALSE(nameIn("C").empty());
+  EXPECT_FALSE(nameIn("de_DE.UTF-8").empty());
+  EXPECT_NE(nameIn("C"), nameIn("de_DE.UTF-8"));
+}
+
+TEST(FileTypesTest, WhatNobodyKnowsIsEmpty) {
+  for (const TextView extension : {u"", u"no such type", u"../../../etc/passwd", u"*", u"\xDCFF"}) {
+    EXPECT_EQ(GetFileTypeName(extension), u"");
+    EXPECT_EQ(GetFileTypeIcon(extension), u"");
+  }
+}
+
+TEST(TimeTest, FileDatesAroundTheChangesOfTheClock) {
+  const testing::ScopedZone zone{"CET-1CEST,M3.5.0,M10.5.0/3"};
+  const std::pair<std::int64_t, TextView> cases[] = {
+      {1792888200, u"2026-10-25 02:30:00"},  // the first time
+      {1792891800, u"2026-10-25 02:30:00"},  // an hour later the same once more
+      {1792895400, u"2026-10-25 03:30:00"},
+      {1774745999, u"2026-03-29 01:59:59"},
+      {1774746000, u"2026-03-29 03:00:00"},  // what is between them was skipped
+      {-1, u"1970-01-01 00:59:59"},
+      {-11644473601, u"1601-01-01 00:59:59"},  // before the first file time
+  };
+  for (const auto& [unixTime, local] : cases) {
+    DateParts parts;
+    ASSERT_TRUE(FileTimeToLocalSystemTime(fileTimeFromUnix(unixTime, 999'999'999), parts));
+    EXPECT_EQ(DatePattern(u"yyyy-mm-dd hh:nn:ss").format(toDate(parts)), local) << unixTime;
+  }
+  DateParts untouched{1, 2, 3};
+  EXPECT_FALSE(FileTimeToLocalSystemTime(0, untouched));
+  EXPECT_FALSE(FileTimeToLocalSystemTime(kInvalidFileTime, untouched));
+  EXPECT_EQ(untouched.day, 3);
 }
 
 }  // namespace

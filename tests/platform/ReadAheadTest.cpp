@@ -1,20 +1,17 @@
 #include "platform/posix/ReadAhead.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <cerrno>
 #include <filesystem>
 #include <random>
 #include <thread>
 
 #include "platform/FolderWalk.h"
 #include "platform/posix/Medium.h"
-#include "tests/testing/Faults.h"
 #include "tests/testing/RandomTree.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian::platform {
 namespace {
@@ -213,7 +210,7 @@ void vandalize(const std::string& folder, const std::atomic<bool>& isDone) {
   std::error_code ignored;
   while (!isDone) {
     const std::string path = name();
-    const unsigned deed = random() % 5;
+    const unsigned deed = unsigned(random() % 5);
     if (deed == 0) std::filesystem::remove_all(path, ignored);
     if (deed == 1) std::filesystem::rename(path, name(), ignored);
     if (deed == 2) close(open(path.c_str(), O_CREAT | O_WRONLY, 0600));
@@ -282,15 +279,6 @@ TEST(MediumTest, ToldByTheKernel) {
                {"md0", Medium::Spinning},        {"none", Medium::SolidState}};
   for (const auto& c : cases)
     EXPECT_EQ(mediumOfBlockDevice(sys.path(c.device)), c.medium) << c.device;
-}
-
-TEST(MediumTest, APlanForEach) {
-  EXPECT_EQ(planFor(Medium::Memory, 1).helpers, 0U);
-  EXPECT_EQ(planFor(Medium::Memory, 4).helpers, 3U);
-  EXPECT_LE(planFor(Medium::Spinning, 64).helpers, 1U);
-  EXPECT_TRUE(planFor(Medium::Spinning, 64).isInInodeOrder);
-  EXPECT_FALSE(planFor(Medium::SolidState, 4).isInInodeOrder);
-  EXPECT_GE(planFor(Medium::Network, 1).helpers, planFor(Medium::SolidState, 1).helpers);
 }
 
 }  // namespace

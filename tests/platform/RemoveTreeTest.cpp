@@ -1,15 +1,10 @@
-#include <errno.h>
-#include <gmock/gmock.h>
-
 #include <functional>
 
 #include "platform/Files.h"
 #include "platform/Removal.h"
-#include "tests/testing/Faults.h"
 #include "tests/testing/OwnMounts.h"
 #include "tests/testing/RandomTree.h"
-#include "tests/testing/ScopedUser.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian::platform {
 namespace {

@@ -1,14 +1,13 @@
 #include "platform/posix/TrashFolder.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <functional>
 
 #include "platform/Removal.h"
 #include "platform/posix/TrashRecord.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian::platform {
 namespace {

@@ -1,6 +1,4 @@
-#include <errno.h>
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <ctime>
@@ -9,10 +7,9 @@
 #include "platform/Files.h"
 #include "platform/Removal.h"
 #include "platform/ShellCodes.h"
-#include "tests/testing/Faults.h"
 #include "tests/testing/OwnMounts.h"
 #include "tests/testing/ScopedZone.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian::platform {
 namespace {

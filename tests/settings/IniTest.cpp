@@ -1,14 +1,10 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cerrno>
 #include <map>
 #include <random>
 
 #include "settings/z_INI.h"
-#include "tests/testing/Faults.h"
-#include "tests/testing/ScopedLocale.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {

@@ -1,7 +1,5 @@
 #include "settings/Optionen.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <set>
 
@@ -9,7 +7,7 @@
 #include "settings/FormPosition.h"
 #include "settings/SavedFolders.h"
 #include "tests/testing/RecordingSink.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {

@@ -1,15 +1,13 @@
 // The texts of the program against each other: what the code says, the list of German texts, and
 // the translations.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <map>
 #include <regex>
 
 #include "settings/z_Translate.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {

@@ -1,8 +1,5 @@
-#include <gtest/gtest.h>
-
 #include "settings/z_Translate.h"
-#include "tests/testing/ScopedLocale.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {

@@ -11,14 +11,6 @@
 namespace ombrelian {
 namespace {
 
-std::vector<Text> itemsOf(const CStringCollection& collection) {
-  std::vector<Text> items;
-  for (std::int32_t i = 1; i <= collection.Count(); ++i) {
-    items.emplace_back(*collection.Item(i));
-  }
-  return items;
-}
-
 void expectError(const Failure& failure, std::int32_t number, TextView source, TextView text) {
   ASSERT_TRUE(failure.has_value()) << toBytes(source);
   EXPECT_EQ(failure->number, number) << toBytes(source);
@@ -130,35 +122,27 @@ TEST_F(CStringCollectionTest, ADigitsOnlyTextIsAKey) {
   EXPECT_EQ(*collection.Item(3), u"");
 }
 
-TEST_F(CStringCollectionTest, SortsItemsAndPutsEqualOnesBehind) {
-  const std::pair<int, std::vector<Text>> cases[] = {
-      {1, {u"", u"a", u"A", u"b", u"b", u"B", u"d"}},
-      {0, {u"", u"A", u"B", u"a", u"b", u"b", u"d"}}};
-  for (const auto& [mode, expected] : cases) {
+TEST_F(CStringCollectionTest, SortsItemsAndKeepsEqualOnesInTheirOrder) {
+  std::mt19937 random(7);
+  for (const bool isBinary : {false, true}) {
     collection.Clear();
+    std::vector<std::pair<Text, std::int32_t>> expected;
     CStringCollection::AddOptions sorted;
     sorted.Sorted = true;
-    sorted.SortCompare = mode;
-    for (const TextView item : {u"b", u"a", u"d", u"b", u"B", u"A", u""})
-      ASSERT_NE(collection.Add(item, {}, 0, sorted).NewNode, 0);
-    EXPECT_EQ(itemsOf(collection), expected);
-  }
-}
-
-TEST_F(CStringCollectionTest, RandomSortedItemsComeOutStable) {
-  std::multimap<Text, std::int32_t> expected;  // equal items keep their order of arrival
-  std::mt19937 random(7);
-  CStringCollection::AddOptions sorted;
-  sorted.Sorted = true;
-  for (std::int32_t tag = 0; tag < 2000; ++tag) {
-    const Text item = toText(random() % 50);
-    expected.emplace(item, tag);
-    collection.Add(item, {}, tag, sorted);
-  }
-  std::int32_t position = 0;
-  for (const auto& [item, tag] : expected) {
-    ASSERT_EQ(*collection.Item(++position), item);
-    ASSERT_EQ(*collection.Tag(position), tag);
+    sorted.SortCompare = isBinary ? 0 : 1;
+    for (std::int32_t tag = 0; tag < 2000; ++tag) {
+      const Text item(random() % 4, u"aAbB"[random() % 4]);
+      expected.emplace_back(item, tag);
+      ASSERT_NE(collection.Add(item, {}, tag, sorted).NewNode, 0);
+    }
+    std::stable_sort(expected.begin(), expected.end(), [&](const auto& a, const auto& b) {
+      return rules.compare(a.first, b.first, isBinary) < 0;
+    });
+    std::int32_t position = 0;
+    for (const auto& [item, tag] : expected) {
+      ASSERT_EQ(*collection.Item(++position), item);
+      ASSERT_EQ(*collection.Tag(position), tag);
+    }
   }
 }
 
@@ -171,7 +155,8 @@ TEST_F(CStringCollectionTest, InsertsBesideAnotherItem) {
   options.After.reset();
   options.Before = 1;
   collection.Add(u"0", u"zero", 0, options);
-  EXPECT_EQ(itemsOf(collection), (std::vector<Text>{u"0", u"1", u"2", u"3"}));
+  for (std::int32_t i = 0; i < 4; ++i)
+    EXPECT_EQ(*collection.Item(i + 1), toText(i));
   EXPECT_TRUE(collection.verify());
 
   // An unknown neighbour takes the position but adds nothing.
@@ -226,6 +211,146 @@ TEST_F(CStringCollectionTest, ErrorsNameWhatWasAskedFor) {
   c.AllowDuplicates = true;
   EXPECT_FALSE(c.Add(u"x", u"Key", 0, raise).error);
   EXPECT_FALSE(c.setKey(2, u"Key"));
+}
+
+/// The same operations on a collection and on a plain list; what both answer is compared.
+class Model {
+ public:
+  Model(std::uint32_t seed, bool duplicates, std::int32_t mode, int keys)
+      : random_(seed), keys_(keys), folds_(mode != 0), collection_(rules_) {
+    collection_.AllowDuplicates = duplicates;
+    collection_.setCompareMode(mode);
+    collection_.Init(3, 1.1);  // grows by single slots at first
+  }
+
+  void step() {
+    const auto kind = random_() % 100;
+    // Phases of growth and of decline, so that the tree is emptied and filled again.
+    const bool growing = ++steps_ / 5000 % 2 == 0;
+    if (kind < (growing ? 60u : 25u)) {
+      add();
+    } else if (kind < 85) {
+      remove(random_() % 2 == 0);
+    } else if (kind < 95) {
+      change();
+    } else {
+      look();
+    }
+    if (steps_ % 500 == 0 || items_.size() < 4) checkAll();
+    ASSERT_EQ(collection_.Count(), std::int32_t(items_.size()));
+  }
+
+ private:
+  struct Entry {
+    Text key;
+    Text item;
+    std::int32_t tag;
+  };
+
+  Text randomKey() {
+    static const char16_t letters[] = u"abAB\u00C4\u00E4";
+    Text key(1, letters[random_() % 6]);
+    key += toText(std::int64_t(random_() % unsigned(keys_)));
+    return key;
+  }
+  Text fold(TextView key) const { return folds_ ? rules_.lower(key) : Text(key); }
+
+  std::size_t find(TextView key) const {
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+      if (fold(items_[i].key) == fold(key)) return i;
+    }
+    return items_.size();
+  }
+
+  void add() {
+    const Entry entry{randomKey(), toText(steps_), steps_};
+    const std::size_t holder = find(entry.key);
+    const auto added = collection_.Add(entry.item, entry.key, entry.tag);
+    if (holder < items_.size() && !collection_.AllowDuplicates) {
+      ASSERT_EQ(added.NewNode, 0);
+      ASSERT_NE(added.ExistingNode, 0);
+      ASSERT_EQ(added.ExistingTag, items_[holder].tag);
+      ASSERT_EQ(added.ExistingItem, items_[holder].item);
+      return;
+    }
+    ASSERT_NE(added.NewNode, 0);
+    ASSERT_EQ(added.ExistingNode, 0);
+    items_.push_back(entry);
+    ASSERT_EQ(*collection_.Key(std::int32_t(items_.size())), entry.key);
+  }
+
+  void remove(bool byKey) {
+    if (items_.empty()) return;
+    std::size_t victim = random_() % items_.size();
+    const Text key = items_[victim].key;
+    if (byKey) {
+      victim = itemWithTag(*collection_.Tag(key));  // of equal keys, the one that a lookup finds
+      ASSERT_EQ(fold(items_[victim].key), fold(key));
+      ASSERT_FALSE(collection_.Remove(key));
+    } else {
+      ASSERT_FALSE(collection_.Remove(std::int32_t(victim) + 1));
+    }
+    items_.erase(items_.begin() + std::ptrdiff_t(victim));
+    if (victim >= items_.size()) return;
+    ASSERT_EQ(*collection_.Item(std::int32_t(victim) + 1), items_[victim].item);
+  }
+
+  void change() {
+    if (items_.empty()) return;
+    const std::size_t at = random_() % items_.size();
+    items_[at].item = Text(u"changed").append(toText(steps_));
+    ASSERT_FALSE(collection_.ChangeValues(std::int32_t(at) + 1, items_[at].item, items_[at].tag));
+  }
+
+  void look() {
+    const Text key = randomKey();
+    ASSERT_EQ(collection_.ExistKey(key), find(key) < items_.size());
+    if (!collection_.ExistKey(key)) {
+      ASSERT_EQ(*collection_.Tag(key), -1);
+    }
+  }
+
+  void checkAll() {
+    ASSERT_TRUE(collection_.verify()) << "step " << steps_;
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+      const auto position = std::int32_t(i) + 1;
+      ASSERT_EQ(*collection_.Key(position), items_[i].key);
+      ASSERT_EQ(*collection_.Item(position), items_[i].item);
+      ASSERT_EQ(*collection_.Tag(position), items_[i].tag);
+      ASSERT_TRUE(collection_.ExistKey(items_[i].key));
+    }
+  }
+
+  std::size_t itemWithTag(std::int32_t tag) const {
+    std::size_t at = 0;
+    while (at < items_.size() && items_[at].tag != tag) {
+      ++at;
+    }
+    return at;
+  }
+
+  std::mt19937 random_;
+  int keys_;
+  bool folds_;
+  TestRules rules_;
+  CStringCollection collection_;
+  std::vector<Entry> items_;
+  std::int32_t steps_ = 0;
+};
+
+TEST(CStringCollectionModelTest, AgreesWithAPlainListOverRandomOperations) {
+  const struct {
+    bool duplicates;
+    std::int32_t mode;
+    int keys;
+  } cases[] = {{false, 1, 12}, {false, 0, 60}, {true, 1, 8}, {true, 0, 40}};
+  for (const auto& c : cases) {
+    Model model(20261122, c.duplicates, c.mode, c.keys);
+    for (int step = 0; step < 50000; ++step) {
+      model.step();
+      if (::testing::Test::HasFatalFailure()) return;
+    }
+  }
 }
 
 }  // namespace

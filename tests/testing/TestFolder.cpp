@@ -142,16 +142,6 @@ std::vector<Text> lines(TextView text) {
   return result;
 }
 
-std::vector<Text> fields(TextView line) {
-  std::vector<Text> result;
-  for (auto bar = line.find(u'|'); bar != TextView::npos; bar = line.find(u'|')) {
-    result.emplace_back(line.substr(0, bar));
-    line.remove_prefix(bar + 1);
-  }
-  result.emplace_back(line);
-  return result;
-}
-
 std::vector<std::string> namesIn(const std::string& path) {
   std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(path)) {

@@ -61,9 +61,6 @@ Text readReport(const std::string& path);
 /// The lines of a text, without their CR LF.
 std::vector<Text> lines(TextView text);
 
-/// What stands between the bars of a line.
-std::vector<Text> fields(TextView line);
-
 /// Names in a folder, sorted.
 std::vector<std::string> namesIn(const std::string& path);
 
