@@ -261,24 +261,22 @@ TEST(MediumTest, ToldByTheKernel) {
   makeDisk(sys, "sdb", "0", "ATA     ");
   makeDisk(sys, "sdc", "1", "QEMU    ");
   makeDisk(sys, "vda", "1", "0x1af4");
-  sys.symlink("vda/device/driver", "/sys/bus/virtio/drivers/virtio_blk");
   makeDisk(sys, "nbd0", "0", "");
   makeDisk(sys, "zram0", "0", "");
-  sys.folder("dm-0/slaves");
+  for (const char* const stacked : {"dm-0/slaves", "md0/slaves"})
+    sys.folder(stacked);
+  sys.symlink("vda/device/driver", "/sys/bus/virtio/drivers/virtio_blk");
   sys.symlink("dm-0/slaves/sdb1", "../../sdb/sdb1");
-  sys.folder("md0/slaves");
   sys.symlink("md0/slaves/sda1", "../../sda/sda1");
   sys.symlink("md0/slaves/dm-0", "../../dm-0");
-  const struct {
-    const char* device;
-    Medium medium;
-  } cases[] = {{"sda", Medium::Spinning},        {"sda/sda1", Medium::Spinning},
-               {"sdb/sdb1", Medium::SolidState}, {"sdc", Medium::SolidState},
-               {"vda/vda1", Medium::SolidState}, {"nbd0", Medium::Network},
-               {"zram0", Medium::Memory},        {"dm-0", Medium::SolidState},
-               {"md0", Medium::Spinning},        {"none", Medium::SolidState}};
-  for (const auto& c : cases)
-    EXPECT_EQ(mediumOfBlockDevice(sys.path(c.device)), c.medium) << c.device;
+  const std::pair<const char*, Medium> cases[] = {
+      {"sda", Medium::Spinning},        {"sda/sda1", Medium::Spinning},
+      {"sdb/sdb1", Medium::SolidState}, {"sdc", Medium::SolidState},
+      {"vda/vda1", Medium::SolidState}, {"nbd0", Medium::Network},
+      {"zram0", Medium::Memory},        {"dm-0", Medium::SolidState},
+      {"md0", Medium::Spinning},        {"none", Medium::SolidState}};
+  for (const auto& [device, medium] : cases)
+    EXPECT_EQ(mediumOfBlockDevice(sys.path(device)), medium) << device;
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <functional>
-
 #include "platform/Removal.h"
 #include "platform/posix/TrashRecord.h"
 #include "tests/testing/Testing.h"
@@ -18,40 +16,23 @@ TEST(TrashFolderTest, TopFolderHasASafeSharedBinOrThisUsersOwn) {
   const std::string user = std::to_string(geteuid());
   const struct {
     const char* what;
-    std::function<void(const TestFolder&)> prepare;
+    std::string folder, sticky, link;  // made; the link leads to "other" beside it
     bool isShared = false;
     ErrorCode code = kSuccess;
   } cases[] = {
-      {"nothing there", [](auto&) {}},
-      {"not sticky", [](auto& top) { top.folder(".Trash"); }},
-      {"sticky",
-       [&](auto& top) {
-         top.folder(".Trash");
-         top.chmod(".Trash", 01777);
-       },
-       true},
-      {"link to a sticky folder",
-       [&](auto& top) {
-         top.folder("other");
-         top.chmod("other", 01777);
-         top.symlink(".Trash", "other");
-       }},
-      {"link in the place of this user's part",
-       [&](auto& top) {
-         top.folder(".Trash/other");
-         top.chmod(".Trash", 01777);
-         top.symlink(".Trash/" + user, "other");
-       }},
-      {"link in the place of this user's own",
-       [&](auto& top) {
-         top.folder("other");
-         top.symlink(".Trash-" + user, "other");
-       },
-       false, kShellErrorOnDestination | kNotADirectory},
+      {"nothing there", "", "", ""},
+      {"not sticky", ".Trash", "", ""},
+      {"sticky", ".Trash", ".Trash", "", true},
+      {"link to a sticky folder", "other", "other", ".Trash"},
+      {"link in the place of this user's part", ".Trash/other", ".Trash", ".Trash/" + user},
+      {"link in the place of this user's own", "other", "", ".Trash-" + user, false,
+       kShellErrorOnDestination | kNotADirectory},
   };
   for (const auto& c : cases) {
     const TestFolder top;
-    c.prepare(top);
+    top.folder(c.folder);
+    if (!c.sticky.empty()) top.chmod(c.sticky, 01777);
+    if (!c.link.empty()) top.symlink(c.link, "other");
     const Descriptor folder(open(top.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     Trash trash;
     EXPECT_EQ(openTopTrash(folder.get(), top.path(), trash), c.code) << c.what;

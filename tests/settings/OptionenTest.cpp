@@ -94,13 +94,8 @@ TEST_F(OptionenTest, EachOwnerWritesItsOwnKeys) {
     TextView section, key;
   } cases[] = {
       {SettingOwner::MainWindow, kOptionen, u"TopColumnVisibleL5C9"},
-      {SettingOwner::MainWindow, kOptionen, u"TopColumnIndexL0I1"},
-      {SettingOwner::MainWindow, kOptionen, u"FolderColumnIndex16"},
-      {SettingOwner::MainWindow, kOptionen, u"FileSizeFormatExt"},
-      {SettingOwner::MainWindow, kOptionen, u"TopShowIcons5"},
       {SettingOwner::MainWindow, kOptionen, u"ComboText"},
       {SettingOwner::OptionsDialog, kOptionen, u"Kontextmenu"},
-      {SettingOwner::OptionsDialog, kOptionen, u"FilePreviewMedia"},
       {SettingOwner::SaveDialog, u"SaveFolders", u"LevelOpt"},
       {SettingOwner::SaveDialog, u"FolderReport", u"LastSaveDir"},
       {SettingOwner::SaveFilesDialog, u"Report", u"LastSaveFileName"},
@@ -239,8 +234,8 @@ TEST_F(OptionenTest, TheDialogHasItsOwnDefaultsAndWhatItWritesIsInForceAtOnce) {
 }
 
 TEST_F(OptionenTest, SavedFolders) {
-  const std::vector<Text> items = {u"/b",  u"/",     u"/A/\u4E16\xDC80", u"/B",     u"",
-                                   u"/c ", u"/gone", u"/line\nbreak",    u"/\"q\"", u"'"};
+  const std::vector<Text> items =
+      testing::fields(u"/b|/|/A/\u4E16\xDC80|/B||/c |/gone|/line\nbreak|/\"q\"|'");
   store.INI_WriteString(u"ComboOrdner", u"O99", u"/old");
   Optionen_Speichern_SaveAllComboFolders(items, store);
   EXPECT_FALSE(has(u"ComboOrdner", u"O99"));
@@ -264,8 +259,7 @@ TEST_F(OptionenTest, SavedFolders) {
 }
 
 TEST_F(OptionenTest, NetworkFolders) {
-  const std::vector<Text> rows = {u"/",          u"\\\\srv\\share", u"C:\\",   u"//srv/s",
-                                  u"host:/data", u"C:/x",           u"/a/b:/c"};
+  const auto rows = testing::fields(u"/|\\\\srv\\share|C:\\|//srv/s|host:/data|C:/x|/a/b:/c");
   Optionen_Speichern_Drives_SaveNetworkFolders(rows, store);
   const std::vector<Text> saved = {u"\\\\srv\\share", u"//srv/s", u"host:/data"};
   EXPECT_EQ(Drives_LoadSavedNetworkFolders(store), saved);

@@ -214,143 +214,68 @@ TEST_F(CStringCollectionTest, ErrorsNameWhatWasAskedFor) {
 }
 
 /// The same operations on a collection and on a plain list; what both answer is compared.
-class Model {
- public:
-  Model(std::uint32_t seed, bool duplicates, std::int32_t mode, int keys)
-      : random_(seed), keys_(keys), folds_(mode != 0), collection_(rules_) {
-    collection_.AllowDuplicates = duplicates;
-    collection_.setCompareMode(mode);
-    collection_.Init(3, 1.1);  // grows by single slots at first
-  }
-
-  void step() {
-    const auto kind = random_() % 100;
-    // Phases of growth and of decline, so that the tree is emptied and filled again.
-    const bool growing = ++steps_ / 5000 % 2 == 0;
-    if (kind < (growing ? 60u : 25u)) {
-      add();
-    } else if (kind < 85) {
-      remove(random_() % 2 == 0);
-    } else if (kind < 95) {
-      change();
-    } else {
-      look();
-    }
-    if (steps_ % 500 == 0 || items_.size() < 4) checkAll();
-    ASSERT_EQ(collection_.Count(), std::int32_t(items_.size()));
-  }
-
- private:
+void compareWithList(bool duplicates, std::int32_t mode, unsigned keys) {
   struct Entry {
-    Text key;
-    Text item;
+    Text key, item;
     std::int32_t tag;
   };
-
-  Text randomKey() {
-    static const char16_t letters[] = u"abAB\u00C4\u00E4";
-    Text key(1, letters[random_() % 6]);
-    key += toText(std::int64_t(random_() % unsigned(keys_)));
-    return key;
-  }
-  Text fold(TextView key) const { return folds_ ? rules_.lower(key) : Text(key); }
-
-  std::size_t find(TextView key) const {
-    for (std::size_t i = 0; i < items_.size(); ++i) {
-      if (fold(items_[i].key) == fold(key)) return i;
+  std::vector<Entry> list;
+  const TestRules rules;
+  CStringCollection collection(rules);
+  collection.AllowDuplicates = duplicates;
+  collection.setCompareMode(mode);
+  collection.Init(3, 1.1);  // grows by single slots at first
+  const auto fold = [&](TextView key) { return mode != 0 ? rules.lower(key) : Text(key); };
+  std::mt19937 random(20261122);
+  for (std::int32_t step = 1; step <= 50000; ++step) {
+    Text key(1, u"abAB\u00C4\u00E4"[random() % 6]);
+    key += toText(std::int64_t(random() % keys));
+    const auto hasKey = [&, folded = fold(key)](const Entry& e) { return fold(e.key) == folded; };
+    const auto holder = std::find_if(list.begin(), list.end(), hasKey);
+    ASSERT_EQ(collection.ExistKey(key), holder != list.end());
+    // Phases of growth and of decline, so that the tree is emptied and filled again.
+    const auto deed = random() % 100 + (step / 5000 % 2 == 0 ? 0 : 35);
+    const std::size_t at = list.empty() ? 0 : random() % list.size();
+    const auto position = std::int32_t(at) + 1;
+    if (deed < 60) {
+      const auto added = collection.Add(toText(step), key, step);
+      ASSERT_EQ(added.NewNode != 0, holder == list.end() || duplicates);
+      if (added.NewNode == 0) {
+        ASSERT_NE(added.ExistingNode, 0);
+        ASSERT_EQ(added.ExistingTag, holder->tag);
+        ASSERT_EQ(added.ExistingItem, holder->item);
+      } else {
+        list.push_back({key, toText(step), step});
+      }
+    } else if (deed < 85 && holder != list.end()) {
+      const std::int32_t tag = *collection.Tag(key);  // of equal keys, the one that a lookup finds
+      ASSERT_FALSE(collection.Remove(key));
+      ASSERT_EQ(std::erase_if(list, [&](const Entry& e) { return e.tag == tag && hasKey(e); }), 1U);
+    } else if (deed < 125 && !list.empty()) {
+      ASSERT_FALSE(collection.Remove(position));
+      list.erase(list.begin() + std::ptrdiff_t(at));
+    } else if (!list.empty()) {
+      list[at].item = u"changed" + toText(step);
+      ASSERT_FALSE(collection.ChangeValues(position, list[at].item, list[at].tag));
     }
-    return items_.size();
-  }
-
-  void add() {
-    const Entry entry{randomKey(), toText(steps_), steps_};
-    const std::size_t holder = find(entry.key);
-    const auto added = collection_.Add(entry.item, entry.key, entry.tag);
-    if (holder < items_.size() && !collection_.AllowDuplicates) {
-      ASSERT_EQ(added.NewNode, 0);
-      ASSERT_NE(added.ExistingNode, 0);
-      ASSERT_EQ(added.ExistingTag, items_[holder].tag);
-      ASSERT_EQ(added.ExistingItem, items_[holder].item);
-      return;
-    }
-    ASSERT_NE(added.NewNode, 0);
-    ASSERT_EQ(added.ExistingNode, 0);
-    items_.push_back(entry);
-    ASSERT_EQ(*collection_.Key(std::int32_t(items_.size())), entry.key);
-  }
-
-  void remove(bool byKey) {
-    if (items_.empty()) return;
-    std::size_t victim = random_() % items_.size();
-    const Text key = items_[victim].key;
-    if (byKey) {
-      victim = itemWithTag(*collection_.Tag(key));  // of equal keys, the one that a lookup finds
-      ASSERT_EQ(fold(items_[victim].key), fold(key));
-      ASSERT_FALSE(collection_.Remove(key));
-    } else {
-      ASSERT_FALSE(collection_.Remove(std::int32_t(victim) + 1));
-    }
-    items_.erase(items_.begin() + std::ptrdiff_t(victim));
-    if (victim >= items_.size()) return;
-    ASSERT_EQ(*collection_.Item(std::int32_t(victim) + 1), items_[victim].item);
-  }
-
-  void change() {
-    if (items_.empty()) return;
-    const std::size_t at = random_() % items_.size();
-    items_[at].item = Text(u"changed").append(toText(steps_));
-    ASSERT_FALSE(collection_.ChangeValues(std::int32_t(at) + 1, items_[at].item, items_[at].tag));
-  }
-
-  void look() {
-    const Text key = randomKey();
-    ASSERT_EQ(collection_.ExistKey(key), find(key) < items_.size());
-    if (!collection_.ExistKey(key)) {
-      ASSERT_EQ(*collection_.Tag(key), -1);
+    ASSERT_EQ(collection.Count(), std::int32_t(list.size()));
+    if (step % 500 != 0 && list.size() > 3) continue;
+    ASSERT_TRUE(collection.verify()) << "step " << step;
+    for (std::int32_t i = 1; i <= collection.Count(); ++i) {
+      const Entry& entry = list[std::size_t(i) - 1];
+      ASSERT_EQ(*collection.Key(i), entry.key);
+      ASSERT_EQ(*collection.Item(i), entry.item);
+      ASSERT_EQ(*collection.Tag(i), entry.tag);
+      ASSERT_TRUE(collection.ExistKey(entry.key));
     }
   }
+}
 
-  void checkAll() {
-    ASSERT_TRUE(collection_.verify()) << "step " << steps_;
-    for (std::size_t i = 0; i < items_.size(); ++i) {
-      const auto position = std::int32_t(i) + 1;
-      ASSERT_EQ(*collection_.Key(position), items_[i].key);
-      ASSERT_EQ(*collection_.Item(position), items_[i].item);
-      ASSERT_EQ(*collection_.Tag(position), items_[i].tag);
-      ASSERT_TRUE(collection_.ExistKey(items_[i].key));
-    }
-  }
-
-  std::size_t itemWithTag(std::int32_t tag) const {
-    std::size_t at = 0;
-    while (at < items_.size() && items_[at].tag != tag) {
-      ++at;
-    }
-    return at;
-  }
-
-  std::mt19937 random_;
-  int keys_;
-  bool folds_;
-  TestRules rules_;
-  CStringCollection collection_;
-  std::vector<Entry> items_;
-  std::int32_t steps_ = 0;
-};
-
-TEST(CStringCollectionModelTest, AgreesWithAPlainListOverRandomOperations) {
-  const struct {
-    bool duplicates;
-    std::int32_t mode;
-    int keys;
-  } cases[] = {{false, 1, 12}, {false, 0, 60}, {true, 1, 8}, {true, 0, 40}};
-  for (const auto& c : cases) {
-    Model model(20261122, c.duplicates, c.mode, c.keys);
-    for (int step = 0; step < 50000; ++step) {
-      model.step();
-      if (::testing::Test::HasFatalFailure()) return;
-    }
-  }
+TEST_F(CStringCollectionTest, AgreesWithAPlainListOverRandomOperations) {
+  compareWithList(false, 1, 12);
+  compareWithList(false, 0, 60);
+  compareWithList(true, 1, 8);
+  compareWithList(true, 0, 40);
 }
 
 }  // namespace
