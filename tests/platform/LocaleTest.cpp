@@ -46,25 +46,24 @@ TEST(LocaleTest, WritesNumbersAndDatesAsTheLocaleDoes) {
 }
 
 TEST(LocaleTest, ReadsEachCategoryAndLetsTheGeneralOnesWin) {
+  const auto told = [] {
+    return numberSymbols().decimal + u" " + dateSymbols().shortDate + u" " +
+           toText(GetUserDefaultLangID());
+  };
   const ScopedLocale all("", "LC_ALL");
   const ScopedLocale lang("de_DE.UTF-8", "LANG");
-  EXPECT_EQ(numberSymbols().decimal, u",");
-  EXPECT_EQ(GetUserDefaultLangID(), 7);
+  EXPECT_EQ(told(), u", dd.MM.yyyy 7");
   {
     const ScopedLocale numeric("en_US", "LC_NUMERIC");
     const ScopedLocale messages("fr_FR", "LC_MESSAGES");
-    EXPECT_EQ(numberSymbols().decimal, u".");
-    EXPECT_EQ(dateSymbols().shortDate, u"dd.MM.yyyy");
-    EXPECT_EQ(GetUserDefaultLangID(), 12);
+    EXPECT_EQ(told(), u". dd.MM.yyyy 12");
     const ScopedLocale over("sv_SE", "LC_ALL");
-    EXPECT_EQ(numberSymbols().decimal, u",");
-    EXPECT_EQ(GetUserDefaultLangID(), 29);
+    EXPECT_EQ(told(), u", yyyy-MM-dd 29");
   }
   const ScopedLocale none("", "LANG");
-  EXPECT_EQ(numberSymbols().decimal, u".");
-  EXPECT_EQ(GetUserDefaultLangID(), 9);
+  EXPECT_EQ(told(), u". yyyy-MM-dd 9");
   const ScopedLocale other("ja_JP.UTF-8", "LC_MESSAGES");
-  EXPECT_EQ(GetUserDefaultLangID(), 0);
+  EXPECT_EQ(told(), u". yyyy-MM-dd 0");
 }
 
 TEST(LocaleTest, FoldsCaseOfEveryScriptAndKeepsWhatIsNoText) {

@@ -6,31 +6,24 @@ namespace {
 
 using testing::TestFolder;
 
-class TranslationTest : public ::testing::Test {
- protected:
-  const TestFolder program;
-};
-
 TEST(RecordTest, SplitsFields) {
-  struct {
-    TextView line;
-    std::vector<Text> fields;
-  } const cases[] = {
-      {u"5, \"Abbrechen\", \"Cancel\"", {u"5", u"Abbrechen", u"Cancel"}},
-      {u" 5\t,Ab brechen ,\t Cancel ", {u"5", u"Ab brechen", u"Cancel"}},
-      {u"5,\"a, b\",\" c \"", {u"5", u"a, b", u" c "}},
-      {u"5, \"say \"\"yes\"\"\", \"\"\"\"", {u"5", u"say \"yes\"", u"\""}},
-      {u"5, \"a\" # why, \"b\", more", {u"5", u"a", u"b", u"more"}},
-      {u"5, a \"b\" c,", {u"5", u"a \"b\" c", u""}},
-      {u"5, \"never, closed", {u"5", u"never, closed"}},
-      {u"5,,", {u"5", u"", u""}},
-      {u"", {u""}},
+  const std::pair<TextView, TextView> cases[] = {
+      {u"5, \"Abbrechen\", \"Cancel\"", u"5|Abbrechen|Cancel"},
+      {u" 5\t,Ab brechen ,\t Cancel ", u"5|Ab brechen|Cancel"},
+      {u"5,\"a, b\",\" c \"", u"5|a, b| c "},
+      {u"5, \"say \"\"yes\"\"\", \"\"\"\"", u"5|say \"yes\"|\""},
+      {u"5, \"a\" # why, \"b\", more", u"5|a|b|more"},
+      {u"5, a \"b\" c,", u"5|a \"b\" c|"},
+      {u"5, \"never, closed", u"5|never, closed"},
+      {u"5,,", u"5||"},
+      {u"", u""},
   };
-  for (const auto& one : cases)
-    EXPECT_EQ(splitRecord(one.line), one.fields) << toBytes(one.line);
+  for (const auto& [line, expected] : cases)
+    EXPECT_EQ(splitRecord(line), testing::fields(expected)) << toBytes(line);
 }
 
-TEST_F(TranslationTest, ReadsATranslatorsFile) {
+TEST(TranslationTest, ReadsATranslatorsFile) {
+  const TestFolder program;
   program.write("tl.txt",
                 "\xEF\xBB\xBF# 1, \"a\", \"comment\"\r\n"
                 "\r\n"
@@ -47,11 +40,9 @@ TEST_F(TranslationTest, ReadsATranslatorsFile) {
   Translation translation;
   translation.LoadTextFromFile(program.text("tl.txt"));
   EXPECT_TRUE(translation.TranslatorMode());
-  const std::vector<Text> expected = {
-      u"", u"", u"", u"Back, of course", u"", u"retour à \xDCFF", u"six", u"", u"last", u""};
-  for (std::size_t id = 0; id < expected.size(); ++id)
-    EXPECT_EQ(translation.text(int(id)), expected[id]) << id;
-
+  const auto textOf = [&](int id) { return translation.text(id); };
+  EXPECT_EQ(testing::each({0, 1, 2, 3, 4, 5, 6, 7, 8, 9}, textOf),
+            u"|||Back, of course||retour à \xDCFF|six||last|");
   EXPECT_EQ(translation.TL_Caption(u"8"), u"last");
   for (const TextView id : {u"", u"-", u"8T", u"-8", u"4294967304"})
     EXPECT_EQ(translation.TL_Caption(id), u"") << toBytes(id);
@@ -62,7 +53,8 @@ TEST_F(TranslationTest, ReadsATranslatorsFile) {
   EXPECT_EQ(translation.TL_Caption(u"8"), u"%1%!");
 }
 
-TEST_F(TranslationTest, ChoosesTheLanguage) {
+TEST(TranslationTest, ChoosesTheLanguage) {
+  const TestFolder program;
   program.write("lang/eng.txt", "1, \"a\", \"english\"\n");
   program.write("lang/fre.txt", "1, \"a\", \"français\"\n");
   program.write("lang/ita.txt", "# nothing in it\n");
@@ -104,7 +96,8 @@ TEST_F(TranslationTest, ChoosesTheLanguage) {
   }
 }
 
-TEST_F(TranslationTest, WithoutEnglishTextsAllIsGerman) {
+TEST(TranslationTest, WithoutEnglishTextsAllIsGerman) {
+  const TestFolder program;
   const ScopedLocale locale("C");
   Translation translation;
   EXPECT_EQ(translation.Init_Sprache({program.text(), std::nullopt, false}),
@@ -113,7 +106,8 @@ TEST_F(TranslationTest, WithoutEnglishTextsAllIsGerman) {
   EXPECT_EQ(translation.text(1), u"");
 }
 
-TEST_F(TranslationTest, TranslatorModeReplacesAllTexts) {
+TEST(TranslationTest, TranslatorModeReplacesAllTexts) {
+  const TestFolder program;
   program.write("lang/eng.txt", "1, \"a\", \"english\"\n2, \"b\", \"two\"\n");
   for (const bool hasFile : {false, true}) {
     if (hasFile) program.write("OmbrelianTL.txt", "1, \"a\", \"mine\"\n");
