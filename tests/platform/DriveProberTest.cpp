@@ -112,7 +112,6 @@ TEST_F(DriveProberTest, AHungDriveCostsTheLimitOnceAndTheOthersNothing) {
 TEST_F(DriveProberTest, ThreadsDoNotPileUp) {
   for (int round = 0; round < 3; ++round) {
     std::vector<std::string> roots;
-    roots.reserve(50);
     for (int i = 0; i < 50; ++i)
       roots.push_back("/hung" + std::to_string(round) + "-" + std::to_string(i));
     prober.ask(roots, 50ms);
@@ -124,18 +123,12 @@ TEST_F(DriveProberTest, ThreadsDoNotPileUp) {
 
 TEST(DriveProberDeathTest, NobodyWaitsForAHungDriveAtTheEnd) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  EXPECT_EXIT(
-      {
-        {
-          DriveProber prober([](const std::string&) -> DriveReport {
-            for (;;)
-              pause();
-          });
-          prober.ask({"/"}, 20ms);
-        }
-        std::exit(0);
-      },
-      ::testing::ExitedWithCode(0), "");
+  const auto hang = [](const std::string&) -> DriveReport {
+    for (;;)
+      pause();
+  };
+  const auto ask = [&] { DriveProber(hang).ask({"/"}, 20ms); };
+  EXPECT_EXIT((ask(), std::exit(0)), ::testing::ExitedWithCode(0), "");
 }
 
 /// Exit status of the process for the test below.
