@@ -1,12 +1,10 @@
 #include "filters/mCompare.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 
 #include "platform/Locale.h"
-#include "support/Guard.h"
-#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/RecordingSink.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
@@ -17,68 +15,39 @@ bool like(TextView subject, TextView pattern) {
   return compiled.matches(subject);
 }
 
-TEST(LikePatternTest, Elements) {
-  const struct {
-    TextView subject;
-    TextView pattern;
-    bool matches;
-  } cases[] = {
-      {u"temp", u"TEMP", true},
-      {u"temporary", u"temp", false},
-      {u"", u"", true},
-      {u"", u"*", true},
-      {u"a", u"", false},
-      {u"abc", u"a?c", true},
-      {u"ac", u"a?c", false},
-      {u"x7", u"x#", true},
-      {u"x\u0667", u"x#", false},
-      {u"noext", u"*.*", false},
-      {u"a.b", u"*.*", true},
-      {u"/a/cache/b", u"*/cache/*", true},
-      {u"mississippi", u"m*iss*ip*i", true},
-      {u"mississippi", u"m*iss*iss*iss*", false},
-      {u"b", u"[a-f]", true},
-      {u"B", u"[a-f]", true},
-      {u"g", u"[a-f]", false},
-      {u"g", u"[!a-f]", true},
-      {u"", u"[!a-f]", false},
-      {u"-", u"[a-]", true},
-      {u"-", u"[-a]", true},
-      {u"*", u"[*]", true},
-      {u"x", u"[*]", false},
-      {u"!", u"[!]", true},
-      {u"ab", u"a[]b", true},
-      {u"a]", u"a]", true},
-      {u"[", u"[[]", true},
-      {u"back\\slash", u"back\\slash", true},
-      {u"new\nline", u"new?line", true},
-      {u"\U0001F600", u"?", true},     // one character, though two units
-      {u"\xDCFF\xDC80", u"??", true},  // bytes that are no UTF-8
-      {u"\xDCFF", u"[\xDC80-\xDCFF]", true},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(like(c.subject, c.pattern), c.matches)
-        << toBytes(c.subject) << " like " << toBytes(c.pattern);
+/// Of each text in `pairs`, which has the subject before a "~" and the pattern behind it.
+void expectLike(bool matches, TextView pairs) {
+  for (const TextView pair : testing::fields(pairs)) {
+    const auto middle = pair.find(u'~');
+    EXPECT_EQ(like(pair.substr(0, middle), pair.substr(middle + 1)), matches) << toBytes(pair);
   }
 }
 
+TEST(LikePatternTest, Elements) {
+  expectLike(
+      true,
+      u"temp~TEMP|TEMP~temp|~|~*|abc~a?c|x7~x#|a.b~*.*|/a/cache/b~*/cache/*|"
+      u"mississippi~m*iss*ip*i|b~[a-f]|B~[a-f]|g~[!a-f]|-~[a-]|-~[-a]|*~[*]|!~[!]|ab~a[]b|"
+      u"a]~a]|[~[[]|back\\slash~back\\slash|new\nline~new?line|"
+      u"\U0001F600~?|\xDCFF\xDC80~??|"  // one character of two units; bytes that are no UTF-8
+      u"\xDCFF~[\xDC80-\xDCFF]");
+  expectLike(false,
+             u"temporary~temp|a~|ac~a?c|x\u0667~x#|noext~*.*|mississippi~m*iss*iss*iss*|g~[a-f]|"
+             u"~[!a-f]|x~[*]");
+}
+
 TEST(LikePatternTest, CaseOfEveryScriptByTheLocale) {
-  const struct {
-    const char* locale;
-    TextView subject;
-    TextView pattern;
-    bool matches;
-  } cases[] = {
-      {"de_DE", u"ÜBER", u"über", true},      {"de_DE", u"ΣΊΣΥΦΟΣ", u"σίσυφος", true},
-      {"de_DE", u"ЖУК", u"ж*", true},         {"de_DE", u"FILE", u"file", true},
-      {"tr_TR", u"FILE", u"file", false},     {"tr_TR", u"FILE", u"f\u0131le", true},
-      {"tr_TR", u"F\u0130LE", u"file", true}, {"de_DE", u"\U00010400", u"\U00010428", true},
-      {"de_DE", u"Ä", u"[à-ö]", true},
-  };
-  for (const auto& c : cases) {
-    const ScopedLocale locale(c.locale);
-    EXPECT_EQ(like(c.subject, c.pattern), c.matches)
-        << c.locale << " " << toBytes(c.subject) << " like " << toBytes(c.pattern);
+  {
+    const ScopedLocale locale("de_DE");
+    expectLike(true,
+               u"ÜBER~über|über~ÜBER|ΣΊΣΥΦΟΣ~σίσυφος|σίσυφος~*ΣΊ*|ЖУК~ж*|жук~*УК|FILE~file|"
+               u"\U00010400~\U00010428|\U00010428~\U00010400|x\U00010400~*\U00010428|Ä~[à-ö]|"
+               u"ä~[À-Ö]");
+  }
+  for (const char* const turkish : {"tr_TR", "az_AZ"}) {
+    const ScopedLocale locale(turkish);
+    expectLike(false, u"FILE~file|file~FILE");
+    expectLike(true, u"FILE~f\u0131le|F\u0130LE~file|f\u0131le~FILE|file~F\u0130LE");
   }
 }
 
@@ -119,10 +88,7 @@ class CompareTest : public ::testing::Test {
 
 TEST_F(CompareTest, ExcludeAndIncludeListsOfFolders) {
   const struct {
-    TextView exclude;
-    TextView include;
-    TextView name;
-    TextView path;
+    TextView exclude, include, name, path;
     bool isOut;
   } cases[] = {
       {u"temp", u"", u"TEMP", u"/a/TEMP", true},
@@ -186,8 +152,7 @@ TEST_F(CompareTest, TheFileListShowsWhatAnyPatternFits) {
 
 TEST_F(CompareTest, ExtensionLists) {
   const struct {
-    TextView setting;
-    TextView extension;
+    TextView setting, extension;
     bool passes;
   } cases[] = {{u"mp3,avi", u"AVI", true}, {u"MP3", u"mp3", false}, {u"jpg, png", u"png", false},
                {u"mp3", u"", false},       {u"a,,b", u"", true},    {u"  ", u"x", true},
@@ -204,21 +169,8 @@ TEST_F(CompareTest, ExtensionLists) {
   EXPECT_TRUE(filters.passesExtFilter(u"anything"));
 }
 
-/// Counts the faults that were reported.
-class CountingSink : public FaultSink {
- public:
-  CountingSink() { setFaultSink(this); }
-  ~CountingSink() override { setFaultSink(nullptr); }
-  void Debug(TextView, TextView, const Error& error, const std::vector<Text>&) noexcept override {
-    reports.push_back(error.text);
-  }
-  void errorLine(TextView) noexcept override {}
-
-  std::vector<Text> reports;
-};
-
 TEST_F(CompareTest, AMalformedPatternIsToldOnceARunAndLeavesNothingOut) {
-  CountingSink sink;
+  testing::RecordingSink sink;
   options.FolderList_FilterFilesExclude_Active = 1;
   options.FolderList_FilterFilesExclude_Text = u"*.tmp,[abc,*.bak,[z-a]";
   filters.SetFileFilter(options);
@@ -227,10 +179,10 @@ TEST_F(CompareTest, AMalformedPatternIsToldOnceARunAndLeavesNothingOut) {
   for (int i = 0; i < 3; ++i) {
     EXPECT_FALSE(filters.Check_FolderList_FileFilter(u"x.bak", u"/x.bak"));
   }
-  EXPECT_EQ(sink.reports, std::vector<Text>{u"Invalid pattern string: [abc"});
+  EXPECT_EQ(sink.texts, std::vector<Text>{u"Invalid pattern string: [abc"});
   filters.startRun();
   filters.Check_FolderList_FileFilter(u"x", u"/x");
-  EXPECT_EQ(sink.reports.size(), 2U);
+  EXPECT_EQ(sink.texts.size(), 2U);
 }
 
 }  // namespace

@@ -1,21 +1,13 @@
 #include "fs/Deleting.h"
 
-#include <errno.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
+#include "fs/Recycling.h"
 #include "fs/z_Filesystem.h"
-#include "tests/testing/Faults.h"
-#include "tests/testing/ScopedUser.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
 
-using testing::Call;
-using testing::ScopedFault;
-using testing::TestFolder;
+using namespace ombrelian::testing;
 
 TEST(DeletingTest, WhatIsGoneCountsAndWhatStaysIsTold) {
   const TestFolder folder;
@@ -30,7 +22,7 @@ TEST(DeletingTest, WhatIsGoneCountsAndWhatStaysIsTold) {
         << toBytes(failure->text);
   }
   EXPECT_FALSE(xDeleteFile_W({folder.text("file")}, false).has_value());
-  EXPECT_FALSE(xExistFile_W(folder.text("file")));
+  EXPECT_FALSE(folder.has("file"));
 }
 
 TEST(DeletingTest, AFolderThatStaysTellsItselfAndWhatHoldsIt) {
@@ -54,14 +46,14 @@ TEST(DeletingTest, WhatCannotBeAskedAboutIsNotTakenForGone) {
   const ScopedFault fault({Call::Statx, "top", EACCES});
   EXPECT_FALSE(xDeleteFolder_W({folder.text("top")}).isGone);
   EXPECT_TRUE(xDeleteFile_W({folder.text("top")}, true).has_value());
-  EXPECT_EQ(access(folder.path("top/file").c_str(), F_OK), 0);
+  EXPECT_TRUE(folder.has("top/file"));
 }
 
 TEST(DeletingTest, RightsThatCannotBeHadAreToldBesideTheFirstError) {
-  const testing::ScopedUser user;
+  const ScopedUser user;
   const TestFolder folder;
   folder.file("closed/file");
-  ASSERT_EQ(chmod(folder.path("closed").c_str(), 0555), 0);
+  folder.chmod("closed", 0555);
   EXPECT_TRUE(xDeleteFile_W({folder.text("closed/file")}, false).has_value());
   {
     const ScopedFault fault({Call::Fchmodat, {}, EPERM});
@@ -71,22 +63,73 @@ TEST(DeletingTest, RightsThatCannotBeHadAreToldBesideTheFirstError) {
                                           folder.path("closed/file") + " (#5 - Permission denied)");
   }
   EXPECT_FALSE(xDeleteFile_W({folder.text("closed/file")}, true).has_value());
-  EXPECT_FALSE(xExistFile_W(folder.text("closed/file")));
-  struct stat told = {};
-  ASSERT_EQ(stat(folder.path("closed").c_str(), &told), 0);
-  EXPECT_EQ(told.st_mode & 0777, 0555U);
+  EXPECT_FALSE(folder.has("closed/file"));
+  EXPECT_EQ(folder.modeOf("closed"), 0555U);
 }
 
-TEST(DeletingTest, AFolderThatOthersRemovedIsGone) {
+TEST(DeletingTest, AFolderThatIsNotThereCountsAsGone) {
   const TestFolder folder;
   folder.folder("top");
-  // Somebody else is quicker between the look and the removal.
-  const ScopedFault fault({Call::Openat, "top", EIO, 0, 1});
-  const FolderDeletion deletion = xDeleteFolder_W({folder.text("top")});
-  EXPECT_FALSE(deletion.isGone);
   EXPECT_TRUE(RemoveDirectoryForce_W({folder.text("top")}));
   EXPECT_FALSE(RemoveDirectoryForce_W({folder.text("top")}));
   EXPECT_TRUE(xDeleteFolder_W({folder.text("top")}).isGone);
+}
+
+TEST(RecyclingTest, FileAndFolderGoEitherWayAndWhatIsGoneCounts) {
+  const TestFolder folder;
+  const ScopedVariable data("XDG_DATA_HOME", folder.path("data"));
+  for (const bool recycle : {true, false}) {
+    folder.file("folder/inner");
+    folder.file("file", 1);
+    for (int round = 0; round < 2; ++round) {
+      EXPECT_EQ(xDeleteFolderSHwide({folder.text("folder")}, recycle).code, 0U);
+      EXPECT_EQ(xDeleteFileSHwide({folder.text("file")}, recycle).code, 0U);
+    }
+    EXPECT_FALSE(xExistFolder_W(folder.text("folder")));
+    EXPECT_FALSE(xExistFile_W(folder.text("file")));
+  }
+  EXPECT_TRUE(xExistFile_W(folder.text("data/Trash/files/folder/inner")));
+  EXPECT_EQ(testing::namesIn(folder.path("data/Trash/files")).size(), 2U);
+}
+
+TEST(RecyclingTest, WhatStaysIsTold) {
+  const TestFolder folder;
+  folder.file("folder/inner");
+  const ScopedFault busy({.call = Call::Unlinkat, .name = "inner", .error = EBUSY});
+  const Text inner = folder.text("folder/inner");
+  for (const ShellResult& result :
+       {xDeleteFileSHwide({inner}, false), xDeleteFolderSHwide({folder.text("folder")}, false)}) {
+    EXPECT_EQ(result.code, platform::kSharingViolation);
+    EXPECT_EQ(toBytes(result.detail), toBytes(inner));
+  }
+}
+
+TEST(RecyclingTest, FullBinIsNamedWithTheReasonAndTheCode) {
+  const TestFolder folder;
+  const ScopedVariable data("XDG_DATA_HOME", folder.path("data"));
+  folder.file("file");
+  const ScopedFault full({.call = Call::Write, .error = ENOSPC});
+  const ShellResult result = xDeleteFileSHwide({folder.text("file")}, true);
+  EXPECT_EQ(result.code, platform::kShellErrorOnDestination | platform::kDiskFull);
+  const std::string text = toBytes(recyclingErrorText(result));
+  EXPECT_TRUE(text.starts_with("No space left on device ")) << text;
+  EXPECT_NE(text.find("'" + folder.path("data/Trash") + "'"), std::string::npos) << text;
+  EXPECT_TRUE(text.ends_with(" (65648)")) << text;
+}
+
+TEST(RecyclingTest, CodesOfTheShellComeBeforeThoseOfTheSystem) {
+  const std::pair<platform::ErrorCode, const char*> cases[] = {
+      {0x74, "A root directory cannot be moved"},
+      {0xB7, "MAX_PATH was exceeded during the operation. - 183"},
+      {0x402, "An unknown error occurred. This is typically due to an invalid path in the source "},
+      {0x10000, "An unspecified error occurred on the destination. - 65536"},
+      {0x10074, "Destination is a root directory and cannot be renamed. - 65652"},
+      {0x100B7, "File exists - 65719"},
+      {platform::kAccessDenied, "Permission denied - 5"},
+  };
+  for (const auto& [code, beginning] : cases)
+    EXPECT_EQ(toBytes(xGetErrorTextFromSH(code, true)).find(beginning), 0U) << code;
+  EXPECT_FALSE(xGetErrorTextFromSH(0x75, false).ends_with(u"117"));
 }
 
 }  // namespace

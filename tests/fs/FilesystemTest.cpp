@@ -1,25 +1,18 @@
 #include "fs/z_Filesystem.h"
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 #include "fs/Links.h"
 #include "fs/Owners.h"
+#include "fs/PathText.h"
 #include "fs/Renaming.h"
 #include "platform/Accounts.h"
-#include "support/Guard.h"
-#include "tests/testing/Faults.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/RecordingSink.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
 
-using testing::Call;
-using testing::ScopedFault;
 using testing::TestFolder;
 
 TEST(FilesystemTest, WhatExists) {
@@ -27,16 +20,12 @@ TEST(FilesystemTest, WhatExists) {
   folder.file("file", 3'000'000'000);
   folder.symlink("dangling", "nowhere");
   folder.symlink("toRoot", "/");
-  EXPECT_TRUE(xExistFile_W(folder.text("file")));
-  EXPECT_TRUE(xExistFile_W(folder.text())) << "a folder counts too";
-  EXPECT_TRUE(xExistFile_W(folder.text("dangling")));
-  EXPECT_FALSE(xExistFile_W(folder.text("nowhere")));
-  EXPECT_FALSE(xExistFile_W(u""));
-  EXPECT_TRUE(xExistFolder_W(folder.text()));
-  EXPECT_TRUE(xExistFolder_W(folder.text("toRoot")));
+  const auto isFile = [&](const char* name) { return toText(xExistFile_W(folder.text(name))); };
+  const auto isFolder = [&](const char* name) { return toText(xExistFolder_W(folder.text(name))); };
+  EXPECT_EQ(testing::each({"file", "dangling", "toRoot", "", "nowhere"}, isFile), u"1|1|1|1|0");
+  EXPECT_EQ(testing::each({"file", "dangling", "toRoot", "", "nowhere"}, isFolder), u"0|0|1|1|0");
   EXPECT_TRUE(xExistFolder_W(u"/"));
-  EXPECT_FALSE(xExistFolder_W(folder.text("file")));
-  EXPECT_FALSE(xExistFolder_W(u""));
+  EXPECT_FALSE(xExistFile_W(u"") || xExistFolder_W(u""));
   EXPECT_EQ(xGetFileAttributesWide(folder.text("nowhere")), 0U);
   platform::FindData data;
   ASSERT_EQ(platform::FindFirstFileW(folder.text("file"), data), platform::kSuccess);
@@ -51,14 +40,11 @@ TEST(FilesystemTest, PathsBeyondTheKernelsLimit) {
   for (int i = 0; i < 50; ++i)
     appendName(path, fromBytes(name));
   EXPECT_TRUE(xExistFolder_W(path));
-  Text inner = path;
-  appendName(inner, u"made/inner");
-  EXPECT_FALSE(xCreatePath(inner).has_value());
-  EXPECT_TRUE(xExistFolder_W(inner));
-  Text moved = path;
-  appendName(moved, u"moved");
-  EXPECT_EQ(xMoveFile_W(inner, moved), u"");
-  EXPECT_TRUE(xExistFolder_W(moved));
+  EXPECT_FALSE(xCreatePath(path + u"/made/inner").has_value());
+  EXPECT_TRUE(xExistFolder_W(path + u"/made/inner"));
+  EXPECT_EQ(xMoveFile_W(path + u"/made/inner", path + u"/moved"), u"");
+  EXPECT_TRUE(xExistFolder_W(path + u"/moved"));
+  EXPECT_NE(xMoveFile_W(path + u"/made/inner", path + u"/moved"), u"") << "it is gone";
 }
 
 TEST(FilesystemTest, MakingFolders) {
@@ -80,31 +66,8 @@ TEST(FilesystemTest, MakingFolders) {
   EXPECT_TRUE(xCreatePath(u"C:\\", u'\\').has_value());
 }
 
-TEST(FilesystemTest, Moving) {
-  const TestFolder folder;
-  folder.file("from", 1);
-  folder.file("to", 2);
-  EXPECT_EQ(xMoveFile_W(folder.text("from"), folder.text("to")), u"");
-  EXPECT_FALSE(xExistFile_W(folder.text("from")));
-  EXPECT_FALSE(xMoveFile_W(folder.text("from"), folder.text("to")).empty());
-}
-
-/// Keeps the lines that would go to the fault log.
-class RecordingSink : public FaultSink {
- public:
-  RecordingSink() { setFaultSink(this); }
-  ~RecordingSink() override { setFaultSink(nullptr); }
-  void Debug(TextView proc, TextView module, const Error& error,
-             const std::vector<Text>&) noexcept override {
-    lines.push_back(Text(module) + u"." + Text(proc) + u" " + error.text);
-  }
-  void errorLine(TextView line) noexcept override { lines.emplace_back(line); }
-
-  std::vector<Text> lines;
-};
-
 TEST(FilesystemTest, DatesThatNoCalendarHasAreToldOnce) {
-  RecordingSink sink;
+  testing::RecordingSink sink;
   platform::FindData data;
   EXPECT_EQ(xGetFileModifyDateByWFD(data, u"/none"), 0);
   EXPECT_TRUE(sink.lines.empty()) << "no date is no invalid date";
@@ -117,21 +80,11 @@ TEST(FilesystemTest, DatesThatNoCalendarHasAreToldOnce) {
   EXPECT_LT(xGetFileModifyDateByWFD(data, u"/old"), 0);
 }
 
-TEST(FilesystemTest, AFaultInsideIsHandedToTheSink) {
-  RecordingSink sink;
-  EXPECT_FALSE(Guarded(u"module", u"procedure", []() -> bool {
-    throw Fault({9, u"there", u"out of range"});
-  }));
-  EXPECT_EQ(sink.lines, std::vector<Text>{u"module.procedure out of range"});
-}
-
 TEST(FilesystemTest, AnOwnerIsAnAccountUnknownOrEveryone) {
   const OwnerTexts owners;
-  const Text name = u"someone";
-  const Text none;
-  EXPECT_EQ(owners.of(true, name), u"someone");
-  EXPECT_EQ(owners.of(true, none), u"-Unbekannt-");
-  EXPECT_EQ(owners.of(false, name), u"Jeder");
+  EXPECT_EQ(owners.of(true, Text(u"someone")), u"someone");
+  EXPECT_EQ(owners.of(true, Text()), u"-Unbekannt-");
+  EXPECT_EQ(owners.of(false, Text(u"someone")), u"Jeder");
   EXPECT_EQ(owners.of(true, 0xFFFFFFF0U), u"-Unbekannt-") << "no account has that number";
   EXPECT_EQ(owners.of(false, 0U), u"Jeder");
   const TestFolder folder;
@@ -154,9 +107,7 @@ TEST(FilesystemTest, ARenameStaysInItsFolder) {
   }
   EXPECT_EQ(renameInFolder(one, u"one"), u"") << "its own name";
   EXPECT_EQ(renameInFolder(one, u"other"), u"") << "replaces a file";
-  std::vector<std::string> names = testing::namesIn(folder.path("a"));
-  std::sort(names.begin(), names.end());
-  EXPECT_EQ(names, (std::vector<std::string>{"other", "twin"}));
+  EXPECT_EQ(testing::namesIn(folder.path("a")), (std::vector<std::string>{"other", "twin"}));
   EXPECT_EQ(renameInFolder(folder.text("a"), u"b\n"), u"") << "a folder, and any name";
   EXPECT_TRUE(xExistFolder_W(folder.text("b\n")));
 }
@@ -166,10 +117,7 @@ TEST(FilesystemTest, HardlinksHaveOneIdentity) {
   folder.file("one");
   folder.file("two");
   folder.hardlink("again", "two");
-  Text single;
-  Text first;
-  Text second;
-  Text error;
+  Text single, first, second, error;
   EXPECT_EQ(xGetHardlinkCount(folder.text("one"), &single, error), 0);
   EXPECT_FALSE(single.empty()) << "told for a file with one name too";
   EXPECT_EQ(xGetHardlinkCount(folder.text("two"), &first, error), 2);
@@ -191,6 +139,40 @@ TEST(FilesystemTest, ErrorTexts) {
   EXPECT_EQ(xGetErrorText(true, platform::kAccessDenied), u"#5 - Permission denied");
   EXPECT_EQ(xGetErrorText(false, platform::kDiskFull), u"No space left on device");
   EXPECT_FALSE(xGetErrorText(false, 54321).empty());
+}
+
+TEST(PathTextTest, WindowsRule) {
+  EXPECT_EQ(LongPathPrefix(u"\\\\srv\\share\\x", u'\\'), u"\\\\?\\UNC\\srv\\share\\x");
+  EXPECT_EQ(LongPathPrefix(u"C:\\x", u'\\'), u"\\\\?\\C:\\x");
+  EXPECT_EQ(LongPathPrefix(u"\\\\?\\C:\\x", u'\\'), u"\\\\?\\UNC\\?\\C:\\x");
+  EXPECT_EQ(xGetPath(u"C:\\a", u'\\'), u"C:");
+  EXPECT_EQ(xGetPath(u"a.txt", u'\\'), u"");
+  EXPECT_EQ(xGetPathWithBackslash(u" C:\\a ", u'\\'), u"C:\\a\\");
+  EXPECT_EQ(xGetPathWithBackslash(u"", u'\\'), u"");
+  EXPECT_EQ(xRemoveBackslash(u" C:\\a \\", u'\\'), u"C:\\a");
+  EXPECT_EQ(xRemoveBackslash(u" C:\\a", u'\\'), u" C:\\a");
+  EXPECT_EQ(xGetFileNameWithoutExtension(u"C:\\a.b\\c.tar.gz", u'\\'), u"c.tar");
+  EXPECT_EQ(xGetFileName(u"C:\\a/b", u'\\'), u"a/b");
+}
+
+TEST(PathTextTest, PosixRule) {
+  EXPECT_EQ(LongPathPrefix(u"/a", u'/'), u"/a");
+  EXPECT_EQ(xGetPath(u"/a", u'/'), u"/");
+  EXPECT_EQ(xGetPath(u"/a/b", u'/'), u"/a");
+  EXPECT_EQ(xGetPath(u"a", u'/'), u"");
+  EXPECT_EQ(xGetPathWithBackslash(u"/ a ", u'/'), u"/ a /") << "blanks belong to the name";
+  EXPECT_EQ(xRemoveBackslash(u"/a /", u'/'), u"/a ");
+  EXPECT_EQ(xRemoveBackslash(u"/", u'/'), u"/");
+  EXPECT_EQ(xGetFileNameWithoutExtension(u"/a.b/c", u'/'), u"c");
+  EXPECT_EQ(xGetFileName(u"/a\\b", u'/'), u"a\\b");
+  Text root = u"/";
+  EXPECT_EQ(xAddBackslash(root, u'/'), u"/");
+  EXPECT_EQ(appendName(root, u"usr", u'/'), u"/usr");
+}
+
+TEST(PathTextTest, ExtensionsLookForTheDotAlone) {
+  EXPECT_EQ(testing::each(testing::fields(u"archive.tar.gz|noext|.profile|name."), xGetExtension),
+            u"gz||profile|");
 }
 
 }  // namespace

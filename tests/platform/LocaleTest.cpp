@@ -1,69 +1,69 @@
+// What depends on the locale and the zone: notations, names of types, local times.
 #include "platform/Locale.h"
 
-#include <gtest/gtest.h>
+#include <filesystem>
 
-#include "tests/testing/ScopedLocale.h"
+#include "format/DatePattern.h"
+#include "platform/MimeDatabase.h"
+#include "platform/Time.h"
+#include "tests/testing/ScopedZone.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian::platform {
 namespace {
 
 TEST(LocaleTest, WritesNumbersAndDatesAsTheLocaleDoes) {
-  const struct {
-    const char* name;
-    TextView decimal, group;
-    int secondary, minimum;
-    TextView shortDate, time, march, sunday;
-  } cases[] = {
-      {"C", u".", u",", 3, 1, u"yyyy-MM-dd", u"HH:mm:ss", u"March", u"Sun"},
-      {"C.UTF-8", u".", u",", 3, 1, u"yyyy-MM-dd", u"HH:mm:ss", u"March", u"Sun"},
-      {"POSIX", u".", u",", 3, 1, u"yyyy-MM-dd", u"HH:mm:ss", u"March", u"Sun"},
-      {"xx_YY.UTF-8", u".", u",", 3, 1, u"M/d/yyyy", u"HH:mm:ss", u"March", u"Sun"},
-      {"en_US.UTF-8", u".", u",", 3, 1, u"M/d/yyyy", u"h:mm:ss tt", u"March", u"Sun"},
-      {"de_DE.UTF-8@euro", u",", u".", 3, 1, u"dd.MM.yyyy", u"HH:mm:ss", u"M\u00E4rz", u"So"},
-      {"fr_FR", u",", u"\u202F", 3, 1, u"dd/MM/yyyy", u"HH:mm:ss", u"mars", u"dim."},
-      {"fr_CA", u",", u"\u00A0", 3, 1, u"yyyy-MM-dd", u"HH \"h\" mm \"min\" ss \"s\"", u"mars",
-       u"dim."},
-      {"es_ES", u",", u".", 3, 2, u"d/M/yyyy", u"H:mm:ss", u"marzo", u"dom"},
-      {"hi_IN", u".", u",", 2, 1, u"d/M/yyyy", u"h:mm:ss tt", u"\u092E\u093E\u0930\u094D\u091A",
-       u"\u0930\u0935\u093F"},
-      {"ko_KR", u".", u",", 3, 1, u"yyyy. M. d.", u"tt h:mm:ss", u"3\uC6D4", u"\uC77C"},
+  // Decimal sign, grouping sign, sizes of the groups, digits that stay together beyond the last
+  // group, short date, time, March, Sunday.
+  const std::pair<const char*, TextView> cases[] = {
+      {"C.UTF-8", u".|,|3|3|1|yyyy-MM-dd|HH:mm:ss|March|Sun"},
+      {"POSIX", u".|,|3|3|1|yyyy-MM-dd|HH:mm:ss|March|Sun"},
+      {"xx_YY.UTF-8", u".|,|3|3|1|M/d/yyyy|HH:mm:ss|March|Sun"},
+      {"en_US.UTF-8", u".|,|3|3|1|M/d/yyyy|h:mm:ss tt|March|Sun"},
+      {"de_DE.UTF-8@euro", u",|.|3|3|1|dd.MM.yyyy|HH:mm:ss|März|So"},
+      {"fr_FR", u",|\u202F|3|3|1|dd/MM/yyyy|HH:mm:ss|mars|dim."},
+      {"fr_CA", u",|\u00A0|3|3|1|yyyy-MM-dd|HH \"h\" mm \"min\" ss \"s\"|mars|dim."},
+      {"es_ES", u",|.|3|3|2|d/M/yyyy|H:mm:ss|marzo|dom"},
+      {"hi_IN", u".|,|3|2|1|d/M/yyyy|h:mm:ss tt|मार्च|रवि"},
+      {"ko_KR", u".|,|3|3|1|yyyy. M. d.|tt h:mm:ss|3월|일"},
   };
-  for (const auto& c : cases) {
-    const ScopedLocale locale(c.name);
+  for (const auto& [name, expected] : cases) {
+    const ScopedLocale locale(name);
     const NumberSymbols& numbers = numberSymbols();
-    EXPECT_EQ(numbers.decimal, c.decimal) << c.name;
-    EXPECT_EQ(numbers.group, c.group) << c.name;
-    EXPECT_EQ(numbers.primaryGroup, 3) << c.name;
-    EXPECT_EQ(numbers.secondaryGroup, c.secondary) << c.name;
-    EXPECT_EQ(numbers.minimumGrouping, c.minimum) << c.name;
-    EXPECT_EQ(dateSymbols().shortDate, c.shortDate) << c.name;
-    EXPECT_EQ(dateSymbols().time, c.time) << c.name;
-    EXPECT_EQ(dateSymbols().longMonths[2], c.march) << c.name;
-    EXPECT_EQ(dateSymbols().shortDays[0], c.sunday) << c.name;
-    EXPECT_FALSE(dateSymbols().am.empty() || dateSymbols().pm.empty()) << c.name;
+    const DateSymbols& dates = dateSymbols();
+    const std::vector<Text> told = {numbers.decimal,
+                                    numbers.group,
+                                    toText(numbers.primaryGroup),
+                                    toText(numbers.secondaryGroup),
+                                    toText(numbers.minimumGrouping),
+                                    dates.shortDate,
+                                    dates.time,
+                                    dates.longMonths[2],
+                                    dates.shortDays[0]};
+    EXPECT_EQ(told, testing::fields(expected)) << name;
+    EXPECT_FALSE(dates.am.empty() || dates.pm.empty()) << name;
   }
 }
 
 TEST(LocaleTest, ReadsEachCategoryAndLetsTheGeneralOnesWin) {
+  const auto told = [] {
+    return numberSymbols().decimal + u" " + dateSymbols().shortDate + u" " +
+           toText(GetUserDefaultLangID());
+  };
   const ScopedLocale all("", "LC_ALL");
   const ScopedLocale lang("de_DE.UTF-8", "LANG");
-  EXPECT_EQ(numberSymbols().decimal, u",");
-  EXPECT_EQ(GetUserDefaultLangID(), 7);
+  EXPECT_EQ(told(), u", dd.MM.yyyy 7");
   {
     const ScopedLocale numeric("en_US", "LC_NUMERIC");
     const ScopedLocale messages("fr_FR", "LC_MESSAGES");
-    EXPECT_EQ(numberSymbols().decimal, u".");
-    EXPECT_EQ(dateSymbols().shortDate, u"dd.MM.yyyy");
-    EXPECT_EQ(GetUserDefaultLangID(), 12);
+    EXPECT_EQ(told(), u". dd.MM.yyyy 12");
     const ScopedLocale over("sv_SE", "LC_ALL");
-    EXPECT_EQ(numberSymbols().decimal, u",");
-    EXPECT_EQ(GetUserDefaultLangID(), 29);
+    EXPECT_EQ(told(), u", yyyy-MM-dd 29");
   }
   const ScopedLocale none("", "LANG");
-  EXPECT_EQ(numberSymbols().decimal, u".");
-  EXPECT_EQ(GetUserDefaultLangID(), 9);
+  EXPECT_EQ(told(), u". yyyy-MM-dd 9");
   const ScopedLocale other("ja_JP.UTF-8", "LC_MESSAGES");
-  EXPECT_EQ(GetUserDefaultLangID(), 0);
+  EXPECT_EQ(told(), u". yyyy-MM-dd 0");
 }
 
 TEST(LocaleTest, FoldsCaseOfEveryScriptAndKeepsWhatIsNoText) {
@@ -76,6 +76,8 @@ TEST(LocaleTest, FoldsCaseOfEveryScriptAndKeepsWhatIsNoText) {
       {"de_DE", u"\u0416\u03A9", u"\u0436\u03C9", u"\u0416\u03A9"},
       {"de_DE", u"A\xDC80\xDCFF", u"a\xDC80\xDCFF", u"A\xDC80\xDCFF"},
       {"tr_TR", u"Ii", u"\u0131i", u"I\u0130"},
+      {"az_AZ", u"\u00C4Ii\u0130\u0131\u0416", u"\u00E4\u0131ii\u0131\u0436",
+       u"\u00C4I\u0130\u0130I\u0416"},
       {"de_DE", u"Ii", u"ii", u"II"},
       {"de_DE", u"\U00010428", u"\U00010428", u"\U00010400"},
   };
@@ -104,6 +106,49 @@ TEST(LocaleTest, OrdersAsTheLocaleDoes) {
     const int order = localeTextRules().compare(c.a, c.b, c.binary);
     EXPECT_EQ((order > 0) - (order < 0), c.sign) << c.name << toBytes(c.a) << toBytes(c.b);
   }
+}
+
+TEST(FileTypesTest, TheDatabaseNamesTypesByExtension) {
+  if (!std::filesystem::exists("/usr/share/mime/globs2")) GTEST_SKIP() << "no database here";
+  EXPECT_EQ(GetFileTypeIcon(u"txt"), u"text-plain");
+  EXPECT_EQ(GetFileTypeIcon(u"tar.gz"), u"application-x-compressed-tar");
+  // What the names are is the database's business, but for each language there is one.
+  const auto nameIn = [](const char* language) {
+    const ScopedLocale locale(language);
+    return GetFileTypeName(u"txt");
+  };
+  EXPECT_FALSE(nameIn("C").empty());
+  EXPECT_FALSE(nameIn("de_DE.UTF-8").empty());
+  EXPECT_NE(nameIn("C"), nameIn("de_DE.UTF-8"));
+}
+
+TEST(FileTypesTest, WhatNobodyKnowsIsEmpty) {
+  for (const TextView extension : {u"", u"no such type", u"../../../etc/passwd", u"*", u"\xDCFF"}) {
+    EXPECT_EQ(GetFileTypeName(extension), u"");
+    EXPECT_EQ(GetFileTypeIcon(extension), u"");
+  }
+}
+
+TEST(TimeTest, FileDatesAroundTheChangesOfTheClock) {
+  const testing::ScopedZone zone{"CET-1CEST,M3.5.0,M10.5.0/3"};
+  const std::pair<std::int64_t, TextView> cases[] = {
+      {1792888200, u"2026-10-25 02:30:00"},  // the first time
+      {1792891800, u"2026-10-25 02:30:00"},  // an hour later the same once more
+      {1792895400, u"2026-10-25 03:30:00"},
+      {1774745999, u"2026-03-29 01:59:59"},
+      {1774746000, u"2026-03-29 03:00:00"},  // what is between them was skipped
+      {-1, u"1970-01-01 00:59:59"},
+      {-11644473601, u"1601-01-01 00:59:59"},  // before the first file time
+  };
+  for (const auto& [unixTime, local] : cases) {
+    DateParts parts;
+    ASSERT_TRUE(FileTimeToLocalSystemTime(fileTimeFromUnix(unixTime, 999'999'999), parts));
+    EXPECT_EQ(DatePattern(u"yyyy-mm-dd hh:nn:ss").format(toDate(parts)), local) << unixTime;
+  }
+  DateParts untouched{1, 2, 3};
+  EXPECT_FALSE(FileTimeToLocalSystemTime(0, untouched));
+  EXPECT_FALSE(FileTimeToLocalSystemTime(kInvalidFileTime, untouched));
+  EXPECT_EQ(untouched.day, 3);
 }
 
 }  // namespace

@@ -1,14 +1,12 @@
 // The texts of the program against each other: what the code says, the list of German texts, and
-// the translations.
+// the translations; and how these are read and chosen.
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <filesystem>
 #include <map>
+#include <regex>
 
 #include "settings/z_Translate.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
@@ -53,21 +51,14 @@ const std::vector<Record>& germanTexts() {
 
 /// What a translation must share with its original: the placeholders, the number of line breaks,
 /// and the blanks at both ends.
-struct Shape {
-  explicit Shape(const Text& text) {
-    for (std::size_t at = 0; (at = text.find(u'%', at)) != Text::npos; ++at) {
-      const char16_t next = at + 1 < text.size() ? text[at + 1] : u'\0';
-      if (next >= u'1' && next <= u'9') placeholders[std::size_t(next - u'1')] = true;
-      if (next == u'!') ++lineBreaks;
-    }
-    blanks = {text.starts_with(u' '), text.ends_with(u' ')};
-  }
-  bool operator==(const Shape&) const = default;
-
-  std::array<bool, 9> placeholders{};
-  int lineBreaks = 0;
-  std::pair<bool, bool> blanks;
-};
+Text shapeOf(const Text& text) {
+  Text shape = text.starts_with(u' ') ? u"_" : u"";
+  for (const char16_t digit : TextView(u"123456789"))
+    if (text.find(Text{u'%', digit}) != Text::npos) shape += digit;
+  for (std::size_t at = 0; (at = text.find(u"%!", at)) != Text::npos; ++at)
+    shape += u'!';
+  return shape + (text.ends_with(u' ') ? u"_" : u"");
+}
 
 TEST(TextsTest, TheListIsInOrder) {
   const std::vector<Record>& texts = germanTexts();
@@ -87,7 +78,7 @@ TEST(TextsTest, EveryTranslationIsComplete) {
     EXPECT_EQ(texts, germanTexts()) << entry.path();
     for (const Record& text : texts) {
       EXPECT_FALSE(text.translation.empty()) << entry.path() << " " << text.id;
-      EXPECT_TRUE(Shape(text.translation) == Shape(text.german)) << entry.path() << " " << text.id;
+      EXPECT_EQ(shapeOf(text.translation), shapeOf(text.german)) << entry.path() << " " << text.id;
     }
     Translation translation;  // and the program reads of it what stands there
     translation.LoadTextFromFile(fromBytes(entry.path().string()));
@@ -97,91 +88,25 @@ TEST(TextsTest, EveryTranslationIsComplete) {
   EXPECT_GT(translations, 0U);
 }
 
-/// Finds the texts in a source: a number of four digits, a comma, and UTF-16 literals.
-class SourceScanner {
- public:
-  explicit SourceScanner(std::string_view source) : rest_(source) {}
-
-  std::vector<Record> scan() {
-    std::vector<Record> found;
-    std::string number;
-    bool comma = false;
-    while (!rest_.empty()) {
-      if (skipUnseen()) continue;
-      if (std::isalnum(rest_[0]) && !rest_.starts_with("u\"")) {
-        number = takeWord();
-        comma = false;
-      } else if (rest_.starts_with("u\"")) {
-        const std::string text = takeLiterals();
-        if (comma && isTextNumber(number))
-          found.push_back({std::stoi(number), fromBytes(text), {}});
-        number.clear();
-      } else {
-        comma = rest_[0] == ',' && !comma;
-        if (!comma) number.clear();
-        rest_.remove_prefix(1);
-      }
-    }
-    return found;
-  }
-
- private:
-  static bool isTextNumber(const std::string& word) {
-    return word.size() == 4 && std::all_of(word.begin(), word.end(), ::isdigit);
-  }
-
-  /// White space, comments, and characters such as u'"'.
-  bool skipUnseen() {
-    if (std::isspace(static_cast<unsigned char>(rest_[0]))) return skip(1);
-    if (rest_.starts_with("//")) return skip(rest_.find('\n'));
-    if (rest_[0] != '\'') return false;
-    const std::size_t end = rest_.find('\'', rest_.starts_with("'\\") ? 3 : 2);
-    return skip(end == std::string_view::npos ? end : end + 1);
-  }
-
-  bool skip(std::size_t count) {
-    rest_.remove_prefix(std::min(count, rest_.size()));
-    return true;
-  }
-
-  /// A name or a number, which may hold separators.
-  std::string takeWord() {
-    const bool isNumber = std::isdigit(rest_[0]) != 0;
-    std::size_t end = 0;
-    while (end < rest_.size() &&
-           (std::isalnum(rest_[end]) || rest_[end] == '_' || (isNumber && rest_[end] == '\'')))
-      ++end;
-    const std::string word(rest_.substr(0, end));
-    rest_.remove_prefix(end);
-    return word;
-  }
-
-  /// Adjacent literals are one text.
-  std::string takeLiterals() {
+/// The texts in a source: a number of four digits, a comma, and UTF-16 literals, which are one text
+/// when they are adjacent.
+std::vector<Record> textsIn(const std::string& source) {
+  static const std::regex head("(^|[^\\w'])(\\d{4}),\\s*(//[^\n]*\\s*)?(?=u\")");
+  std::vector<Record> found;
+  std::sregex_iterator at(source.begin(), source.end(), head);
+  for (; at != std::sregex_iterator(); ++at) {
     std::string text;
-    while (rest_.starts_with("u\"")) {
-      std::size_t at = 2;
-      for (; rest_[at] != '"'; ++at) {
-        if (rest_[at] == '\\') ++at;
-        text += rest_[at];
+    auto in = std::size_t(at->position() + at->length());
+    while (source.compare(in, 2, "u\"") == 0) {
+      for (in += 2; source[in] != '"'; ++in) {
+        if (source[in] == '\\') ++in;
+        text += source[in];
       }
-      rest_.remove_prefix(at + 1);
-      while (!rest_.empty() && skipUnseen()) {
-      }
+      in = source.find_first_not_of(" \n", in + 1);
     }
-    return text;
+    found.push_back({std::stoi((*at)[2]), fromBytes(text), {}});
   }
-
-  std::string_view rest_;
-};
-
-TEST(TextsTest, TheScannerFindsTexts) {
-  const std::vector<Record> expected = {{1234, u"ab\"c\"", {}}, {5678, u"d", {}}};
-  EXPECT_EQ(SourceScanner(
-                "TL(1234, // why, u\"x\"\n u\"a\" u\"b\\\"c\\\"\", {x}); {u'\"', 10'000, 5678,\n"
-                "u\"d\", 9999, 12, u\"no\"} f(1234 + x, u\"no\") \"1234,\"")
-                .scan(),
-            expected);
+  return found;
 }
 
 TEST(TextsTest, TheCodeSaysWhatTheListSays) {
@@ -194,12 +119,132 @@ TEST(TextsTest, TheCodeSaysWhatTheListSays) {
     if (extension != ".cpp" && extension != ".h" && extension != ".inc") continue;
     const std::string source = testing::readFile(entry.path().string());
     EXPECT_EQ(source.find("TL(0"), std::string::npos) << entry.path() << ": a text has no number";
-    for (const Record& text : SourceScanner(source).scan()) {
+    for (const Record& text : textsIn(source)) {
       ++found;
       EXPECT_EQ(toBytes(listed[text.id]), toBytes(text.german)) << entry.path() << " " << text.id;
     }
   }
   EXPECT_GT(found, 80U);
+}
+
+TEST(RecordTest, SplitsFields) {
+  const std::pair<TextView, TextView> cases[] = {
+      {u"5, \"Abbrechen\", \"Cancel\"", u"5|Abbrechen|Cancel"},
+      {u" 5\t,Ab brechen ,\t Cancel ", u"5|Ab brechen|Cancel"},
+      {u"5,\"a, b\",\" c \"", u"5|a, b| c "},
+      {u"5, \"say \"\"yes\"\"\", \"\"\"\"", u"5|say \"yes\"|\""},
+      {u"5, \"a\" # why, \"b\", more", u"5|a|b|more"},
+      {u"5, a \"b\" c,", u"5|a \"b\" c|"},
+      {u"5, \"never, closed", u"5|never, closed"},
+      {u"5,,", u"5||"},
+      {u"", u""},
+  };
+  for (const auto& [line, expected] : cases)
+    EXPECT_EQ(splitRecord(line), testing::fields(expected)) << toBytes(line);
+}
+
+TEST(TranslationTest, ReadsATranslatorsFile) {
+  const testing::TestFolder program;
+  program.write("tl.txt",
+                "\xEF\xBB\xBF# 1, \"a\", \"comment\"\r\n"
+                "\r\n"
+                "  # 2, \"a\", \"comment\"\n"
+                "3, \"Zurück\", \"Back, of course\"\r\n"
+                "4, \"a\"\n"
+                "5, \"a\", \"first\"\n"
+                "6abc, \"a\", \"six\"\r"
+                "none, \"a\", \"zero\"\n"
+                "7, \"a\", \"\"\n"
+                "5, \"a\", \"retour à \xFF\"\n"
+                "5, \"a line that lacks a field changes nothing\"\n"
+                "8, \"a\", \"last\"");
+  Translation translation;
+  translation.LoadTextFromFile(program.text("tl.txt"));
+  EXPECT_TRUE(translation.TranslatorMode());
+  const auto textOf = [&](int id) { return translation.text(id); };
+  EXPECT_EQ(testing::each({0, 1, 2, 3, 4, 5, 6, 7, 8, 9}, textOf),
+            u"|||Back, of course||retour à \xDCFF|six||last|");
+  EXPECT_EQ(translation.TL_Caption(u"8"), u"last");
+  for (const TextView id : {u"", u"-", u"8T", u"-8", u"4294967304"})
+    EXPECT_EQ(translation.TL_Caption(id), u"") << toBytes(id);
+
+  program.write("second.txt", "8, \"a\", \"%1%!\"\n");
+  translation.LoadTextFromFile(program.text("second.txt"));
+  EXPECT_EQ(translation.text(3), u"");  // the first file is gone
+  EXPECT_EQ(translation.TL_Caption(u"8"), u"%1%!");
+}
+
+TEST(TranslationTest, ChoosesTheLanguage) {
+  const testing::TestFolder program;
+  program.write("lang/eng.txt", "1, \"a\", \"english\"\n");
+  program.write("lang/fre.txt", "1, \"a\", \"français\"\n");
+  program.write("lang/ita.txt", "# nothing in it\n");
+  program.folder("lang/rus.txt");
+  constexpr auto kNone = std::nullopt;
+  struct {
+    const char* locale;
+    std::optional<int> stored;
+    int languageId;
+    TextView text = u"";     // of number 1; empty: the German one shows
+    TextView missing = u"";  // file that is told
+  } const cases[] = {
+      {"de_DE.UTF-8", kNone, 7},
+      {"C", kNone, 9, u"english"},
+      {"en_GB.UTF-8", 0, 9, u"english"},
+      {"fr_FR.UTF-8", kNone, 12, u"français"},
+      {"ja_JP.UTF-8", kNone, 9, u"english"},
+      {"C", 7, 7},
+      {"de_DE.UTF-8", 9, 9, u"english"},
+      {"de_DE.UTF-8", 12, 12, u"français"},
+      {"de_DE.UTF-8", 17, 9, u"english"},
+      {"de_DE.UTF-8", -7, 9, u"english"},
+      {"sv_SE.UTF-8", kNone, 9, u"english"},  // there is no Swedish pack
+      // A stored language without its texts: English does not stand in at once, the next start
+      // has it.
+      {"C", 16, 9, u"", u"ita.txt"},
+      {"C", 25, 9, u"", u"rus.txt"},
+  };
+  for (const auto& one : cases) {
+    const ScopedLocale locale(one.locale);
+    Translation translation;
+    const Text missing = translation.Init_Sprache({program.text(), one.stored, false});
+    const std::string trace =
+        one.locale + std::string(" ") + toBytes(toText(one.stored.value_or(0)));
+    EXPECT_EQ(translation.LanguageId(), one.languageId) << trace;
+    EXPECT_EQ(translation.text(1), one.text) << trace;
+    EXPECT_EQ(missing, one.missing.empty() ? Text() : program.text("lang/" + toBytes(one.missing)));
+    EXPECT_FALSE(translation.TranslatorMode());
+  }
+}
+
+TEST(TranslationTest, WithoutEnglishTextsAllIsGerman) {
+  const testing::TestFolder program;
+  const ScopedLocale locale("C");
+  Translation translation;
+  EXPECT_EQ(translation.Init_Sprache({program.text(), std::nullopt, false}),
+            program.text("lang/eng.txt"));
+  EXPECT_EQ(translation.LanguageId(), kGerman);
+  EXPECT_EQ(translation.text(1), u"");
+}
+
+TEST(TranslationTest, TranslatorModeReplacesAllTexts) {
+  const testing::TestFolder program;
+  program.write("lang/eng.txt", "1, \"a\", \"english\"\n2, \"b\", \"two\"\n");
+  for (const bool hasFile : {false, true}) {
+    if (hasFile) program.write("OmbrelianTL.txt", "1, \"a\", \"mine\"\n");
+    for (const int language : {7, 9}) {
+      for (const bool isAsked : {false, true}) {
+        Translation translation;
+        EXPECT_EQ(translation.Init_Sprache({program.text(), language, isAsked}), u"");
+        EXPECT_EQ(translation.TranslatorMode(), isAsked);
+        EXPECT_EQ(translation.LanguageId(), language);
+        const bool isMine = hasFile && isAsked;  // what it lacks is German, whatever the language
+        const bool isEnglish = !isMine && language == 9;
+        EXPECT_EQ(translation.text(1), isMine ? u"mine" : isEnglish ? u"english" : u"");
+        EXPECT_EQ(translation.text(2), isEnglish ? u"two" : u"");
+      }
+    }
+  }
 }
 
 }  // namespace

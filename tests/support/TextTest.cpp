@@ -1,8 +1,9 @@
-#include "support/Text.h"
-
-#include <gtest/gtest.h>
-
+// Texts, dates and translated texts.
 #include <random>
+
+#include "support/Date.h"
+#include "tests/testing/FewTexts.h"
+#include "tests/testing/Testing.h"
 
 namespace ombrelian {
 namespace {
@@ -50,6 +51,46 @@ TEST(TextTest, ParsesWholeNumbersOnly) {
     EXPECT_FALSE(parseNumber(text, value));
   }
   EXPECT_EQ(value, -42);
+}
+
+TEST(DateTest, KnownDays) {
+  EXPECT_EQ(toDate({1899, 12, 30}), 0.0);
+  EXPECT_EQ(toDate({1899, 12, 29, 6}), -1.25);
+  EXPECT_EQ(toDate({1970, 1, 1}), 25569.0);
+  EXPECT_EQ(toDate({2000, 2, 29, 12}), 36585.5);
+}
+
+TEST(DateTest, EverySecondOfABorderComesBack) {
+  for (const int year : {1601, 1899, 1900, 2000, 2024, 2100, 9999}) {
+    for (int second = 0; second < 86400; second += 7) {
+      const DateParts parts{year, 2, 28, second / 3600, second / 60 % 60, second % 60};
+      const DateParts back = toParts(toDate(parts));
+      ASSERT_EQ(back.year, parts.year);
+      ASSERT_EQ(back.month, 2);
+      ASSERT_EQ(back.day, 28);
+      ASSERT_EQ(back.hour * 3600 + back.minute * 60 + back.second, second);
+    }
+  }
+  EXPECT_EQ(toParts(toDate({2026, 11, 22})).weekday, 0);
+}
+
+TEST(TranslateTest, TheGermanTextStandsInForAMissingOne) {
+  const testing::FewTexts texts({{5, u"Cancel"}, {6, u""}, {0, u"zero"}, {-1, u"minus"}});
+  EXPECT_EQ(TL(5, u"Abbrechen"), u"Cancel");
+  EXPECT_EQ(TL(6, u"Weiter"), u"Weiter");
+  EXPECT_EQ(TL(7, u"Zurück"), u"Zurück");
+  EXPECT_EQ(TL(0, u"Null%!%1", {u"0"}), u"Null\r\n0");
+  EXPECT_EQ(TL(-1, u"Minus"), u"Minus");
+}
+
+TEST(TranslateTest, ReplacesPlaceholdersOneAfterTheOther) {
+  const testing::FewTexts texts({{1, u"%2 of %1%!%2"}, {2, u"%1 %2"}, {3, u"%1%10"}});
+  EXPECT_EQ(TL(1, u"%1 von %2", {u"a", u"b"}), u"b of a\r\nb");
+  EXPECT_EQ(TL(2, u"", {u"[%2]", u"x"}), u"[x] x");   // the next pass reaches into an argument
+  EXPECT_EQ(TL(2, u"", {u"x", u"[%1]"}), u"x [%1]");  // no pass goes back
+  EXPECT_EQ(TL(2, u"", {u"100%!", u""}), u"100%! ");  // line breaks come first
+  EXPECT_EQ(TL(3, u"", {u"a"}), u"aa0");
+  EXPECT_EQ(TL(2, u"", {u"a"}), u"a %2");
 }
 
 }  // namespace

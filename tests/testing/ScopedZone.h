@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdlib>
 #include <ctime>
-#include <string>
+
+#include "tests/testing/ScopedVariable.h"
 
 namespace ombrelian::testing {
 
@@ -10,22 +10,16 @@ namespace ombrelian::testing {
 class ScopedZone {
  public:
   explicit ScopedZone(const char* zone) {
-    const char* const old = getenv("TZ");
-    had_ = old != nullptr;
-    if (had_) old_ = old;
-    setenv("TZ", zone, 1);
+    variable_.emplace("TZ", zone);
     tzset();
   }
   ~ScopedZone() {
-    had_ ? setenv("TZ", old_.c_str(), 1) : unsetenv("TZ");
+    variable_.reset();
     tzset();
   }
-  ScopedZone(const ScopedZone&) = delete;
-  ScopedZone& operator=(const ScopedZone&) = delete;
 
  private:
-  bool had_ = false;
-  std::string old_;
+  std::optional<ScopedVariable> variable_;
 };
 
 }  // namespace ombrelian::testing

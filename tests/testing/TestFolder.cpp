@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -70,6 +71,11 @@ void TestFolder::file(std::string_view name, std::int64_t size) const {
   close(fd);
 }
 
+void TestFolder::write(std::string_view name, std::string_view content) const {
+  std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
+  std::ofstream(path(name), std::ios::binary) << content;
+}
+
 void TestFolder::symlink(std::string_view name, std::string_view target) const {
   EXPECT_EQ(::symlink(std::string(target).c_str(), path(name).c_str()), 0);
 }
@@ -78,9 +84,25 @@ void TestFolder::hardlink(std::string_view name, std::string_view existing) cons
   EXPECT_EQ(link(path(existing).c_str(), path(name).c_str()), 0);
 }
 
-int TestFolder::chain(std::string_view name, int levels) const {
+void TestFolder::rename(std::string_view from, std::string_view to) const {
+  EXPECT_EQ(::rename(path(from).c_str(), path(to).c_str()), 0) << from;
+}
+
+void TestFolder::chmod(std::string_view name, unsigned mode) const {
+  EXPECT_EQ(::chmod(path(name).c_str(), mode), 0) << name;
+}
+
+bool TestFolder::has(std::string_view name) const { return access(path(name).c_str(), F_OK) == 0; }
+
+unsigned TestFolder::modeOf(std::string_view name) const {
+  struct stat told = {};
+  EXPECT_EQ(lstat(path(name).c_str(), &told), 0) << name;
+  return told.st_mode & 07777;
+}
+
+int TestFolder::chain(std::string_view name, int levels, std::string_view base) const {
   const std::string step(name);
-  int fd = open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  int fd = open(path(base).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   for (int level = 0; level < levels; ++level) {
     EXPECT_EQ(mkdirat(fd, step.c_str(), 0755), 0);
     const int inner = openat(fd, step.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -125,6 +147,7 @@ std::vector<std::string> namesIn(const std::string& path) {
   for (const auto& entry : std::filesystem::directory_iterator(path)) {
     names.push_back(entry.path().filename());
   }
+  std::sort(names.begin(), names.end());
   return names;
 }
 

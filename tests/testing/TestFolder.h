@@ -30,12 +30,23 @@ class TestFolder {
   /// Makes a file of `size` bytes that takes no room on the disk, and the folders above it.
   void file(std::string_view name, std::int64_t size = 0) const;
 
+  /// Makes a file with that content, and the folders above it, or writes over one.
+  void write(std::string_view name, std::string_view content) const;
+
   void symlink(std::string_view name, std::string_view target) const;
   void hardlink(std::string_view name, std::string_view existing) const;
+  void rename(std::string_view from, std::string_view to) const;
+  void chmod(std::string_view name, unsigned mode) const;
 
-  /// Makes `levels` folders called `name`, each in the one before; returns the descriptor of the
-  /// innermost, to be closed by the caller.
-  int chain(std::string_view name, int levels) const;
+  /// Whether something is there; where a link leads to counts.
+  bool has(std::string_view name) const;
+
+  /// The rights of what is there itself.
+  unsigned modeOf(std::string_view name) const;
+
+  /// Makes `levels` folders called `name`, each in the one before, from `base` on; returns the
+  /// descriptor of the innermost, to be closed by the caller.
+  int chain(std::string_view name, int levels, std::string_view base = {}) const;
 
  private:
   std::string path_;
@@ -50,7 +61,7 @@ Text readReport(const std::string& path);
 /// The lines of a text, without their CR LF.
 std::vector<Text> lines(TextView text);
 
-/// Names in a folder.
+/// Names in a folder, sorted.
 std::vector<std::string> namesIn(const std::string& path);
 
 }  // namespace ombrelian::testing
