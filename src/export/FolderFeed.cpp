@@ -15,16 +15,11 @@ void FolderFeed::feed(ReportSink& sink) const {
 /// False: the sink wants no more.
 bool FolderFeed::giveSource(Walk& walk, NodeIndex source) const {
   const Text name = startName(source);
-  if (!walk.sink.beginSource({name, report_.tree().created(sourceOf(source))})) return false;
+  if (!walk.sink.beginSource({name, report_.tree().created(sourceOf(report_.tree(), source))}))
+    return false;
   const bool goesOn = giveRow(walk, source, name, true) && giveChildren(walk, source, name);
   walk.sink.endSource();
   return goesOn;
-}
-
-NodeIndex FolderFeed::sourceOf(NodeIndex node) const {
-  while (report_.tree()[node].parent != kNoNode)
-    node = report_.tree()[node].parent;
-  return node;
 }
 
 bool FolderFeed::giveRow(Walk& walk, NodeIndex node, TextView name, bool isStart) const {

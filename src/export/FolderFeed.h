@@ -33,7 +33,6 @@ class FolderFeed : public ReportFeed {
   };
 
   Text startName(NodeIndex node) const;
-  NodeIndex sourceOf(NodeIndex node) const;
   bool giveRow(Walk& walk, NodeIndex node, TextView name, bool isStart) const;
   bool giveSource(Walk& walk, NodeIndex source) const;
   bool giveChildren(Walk& walk, NodeIndex start, Text path) const;

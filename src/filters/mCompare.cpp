@@ -50,6 +50,16 @@ void mCompare::SetFolderFilterInclude(Options& options) {
           options.FolderList_FilterFolderInclude_Text, folderInclude_);
 }
 
+void mCompare::setWalkFilters(const WalkFilters& filters) {
+  const auto set = [&](Text setting, PatternList& list) {
+    compile(!setting.empty(), setting, list);
+  };
+  set(filters.excludedFolders, folderExclude_);
+  set(filters.includedFolders, folderInclude_);
+  set(filters.includedFiles, fileInclude_);
+  set(filters.excludedFiles, fileExclude_);
+}
+
 void mCompare::SetFileFilterFileList(Options& options) {
   compile(options.FileList_Filter_Active, options.FileList_Filter_Text, fileList_);
 }
@@ -133,6 +143,20 @@ bool mCompare::passes(const Text& extensions, TextView extension) {
   }
   search_ += u',';
   return extensions.find(search_) != Text::npos;
+}
+
+WalkFilters walkFilters(const Options& options) {
+  const auto textIfOn = [](std::uint8_t active, const Text& text) {
+    return active == 1 ? text : Text();
+  };
+  return {textIfOn(options.FolderList_FilterFolderExclude_Active,
+                   options.FolderList_FilterFolderExclude_Text),
+          textIfOn(options.FolderList_FilterFolderInclude_Active,
+                   options.FolderList_FilterFolderInclude_Text),
+          textIfOn(options.FolderList_FilterFilesInclude_Active,
+                   options.FolderList_FilterFilesInclude_Text),
+          textIfOn(options.FolderList_FilterFilesExclude_Active,
+                   options.FolderList_FilterFilesExclude_Text)};
 }
 
 }  // namespace ombrelian

@@ -5,6 +5,7 @@
 
 #include "filters/LikePattern.h"
 #include "settings/Options.h"
+#include "tree/WalkFilters.h"
 
 namespace ombrelian {
 
@@ -25,6 +26,9 @@ class mCompare {
   void SetFolderFilterExclude(Options& options);
   void SetFolderFilterInclude(Options& options);
   void SetFileFilterFileList(Options& options);
+
+  /// Sets the four filters of walks that another scan had.
+  void setWalkFilters(const WalkFilters& filters);
 
   /// Set plain lists of extensions, which must be in lower case, without dots and blanks.
   void SetExtFilter(const Options& options);
@@ -77,5 +81,8 @@ class mCompare {
   Text search_;              // search text of passes(); kept to reuse its memory
   std::set<Text> reported_;  // malformed patterns of this run
 };
+
+/// The filters of walks that are on in the options.
+WalkFilters walkFilters(const Options& options);
 
 }  // namespace ombrelian

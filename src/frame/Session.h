@@ -15,7 +15,7 @@ namespace ombrelian {
 struct Session {
   Options options;
   FolderTree tree;
-  ScanContext context{platform::localeTextRules()};
+  ScanContext context;
   mCompare filters{platform::localeTextRules()};
   Log log{options};
   FolderReport folderReport{tree, options};

@@ -281,14 +281,13 @@ FileList::Renaming FileList::rename(Grid::RowIndex row, TextView newName) {
       kModule, u"lvwFiles_GridCellAfterEditing",
       [&]() -> Renaming {
         if (newName.empty() || newName == shown_.grid.text(row, kName)) return {};
-        const std::optional<FindData> replaced = otherNamed(row, newName);
+        std::optional<FindData> replaced = otherNamed(row, newName);
         if (Text error = renameInFolder(fullPath(row), newName); !error.empty())
           return {std::move(error), {}};
         const std::uint32_t id = shown_.grid.id(row);
         removeReplaced(row, newName);
         setName(shown_.grid.rowOf(id), newName);
-        if (!replaced) return {};
-        return {{}, xGetFileSizeByWFD_W(*replaced)};
+        return {{}, std::move(replaced)};
       },
       [](const Error& error) {
         return Renaming{errorTextOf(error), {}};

@@ -77,8 +77,8 @@ class FileList : public FlatList {
     /// same. Else the error text; nothing was changed.
     Text error;
 
-    /// Size in bytes of the replaced file, also if a filter hid it; none: nothing was replaced.
-    std::optional<std::int64_t> replacedBytes;
+    /// The replaced file, also if a filter hid it; none: nothing was replaced.
+    std::optional<platform::FindData> replaced;
   };
 
   /// Renames a file and replaces an object with the new name without a question. The row of a

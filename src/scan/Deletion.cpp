@@ -1,6 +1,7 @@
 #include "scan/Deletion.h"
 
 #include <algorithm>
+#include <map>
 
 #include "format/Sizes.h"
 #include "fs/Deleting.h"
@@ -222,7 +223,8 @@ bool Deletion::survey(Targets& targets, Survey& survey) {
     const std::uint64_t before = survey.objects();
     const auto goOn = [&](std::uint64_t count) { return goesOn(path, count); };
     if ((isThere && !survey.add(path, data, goOn)) || !goOn(survey.objects())) return false;
-    target.isHardlink = hardlinkCount(data) > 0;
+    target.file.isHardlink = hardlinkCount(data) > 0;
+    target.file.identity = data.identity;
     target.objects = survey.objects() - before;
     left.push_back(std::move(target));
   }
@@ -332,35 +334,41 @@ Deletion::Targets Deletion::deleteFiles(Targets targets) {
 bool Deletion::List_Files_DeleteFiles(FileList& files, const Ids& selected) {
   return Guarded(kModule, u"List_Files_DeleteFiles", [&] {
     return run([&] {
-      const Text folder = xRemoveBackslash(files.folder());
       const Targets gone = deleteFiles(targetsOf(files.grid(), selected));
       if (gone.empty()) return false;
       rows_.change([&] {
         files.removeRows(idsOf(gone));
-        takeOffFolder(folder, gone);
+        takeOffFiles(gone);
       });
       return true;
     });
   });
 }
 
-/// Subtracts deleted files from the numbers of `folder`. Only files that pass the filters are
-/// subtracted, because a scan counts only these.
-void Deletion::takeOffFolder(TextView folder, const Targets& gone) {
+/// Subtracts deleted files from the numbers of the folders that contained them.
+void Deletion::takeOffFiles(const Targets& gone) {
+  std::map<TextView, std::vector<const Target*>> byFolder;
+  for (const Target& target : gone)
+    byFolder[xGetPath(target.object.path)].push_back(&target);
+  for (const auto& [folder, files] : byFolder)
+    takeOffFolder(folder, files);
+}
+
+/// Subtracts only files that passed the filters of the scan, because it counted only these.
+void Deletion::takeOffFolder(TextView folder, const std::vector<const Target*>& gone) {
+  FolderTree& tree = state_.tree;
   mCompare& filters = state_.filters;
-  filters.SetFileFilterInclude(state_.options);
-  filters.SetFileFilter(state_.options);
-  ScanTotals totals;
-  for (const Target& target : gone) {
-    const Text& path = target.object.path;
-    if (filters.filtersFiles() && filters.Check_FolderList_FileFilter(xGetFileName(path), path))
-      continue;
-    ++totals.Files;
-    totals.Size += target.size;
-    totals.Hardlinks += target.isHardlink ? 1 : 0;
+  for (const NodeIndex node : foldersAt(tree, folder)) {
+    filters.setWalkFilters(tree.facts(sourceOf(tree, node)).filters);
+    std::vector<GoneFile> files;
+    for (const Target* const target : gone) {
+      const Text& path = target->object.path;
+      const bool wasLeftOut =
+          filters.filtersFiles() && filters.Check_FolderList_FileFilter(xGetFileName(path), path);
+      if (!wasLeftOut) files.push_back(target->file);
+    }
+    takeOutFiles(tree, node, files);
   }
-  for (const NodeIndex node : foldersAt(state_.tree, folder))
-    takeOutFiles(state_.tree, node, totals);
 }
 
 Deletion::Ids Deletion::idsOf(const Targets& targets) {
@@ -374,7 +382,10 @@ bool Deletion::deleteFound(Grid& list, const Ids& selected) {
   return run([&] {
     const Targets gone = deleteFiles(targetsOf(list, selected));
     if (gone.empty()) return false;
-    rows_.change([&] { list.removeRows(idsOf(gone)); });
+    rows_.change([&] {
+      list.removeRows(idsOf(gone));
+      takeOffFiles(gone);
+    });
     return true;
   });
 }

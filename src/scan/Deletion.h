@@ -5,6 +5,7 @@
 #include "scan/RowsOnShow.h"
 #include "scan/ScanState.h"
 #include "scan/Survey.h"
+#include "tree/TreeEdit.h"
 
 namespace ombrelian {
 
@@ -32,19 +33,18 @@ class Deletion {
   /// Deletes files of the shown folder and corrects the tree.
   bool List_Files_DeleteFiles(FileList& files, const Ids& selected);
 
-  /// Deletes files of a top list or of the list of hardlinks; the tree still shows the last scan.
+  /// Deletes files of a top list or of the list of hardlinks, and corrects the tree.
   bool List_TOP_DeleteFiles(Grid& list, const Ids& selected);
   bool List_Hardlinks_DeleteFiles(Grid& list, const Ids& selected);
 
  private:
   struct Target {
     Target(platform::ShownObject shown, std::uint32_t row, std::int64_t bytes = 0)
-        : object(std::move(shown)), id(row), size(bytes) {}
+        : object(std::move(shown)), id(row), file{bytes, false, {}} {}
 
     platform::ShownObject object;
     std::uint32_t id;           // id of the row, or the node
-    std::int64_t size;          // bytes of a file
-    bool isHardlink = false;    // the file has further names
+    GoneFile file;              // what the tree loses with it, if it is a file
     std::uint64_t objects = 1;  // the object and all objects below it
   };
   using Targets = std::vector<Target>;
@@ -62,7 +62,8 @@ class Deletion {
   std::vector<Text> details(const Targets& targets, const Survey& survey) const;
   bool Delete_Files(const platform::ShownObject& file);
   void correctTree(const Targets& gone, const Targets& touched);
-  void takeOffFolder(TextView folder, const Targets& gone);
+  void takeOffFiles(const Targets& gone);
+  void takeOffFolder(TextView folder, const std::vector<const Target*>& gone);
   void logGone(const Text& path);
   void fail(const Text& line);
   void tellFailures();

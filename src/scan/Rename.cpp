@@ -1,5 +1,6 @@
 #include "scan/Rename.h"
 
+#include "fs/Links.h"
 #include "fs/PathText.h"
 #include "fs/Renaming.h"
 #include "fs/z_Filesystem.h"
@@ -11,13 +12,11 @@ namespace {
 
 constexpr TextView kModule = u"frmMain";
 
-/// Subtracts one deleted direct file of a folder from the tree.
-void takeOutFile(FolderTree& tree, TextView folder, std::int64_t bytes) {
-  ScanTotals gone;
-  gone.Size = bytes;
-  gone.Files = 1;
+/// Subtracts a direct file of `folder` that was replaced.
+void takeOutFile(FolderTree& tree, TextView folder, const platform::FindData& file) {
+  const GoneFile gone = {xGetFileSizeByWFD_W(file), hardlinkCount(file) > 0, file.identity};
   for (const NodeIndex node : foldersAt(tree, folder))
-    takeOutFiles(tree, node, gone);
+    takeOutFiles(tree, node, {gone});
 }
 
 void renameNodes(FolderTree& tree, TextView path, TextView newPath, TextView name) {
@@ -45,7 +44,7 @@ Text renameFolder(FolderTree& tree, TextView path, TextView name) {
             findObject(newPath, replaced) == platform::kSuccess && !replaced.isFolder();
         if (Text error = renameInFolder(path, name); !error.empty()) return error;
         if (replacesFile) {
-          takeOutFile(tree, folder, xGetFileSizeByWFD_W(replaced));
+          takeOutFile(tree, folder, replaced);
         } else if (const auto nodes = foldersAt(tree, newPath); !nodes.empty()) {
           takeOutFolders(tree, nodes);
         }
@@ -58,7 +57,7 @@ Text renameFolder(FolderTree& tree, TextView path, TextView name) {
 Text renameFile(FolderTree& tree, FileList& files, Grid::RowIndex row, TextView name) {
   const Text folder = xRemoveBackslash(files.folder());
   const FileList::Renaming renaming = files.rename(row, name);
-  if (renaming.replacedBytes) takeOutFile(tree, folder, *renaming.replacedBytes);
+  if (renaming.replaced) takeOutFile(tree, folder, *renaming.replaced);
   return renaming.error;
 }
 

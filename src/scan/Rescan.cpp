@@ -42,8 +42,11 @@ void Rescan::readRest(NodeIndex folder) { read(folder, true); }
 void Rescan::read(NodeIndex folder, bool isRest) {
   FolderTree& tree = state_.tree;
   state_.context.SuppressDerivedLists = true;
-  state_.context.HardlinkSeen.Clear();
+  const SourceFacts& facts = tree.facts(sourceOf(tree, folder));
+  state_.context.run = facts.run;
   state_.filters.startRun();
+  state_.filters.setWalkFilters(facts.filters);
+  forgetHardlinks(tree, folder);
   const Text path = Report_GetFullpathOfNode(tree, folder, false, true);
   state_.context.IgnoresCancel = isRest;
   const NodeIndex twin = ScanRun(state_).Quelle_Einlesen(path, tree.addTwin(folder));
@@ -59,10 +62,9 @@ Text Report_RemoveFolders(FolderTree& tree, NodeIndex selected, RowsOnShow* rows
       kModule, u"Report_RemoveFolders",
       [&]() -> Text {
         if (tree.empty() || selected == kNoNode) return {};
-        while (tree[selected].parent != kNoNode)
-          selected = tree[selected].parent;
-        Text path(tree[selected].name());
-        orNobody(rows).change([&] { tree.remove({selected}); });
+        const NodeIndex source = sourceOf(tree, selected);
+        Text path(tree[source].name());
+        orNobody(rows).change([&] { takeOutFolders(tree, {source}); });
         return path;
       },
       nothing<Text>);

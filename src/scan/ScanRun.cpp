@@ -49,7 +49,7 @@ RunResult ScanRun::Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue) {
 }
 
 void ScanRun::scanQueue(std::deque<Text>& SourceQueue, RunResult& result) {
-  state_.context.HardlinkSeen.Clear();
+  state_.context.run = state_.tree.addRun();
   state_.filters.startRun();
   bool isOnlySource = !state_.context.SilentMode;
   while (!SourceQueue.empty() && !result.cancelled) {
@@ -75,8 +75,9 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   prepareSource(isOnlySource);
   const Date started = now();
   const std::uint64_t startTick = platform::GetTickCount();
+  useFiltersOfOptions();
   const NodeIndex root = Quelle_Einlesen(path);
-  state_.tree.setCreated(root, started);
+  state_.tree.facts(root) = {started, state_.context.run, walkFilters(state_.options)};
   result.lastRoot = root;
   ++result.sourcesScanned;
   result.sum += state_.context.Total;
@@ -99,6 +100,13 @@ void ScanRun::prepareSource(bool isOnlySource) {
   state_.filters.SetTopFilesExtFilter(state_.options);
   if (state_.lists != nullptr) state_.lists->reset();
   logOptions();
+}
+
+void ScanRun::useFiltersOfOptions() {
+  state_.filters.SetFileFilterInclude(state_.options);
+  state_.filters.SetFileFilter(state_.options);
+  state_.filters.SetFolderFilterExclude(state_.options);
+  state_.filters.SetFolderFilterInclude(state_.options);
 }
 
 void ScanRun::logOptions() {
@@ -151,10 +159,6 @@ void ScanRun::readSource(TextView path, NodeIndex root) {
   const Options& options = state_.options;
   context.ReadHardlinkCounts = options.CreateListHardlink == 1 ||
                                options.AddHardlinksOnlyOnce == 1 || options.ShowHardlinkCount == 1;
-  state_.filters.SetFileFilterInclude(state_.options);
-  state_.filters.SetFileFilter(state_.options);
-  state_.filters.SetFolderFilterExclude(state_.options);
-  state_.filters.SetFolderFilterInclude(state_.options);
   context.KeepsOwners = keepsOwners(path);
   context.Total = ScanTotals();
   const ScanTotals found = walk(path, root);

@@ -37,6 +37,7 @@ class ScanRun {
  private:
   void scanSource(const Text& path, bool isOnlySource, RunResult& result);
   void prepareSource(bool isOnlySource);
+  void useFiltersOfOptions();
   void logOptions();
   void logCounts(const ScanTotals& counts);
   void readRootFacts(TextView path, NodeIndex root);

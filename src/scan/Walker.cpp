@@ -17,12 +17,6 @@ constexpr std::uint64_t kProgressIntervalMs = 1000;
 constexpr std::uint64_t kSilentProgressIntervalMs = 100;
 constexpr unsigned kEntriesBetweenClocks = 64;  // entries between two reads of the clock if silent
 
-/// Key of a file with several names. Lists identify a hardlink only by its index; this key also has
-/// the device, so that files on two devices are never equal.
-Text hardlinkKey(const FindData& entry) {
-  return toText(std::int64_t(entry.identity.device)) + u":" + hardlinkIdentity(entry);
-}
-
 }  // namespace
 
 Walker::Walker(const ScanState& state, DerivedLists* lists)
@@ -126,7 +120,8 @@ void Walker::visitFile(const FindData& entry) {
 
 void Walker::countSize(const FindData& entry, std::int64_t size, std::int32_t links) {
   if (options_.AddHardlinksOnlyOnce != 0 && links > 0) {
-    if (context_.HardlinkSeen.Add({}, hardlinkKey(entry), 0).NewNode == 0) return;
+    HardlinkNames& seen = tree_.HardlinkSeen();
+    if (!seen.add(context_.run, entry.identity, frames_.back().node, size)) return;
   }
   frames_.back().own.Size += size;
   context_.Total.Size += size;

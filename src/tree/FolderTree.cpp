@@ -101,7 +101,7 @@ void FolderTree::release(NodeIndex top) {
   for (const NodeIndex node : subtree) {
     errorTexts_.erase(node);
     junctionTargets_.erase(node);
-    created_.erase(node);
+    facts_.erase(node);
     freedUnits_ += nodes_[node].nameLength;
     nodes_[node] = FolderNode();
     nodes_[node].set(FolderNode::IsFree);
@@ -153,6 +153,7 @@ void FolderTree::adopt(NodeIndex node, NodeIndex twin) {
   errorTexts_.erase(node);
   if (const auto text = errorTexts_.extract(twin); !text.empty()) errorTexts_[node] = text.mapped();
   nodes_[twin].firstChild = nodes_[twin].lastChild = kNoNode;
+  hardlinkNames_.moveFolder(twin, node);
   release(twin);
   compactNames();
 }
@@ -191,11 +192,9 @@ void FolderTree::setJunctionTarget(NodeIndex node, Text target) {
 }
 
 Date FolderTree::created(NodeIndex root) const {
-  const auto hit = created_.find(root);
-  return hit == created_.end() ? 0 : hit->second;
+  const auto hit = facts_.find(root);
+  return hit == facts_.end() ? 0 : hit->second.created;
 }
-
-void FolderTree::setCreated(NodeIndex root, Date date) { created_[root] = date; }
 
 void FolderTree::orderChildren(NodeIndex parent, const std::vector<NodeIndex>& order) {
   for (std::size_t i = 0; i + 1 < order.size(); ++i)

@@ -5,17 +5,14 @@
 #include "platform/FindData.h"
 #include "support/Date.h"
 #include "support/Text.h"
+#include "tree/HardlinkNames.h"
 #include "tree/NamePool.h"
+#include "tree/NodeIndex.h"
 #include "tree/ScanTotals.h"
 #include "tree/SegmentedArray.h"
+#include "tree/WalkFilters.h"
 
 namespace ombrelian {
-
-/// Index of a folder in the array of nodes. It is valid as long as the folder is in the tree; the
-/// place of a removed folder may be used for another one.
-using NodeIndex = std::uint32_t;
-inline constexpr NodeIndex kNoNode = UINT32_MAX;
-
 /// One folder, or the pseudo folder for the direct files of its parent. Rare values are stored
 /// outside the nodes (FolderTree::errorText and others). Derived values (the size in other units,
 /// the percentage) are computed when they are needed.
@@ -72,6 +69,13 @@ struct FolderNode {
 };
 static_assert(sizeof(FolderNode) <= 112, "a million folders should fit 112 MB");
 
+/// What is known of a source besides its folder.
+struct SourceFacts {
+  Date created = 0;            // time when its scan began; 0: none
+  HardlinkNames::Run run = 0;  // the run that scanned it
+  WalkFilters filters;         // what its scan left out
+};
+
 /// The forest of all scanned sources. It owns its nodes and all their texts.
 class FolderTree {
  public:
@@ -126,9 +130,14 @@ class FolderTree {
   TextView junctionTarget(NodeIndex node) const { return find(junctionTargets_, node); }
   void setJunctionTarget(NodeIndex node, Text target);
 
-  /// Time when the scan of a source began; 0 for other nodes.
+  SourceFacts& facts(NodeIndex root) { return facts_[root]; }
   Date created(NodeIndex root) const;
-  void setCreated(NodeIndex root, Date date);
+
+  /// The names that the scans counted once; empty unless they did.
+  HardlinkNames& HardlinkSeen() { return hardlinkNames_; }
+
+  /// Number of a new run of scans.
+  HardlinkNames::Run addRun() { return ++runs_; }
 
   void clear();
 
@@ -161,7 +170,9 @@ class FolderTree {
   std::unordered_map<Text, std::uint32_t> ownerNumbers_;
   Texts errorTexts_;
   Texts junctionTargets_;
-  std::unordered_map<NodeIndex, Date> created_;
+  std::unordered_map<NodeIndex, SourceFacts> facts_;  // by source
+  HardlinkNames hardlinkNames_;
+  HardlinkNames::Run runs_ = 0;
   std::vector<NodeIndex> order_;  // order of one sort; kept to reuse its memory
 };
 

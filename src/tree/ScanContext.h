@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/FolderWalk.h"
-#include "support/CStringCollection.h"
 #include "tree/FolderTree.h"
 
 namespace ombrelian {
@@ -11,10 +10,6 @@ inline constexpr int kScanCancelRequested = 3;
 
 /// Data that all sources of one run share, and that the walker shares with its caller.
 struct ScanContext {
-  explicit ScanContext(const TextRules& rules) : HardlinkSeen(rules) {
-    HardlinkSeen.setCompareMode(0);
-  }
-
   ScanTotals Total;                   // sums of the current source; with files of cancelled folders
   bool SilentMode = false;            // the run does not yield and cannot be cancelled
   bool IgnoresCancel = false;         // the current read must be whole, or sums would be wrong
@@ -24,7 +19,7 @@ struct ScanContext {
   bool KeepsOwners = false;                  // the source's file system keeps owners
   int ScanCancelState = kScanIdle;
   bool ScanBusy = false;
-  CStringCollection HardlinkSeen;  // identities whose size was counted in this run
+  HardlinkNames::Run run = 0;  // number of the run that is under way
 };
 
 }  // namespace ombrelian

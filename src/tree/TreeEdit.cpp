@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "tree/TreeOrder.h"
+
 namespace ombrelian {
 namespace {
 
@@ -72,6 +74,27 @@ ScanTotals totalsWithItself(const FolderNode& folder) {
   return totals;
 }
 
+/// Forgets the names of hardlinks in folders and below them.
+void forgetNames(FolderTree& tree, const std::vector<NodeIndex>& folders) {
+  if (tree.HardlinkSeen().empty()) return;
+  std::vector<bool> isGone(tree.nodeCount());
+  for (const NodeIndex folder : folders)
+    for (NodeIndex node = folder; node != kNoNode; node = nextInSubtree(tree, node, folder))
+      isGone[node] = true;
+  tree.HardlinkSeen().removeFolders([&](NodeIndex folder) { return isGone[folder]; });
+}
+
+/// Adds the sizes of hardlinks that lost their counted name to the folders of other names.
+void settleNames(FolderTree& tree) {
+  for (const auto& [folder, size] : tree.HardlinkSeen().settle()) {
+    if (const NodeIndex pseudo = pseudoFolderOf(tree, folder); pseudo != kNoNode) {
+      tree[pseudo].size += size;
+    }
+    for (NodeIndex node = folder; node != kNoNode; node = tree[node].parent)
+      tree[node].size += size;
+  }
+}
+
 }  // namespace
 
 void takeOutFolders(FolderTree& tree, const std::vector<NodeIndex>& folders) {
@@ -82,6 +105,7 @@ void takeOutFolders(FolderTree& tree, const std::vector<NodeIndex>& folders) {
     parents.push_back(tree[folder].parent);
     lower(tree[parents.back()].subfolders, 1);
   }
+  forgetNames(tree, folders);
   tree.remove(folders);
   std::sort(parents.begin(), parents.end());
   parents.erase(std::unique(parents.begin(), parents.end()), parents.end());
@@ -90,15 +114,26 @@ void takeOutFolders(FolderTree& tree, const std::vector<NodeIndex>& folders) {
     if (hasOnlyPseudoFolder(tree, parent)) pseudoFolders.push_back(tree[parent].firstChild);
   }
   if (!pseudoFolders.empty()) tree.remove(pseudoFolders);
+  settleNames(tree);
 }
 
-void takeOutFiles(FolderTree& tree, NodeIndex folder, const ScanTotals& gone) {
-  subtract(tree[folder], gone);
-  subtractAbove(tree, folder, gone);
-  const NodeIndex pseudo = pseudoFolderOf(tree, folder);
-  if (pseudo == kNoNode) return;
-  subtract(tree[pseudo], gone);
-  if (tree[pseudo].files == 0) tree.remove({pseudo});
+void forgetHardlinks(FolderTree& tree, NodeIndex folder) { forgetNames(tree, {folder}); }
+
+void takeOutFiles(FolderTree& tree, NodeIndex folder, const std::vector<GoneFile>& gone) {
+  const HardlinkNames::Run run = tree.facts(sourceOf(tree, folder)).run;
+  ScanTotals totals;
+  for (const GoneFile& file : gone) {
+    ++totals.Files;
+    totals.Size += tree.HardlinkSeen().remove(run, file.identity, folder).value_or(file.size);
+    totals.Hardlinks += file.isHardlink ? 1 : 0;
+  }
+  subtract(tree[folder], totals);
+  subtractAbove(tree, folder, totals);
+  if (const NodeIndex pseudo = pseudoFolderOf(tree, folder); pseudo != kNoNode) {
+    subtract(tree[pseudo], totals);
+    if (tree[pseudo].files == 0) tree.remove({pseudo});
+  }
+  settleNames(tree);
 }
 
 void putInPlace(FolderTree& tree, NodeIndex folder, NodeIndex twin, bool followsAll) {
@@ -115,6 +150,7 @@ void putInPlace(FolderTree& tree, NodeIndex folder, NodeIndex twin, bool follows
     lower(node.junctions, old.junctions - fresh.junctions);
     lower(node.errors, old.errors - fresh.errors);
   }
+  settleNames(tree);
 }
 
 std::vector<NodeIndex> foldersAt(const FolderTree& tree, TextView path, char16_t separator) {

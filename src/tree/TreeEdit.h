@@ -14,9 +14,19 @@ namespace ombrelian {
 /// sources may be among them. A row for direct files is removed if no subfolder remains beside it.
 void takeOutFolders(FolderTree& tree, const std::vector<NodeIndex>& folders);
 
-/// Subtracts direct files of a folder that are gone from the disk; `gone` has their Size, Files and
-/// Hardlinks.
-void takeOutFiles(FolderTree& tree, NodeIndex folder, const ScanTotals& gone);
+/// A file that is gone from the disk.
+struct GoneFile {
+  std::int64_t size = 0;    // bytes
+  bool isHardlink = false;  // it had further names
+  platform::FileIdentity identity;
+};
+
+/// Subtracts direct files of a folder that are gone from the disk.
+void takeOutFiles(FolderTree& tree, NodeIndex folder, const std::vector<GoneFile>& gone);
+
+/// Must be called before a folder is read again into its twin: names of hardlinks in the folder and
+/// below count no longer, so that the names that are found count instead.
+void forgetHardlinks(FolderTree& tree, NodeIndex folder);
 
 /// Replaces a folder with its twin, into which it was read again. Size, files and folders of the
 /// folders above are corrected; with `followsAll` also hardlinks, junctions and errors.

@@ -48,6 +48,12 @@ Text Report_GetFullpathOfNode(const FolderTree& tree, NodeIndex node, bool skipR
   return addBackslash && !path.empty() ? xAddBackslash(path, separator) : path;
 }
 
+NodeIndex sourceOf(const FolderTree& tree, NodeIndex node) {
+  while (tree[node].parent != kNoNode)
+    node = tree[node].parent;
+  return node;
+}
+
 NodeIndex nextInSubtree(const FolderTree& tree, NodeIndex node, NodeIndex top) {
   if (tree[node].firstChild != kNoNode) return tree[node].firstChild;
   return nextBeside(tree, node, top);

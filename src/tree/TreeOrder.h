@@ -19,6 +19,9 @@ void Report_Folder_Sort_All(FolderTree& tree, const std::function<void()>& serve
 Text Report_GetFullpathOfNode(const FolderTree& tree, NodeIndex node, bool skipRootName,
                               bool addBackslash, char16_t separator = platform::kNativeSeparator);
 
+/// The source that contains `node`, which may be the source itself.
+NodeIndex sourceOf(const FolderTree& tree, NodeIndex node);
+
 /// The next node in the order of the rows when everything is expanded; kNoNode at the end of the
 /// subtree of `top`. It works for any depth.
 NodeIndex nextInSubtree(const FolderTree& tree, NodeIndex node, NodeIndex top);

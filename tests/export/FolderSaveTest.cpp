@@ -27,9 +27,9 @@ class FolderSaveTest : public ::testing::Test {
     add(deep, u"inner", 500, 1);
     add(deep, u"Dateien", 1500, 3, false);
     add(root, u"Dateien", 1000, 3, false);
-    tree.setCreated(root, toDate({2026, 11, 22, 13, 14, 15}));
+    tree.facts(root).created = toDate({2026, 11, 22, 13, 14, 15});
     other = add(kNoNode, u"/", 0, 0);
-    tree.setCreated(other, toDate({2026, 11, 22}));
+    tree.facts(other).created = toDate({2026, 11, 22});
   }
 
   std::vector<Text> save(TextView name, std::int32_t levels = kAllLevels,

@@ -37,7 +37,7 @@ class FullDiskTest : public ::testing::TestWithParam<ReportFormat> {
  protected:
   void SetUp() override {
     const NodeIndex root = tree.addRoot(u"/src");
-    tree.setCreated(root, toDate({2026, 11, 22}));
+    tree.facts(root).created = toDate({2026, 11, 22});
     for (int i = 0; i < 200; ++i)
       tree[tree.addChild(root, u"folder " + toText(i * 7919), true)].size = i * 104'729;
     options.FolderColumnVisible.fill(1);

@@ -83,9 +83,9 @@ class GoldenFolderTest : public GoldenReportTest {
     odd = add(root, u"<a href='x'>&]]>\"\n_x0041_", 900);
     add(odd, u"\u05D0\u05D1 \xDCFF ", 0);
     add(root, u"Dateien", 1'399'100, false);
-    tree.setCreated(root, toDate({2026, 11, 22, 13, 14, 15}));
+    tree.facts(root).created = toDate({2026, 11, 22, 13, 14, 15});
     const NodeIndex other = add(kNoNode, u"/other & more", 0);
-    tree.setCreated(other, toDate({2026, 11, 23}));
+    tree.facts(other).created = toDate({2026, 11, 23});
     FolderNode& node = tree[deep];
     node.folders = node.subfolders = 1;
     node.hardlinks = 1234;

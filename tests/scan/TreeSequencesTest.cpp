@@ -106,7 +106,7 @@ class Sequence : public ScanFixture {
   void expectTrue(const std::string& when) {
     for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
       FolderTree fresh;
-      ScanContext freshContext{platform::localeTextRules()};
+      ScanContext freshContext;
       std::deque<Text> queue = {Text(tree[root].name())};
       ScanRun({options, fresh, freshContext, filters, freshLog_, quiet_, nullptr})
           .Ordnerliste_Abarbeiten(queue);

@@ -77,7 +77,7 @@ class ScanFixture : public ::testing::Test {
   TestFolder folder;
   Options options;
   FolderTree tree;
-  ScanContext context{platform::localeTextRules()};
+  ScanContext context;
   mCompare filters{platform::localeTextRules()};
   Log log{options};
   QuietInterface ui;
