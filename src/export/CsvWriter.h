@@ -4,8 +4,8 @@
 
 namespace ombrelian {
 
-/// One line a row, values in quotation marks. A quotation mark inside a value stays as it is;
-/// readers of this format have always had it so.
+/// Writes one line for each row, with values in quotation marks. A quotation mark inside a value is
+/// not changed, as programs that read this format expect.
 class CsvWriter : public TextReport {
  public:
   using TextReport::TextReport;

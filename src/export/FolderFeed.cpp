@@ -12,7 +12,7 @@ void FolderFeed::feed(ReportSink& sink) const {
     source = single_ ? kNoNode : report_.tree()[source].nextSibling;
 }
 
-/// False: the sink wants no more.
+/// Gives one source with its rows; false: the sink wants no more.
 bool FolderFeed::giveSource(Walk& walk, NodeIndex source) const {
   const Text name = startName(source);
   if (!walk.sink.beginSource({name, report_.tree().created(sourceOf(report_.tree(), source))}))
@@ -26,8 +26,7 @@ bool FolderFeed::giveRow(Walk& walk, NodeIndex node, TextView name, bool isStart
   return walk.sink.row({node, ++walk.number, name, report_.tree()[node].level, isStart});
 }
 
-/// What the row `node` is called when a save begins with it: a source's own path, else the full
-/// path.
+/// Name of the row `node` if a save begins with it: the path of a source, else the full path.
 Text FolderFeed::startName(NodeIndex node) const {
   const FolderTree& tree = report_.tree();
   if (tree[node].level == 0) return Text(tree[node].name());
@@ -40,7 +39,8 @@ bool FolderFeed::isWritten(const FolderNode& node) const {
   return std::int64_t(node.level) <= limit_.levels;
 }
 
-/// Whether the rows below `start` come at all; with a limit of 0 those of its own files do.
+/// Whether there are rows below `start`. With a limit of 0 there is only the row of its direct
+/// files.
 bool FolderFeed::isStartFollowed(NodeIndex start) const {
   const FolderNode& row = report_.tree()[start];
   if (limit_.kind == LevelLimit::Kind::Number && limit_.levels == 0) return row.hasChildren();
@@ -61,7 +61,7 @@ bool FolderFeed::isFollowed(NodeIndex node) const {
   return false;
 }
 
-/// The rows below `start`, whose path is `path`.
+/// Gives the rows below `start`, whose path is `path`.
 bool FolderFeed::giveChildren(Walk& walk, NodeIndex start, Text path) const {
   const FolderTree& tree = report_.tree();
   if (!isStartFollowed(start)) return true;

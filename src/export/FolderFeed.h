@@ -5,20 +5,20 @@
 
 namespace ombrelian {
 
-/// How deep a save or a print goes. Levels are absolute: a source is level 0.
+/// Depth limit of a save or a print. Levels are absolute: a source is level 0.
 struct LevelLimit {
   enum class Kind { All, Number, Expanded };
 
   Kind kind = Kind::All;
-  std::int32_t levels = 0;  // for Number the deepest level that has rows; 0: sources only
+  std::int32_t levels = 0;  // for Number: the deepest level with rows; 0: only sources
 };
 
-/// The rows of the folder report from a start row on, in the order in which they are written. Rows
-/// below a source are called by their full path, pseudo folders with the name in brackets.
+/// Gives the rows of the folder report from a start row on, in the order in which they are written.
+/// The name of a row below a source is its full path; pseudo folders have their name in brackets.
 class FolderFeed : public ReportFeed {
  public:
-  /// Keeps `report` by reference. `start`: the first source, for all of them; or a row to save
-  /// with what is below it alone if `single`.
+  /// A reference to `report` is kept. `start` is the first source if all sources are saved. With
+  /// `single` it is a row, and only this row and the rows below it are saved.
   FolderFeed(const FolderReport& report, LevelLimit limit, NodeIndex start, bool single)
       : report_(report), limit_(limit), start_(start), single_(single) {}
 
@@ -26,7 +26,7 @@ class FolderFeed : public ReportFeed {
   void feed(ReportSink& sink) const override;
 
  private:
-  /// What a walk keeps.
+  /// State of a walk.
   struct Walk {
     ReportSink& sink;
     std::uint64_t number = 0;  // number of the last row

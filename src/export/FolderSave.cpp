@@ -21,7 +21,7 @@ Failure FolderSave::write(ReportFormat format, const Text& FileName, const Level
       u"frmSave", u"SAVE",
       [&]() -> Failure {
         if (report_.tree().empty()) return {};
-        // Without a selected row there is nothing to choose, and all sources are saved.
+        // Without a selected row all sources are saved.
         const bool single = options_.FolderOpt == 1 && report_.selected() != kNoNode;
         const NodeIndex start = single ? report_.selected() : report_.tree().firstRoot();
         return saveReport(format, FileName, list(),

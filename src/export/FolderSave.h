@@ -5,7 +5,7 @@
 
 namespace ombrelian {
 
-/// Keeps what the save settings say of levels and of the delimiter.
+/// Values that mean the levels and the delimiter of the save settings.
 inline constexpr std::int32_t kKeepLevels = -2;
 inline constexpr std::int32_t kAllLevels = -1;
 inline constexpr std::int32_t kKeepDelimiter = -1;
@@ -13,19 +13,20 @@ inline constexpr std::int32_t kKeepDelimiter = -1;
 /// Saves the folder report to a file.
 class FolderSave {
  public:
-  /// All arguments are kept by reference.
+  /// References to all arguments are kept.
   FolderSave(const FolderReport& report, const Options& options, UserInterface& ui)
       : report_(report), options_(options), ui_(ui) {}
 
-  /// Saves under `FileName` (absolute) in the format that its ending asks for. `Levels`:
-  /// kKeepLevels, kAllLevels or a number of levels. `Delimiter`: an entry of delimiterText, else
-  /// the chosen one; a `CustomDelimiter` that is not empty goes before it. A report without rows
-  /// is not written and no failure. After a failure nothing new stands under the target's name.
+  /// Saves to `FileName` (absolute) in the format of its ending. `Levels` is kKeepLevels,
+  /// kAllLevels or a number of levels. `Delimiter` is a choice of delimiterText; any other value
+  /// means the delimiter of the settings. A `CustomDelimiter` that is not empty is used instead. A
+  /// report without rows is not written, and this is not a failure. After a failure the target has
+  /// not changed.
   Failure SAVE(const Text& FileName, std::int32_t Levels, std::int32_t Delimiter,
                TextView CustomDelimiter);
 
-  /// The same in a format that was chosen, whatever the name ends in, with levels and delimiter as
-  /// the save settings have them.
+  /// Saves in the format `format`, regardless of the ending of the name, with the levels and the
+  /// delimiter of the save settings.
   Failure saveAs(ReportFormat format, const Text& FileName);
 
  private:

@@ -2,8 +2,8 @@
 
 namespace ombrelian {
 
-// Old engines knew gradients and shadows by their own names alone; the plain background in front of
-// them is for those that know neither.
+// Old engines know gradients and shadows only by their own names. The plain background in front is
+// for engines that do not know them at all.
 #define GRADIENT(from, to) \
   u"background: -webkit-gradient(linear, left top, left bottom, from(" from u"), to(" to u"));" \
   u"background: -moz-linear-gradient(top, " from u", " to u");"                                  \

@@ -17,10 +17,10 @@ constexpr TextView kAscending = u"<span id='sorttable_sortfwdind'>&nbsp;&#x25B4;
 constexpr TextView kDescending = u"<span id='sorttable_sortrevind'>&nbsp;&#x25BE;</span>";
 constexpr TextView kKeyBegin = u" sorttable_customkey='";
 
-// Numbers as scripts read them, whatever the locale.
+// Numbers in a form for scripts, independent of the locale.
 
 void appendDays(Date date, Text& out) {
-  constexpr int kDigits = 15;  // digits that every date keeps
+  constexpr int kDigits = 15;  // significant digits of a date
   char digits[32];
   const auto end =
       std::to_chars(digits, std::end(digits), date, std::chars_format::general, kDigits);
@@ -74,7 +74,7 @@ void HtmlWriter::writeTitleRow(const ReportSource& source) {
 }
 
 void HtmlWriter::writeColumnHeader(const Column& column) {
-  // Dates sort through the keys of their cells.
+  // Dates are sorted by the keys of their cells.
   const bool sortsAsText = column.isLeftAligned() && column.kind != CellKind::Timestamp;
   line_ = sortsAsText ? u"<th class='sorttable_alpha'>" : u"<th>";
   line_ += list_.format.caption(column);
@@ -94,7 +94,7 @@ void HtmlWriter::SaveHtmlRowData(const ReportRow& row) {
   writeLine(u"</tr>");
 }
 
-/// Appends the rest of the opening tag and the value.
+/// Appends the rest of the opening tag of a cell and its value.
 void HtmlWriter::appendCell(const ReportRow& row, const Column& column) {
   value_.clear();
   if (column.kind == CellKind::Percent && list_.cells.hasValue(row.index, column)) {
@@ -121,8 +121,8 @@ void HtmlWriter::appendDateKey(const ReportRow& row, const Column& column) {
   line_ += u'\'';
 }
 
-/// A number that is shown with separators or a unit sorts by what is behind it, a plain one by
-/// itself.
+/// Appends the sort key of a number that is shown with separators or a unit; a plain number needs
+/// no key.
 void HtmlWriter::appendNumberKey(const ReportRow& row, const Column& column) {
   if (value_.find_first_not_of(u"0123456789-") == Text::npos) return;
   line_ += kKeyBegin;

@@ -4,9 +4,9 @@
 
 namespace ombrelian {
 
-/// A page that needs no other file: its style and the script that sorts its tables stand in it.
-/// Values come as they are, without escapes. Each source is a table with a head of its own, which
-/// browsers show one below the other.
+/// Writes a page that needs no other file: it contains its style and the script that sorts its
+/// tables. Values are written without escapes. Each source is a table with its own head, and
+/// browsers show the tables one below the other.
 class HtmlWriter : public TextReport {
  public:
   using TextReport::TextReport;

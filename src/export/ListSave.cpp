@@ -7,7 +7,7 @@
 namespace ombrelian {
 namespace {
 
-/// Feeds all rows of a grid as those of one source.
+/// Gives all rows of a grid as the rows of one source.
 class GridFeed : public ReportFeed {
  public:
   GridFeed(const Grid& grid, const ReportSource& source) : grid_(grid), source_(source) {}

@@ -6,22 +6,22 @@
 
 namespace ombrelian {
 
-/// A flat list with what its head tells.
+/// A flat list and the data for the head of its report.
 struct ListToSave {
   Text title;
-  const Grid& grid;  // its rows are saved in their present order
+  const Grid& grid;  // the rows are saved in their current order
   ColumnLayout layout;
   SizeSettings sizes;
   ReportSource source;
 };
 
-/// A list as the options have it; `source` is what its head tells where the list has no origin of
-/// its own.
+/// A list with the columns and units of the options; `source` is used for the head if the list has
+/// no origin.
 ListToSave listToSave(const Options& options, ListId id, FlatList& list, ReportSource source);
 
-/// Saves a list as `target` (absolute) in `format`, with the delimiter text `delimiter` and what
-/// the options say of dates and dividing lines. A list without rows becomes a report of its head
-/// alone. Failures as saveReport.
+/// Saves a list to `target` (absolute) in `format`, with the delimiter text `delimiter`, and with
+/// the date format and dividing lines of the options. For a list without rows, the report has only
+/// a head. Failures are those of saveReport.
 Failure saveList(const ListToSave& list, const Options& options, ReportFormat format,
                  TextView target, TextView delimiter, UserInterface& ui);
 

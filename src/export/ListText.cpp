@@ -7,7 +7,7 @@ namespace {
 
 constexpr TextView kGap = u"  ";
 
-/// Places that a text takes: code points, a lone surrogate being one.
+/// Width of a text in code points; a lone surrogate counts as one.
 std::size_t widthOf(TextView text) {
   std::size_t width = 0;
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -27,7 +27,7 @@ Text withoutControls(Text text) {
   return text;
 }
 
-/// The lines of the table, cell by cell.
+/// The cells of the table and the widths of its columns.
 class Table {
  public:
   explicit Table(std::size_t columns) : widths_(columns) {}
@@ -58,7 +58,7 @@ class Table {
 
  private:
   std::vector<std::size_t> widths_;  // width of each column
-  std::vector<Text> cells_;          // row after row
+  std::vector<Text> cells_;          // cells of one row after the other
 };
 
 }  // namespace

@@ -7,20 +7,20 @@
 
 namespace ombrelian {
 
-/// A report in text form on its way to the disk: UTF-16, little-endian, with a byte order mark,
-/// lines ended by CR LF. Stands under its target's name only when it is whole.
+/// Writes a report in text form to the disk: UTF-16, little-endian, with a byte order mark; lines
+/// end with CR LF. The file gets the name of its target only when it is complete.
 class ReportFile {
  public:
   Failure open(TextView target);
 
-  /// Appends `line`, whatever it holds, code unit by code unit. A failed write is kept for
-  /// commit(); it need not be looked at for each line.
+  /// Appends all code units of `line` without changes. A failed write is kept for commit(), so the
+  /// caller need not check each line.
   void SaveLineToFile(TextView line, bool WithLineEnd);
 
   /// The first failure so far.
   const Failure& failure() const { return failure_; }
 
-  /// Writes what is left and puts the file in place.
+  /// Writes the rest of the buffer and replaces the target with the file.
   Failure commit();
 
  private:

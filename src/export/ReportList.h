@@ -5,8 +5,7 @@
 
 namespace ombrelian {
 
-/// A list as a report takes it: what it is called, which columns are written, in which form, and
-/// where the values come from.
+/// A list for a report: its title, its columns and their form, and the source of the values.
 struct ReportList {
   Text title;
   const ReportShape& shape;
@@ -14,36 +13,36 @@ struct ReportList {
   const CellFormat& format;
   std::vector<const Column*> columns;  // columns in the order of the report
 
-  // The column by which the rows were sorted; null: a column that is not written, or none.
+  // The column of the last sort; null: there was none, or the column is not written.
   const Column* sortColumn = nullptr;
   bool sortedDescending = false;
 };
 
-/// What the head of a report, or of one source in it, tells.
+/// Data for the head of a report, or of one source in it.
 struct ReportSource {
-  Text path;         // empty: the list has none
-  Date created = 0;  // when the values were read
+  Text path;         // path of the source; empty: the list has none
+  Date created = 0;  // time when the values were read
 };
 
-/// One row on its way into a report.
+/// One row of a report.
 struct ReportRow {
   CellSource::RowIndex index = 0;
   std::uint64_t number = 0;  // counted from 1
-  TextView name = {};        // goes before the cell of the first column; empty: the cell counts
+  TextView name = {};        // replaces the cell of the first column; empty: the cell is used
   std::uint32_t level = 0;   // depth in the tree; a source has 0
-  bool isStart = false;      // the row that a source begins with
+  bool isStart = false;      // the first row of a source
 };
 
-/// The rows of `list`, cell by cell.
+/// Gives the cells of the rows of `list`.
 class ReportCells {
  public:
-  /// The arguments are kept by reference.
+  /// A reference to `list` is kept.
   explicit ReportCells(const ReportList& list) : list_(list) {}
 
-  /// Appends the cell of the list itself.
+  /// Appends the cell with its own value.
   void append(CellForm form, const ReportRow& row, const Column& column, Text& out) const;
 
-  /// The same with the row's name in its place.
+  /// The same, but the name of the row replaces its cell.
   void appendNamed(CellForm form, const ReportRow& row, const Column& column, Text& out) const {
     if (hasName(row, column)) {
       out += row.name;
@@ -60,10 +59,11 @@ class ReportCells {
   const ReportList& list_;
 };
 
-/// The path of a source for the line that tells it; a drive's with its label where `labelsDrives`.
+/// The path of a source for its line in the head; with `labelsDrives`, the path of a drive has its
+/// label.
 Text describeSource(const Text& path, bool labelsDrives);
 
-/// Label of the drive whose root is `path`; empty where that has none, and for every other path.
+/// Label of the drive whose root is `path`; empty if it has none, and for every other path.
 Text driveLabelOf(const Text& path);
 
 }  // namespace ombrelian

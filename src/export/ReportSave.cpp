@@ -14,7 +14,7 @@ constexpr std::uint64_t kProgressIntervalMs = 1000;
 constexpr std::uint64_t kRowsBetweenClocks = 256;
 
 struct Ending {
-  TextView text;  // lower case, the last four characters of a name
+  TextView text;  // last four characters of a name, in lower case
   TextView extension;
   ReportFormat format;
 };
@@ -28,26 +28,26 @@ constexpr Ending kEndings[] = {{u".txt", u"txt", ReportFormat::TXT},
 constexpr TextView kDelimiters[] = {u",", u";", u"\t", u" "};
 constexpr std::int32_t kTab = 2;
 
-/// Lets the user follow a save and end it.
+/// Shows the progress of a save and lets the user end it.
 class Progress {
  public:
   Progress(UserInterface& ui, std::uint64_t rows)
       : ui_(ui), rows_(rows), lastTick_(platform::GetTickCount()) {}
 
-  /// Tells of one more row; false: the user wants no more.
+  /// Counts one more row; false: the user ended the save.
   bool goesOn() {
     if (row_++ % kRowsBetweenClocks == 0) look();
     return !ui_.saveCancelled();
   }
 
-  /// The same for a row that is only measured, which is no progress to tell.
+  /// The same for a row that is only measured and does not count as progress.
   bool goesOnMeasuring() {
     if (measured_++ % kRowsBetweenClocks == 0 && ui_.GetInputState()) ui_.yield();
     return !ui_.saveCancelled();
   }
 
-  /// All rows are on their way. What follows cannot be ended and takes some formats a while, so
-  /// that a save that told of its rows tells of this too.
+  /// Reports that all rows are written. The rest cannot be ended and takes some time in some
+  /// formats, so a save that reported progress also reports this.
   void rowsAreDone() {
     if (isTold_) ui_.saveProgress(rows_, rows_);
     ui_.yield();

@@ -5,7 +5,7 @@
 
 namespace ombrelian {
 
-/// Takes the rows of a report; false: it wants no more.
+/// Receives the rows of a report; false: it wants no more.
 class ReportSink {
  public:
   virtual ~ReportSink() = default;
@@ -15,26 +15,27 @@ class ReportSink {
   virtual void endSource() = 0;
 };
 
-/// Walks over what a report is made of.
+/// Gives the content of a report.
 class ReportFeed {
  public:
   virtual ~ReportFeed() = default;
 
-  /// About how many rows feed() gives, for the progress.
+  /// Approximate number of rows of feed(), for the progress.
   virtual std::uint64_t rowCount() const = 0;
 
-  /// Gives every source with its rows, the same at each call. A source that was begun is ended,
-  /// also when the sink wanted no more of it.
+  /// Gives every source with its rows. Each call gives the same rows. A source that was begun is
+  /// always ended, also if the sink wants no more rows.
   virtual void feed(ReportSink& sink) const = 0;
 };
 
-/// Saves what `feed` gives as `target` (absolute). After a failure nothing new stands under the
-/// target's name; when the user ends the save, what was written by then does, well-formed.
+/// Saves the rows of `feed` to `target` (absolute). After a failure the target has not changed. If
+/// the user ends the save, the target contains the rows that were written until then, and it is
+/// well-formed.
 Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
                    const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui);
 
-/// What the settings make of a choice of delimiter: 0 comma, 1 semicolon, 2 tab, 3 blank, 4
-/// `chars`; tab for every other number.
+/// Text of a delimiter choice: 0 comma, 1 semicolon, 2 tab, 3 blank, 4 `chars`; tab for every other
+/// number.
 Text delimiterText(std::int32_t choice, TextView chars);
 inline constexpr std::int32_t kCustomDelimiter = 4;
 

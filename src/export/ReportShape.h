@@ -4,22 +4,22 @@
 
 namespace ombrelian {
 
-/// Which form of a cell a format takes.
+/// The form of a cell in a format.
 enum class CellForm {
   Shown,         // the text that the list shows
   Plain,         // without mask
-  ShownOrPlain,  // without mask only where the list shows nothing
+  ShownOrPlain,  // without mask only if the list shows nothing
 };
 
-/// What the formats do differently for the folder report, which has sources and levels, and for
-/// the flat lists. Readers of either have always had it so.
+/// Differences of the formats between the folder report, which has sources and levels, and the flat
+/// lists. Programs that read these files expect them.
 struct ReportShape {
   // TXT
-  bool blankLineBeforeHead;  // and the list's title once, in front of all sources
-  bool labelsDrives;         // a drive's path has its label behind it
-  bool alignsCaptions;       // captions are aligned like their columns; else all at the left
-  bool trimsLines;           // no blanks at the ends of lines
-  bool wholePercents;        // rounded, without mask
+  bool blankLineBeforeHead;  // and the title of the list once, before all sources
+  bool labelsDrives;         // the path of a drive is followed by its label
+  bool alignsCaptions;       // captions are aligned like their columns, else at the left
+  bool trimsLines;           // lines have no blanks at their ends
+  bool wholePercents;        // percentages are rounded, without mask
   CellForm txtCell;
 
   bool endsLastLine;  // TXT and CSV: the last row has a line end too
@@ -27,7 +27,7 @@ struct ReportShape {
 
   // XML
   TextView rowElement;
-  bool nestsRows;  // rows stand in the element of the row above their level
+  bool nestsRows;  // a row is inside the element of the row above its level
   bool tellsDriveName;
   CellForm xmlCell;
   CellForm xmlPercent;

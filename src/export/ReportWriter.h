@@ -7,39 +7,39 @@
 
 namespace ombrelian {
 
-/// Report formats; the numbers are those of the settings file and never change.
+/// Report formats, with the numbers of the settings file, which never change.
 enum class ReportFormat { TXT = 0, CSV = 1, HTML = 2, XML = 3, XLSX = 4 };
 
-/// The format that a file's name asks for by its ending; TXT for every other.
+/// The format for the ending of a file's name; TXT for an unknown ending.
 ReportFormat formatOfFileName(TextView name);
 
-/// The format of that ending, without its point, in either case; none for every other.
+/// The format of an ending, without its point, in upper or lower case; none for an unknown ending.
 std::optional<ReportFormat> formatOfExtension(TextView extension);
 
-/// The ending that files of a format have, without the point: "txt", "csv", ...
+/// The ending of files of a format, without the point: "txt", "csv", ...
 TextView fileExtension(ReportFormat format);
 
-/// What the user chose for a save, beyond the format and the rows.
+/// Choices of the user for a save, in addition to the format and the rows.
 struct SaveSettings {
-  Text delimiter = u"\t";     // between cells; TXT and CSV
+  Text delimiter = u"\t";     // text between cells; TXT and CSV
   bool indent = false;        // TXT: the name column is indented by the level
-  bool dividingLine = false;  // TXT: a line of hyphens behind each row
+  bool dividingLine = false;  // TXT: a line of hyphens after each row
 };
 
 /// Writes one report in one format. A save calls, in this order: open(); measure() for every row if
-/// wantsWidths(); beginDocument(); for each source beginSource(), row() for the source's own row
-/// and each below it, endSource(); endDocument(), also when the user ended the save early;
-/// commit(). Between open() and commit() nothing but failure() tells of failures.
+/// wantsWidths(); beginDocument(); for each source beginSource(), row() for the row of the source
+/// and each row below it, endSource(); endDocument(), also if the user ended the save early;
+/// commit(). Between open() and commit() only failure() reports failures.
 class ReportWriter {
  public:
   virtual ~ReportWriter() = default;
 
-  /// Begins a report that will stand at `target` (absolute) once it is whole.
+  /// Begins a report, which is placed at `target` (absolute) when it is complete.
   virtual Failure open(TextView target) = 0;
 
   virtual bool wantsWidths() const { return false; }
 
-  /// A row that will be written.
+  /// Measures a row that will be written later.
   virtual void measure(const ReportRow& /*row*/) {}
 
   virtual void beginDocument() = 0;
@@ -48,14 +48,14 @@ class ReportWriter {
   virtual void endSource() {}
   virtual void endDocument() {}
 
-  /// The first failure so far; nothing that is written after it counts.
+  /// The first failure so far; later writes have no effect.
   virtual const Failure& failure() const = 0;
 
-  /// Puts the report in place; after a failure there is none.
+  /// Replaces the target with the report, but not after a failure.
   virtual Failure commit() = 0;
 };
 
-/// A writer of that format; keeps `list` by reference.
+/// Makes a writer for this format; it keeps a reference to `list`.
 std::unique_ptr<ReportWriter> makeReportWriter(ReportFormat format, const ReportList& list,
                                                SaveSettings settings);
 

@@ -5,10 +5,10 @@
 
 namespace ombrelian {
 
-/// What the formats that are text have in common.
+/// Common parts of the text formats.
 class TextReport : public ReportWriter {
  public:
-  /// `list` is kept by reference.
+  /// A reference to `list` is kept.
   TextReport(const ReportList& list, SaveSettings settings)
       : list_(list), settings_(std::move(settings)), cells_(list) {}
 
@@ -19,7 +19,8 @@ class TextReport : public ReportWriter {
  protected:
   void writeLine(TextView line) { file_.SaveLineToFile(line, true); }
 
-  /// A line that has its end only where the shape of the list or a further line asks for it.
+  /// Writes a line. Its line end is written only if the shape of the list requires it or another
+  /// line follows.
   void writeRowLine(TextView line) {
     if (lineIsOpen_) file_.SaveLineToFile({}, true);
     file_.SaveLineToFile(line, list_.shape.endsLastLine);

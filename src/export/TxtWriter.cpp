@@ -52,7 +52,7 @@ Text TxtWriter::composeHeader() const {
   for (const Slot& slot : slots_) {
     if (&slot != slots_.data()) line += settings_.delimiter;
     const bool leftAlign = !list_.shape.alignsCaptions || slot.column->isLeftAligned();
-    // What letters become in upper case has no other length here.
+    // The upper case of these rules never changes the length of a text.
     FormatTextWithSpacer(platform::localeTextRules().upper(slot.caption), slot.width, leftAlign,
                          line);
   }

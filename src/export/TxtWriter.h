@@ -4,8 +4,8 @@
 
 namespace ombrelian {
 
-/// Aligned columns for reading. Every column is as wide as its widest cell, which is why the rows
-/// are measured first.
+/// Writes aligned columns for reading. Every column is as wide as its widest cell, so the rows are
+/// measured first.
 class TxtWriter : public TextReport {
  public:
   TxtWriter(const ReportList& list, SaveSettings settings);
@@ -39,8 +39,8 @@ class TxtWriter : public TextReport {
   Text cell_;  // text of the current cell
 };
 
-/// Appends `text`, and as many blanks as it is shorter than `width` (code units): behind it if
-/// `leftAlign`, else in front. A longer text stays whole.
+/// Appends `text` and fills it with blanks up to `width` (code units): after the text if
+/// `leftAlign`, else in front. A longer text is not cut.
 void FormatTextWithSpacer(TextView text, std::size_t width, bool leftAlign, Text& out);
 
 }  // namespace ombrelian

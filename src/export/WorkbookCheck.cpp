@@ -24,7 +24,7 @@ using Archive = std::unique_ptr<void, ArchiveCloser>;
 class SheetReader {
  public:
   void take(std::string_view piece) {
-    // What may be the beginning of a mark waits for the next piece.
+    // The end of the window may contain the beginning of a mark, so it is kept for the next piece.
     window_.erase(0, window_.size() - std::min(window_.size(), kEnd.size()));
     const std::size_t old = window_.size();
     window_ += piece;
@@ -53,7 +53,7 @@ bool isSheet(unzFile archive) {
          std::string_view(name) == kSheet;
 }
 
-/// Unpacks the current part, into `sheet` if it is the sheet; false if it is not what was packed.
+/// Unpacks the current part, into `sheet` if it is the sheet; false: its checksum is wrong.
 bool unpack(unzFile archive, SheetReader& sheet) {
   const bool isWanted = isSheet(archive);
   if (unzOpenCurrentFile(archive) != UNZ_OK) return false;

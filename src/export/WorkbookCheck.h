@@ -5,9 +5,9 @@
 
 namespace ombrelian {
 
-/// Whether the workbook at `path` holds its only sheet whole: every part of the archive unpacks to
-/// the sum that it was packed with, and the sheet ends where it should and has `cells` cells that
-/// are not empty. A disk that was full for a while can leave one that opens but misses rows.
+/// Whether the workbook at `path` contains its only sheet completely: every part of the archive has
+/// the correct checksum, and the sheet has its end mark and `cells` cells that are not empty. If
+/// the disk was full for a while, a workbook can open although rows are missing.
 bool isWholeWorkbook(const std::string& path, std::uint64_t cells);
 
 }  // namespace ombrelian

@@ -17,10 +17,10 @@ namespace {
 constexpr TextView kSource = u"XlsxWriter";
 constexpr std::size_t kMostNameUnits = 31;
 constexpr std::uint8_t kLocalDateAndTime =
-    22;  // number of a built-in format that follows the reader
+    22;  // number of a built-in format that follows the locale of the reader
 
-// What a sheet can show as dates. Sheets have a 29 February 1900, so that what comes before it
-// would be a day off.
+// Range of the dates that a sheet can show. Sheets have a 29 February 1900, so that earlier dates
+// would be wrong by one day.
 constexpr Date kFirstSheetDate = 61;
 constexpr Date kEndOfSheetDates = 2'958'466;  // 1 January 10000
 
@@ -31,13 +31,13 @@ bool isHexDigit(char16_t unit) {
          (unit >= u'a' && unit <= u'f');
 }
 
-/// Whether `text` begins with "_xHHHH_", which readers take for the character of that number.
+/// Whether `text` begins with "_xHHHH_", which readers replace by the character with that number.
 bool beginsWithEscape(TextView text) {
   return text.size() >= 7 && text[1] == u'x' && text[6] == u'_' &&
          std::all_of(text.begin() + 2, text.begin() + 6, isHexDigit);
 }
 
-/// The moment for the properties of a workbook, which know no zone.
+/// The time for the properties of a workbook, which have no time zone.
 std::time_t toTime(Date date) {
   const DateParts parts = toParts(date);
   const std::int64_t days = daysFromCivil(parts.year, parts.month, parts.day);
@@ -104,8 +104,8 @@ void XlsxWriter::beginDocument() {
   worksheet_freeze_panes(sheet_, 1, 0);
 }
 
-/// The date of the first source is that of the workbook, so that a list that is saved again gives
-/// the same bytes.
+/// The workbook has the date of the first source, so that a list that is saved again gives the same
+/// bytes.
 void XlsxWriter::beginSource(const ReportSource& source) {
   if (failure_ || hasProperties_) return;
   lxw_doc_properties properties = {};
@@ -182,7 +182,8 @@ void XlsxWriter::fail(Text text) {
     failure_ = Error{std::int32_t(platform::kGeneralFailure), Text(kSource), std::move(text)};
 }
 
-/// The library tells too little of why the disk took no more; a write of our own tells it.
+/// Keeps the reason of a failed write. The library reports too little about a full disk, so a write
+/// of our own finds the reason.
 void XlsxWriter::failUnwritten(TextView reason) {
   if (failure_) return;
   failure_ = file_.write(std::string(std::size_t(1) << 20, ' '));
@@ -200,7 +201,8 @@ Failure XlsxWriter::commit() {
 }
 
 void XlsxWriter::closeWorkbook() {
-  // Here a row that did not reach the disk shows last: the library reads its file back unasked.
+  // This is the last check for rows that did not reach the disk, because the library reads its file
+  // back without a check.
   std::FILE* const rows = sheet_->optimize_tmpfile;
   if (rows != nullptr && (std::fflush(rows) != 0 || std::ferror(rows) != 0)) {
     return failUnwritten({});

@@ -11,14 +11,14 @@ struct lxw_format;
 
 namespace ombrelian {
 
-/// A workbook of one sheet: the captions in a first row that stays in view, then the rows, numbers
-/// and dates as such. Only the row in work is kept in memory; finished ones wait in an unnamed file
-/// beside the target. Written by libxlsxwriter.
+/// Writes a workbook with one sheet by libxlsxwriter: the captions in a first row that stays
+/// visible, then the rows, with real numbers and dates. Only the current row is in memory; finished
+/// rows wait in an unnamed file in the folder of the target.
 class XlsxWriter : public ReportWriter {
  public:
-  /// Rows that a sheet holds, its captions included.
+  /// Greatest number of rows of a sheet, including the captions.
   static constexpr std::uint32_t kMostRows = 1'048'576;
-  /// UTF-16 code units that a cell holds.
+  /// Greatest number of UTF-16 code units in a cell.
   static constexpr std::size_t kMostUnits = 32'767;
 
   explicit XlsxWriter(const ReportList& list) : list_(list), cells_(list) {}
@@ -50,17 +50,17 @@ class XlsxWriter : public ReportWriter {
   lxw_worksheet* sheet_ = nullptr;
   lxw_format* dateFormat_ = nullptr;
   std::uint32_t row_ = 0;        // row of the sheet, counted from 0
-  std::uint64_t cellCount_ = 0;  // cells that the library took
+  std::uint64_t cellCount_ = 0;  // number of cells that the library accepted
   bool hasProperties_ = false;
   Text value_;
   std::string bytes_;
 };
 
-/// The name of a sheet for `name`: at most 31 characters, none of those that sheets may not have.
+/// The name of a sheet for `name`: at most 31 characters, without characters that are not allowed.
 Text FixExcelWorkSheetName(TextView name);
 
-/// Replaces `out` with `text` as UTF-8 that every reader of a workbook takes: what is no text is
-/// shown as a mark, and what looks like one of the format's escapes is escaped.
+/// Replaces `out` with `text` as UTF-8 that every reader of a workbook accepts: units that are not
+/// text become a mark, and text that looks like an escape of the format is escaped.
 void toWorkbookText(TextView text, std::string& out);
 
 }  // namespace ombrelian

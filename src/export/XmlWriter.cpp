@@ -9,7 +9,7 @@ namespace {
 
 constexpr TextView kSpecial = u"<>&'\"";
 
-/// What each of these becomes after all replacements.
+/// Result for each special character after all replacements.
 constexpr TextView kEntities[] = {u"&amp;lt;", u"&amp;gt;", u"&amp;", u"&apos;", u"&quot;"};
 static_assert(std::size(kEntities) == kSpecial.size());
 
@@ -71,7 +71,7 @@ void XmlWriter::writeElement(std::size_t tabs, TextView key, TextView value) {
   writeLine(line_);
 }
 
-/// Closes the open rows of `level` and of all below it.
+/// Closes the open rows of `level` and of all deeper levels.
 void XmlWriter::closeRowsDownTo(std::uint32_t level) {
   while (!openLevels_.empty() && openLevels_.back() >= level) {
     line_.assign(openLevels_.back() + 1, u'\t');

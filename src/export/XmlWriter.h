@@ -4,8 +4,8 @@
 
 namespace ombrelian {
 
-/// One element a line, with tabs that follow the tree. Every source is a "list" element of its own
-/// side by side with the others; a reader takes the file apart at these.
+/// Writes one element on each line, with tabs for the depth of the tree. Every source is a separate
+/// "list" element beside the others; programs that read the file split it at these elements.
 class XmlWriter : public TextReport {
  public:
   using TextReport::TextReport;
@@ -20,13 +20,14 @@ class XmlWriter : public TextReport {
   void writeElement(std::size_t tabs, TextView key, TextView value);
   void closeRowsDownTo(std::uint32_t level);
 
-  std::vector<std::uint32_t> openLevels_;  // levels of the open row elements, outermost first
+  std::vector<std::uint32_t> openLevels_;  // levels of the open row elements, the outermost first
   Text line_;
   Text value_;
 };
 
-/// Appends `text` to `out` with "<", ">", "&", "'" and the double quote replaced, in this order:
-/// what the first two become is escaped once more. Readers of these files undo both.
+/// Appends `text` to `out` with "<", ">", "&", "'" and the double quote replaced in this order, so
+/// the results of the first two are escaped a second time. Programs that read these files undo
+/// both.
 void XML_replace_illegal_chars(TextView text, Text& out);
 
 }  // namespace ombrelian

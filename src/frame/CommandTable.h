@@ -38,15 +38,15 @@ Bar barOf(ListId list);
 
 enum class CommandKind : std::uint8_t {
   Button,
-  Toggle,  // on or off
-  Choice,  // one of several
+  Toggle,  // has the states on and off
+  Choice,  // is one of several choices
   Popup,   // opens a menu of other commands
   Edit,    // contains a text or a number
 };
 
 /// The time when a command can be used.
 enum class CommandTime : std::uint8_t {
-  Idle,      // while nothing runs
+  Idle,      // only while nothing runs
   Scanning,  // only while something runs
   Always,
   Never,  // the command is not implemented yet

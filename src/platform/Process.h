@@ -9,7 +9,7 @@
 
 namespace ombrelian::platform {
 
-/// Value of an environment variable; empty where it is not set.
+/// Value of an environment variable; empty if it is not set.
 Text GetEnvironmentVariableW(TextView name);
 
 /// Folder for the settings that all programs store for this user (no trailing separator); empty if
@@ -47,7 +47,7 @@ struct SystemFacts {
 };
 SystemFacts GetSystemFacts();
 
-/// Whether the process's standard error goes to a terminal that a person reads.
+/// Whether the standard error of the process is a terminal.
 bool IsErrorOutputTerminal();
 
 /// Width of that terminal in columns; 80 if it is not known.

@@ -10,7 +10,7 @@ namespace ombrelian {
 /// Owns the lists beside the tree and feeds the lists that are on.
 class ListFeeder : public DerivedLists {
  public:
-  /// All arguments are kept by reference. The options change for the length of a run: see reset().
+  /// References to all arguments are kept. The options change during a run: see reset().
   ListFeeder(Options& options, mCompare& filters, FileTypes& types);
 
   /// Report_Reset_All. If the size limit of a "smallest" list is 0 bytes, it is -1 during the run,

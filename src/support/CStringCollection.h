@@ -51,9 +51,9 @@ class CStringCollection {
   /// Options of Add.
   struct AddOptions {
     std::optional<KeyOrIndex> Before;  // insert in front of this item
-    std::optional<KeyOrIndex> After;   // insert behind this item; Before wins
+    std::optional<KeyOrIndex> After;   // insert after this item; Before wins
     bool RaiseOnDuplicate = false;     // error for a duplicate key, or an unknown Before or After
-    bool Sorted = false;               // place by item text, behind its equals
+    bool Sorted = false;               // place by item text, after equal items
     std::int32_t SortCompare = 0;      // 0 binary, 1 the locale's order of texts
   };
 
@@ -181,7 +181,7 @@ class CStringCollection {
   std::int32_t Root = 0;
   std::optional<CNode> Allocator;
   std::int32_t Count_ = 0;
-  std::vector<std::int32_t> IndexArray;  // one longer than Nodes; slot 0 is never used
+  std::vector<std::int32_t> IndexArray;  // has one slot more than Nodes; slot 0 is never used
   std::int32_t CompareMode_ = 1;
   bool RaiseError_ = false;
 };

@@ -6,7 +6,7 @@ namespace ombrelian {
 std::int32_t CStringCollection::unlink(std::int32_t y) {
   const std::int32_t x = Nodes[y].Left != 0 ? Nodes[y].Left : Nodes[y].Right;
   const std::int32_t parent = Nodes[y].Parent;
-  // This is also necessary if x is the empty node, because DeleteFixup goes up from there.
+  // This is also necessary if x is the empty node, because DeleteFixup moves up from there.
   Nodes[x].Parent = parent;
   if (parent == 0) {
     Root = x;

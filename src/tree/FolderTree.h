@@ -50,7 +50,7 @@ struct FolderNode {
   FileTime dateAccess = 0;
 
   std::int32_t files = 0;       // files of the whole subtree; so are the counts below
-  std::int32_t folders = 0;     // not counting itself
+  std::int32_t folders = 0;     // number without the folder itself
   std::int32_t subfolders = 0;  // direct subfolders that have nodes
   std::int32_t hardlinks = 0;
   std::int32_t junctions = 0;

@@ -16,10 +16,10 @@ namespace {
 
 constexpr int kNameSection = 1;
 constexpr int kIconSize = 16;
-constexpr int kGap = 5;          // between the open/closed sign, the icon and the text
-constexpr int kMargin = 7;       // left and right of the text in a cell
+constexpr int kGap = 5;          // distance between the open/closed sign, the icon and the text
+constexpr int kMargin = 7;       // margin left and right of the text in a cell
 constexpr int kMostLevels = 60;  // deeper folders are not indented further
-constexpr int kFadeStep = 10;    // how much darker or lighter each level is, of 255
+constexpr int kFadeStep = 10;    // change of brightness for each level, of 255
 constexpr int kMostFade = 120;
 
 const ListModel& modelOf(const QModelIndex& index) {
@@ -28,8 +28,8 @@ const ListModel& modelOf(const QModelIndex& index) {
 
 int indentOf(const RowLook& look) { return std::min(look.level, kMostLevels) * ListView::kIndent; }
 
-/// The background of a folder of `level` if levels are shown by shade: the deeper, the further from
-/// the base colour.
+/// The background of a folder of `level` if levels are shown by shade: a deeper level differs more
+/// from the base colour.
 QColor faded(const QPalette& palette, int level) {
   const double part = std::min(kFadeStep * level, kMostFade) / 255.0;
   return mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), part * 0.6);
@@ -144,7 +144,7 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
   return editor;
 }
 
-/// Puts the edit where the text of the cell is.
+/// Places the edit exactly over the text of the cell.
 void CellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                         const QModelIndex& index) const {
   QRect area = option.rect;

@@ -14,7 +14,7 @@ namespace {
 
 using Action = void (*)(const Parts&, std::optional<ListId>);
 
-// The actions are in the order of commandTable(), which is made of the same rows.
+// The actions are in the order of commandTable(), which is made from the same rows.
 #define NOTHING static_cast<void>(0)
 #define COMMAND(name, number, kind, caption, tip, picture, key, when, state, does) \
   [](const Parts& p [[maybe_unused]], std::optional<ListId> list [[maybe_unused]]) { does; },

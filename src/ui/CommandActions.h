@@ -21,8 +21,7 @@ class Saving;
 class ScanControl;
 class SourceBox;
 
-/// The parts of the window that commands act on, under the names that the command table has for
-/// them.
+/// The parts of the window that commands act on, with their names in the command table.
 struct Parts {
   QWidget& window;
   Panes& panes;
@@ -39,7 +38,7 @@ struct Parts {
   Help& help;
 };
 
-/// Runs a command of `list`, or with none of the main bar, as the command table says.
+/// Runs a command of `list`, or of the main bar if there is no list.
 void doCommand(CommandId id, std::optional<ListId> list, const Parts& parts);
 
 }  // namespace ombrelian::ui

@@ -93,7 +93,7 @@ void CommandSet::trigger(CommandId id, bool checked) {
   Q_EMIT triggered(id);
 }
 
-/// A filter that is typed into is switched on, and one that is emptied is switched off.
+/// Switches a filter on when the user types a text, and off when the text is empty.
 void CommandSet::switchByText(CommandId toggle, bool on) {
   if (toggle == CommandId::None || !has(toggle) || state(toggle).isChecked() == on) return;
   const CommandState kept = state(toggle);
@@ -128,7 +128,7 @@ void CommandSet::setReadOnly() {
   applyLook();
 }
 
-/// The tool tip with the reason why the command is off, and its key.
+/// The tool tip with the key of the command, and with the reason if the command is off.
 QString CommandSet::toolTip(const Command& command, const QAction& action) const {
   Text tip = commandTip(command, bar_);
   if (tip.empty()) tip = commandCaption(command, options_);

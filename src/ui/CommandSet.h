@@ -12,20 +12,20 @@
 
 namespace ombrelian::ui {
 
-/// The commands of one bar as actions, and the tool bar and menus made of them. A command that is
-/// bound to a setting changes that setting before it emits `triggered`.
+/// The commands of one bar as actions, and the tool bar and menus with these actions. A command
+/// that is bound to a setting changes that setting before it emits `triggered`.
 class CommandSet : public QObject {
   Q_OBJECT
 
  public:
-  /// Makes the widget for a command that is more than a button; null: a button serves.
+  /// Makes the widget for a command that is more than a button; null: the command gets a button.
   using PlaceWidget = std::function<QWidget*(CommandId id, QToolBar*)>;
 
   /// `list` is the list that the bar belongs to; none: the bar concerns the whole window. Shortcuts
   /// work while the focus is in `scope`, those of the main bar in the whole window.
   CommandSet(Bar bar, std::optional<ListId> list, Options& options, QWidget* scope);
 
-  /// Asserts that the bar has the command.
+  /// The action of a command; asserts that the bar has the command.
   QAction* action(CommandId id) const { return actions_.at(id); }
 
   bool has(CommandId id) const { return actions_.contains(id); }
@@ -36,25 +36,25 @@ class CommandSet : public QObject {
   /// Builds the tool bar of these commands.
   QToolBar* makeToolBar(const PlaceWidget& place);
 
-  /// Adds the commands of the menu of `popup`, or with None all that are on the bar.
+  /// Adds the commands of the menu of `popup`, or all commands of the bar if it is None.
   void fillMenu(QMenu& menu, CommandId popup);
 
-  /// The menu of a popup command; filled by fillMenu unless the caller changes it.
+  /// The menu of a popup command; fillMenu fills it unless the caller changes it.
   QMenu* menu(CommandId popup) const { return menus_.at(popup); }
 
-  /// Where the options keep the state of a command.
+  /// The places in the options that store the state of a command.
   CommandState state(CommandId id) const { return commandState(options_, list_, id); }
 
-  /// Shows the state of every command as the options are.
+  /// Updates the state of every command from the options.
   void update();
 
-  /// Disables all commands but those that work while something runs, or enables them again.
+  /// Disables all commands except those that work while something runs, or enables them again.
   void setBusy(bool busy);
 
-  /// Disables the commands that change the disk, for as long as the set lives.
+  /// Disables the commands that change the disk permanently.
   void setReadOnly();
 
-  /// Shows texts in the language in force, and on the tool bar as the options want.
+  /// Updates the texts to the current language, and the tool bar to the options.
   void applyLook();
 
  Q_SIGNALS:
@@ -77,7 +77,7 @@ class CommandSet : public QObject {
   const std::optional<ListId> list_;
   Options& options_;
   QWidget* const scope_;
-  std::vector<BarItem> items_;  // commands of the bar, as far as this list has them
+  std::vector<BarItem> items_;  // commands of the bar that this list has
   bool isReadOnly_ = false;
   bool isBusy_ = false;
   QToolBar* toolBar_ = nullptr;

@@ -15,7 +15,8 @@ DeleteCommands::DeleteCommands(WindowState& state, WindowDialogs& dialogs, Panes
       scans_(scans) {}
 
 void DeleteCommands::change(const std::function<void()>& change) {
-  // The selected rows are the deleted ones. To follow a hundred thousand of them would take long.
+  // The selected rows are the deleted ones, and updating a large selection row by row would be
+  // slow.
   panes_.pane(changing_).list().clearSelection();
   const auto changeTree = [&] {
     panes_.pane(ListId::Folders).model().rearrange([&] {
@@ -43,7 +44,7 @@ void DeleteCommands::DeleteFolders(bool recycle) {
   changing_ = ListId::Folders;
   Deletion deletion(state_.session.scanState(dialogs_, nullptr), this, recycle);
   const bool isAnyGone = deletion.DeleteFolders(nodes);
-  folders.list().setFocus();  // the list lost it while nothing could be done
+  folders.list().setFocus();  // the list lost the focus while it was disabled
   if (!isAnyGone) return;
   files_.hideFiles();
   panes_.goNear(ListId::Folders, first);

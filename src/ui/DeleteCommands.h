@@ -6,22 +6,22 @@
 
 namespace ombrelian::ui {
 
-/// Deletes what is selected, reads folders again, and takes sources out of the tree.
+/// Deletes selected objects, reads folders again, and removes sources from the tree.
 class DeleteCommands : private RowsOnShow {
  public:
-  /// All must outlive this object.
+  /// All arguments must outlive this object.
   DeleteCommands(WindowState& state, WindowDialogs& dialogs, Panes& panes, FilesOfFolder& files,
                  DriveCommands& drives, ScanControl& scans);
 
-  /// Deletes the selected folders or files; with `recycle` they move to the bin, else they are
-  /// gone.
+  /// Deletes the selected folders or files; with `recycle` they are moved to the bin, else they are
+  /// deleted permanently.
   void DeleteFolders(bool recycle);
   void deleteFiles(ListId list, bool recycle);
 
   /// Reads the selected folder again.
   void Report_Rescan();
 
-  /// Takes the source of the selected row out of the tree.
+  /// Removes the source of the selected row from the tree.
   void Report_RemoveFolders();
 
  private:

@@ -20,7 +20,7 @@ QUrl urlOf(TextView path) {
 
 namespace {
 
-/// Calls a method of the interface that file managers share. Returns false if no file manager has
+/// Calls a method of the common interface of file managers. Returns false if no file manager has
 /// it.
 bool callFileManager(const QString& method, const std::vector<Text>& paths) {
   QStringList urls;

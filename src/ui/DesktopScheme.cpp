@@ -82,8 +82,8 @@ void DesktopScheme::takeValue(const QVariant& value) {
   update();
 }
 
-/// The platform announces a new theme to every window instead of the application; one answer to the
-/// first of these events is enough.
+/// The platform reports a new theme to every window instead of the application; only the first of
+/// these events is handled.
 bool DesktopScheme::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::ThemeChange && !platformIsDue_) {
     platformIsDue_ = true;
@@ -92,7 +92,8 @@ bool DesktopScheme::eventFilter(QObject* watched, QEvent* event) {
   return QObject::eventFilter(watched, event);
 }
 
-/// The platform's palette is visible only while the application has none of its own.
+/// Reads the palette of the platform, which is visible only while the application has no palette of
+/// its own.
 void DesktopScheme::readPlatform() {
   const QPalette own = QGuiApplication::palette();
   QGuiApplication::setPalette(QPalette());

@@ -9,7 +9,7 @@ class DriveCommands : public QObject {
   Q_OBJECT
 
  public:
-  /// All must outlive this object; dialogs belong to `window`.
+  /// All arguments must outlive this object; `window` is the parent of dialogs.
   DriveCommands(WindowState& state, Panes& panes, ScanControl& scans, WindowDialogs& dialogs,
                 QWidget& window);
 

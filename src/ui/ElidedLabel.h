@@ -4,8 +4,8 @@
 
 namespace ombrelian::ui {
 
-/// A label that takes the room that is left and shows as much of its text as fits, with the end of
-/// a path rather than its middle. The tool tip has the whole text.
+/// A label that uses the remaining space and shows as much of its text as fits. Of a path it shows
+/// the end rather than the middle. The tool tip has the whole text.
 class ElidedLabel : public QLabel {
   Q_OBJECT
 

@@ -17,8 +17,8 @@ void FilesOfFolder::selectedFolderChanged() {
   showFiles(false);
 }
 
-/// A walk leaves owners out unless it is told to read them; a user who shows their column gets that
-/// of the selected row.
+/// Reads the owner of the selected folder if the owner column is visible, because a walk reads
+/// owners only if the options request it.
 void FilesOfFolder::readLateOwner() {
   const std::size_t row = panes_.currentFolder();
   const ListView& list = panes_.pane(ListId::Folders).list();

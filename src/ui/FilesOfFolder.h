@@ -6,19 +6,19 @@
 
 namespace ombrelian::ui {
 
-/// Keeps the list of files at the folder that is selected in the tree.
+/// Shows the files of the selected folder of the tree in the list of files.
 class FilesOfFolder : public QObject {
   Q_OBJECT
 
  public:
-  /// Both must outlive this object.
+  /// Both arguments must outlive this object.
   FilesOfFolder(WindowState& state, Panes& panes);
 
   /// Follows the selection in the tree.
   void selectedFolderChanged();
 
-  /// Reads the files of the selected folder if their list is visible. A folder that is shown
-  /// already is read again only with `force`.
+  /// Reads the files of the selected folder if their list is visible. A folder that is already
+  /// shown is read again only with `force`.
   void showFiles(bool force);
 
   /// Shows no folder, because the one that was shown may be gone.

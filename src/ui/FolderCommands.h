@@ -8,7 +8,7 @@ namespace ombrelian::ui {
 /// Opens and closes folders of the tree, and empties it.
 class FolderCommands {
  public:
-  /// All must outlive this object.
+  /// All arguments must outlive this object.
   FolderCommands(WindowState& state, Panes& panes, PaneArea& area, FilesOfFolder& files);
 
   void expandAll(bool expand);
@@ -17,7 +17,7 @@ class FolderCommands {
   /// Opens all folders down to `levels` levels below the sources.
   void expandLevels(std::uint32_t levels);
 
-  /// Takes all sources out of the tree; nothing on the disk is touched.
+  /// Removes all sources from the tree; nothing on the disk is changed.
   void clearFolders();
 
  private:

@@ -111,7 +111,7 @@ Text FolderRows::rename(std::size_t row, const Text& name) {
   return error;
 }
 
-/// Looks through the whole tree, not just through the rows that are shown.
+/// Searches the whole tree, not only the rows that are shown.
 std::optional<RowSource::Id> FolderRows::find(const QString& text, std::size_t from,
                                               bool backward) {
   std::vector<NodeIndex> all;

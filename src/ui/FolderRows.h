@@ -11,7 +11,7 @@ namespace ombrelian::ui {
 /// nodes.
 class FolderRows : public RowSource {
  public:
-  /// `tree` and `report` are kept by reference.
+  /// References to `tree` and `report` are kept.
   FolderRows(FolderTree& tree, FolderReport& report, const Options& options);
 
   Columns columns() const override;
@@ -33,14 +33,14 @@ class FolderRows : public RowSource {
   Text rename(std::size_t row, const Text& name) override;
   std::optional<Id> find(const QString& text, std::size_t from, bool backward) override;
 
-  /// Name of a source, with the label of its drive and the date of the scan where the options want
+  /// Name of a source, with the label of its drive and the date of the scan if the options request
   /// them.
   Text rootCaption(NodeIndex root) const;
 
-  /// Takes up a tree that got or lost nodes and is sorted by size again.
+  /// Updates the rows after nodes were added or removed and the tree was sorted by size.
   void treeChanged();
 
-  /// Takes up a tree that lost nodes or had some replaced, in the order that it had before.
+  /// Updates the rows after nodes were removed or replaced. It does not sort the tree.
   void nodesWent();
 
   void rebuild() override { shown_.rebuild(); }

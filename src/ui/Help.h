@@ -4,10 +4,10 @@
 
 namespace ombrelian::ui {
 
-/// What the program tells about itself.
+/// Information about the program.
 class Help {
  public:
-  /// Both must outlive this object; dialogs belong to `window`.
+  /// Both arguments must outlive this object; `window` is the parent of dialogs.
   Help(WindowDialogs& dialogs, QWidget& window) : dialogs_(dialogs), window_(window) {}
 
   void showAbout();

@@ -20,7 +20,8 @@ static void loadIconResource() { Q_INIT_RESOURCE(icons); }
 namespace ombrelian::ui {
 namespace {
 
-// These colours of the files look right in any viewer; here they are replaced by the palette's.
+// Colours in the icon files, which look right in any viewer. Here the colours of the palette
+// replace them.
 constexpr char kLineMark[] = "currentColor";
 constexpr char kAccentMark[] = "#3a7bd5";
 constexpr char kDangerMark[] = "#d13b4a";

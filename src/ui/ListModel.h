@@ -7,8 +7,8 @@
 
 namespace ombrelian::ui {
 
-/// Any list as a model for Qt's views. A column of the model is the id of the list's column; 0 is
-/// the row number. The model keeps no copy of the rows.
+/// Any list as a model for Qt's views. A column number of the model is the id of the list's column;
+/// 0 is the row number. The model has no copy of the rows.
 class ListModel : public QAbstractTableModel {
   Q_OBJECT
 
@@ -33,27 +33,28 @@ class ListModel : public QAbstractTableModel {
   /// The column of a section; null: the row number.
   const Column* column(int section) const;
 
-  /// Orders the rows; the selected and the current rows stay so.
+  /// Sorts the rows; the selected rows and the current row do not change.
   void sortBy(const Column& column, bool descending);
 
-  /// Runs `change`, which may put the rows in any order or put others in their place. The rows that
-  /// remain keep their selection.
+  /// Runs `change`, which may sort, remove or replace rows. The rows that remain keep their
+  /// selection.
   void rearrange(const std::function<void()>& change);
 
   /// Runs `change`, which replaces all rows.
   void replace(const std::function<void()>& change);
 
-  /// Runs `change`, which adds `count` rows before row `first`, or takes that many away.
+  /// Runs `change`, which adds `count` rows before row `first`, or removes `count` rows from there
+  /// on.
   void insertRowsAt(std::size_t first, std::size_t count, const std::function<void()>& change);
   void removeRowsAt(std::size_t first, std::size_t count, const std::function<void()>& change);
 
-  /// A frozen model has no rows, whatever is done to them meanwhile.
+  /// Freezes the model, or ends this. A frozen model has no rows, even if the list changes.
   void setFrozen(bool frozen);
 
-  /// Forbids the editing of cells for as long as the model lives.
+  /// Forbids the editing of cells permanently.
   void setReadOnly() { isReadOnly_ = true; }
 
-  /// Shows all cells again after units, dates or names changed their form.
+  /// Updates all cells after the form of units, dates or names changed.
   void showAnew();
 
  Q_SIGNALS:

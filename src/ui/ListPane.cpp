@@ -76,7 +76,7 @@ void ListPane::connectModel() {
   });
   connect(model_, &ListModel::renameFailed, this, [this](const QString& error) {
     QMessageBox::warning(this, QStringLiteral("Ombrelian"), error);
-    list_->setFocus();  // not to another list, on which the next key would act
+    list_->setFocus();  // otherwise another list gets the focus, and the next key acts on it
   });
 }
 
@@ -98,7 +98,7 @@ void ListPane::setReadOnly() {
   commands_->setReadOnly();
 }
 
-/// Puts an entry for each column in front of the other commands of the menu.
+/// Adds an entry for each column before the other commands of the menu.
 void ListPane::fillColumnMenu(QMenu& menu) {
   for (QAction* const action : menu.actions()) {
     const int id = action->data().toInt();
@@ -132,7 +132,7 @@ void ListPane::showContextMenu(const QPoint& at) {
   QMenu menu(this);
   const QModelIndex index = list_->indexAt(at);
   if (!index.isValid()) return;
-  // The press made the row under the pointer current; a key leaves the current row as it is.
+  // A mouse press made the row under the pointer current; a key does not change the current row.
   for (const CommandId id : rowCommands(id_)) {
     if (id == CommandId::None) {
       menu.addSeparator();

@@ -29,17 +29,17 @@ class ListPane : public QWidget {
   /// Shows the text for an empty list, or hides it if the list has rows.
   void showEmptyText();
 
-  /// Disables whatever changes the disk, for as long as the pane lives.
+  /// Disables everything that changes the disk, permanently.
   void setReadOnly();
 
-  /// Takes up units, columns, fonts and names as the options are now.
+  /// Updates units, columns, fonts and names from the options.
   void applySettings();
 
   /// Shows the list after its rows were replaced.
   void rowsReplaced();
 
-  /// Empties the view without touching the rows, while something else fills or clears them; then
-  /// shows them as they are.
+  /// With true, empties the view but not the rows, so that other code can fill or clear them. With
+  /// false, shows the current rows.
   void setFrozen(bool frozen);
 
   /// Paths of the selected rows, from top to bottom.
@@ -58,7 +58,7 @@ class ListPane : public QWidget {
  Q_SIGNALS:
   void triggered(ListId list, CommandId id);
 
-  /// Rows were selected, came or went.
+  /// Rows were selected, added or removed.
   void statusChanged(ListId list);
 
  protected:

@@ -18,7 +18,7 @@ constexpr int kCellMargin = 16;  // sum of the margins left and right of the tex
 constexpr int kSortSign = 32;    // room for the sort indicator beside a title
 constexpr int kLeastNameWidth = 180;
 constexpr int kRowPadding = 7;         // sum of the margins above and below the text
-constexpr int kMeasuredRows = 20'000;  // how many rows are measured for one column at most
+constexpr int kMeasuredRows = 20'000;  // greatest number of rows that are measured for one column
 
 }  // namespace
 
@@ -97,7 +97,7 @@ void ListView::setColumnVisible(int section, bool visible) {
   if (visible) setColumnWidth(section, widthForAllRows(section));
 }
 
-/// The row number stays the first column, and in the tree the name the second.
+/// Keeps the row number as the first column, and in the tree the name as the second column.
 void ListView::columnMoved(int section, int from, int to) {
   if (isArranging_) return;
   QHeaderView* const header = horizontalHeader();
@@ -118,8 +118,8 @@ void ListView::storePositions() {
     settings.positions[id] = horizontalHeader()->visualIndex(int(id));
 }
 
-/// Numbers are sorted from the largest on at first, texts from the first on; in the tree each click
-/// turns the order round.
+/// A first click sorts numbers in descending and texts in ascending order; in the tree each click
+/// reverses the order.
 void ListView::sortByColumn(int section) {
   const Column* const column = model_.column(section);
   if (column == nullptr || model_.rowCount() == 0) return;
@@ -144,8 +144,8 @@ void ListView::fitColumns() {
   }
 }
 
-/// Measures the rows on the screen, or all rows where the option is on; of very many rows it
-/// measures some that are spread over all.
+/// Measures the rows on the screen, or all rows if the option is on. If there are very many rows,
+/// it measures a sample of them.
 int ListView::widthForAllRows(int section) const {
   const ListSettings settings = listSettings(options_, view_);
   const bool all = settings.optimizeAll != nullptr && *settings.optimizeAll == 1;
@@ -195,7 +195,7 @@ std::size_t ListView::currentRow() const {
 
 void ListView::goTo(std::size_t row) {
   const QModelIndex index = model_.index(int(row), kNameSection);
-  setCurrentIndex(index);  // a selection with Shift begins here from now on
+  setCurrentIndex(index);  // the next selection with Shift begins here
   selectionModel()->setCurrentIndex(
       index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   scrollTo(index);
@@ -213,7 +213,7 @@ std::size_t ListView::parentRow(std::size_t row) const {
   return row;
 }
 
-/// The arrow keys to the left and right collapse and expand a folder, and step between levels.
+/// The left and right arrow keys collapse and expand a folder, and move between levels.
 void ListView::keyPressEvent(QKeyEvent* event) {
   const std::size_t row = currentRow();
   const bool isPlain =

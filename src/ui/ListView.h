@@ -10,27 +10,27 @@ namespace ombrelian::ui {
 struct Theme;
 
 /// The view of any list. A tree is a table whose first column is indented, so that a row outside
-/// the screen costs one number.
+/// the screen needs only one number in memory.
 class ListView : public QTableView {
   Q_OBJECT
 
  public:
-  /// Takes the columns from the options of `view`, and stores there what the user changes.
+  /// Reads the columns from the options of `view`, and stores changes of the user there.
   ListView(ListModel& model, Options& options, ListId view, QWidget* parent = nullptr);
 
   ListModel& list() { return model_; }
   ListId viewId() const { return view_; }
 
-  /// Takes up columns, grid lines and row heights from the options.
+  /// Updates columns, grid lines and row heights from the options.
   void applySettings();
 
-  /// Fits the columns to the rows on the screen, or to all rows where the options want that.
+  /// Fits the columns to the rows on the screen, or to all rows if the options request it.
   void fitColumns();
 
   void setColumnVisible(int section, bool visible);
   bool isColumnVisible(int section) const { return !isColumnHidden(section); }
 
-  /// Orders the rows by a column; a second call for the same column turns the order round.
+  /// Sorts the rows by a column; a second call for the same column reverses the order.
   void sortByColumn(int section);
 
   /// Numbers of the selected rows, from top to bottom.
@@ -41,17 +41,17 @@ class ListView : public QTableView {
 
   void goTo(std::size_t row);
 
-  /// Starts the in-place edit of the name; does nothing where it cannot be changed.
+  /// Starts the in-place edit of the name; does nothing if the name cannot be changed.
   void editName();
 
-  /// Width that shows all visible columns whole, with the scroll bar.
+  /// Width that shows all visible columns completely, with the scroll bar.
   int fullWidth() const;
 
-  static constexpr int kIndent = 16;  // pixels a level
+  static constexpr int kIndent = 16;  // pixels for each level
 
  Q_SIGNALS:
   void columnMenuWanted(const QPoint& at);
-  void rowActivated(std::size_t row);  // Enter was pressed on it
+  void rowActivated(std::size_t row);  // Enter was pressed on the row
   void rowDoubleClicked(std::size_t row);
   void selectedRowsChanged();
   void expandWanted(std::size_t row, bool expanded);
@@ -74,7 +74,7 @@ class ListView : public QTableView {
   ListModel& model_;
   Options& options_;
   const ListId view_;
-  bool isArranging_ = false;  // the program moves columns, not the user
+  bool isArranging_ = false;  // true: the program moves columns, not the user
 };
 
 }  // namespace ombrelian::ui

@@ -62,7 +62,8 @@ void Looks::ChangeTheme() {
     pane->list().viewport()->update();
 }
 
-/// A font that this machine lacks gives way to the desktop's own, in the size that was chosen.
+/// Sets the font of the options. A missing font is replaced by the font of the desktop in the
+/// chosen size.
 void Looks::applyFont() {
   const Options& options = state_.session.options;
   QFont font = QApplication::font();

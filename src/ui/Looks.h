@@ -6,37 +6,37 @@
 
 namespace ombrelian::ui {
 
-/// How everything looks: design, font, icons, grid lines, sizes, and the language.
+/// The look of the window: design, font, icons, grid lines, sizes, and the language.
 class Looks : public QObject {
   Q_OBJECT
 
  public:
-  /// `main` and `header` are the commands of the two bars. All must outlive this object; dialogs
-  /// belong to `window`.
+  /// `main` and `header` are the commands of the two bars. All arguments must outlive this object;
+  /// `window` is the parent of dialogs.
   Looks(WindowState& state, WindowDialogs& dialogs, Panes& panes, PaneArea& area, CommandSet& main,
         CommandSet& header, QWidget& window);
 
-  /// Takes up everything that the options say of looks.
+  /// Applies all options of the look.
   void applyLook();
 
-  /// Takes up the design, and whether the desktop is dark.
+  /// Applies the design, with the light or dark scheme of the desktop.
   void ChangeTheme();
 
-  /// Takes up the design that was chosen in the menu, and stores it at once.
+  /// Applies the design that was chosen in the menu, and stores it at once.
   void chooseTheme();
 
   void chooseFont();
   void ChangeFontSize(int step);
 
-  /// Shows a list under new size settings; with none all lists get those of the folder report,
-  /// which are what the main bar shows.
+  /// Updates a list after its size settings changed. Without a list, all lists get the size
+  /// settings of the folder report, which the main bar shows.
   void changeSizes(std::optional<ListId> list);
 
   /// Stores the language for the next start, and offers to start again at once.
   void ChangeLanguage(int language);
 
  Q_SIGNALS:
-  /// The program is to end and to start again.
+  /// The user wants the program to end and to start again.
   void restartWanted();
 
  private:

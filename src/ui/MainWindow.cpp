@@ -100,7 +100,7 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
 
 MainWindow::~MainWindow() {
   owned_->panes.disconnect(this);
-  delete owned_->area;  // the views go before the rows that they show
+  delete owned_->area;  // the views are deleted before the rows that they show
 }
 
 ListPane& MainWindow::pane(ListId list) { return owned_->panes.pane(list); }
@@ -148,7 +148,7 @@ void MainWindow::connectLists() {
   for (CommandSet* const set : {main_, header_}) {
     connect(set, &CommandSet::triggered, this, [this, &o](CommandId id) {
       doCommand(id, std::nullopt, *parts_);
-      o.status.StatusbarSetTextRightAUTO();  // which tells how many filters are on
+      o.status.StatusbarSetTextRightAUTO();  // the status line shows the number of active filters
     });
   }
   connect(&o.panes, &Panes::triggered, this,
@@ -191,7 +191,7 @@ void MainWindow::setBusy(bool busy) {
   if (!busy) owned_->area->restoreFocus();
 }
 
-/// Disables everything that changes the disk, and says so in the title and the status line.
+/// Disables everything that changes the disk, and shows this in the title and the status line.
 void MainWindow::showReadOnly() {
   owned_->panes.setReadOnly();
   owned_->status.showReadOnly();
@@ -208,7 +208,7 @@ void MainWindow::storeSettings() {
   settings.flush();
 }
 
-/// While a scan runs, closing stops it, and the user closes again afterwards.
+/// While a scan runs, closing only stops the scan; the user has to close the window again.
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (owned_->scans.isScanning()) {
     owned_->scans.stop();
@@ -226,7 +226,7 @@ void MainWindow::showEvent(QShowEvent* event) {
   for (ListPane* const pane : owned_->panes.all())
     pane->rowsReplaced();
   pane(ListId::Folders).list().setFocus();
-  // The window is on the screen before drives are asked, which may take their time.
+  // The window is on the screen before the drives are asked, because they may answer slowly.
   QTimer::singleShot(0, this, [this] { owned_->drives.readDrivesOnce(); });
 }
 
@@ -234,7 +234,7 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
   if (event->mimeData()->hasUrls() && !owned_->scans.isScanning()) event->acceptProposedAction();
 }
 
-/// Dropped folders become sources, and for a dropped file the folder that it is in.
+/// Makes dropped folders sources; for a dropped file, its folder becomes a source.
 void MainWindow::dropEvent(QDropEvent* event) {
   std::deque<Text> sources;
   for (const QUrl& url : event->mimeData()->urls()) {

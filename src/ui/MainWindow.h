@@ -14,13 +14,12 @@ class ProgressStrip;
 class StatusLine;
 class WindowDialogs;
 
-/// The window. It puts its parts together and passes on what they report to each other. The results
-/// belong to the session.
+/// The window. It makes its parts and connects them. The results belong to the session.
 class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  /// Both must outlive the window.
+  /// Both arguments must outlive the window.
   MainWindow(Session& session, IniStore& settings);
   ~MainWindow() override;
 
@@ -28,15 +27,15 @@ class MainWindow : public QMainWindow {
   ListPane& pane(ListId list);
   CommandSet& commands() { return *main_; }
 
-  /// Runs a command of `list`, or with none of the main bar, as a click on it would. False: the
-  /// window has no such command, or the command is off.
+  /// Runs a command of `list`, or of the main bar if there is no list, like a click on it. False:
+  /// the window has no such command, or the command is off.
   bool execute(std::optional<ListId> list, CommandId id);
 
-  /// Says whether the settings are stored at the end. They are not where they are faulty and the
-  /// user wants to mend them.
+  /// Sets whether the settings are stored at the end. They are not stored if they are faulty and
+  /// the user wants to repair them.
   void setStoresSettings(bool stores) { storesSettings_ = stores; }
 
-  /// Whether the program is to start again when the window has closed.
+  /// Whether the program should start again after the window was closed.
   bool wantsRestart() const { return wantsRestart_; }
 
  protected:

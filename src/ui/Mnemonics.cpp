@@ -35,7 +35,7 @@ std::vector<Caption> captionsOf(const QWidget& window) {
   return captions;
 }
 
-/// The letter behind the first single "&", or null if there is none.
+/// The letter after the first single "&", or null if there is none.
 QChar mnemonicOf(const QString& text) {
   for (qsizetype at = 0; at + 1 < text.size(); ++at) {
     if (text[at] != u'&') continue;

@@ -7,14 +7,14 @@ namespace ombrelian::ui {
 /// Opens the objects of rows in other programs, in the file manager, or in the tree itself.
 class OpenCommands {
  public:
-  /// All must outlive this object.
+  /// All arguments must outlive this object.
   OpenCommands(WindowState& state, WindowDialogs& dialogs, Panes& panes, ScanControl& scans);
 
-  /// Does what Enter does on a row, or what a double click does.
+  /// Handle Enter and a double click on a row.
   void activateRow(ListId list, std::size_t row);
   void doubleClickRow(ListId list, std::size_t row);
 
-  /// Opens the selected rows, and asks first where there are many.
+  /// Opens the selected rows, and asks first if there are many.
   void openPaths(ListId list);
 
   void reveal(ListId list);

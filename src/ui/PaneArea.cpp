@@ -71,8 +71,8 @@ bool PaneArea::eventFilter(QObject* object, QEvent* event) {
   return QSplitter::eventFilter(object, event);
 }
 
-/// Gives all buttons a picture and a word if they fit, else the word alone, else the picture alone;
-/// in the last case the pressed button keeps its word.
+/// Gives all buttons a picture and a word if they fit, else only the word, else only the picture.
+/// In the last case the pressed button keeps its word.
 void PaneArea::fitHeaderBar() {
   QList<QToolButton*> buttons;
   for (QToolButton* const button : headerBar_->findChildren<QToolButton*>()) {

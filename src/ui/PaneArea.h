@@ -13,7 +13,7 @@ class PaneArea : public QSplitter {
   Q_OBJECT
 
  public:
-  /// `header` are the commands of the bar. All must outlive the area.
+  /// `header` are the commands of the bar. All arguments must outlive the area.
   PaneArea(Panes& panes, CommandSet& header, Session& session, QWidget* parent);
 
   /// The list on the right side, also while that side is hidden.
@@ -34,10 +34,10 @@ class PaneArea : public QSplitter {
 
   void showSides(bool left, bool right);
 
-  /// Gives the folder pane the width of its columns, but leaves the other side its least.
+  /// Gives the folder pane the width of its columns, but the other side keeps its smallest width.
   void Report_Resize_Width();
 
-  /// Fits the columns of a list, and for the tree the width of its pane too.
+  /// Fits the columns of a list, and for the tree also the width of its pane.
   void fitColumns(ListId list);
 
   /// Shows as many words on the bar above the right side as fit.
@@ -47,7 +47,7 @@ class PaneArea : public QSplitter {
   void storeWidths(IniStore& settings) const;
 
  Q_SIGNALS:
-  /// The user shows another list, or shows or hides a side.
+  /// The user changed the shown list, or showed or hid a side.
   void shownChanged(ListId list);
 
  protected:

@@ -24,8 +24,8 @@ class FoundFileRows : public GridRows {
 /// The files of one folder.
 class FileRows : public FoundFileRows {
  public:
-  /// `files` and `tree` are kept by reference. A rename that replaces a file lowers the sums of the
-  /// tree.
+  /// References to `files` and `tree` are kept. A rename that replaces a file lowers the sums of
+  /// the tree.
   FileRows(FileList& files, FolderTree& tree, Options& options);
 
   Text path(std::size_t row) const override { return files_.fullPath(row); }
@@ -57,10 +57,10 @@ class DriveRows : public GridRows {
   mutable std::map<Text, const char*> icons_;  // icon of each drive, looked up once
 };
 
-/// The lines of the log. A line that was added counts as a row once a view knows of it.
+/// The lines of the log. A new line counts as a row after the view was notified.
 class LogRows : public GridRows {
  public:
-  /// `log` and `options` are kept by reference.
+  /// References to `log` and `options` are kept.
   LogRows(Log& log, const Options& options);
 
   std::size_t count() const override { return count_; }

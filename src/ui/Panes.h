@@ -16,7 +16,7 @@ class Panes : public QObject, private LogListener {
   Q_OBJECT
 
  public:
-  /// The panes belong to `parent`, or to the widget that they are moved to, and are to be deleted
+  /// The panes belong to `parent`, or to the widget that they are moved to, and must be deleted
   /// before this object. `state` must outlive both.
   Panes(WindowState& state, QWidget* parent);
   ~Panes() override;
@@ -31,10 +31,11 @@ class Panes : public QObject, private LogListener {
   /// Ids of the selected rows, from top to bottom.
   std::vector<RowSource::Id> selectedIds(ListId list);
 
-  /// Selects the row that is now where `row` was, so that the keyboard goes on from there.
+  /// Selects the row that is now at the position of `row`, so that the keyboard continues from
+  /// there.
   void goNear(ListId list, std::size_t row);
 
-  /// Runs `change`, which marks folders as expanded or not, and shows the tree as it is then.
+  /// Runs `change`, which marks folders as expanded or not, and then updates the tree.
   void changeFolders(const std::function<void()>& change);
 
   /// Hides the rows of the lists that a scan fills, while it fills them, or shows them again.
@@ -43,7 +44,7 @@ class Panes : public QObject, private LogListener {
   void setBusy(bool busy);
   void setReadOnly();
 
-  /// Names the folder above its list of files; empty: no folder is shown.
+  /// Shows the folder name above the list of files; empty: no folder is shown.
   void showFilesFolder(const Text& folder);
 
   /// The text of the status line for a list.
@@ -55,7 +56,7 @@ class Panes : public QObject, private LogListener {
  Q_SIGNALS:
   void triggered(ListId list, CommandId id);
   void statusChanged(ListId list);
-  void rowActivated(ListId list, std::size_t row);  // Enter was pressed on it
+  void rowActivated(ListId list, std::size_t row);  // Enter was pressed on the row
   void rowDoubleClicked(ListId list, std::size_t row);
 
  private:

@@ -23,7 +23,7 @@ inline Text toText(const QString& text) { return Text(toTextView(text)); }
 /// that contains a line break takes only one line.
 QString shownOnOneLine(TextView text);
 
-/// The text for a message box, which may break it behind each separator of a path. A very long text
+/// The text for a message box, which may break it after each separator of a path. A very long text
 /// loses its middle.
 QString shownInMessage(TextView text);
 

@@ -12,7 +12,7 @@
 namespace ombrelian::ui {
 namespace {
 
-/// The path of the object `name` in the folder of `path`.
+/// The path of an object `name` in the same folder as `path`.
 Text beside(const Text& path, const Text& name) {
   Text other(xGetPath(path));
   return appendName(other, name);
@@ -87,8 +87,8 @@ Text GridRows::textOf(std::size_t row, TextView key) const {
   return found == nullptr ? Text() : Text(grid_.text(row, *found));
 }
 
-/// Joins the name of a file and the path of its folder; junctions and folders are named by their
-/// paths.
+/// Joins the name of a file and the path of its folder; the names of junctions and folders are
+/// already paths.
 Text GridRows::path(std::size_t row) const {
   const RowKind kind = listRow(list_).rows;
   if (kind == RowKind::Junction) return textOf(row, u"junction");

@@ -11,7 +11,7 @@
 
 namespace ombrelian::ui {
 
-/// How a row differs from others in its look.
+/// Properties of a row that change its look.
 struct RowLook {
   int level = 0;  // depth in a tree; a source has 0
   bool canExpand = false;
@@ -22,8 +22,8 @@ struct RowLook {
 };
 
 /// The rows of one list as the window shows them, with their order and the texts of their cells.
-/// One model and one view serve every list through this. Rows are numbered from 0 from top to
-/// bottom; ids stay with their row while rows move.
+/// With this interface, one model and one view are enough for all lists. Rows are numbered from 0
+/// from top to bottom; the id of a row does not change when rows move.
 class RowSource {
  public:
   using Id = std::uint32_t;
@@ -35,7 +35,7 @@ class RowSource {
   virtual const CellSource& cells() const = 0;
   virtual const CellFormat& format() const = 0;
 
-  /// Takes up the units and the date format of the options.
+  /// Reads the units and the date format from the options.
   virtual void applySettings() = 0;
 
   virtual std::size_t count() const = 0;
@@ -58,13 +58,12 @@ class RowSource {
   /// Full path of the object of a row, without final separator; empty: the row has no object.
   virtual Text path(std::size_t) const { return {}; }
 
-  /// Says whether a cell can be edited in place. rename() makes the edit and returns the text of an
+  /// Whether a cell can be edited in place. rename() makes the edit and returns the text of an
   /// error; empty: the edit was made.
   virtual bool canRename(std::size_t, const Column&) const { return false; }
   virtual Text rename(std::size_t, const Text&) { return {}; }
 
-  /// Whether another object in the folder of the row's object has that name; a rename would replace
-  /// it.
+  /// Whether another object in the same folder has this name; a rename would replace it.
   virtual bool isNameTaken(std::size_t row, const Text& name) const;
 
   /// The next row after `from`, or before it, that has the text; `from` itself is tried last. None:
@@ -86,7 +85,8 @@ class RowSource {
 /// The rows of a grid, in the order of the grid.
 class GridRows : public RowSource {
  public:
-  /// `grid` and `options` are kept by reference; sizes are shown as the options have it for `list`.
+  /// References to `grid` and `options` are kept; sizes have the form that the options define for
+  /// `list`.
   GridRows(Grid& grid, const Options& options, ListId list);
 
   Columns columns() const override { return grid_.columns(); }
@@ -103,7 +103,7 @@ class GridRows : public RowSource {
   Text path(std::size_t row) const override;
 
  protected:
-  /// The column with that key; null: the list has no such column.
+  /// The column with this key; null: the list has no such column.
   const Column* column(TextView key) const;
   Text textOf(std::size_t row, TextView key) const;
 

@@ -9,7 +9,7 @@ namespace ombrelian::ui {
 /// The choices that only a tree has.
 struct TreeChoices {
   std::uint8_t& indent;
-  std::uint8_t& folders;      // 1 saves only the selected row and what is below it
+  std::uint8_t& folders;      // 1 saves only the selected row and the rows below it
   std::uint8_t& levelChoice;  // 0 saves all levels, 1 `levels` levels, 2 expanded folders
   std::int32_t& levels;
 };
@@ -22,7 +22,7 @@ struct SaveChoices {
   TextView form;       // the name for storing the position of the window
   LastSave& last;
   std::int32_t& format;
-  std::int32_t& delimiter;  // as Options::Delimiter
+  std::int32_t& delimiter;  // same values as Options::Delimiter
   Text& delimiterChars;
   std::uint8_t& dividingLine;
   std::uint8_t& openFile;

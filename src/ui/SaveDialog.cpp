@@ -31,7 +31,7 @@ constexpr int kPartSpacing = 14;
 constexpr std::int32_t kStandardLevels = 3;
 constexpr int kTab = 2;  // index of the tab in cboDelimiter_
 
-// Buttons of optWasSpeichern_ and optLevels_, with the numbers of the settings file.
+// Numbers of the buttons of optWasSpeichern_ and optLevels_, as in the settings file.
 constexpr int kAllSources = 0;
 constexpr int kSelectedOnly = 1;
 constexpr int kNumberOfLevels = 1;

@@ -16,10 +16,10 @@
 
 namespace ombrelian::ui {
 
-/// What the dialog for choosing a file proposes.
+/// Proposals for the dialog for choosing a file.
 struct FileQuestion {
   QString folder;
-  QString name;    // with its extension; empty if none is proposed
+  QString name;    // name with its extension; empty if none is proposed
   QString filter;  // "HTML (*.html)"
   QString extension;
   bool readOnly = false;  // whether other files can neither be renamed nor deleted there
@@ -38,8 +38,8 @@ class SaveDialog : public QDialog {
   /// existing file may be replaced.
   using ChooseFile = std::function<QString(QWidget* parent, const FileQuestion& question)>;
 
-  /// `hasSelectedRow` says whether a row of a tree is selected and can be saved alone. The options
-  /// that `choices` refers to, and `settings`, must outlive the dialog.
+  /// `hasSelectedRow`: a row of a tree is selected and can be saved alone. The options that
+  /// `choices` refers to, and `settings`, must outlive the dialog.
   SaveDialog(const SaveChoices& choices, bool hasSelectedRow, Save save, IniStore& settings,
              QWidget* parent = nullptr);
 
@@ -94,7 +94,7 @@ class SaveDialog : public QDialog {
   QComboBox* cboDelimiter_ = nullptr;
   QLineEdit* txtDelimiters_ = nullptr;
   QButtonGroup* optWasSpeichern_ =
-      nullptr;  // it and the next three are null if the list is no tree
+      nullptr;  // this and the next three are null if the list is not a tree
   QButtonGroup* optLevels_ = nullptr;
   QLineEdit* txtLevels_ = nullptr;
   QCheckBox* chkShowFolderIndent_ = nullptr;

@@ -83,7 +83,7 @@ void SaveProgress::yield() {
   lastYield_ = platform::GetTickCount();
 }
 
-/// Qt cannot say whether input is waiting, so it is handled at short intervals.
+/// Qt cannot report whether input is waiting, so input is handled at short intervals.
 bool SaveProgress::GetInputState() {
   return platform::GetTickCount() - lastYield_ >= kInputIntervalMs;
 }

@@ -12,7 +12,7 @@ class Saving : public QObject {
   Q_OBJECT
 
  public:
-  /// All must outlive this object; dialogs belong to `window`.
+  /// All arguments must outlive this object; `window` is the parent of dialogs.
   Saving(WindowState& state, Panes& panes, QWidget& window);
 
   void save(ListId list);

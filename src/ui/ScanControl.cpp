@@ -46,7 +46,7 @@ void ScanControl::Ordnerliste_Abarbeiten() {
   Session& session = state_.session;
   started_.start();
   Q_EMIT starting();
-  // A run that was given one source fills the lists anew; while it does, no view may read them.
+  // A run with one source fills the lists again; no view may read them meanwhile.
   const bool fillsLists = session.SourceQueue.size() == 1;
   if (fillsLists) panes_.setDerivedFrozen(true);
   ScanRun run(session.scanState(dialogs_, &state_.found));

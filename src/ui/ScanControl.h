@@ -15,29 +15,29 @@ class ScanControl : public QObject {
   Q_OBJECT
 
  public:
-  /// All must outlive this object.
+  /// All arguments must outlive this object.
   ScanControl(WindowState& state, WindowDialogs& dialogs, Panes& panes, SourceBox& sources);
 
   bool isScanning() const { return state_.session.context.ScanBusy; }
 
-  /// Scans these sources one after the other, as the command line does. Returns when they are done;
-  /// does nothing while a scan runs.
+  /// Scans these sources one after the other, for example those of the command line. Returns at the
+  /// end of the scans; does nothing while a scan runs.
   void scan(const std::deque<Text>& sources);
 
-  /// Scans the path in the source box, or stops the scan that runs. A second call within a second
-  /// does nothing, since a double click means one start.
+  /// Scans the path in the source box, or stops the running scan. A second call within a second
+  /// does nothing, because a double click means only one start.
   void startOrStop();
 
   void stop() { state_.session.context.ScanCancelState = kScanCancelRequested; }
 
-  /// Scans what is in the queue of the session.
+  /// Scans the sources in the queue of the session.
   void Ordnerliste_Abarbeiten();
 
  Q_SIGNALS:
-  /// A run is about to begin, and the tree is to be visible for it.
+  /// A run is about to begin, and the tree should be visible.
   void starting();
 
-  /// A run has ended and its rows are shown; `single`: the run had one source alone.
+  /// A run has ended and its rows are shown; `single`: the run had only one source.
   void finished(bool single);
 
  private:

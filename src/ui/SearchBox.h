@@ -8,21 +8,22 @@
 
 namespace ombrelian::ui {
 
-/// The line above a list in which a text is searched for in its rows.
+/// The line above a list for searching a text in its rows.
 class SearchBox : public QWidget {
   Q_OBJECT
 
  public:
-  /// `commands` are the commands of the list. All must outlive the box.
+  /// `commands` are the commands of the list. All arguments must outlive the box.
   SearchBox(ListView& list, CommandSet& commands, QWidget* parent);
 
-  /// Shows or hides the box as the options say.
+  /// Shows or hides the box, depending on the options.
   void applySettings();
 
-  /// Follows the options after the user switched the box on or off. A visible box gets the focus.
+  /// Shows or hides the box after the user switched it on or off. A visible box gets the focus.
   void toggled();
 
-  /// Goes to the next row that has the text, from the current row on and round the end.
+  /// Moves to the next row that has the text, from the current row on; after the end it continues
+  /// at the other end.
   void search(bool backward);
 
  protected:

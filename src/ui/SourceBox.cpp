@@ -16,8 +16,8 @@
 namespace ombrelian::ui {
 namespace {
 
-/// Whether a saved folder is worth offering. A folder on another machine is, since that machine may
-/// not answer for a long time.
+/// Whether a saved folder should be offered. A folder on another machine is always offered without
+/// a check, because that machine may not answer for a long time.
 bool existsOrIsFarAway(TextView path) {
   for (const Text& drive : platform::GetLogicalDriveStringsW()) {
     if (path.starts_with(drive) && platform::GetDriveTypeW(drive) == platform::kDriveRemote)

@@ -17,16 +17,16 @@ class SourceBox : public QComboBox {
   /// The path that the user typed or chose.
   Text path() const;
 
-  /// Selects a path, which is added where it is new.
+  /// Selects a path, and adds it if it is new.
   void AddNewSearchPath(const Text& path);
 
   /// Lets the user choose a folder and selects it.
   void browse();
 
-  /// Takes the shown path out of the box; a drive stays.
+  /// Removes the shown path from the box; a drive stays.
   void Quelle_Entfernen();
 
-  /// Puts the caret into the field, with all of its text selected.
+  /// Moves the caret into the field and selects its whole text.
   void edit();
 
   void load();

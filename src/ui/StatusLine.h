@@ -7,12 +7,13 @@
 
 namespace ombrelian::ui {
 
-/// The status line: the number of sources on the left, the list on show on the right.
+/// The status line: the number of sources on the left, and the description of the shown list on the
+/// right.
 class StatusLine : public QObject {
   Q_OBJECT
 
  public:
-  /// All must outlive this object.
+  /// All arguments must outlive this object.
   StatusLine(WindowState& state, Panes& panes, PaneArea& area, QStatusBar& bar);
 
   /// Describes the list on the right side, unless something runs.
@@ -24,7 +25,7 @@ class StatusLine : public QObject {
   /// Shows a text for some seconds.
   void showNote(const QString& text);
 
-  /// Adds a label that says that nothing on the disk can be changed.
+  /// Adds a label with the note that nothing on the disk can be changed.
   void showReadOnly();
 
  private:

@@ -24,7 +24,7 @@ constexpr int kSliderMinimum = 28;
 constexpr int kPushButtonMinimum = 84;
 constexpr int kProgressHeight = 8;
 
-/// The common height of buttons and fields, so that they line up in a row.
+/// The common height of buttons and fields, so that they are aligned in a row.
 int controlHeight(const QStyleOption& option) {
   return std::max(option.fontMetrics.height() + 10, 26);
 }

@@ -6,9 +6,9 @@
 
 namespace ombrelian::ui {
 
-/// The look of the window: flat and dense, based on Qt's own portable style, which paints whatever
-/// is not overridden here. All colours come from the palette (Themes.h explains its roles), and all
-/// lengths are device independent.
+/// The look of the window: flat and dense, based on Qt's own portable style, which paints
+/// everything that is not overridden here. All colours come from the palette (Themes.h explains its
+/// roles), and all lengths are device independent.
 class Style : public QProxyStyle {
  public:
   Style();

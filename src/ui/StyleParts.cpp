@@ -15,7 +15,7 @@ constexpr qreal kFocusWidth = 1.6;
 constexpr qreal kIndicatorSide = 15;
 constexpr qreal kSliderWidth = 6;
 constexpr qreal kSliderWidthHovered = 8;
-constexpr int kLabelMargin = 6;  // left of the icon of a tool button that has text as well
+constexpr int kLabelMargin = 6;  // margin left of the icon of a tool button with text
 
 constexpr Qt::Edges kAllEdges = Qt::TopEdge | Qt::BottomEdge | Qt::LeftEdge | Qt::RightEdge;
 
@@ -73,7 +73,7 @@ void paintToolButton(const QStyle& style, const QStyleOptionToolButton& button, 
                       QSize(button.iconSize.width(), label.height()));
     button.icon.paint(&painter, placed(place), Qt::AlignCenter,
                       isEnabled(button) ? QIcon::Normal : QIcon::Disabled);
-    part.icon = {};  // so that the text alone is centred in the rest
+    part.icon = {};  // without the icon, the text is centred in the rest
     label.setLeft(place.right() + 1);
   }
   part.rect = placed(label);
@@ -105,7 +105,7 @@ void paintPushPanel(const QStyleOption& option, QPainter& painter) {
              {{}, colorOf(option, QPalette::Link), kRadius, kFocusWidth});
 }
 
-/// The label of the default button is readable on the accent.
+/// Paints the label of the default button in a colour that is readable on the accent.
 bool paintPushLabel(const QStyle& style, const QStyleOption& option, QPainter& painter,
                     const QWidget* widget) {
   if (!isDefault(option)) return false;
@@ -129,7 +129,7 @@ void paintField(const QStyleOption& option, QPainter& painter, const QColor& fil
 
 void paintLineEdit(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
   const QWidget* const parent = widget == nullptr ? nullptr : widget->parentWidget();
-  // The edit of a combo or spin box is within the frame of that.
+  // The edit of a combo or spin box is inside the frame of that box.
   if (qobject_cast<const QComboBox*>(parent) || qobject_cast<const QAbstractSpinBox*>(parent))
     return;
   const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(&option);

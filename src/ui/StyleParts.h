@@ -7,7 +7,7 @@ class QWidget;
 
 namespace ombrelian::ui {
 
-// The parts that `Style` paints itself. A function returns false if Qt's own style is to paint.
+// The parts that `Style` paints itself. A function returns false if Qt's own style should paint.
 
 bool paintPrimitive(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter,
                     const QWidget* widget);

@@ -27,7 +27,7 @@ struct Tones {
   bool solid = false;  ///< selected rows have the full accent, lines the full text colour
 };
 
-/// The two faces of a design. One that does not follow the desktop has the same face twice.
+/// The two faces of a design. A design that does not follow the desktop has the same face twice.
 struct Design {
   Tones light;
   Tones dark;
@@ -137,7 +137,8 @@ void setSurfaces(QPalette& palette, const Mixer& mix) {
   palette.setColor(QPalette::Shadow, QColor(0, 0, 0, mix.isDark ? 120 : 60));
 }
 
-/// A window without the focus shows its selection in grey, so that it is clear where keys go.
+/// Makes the selection grey in a window without the focus, so that the user sees which window gets
+/// the keys.
 void setInactive(QPalette& palette, const Mixer& mix) {
   if (mix.isSolid) return;
   palette.setColor(QPalette::Inactive, QPalette::Highlight, mixed(mix.base, mix.text, 0.11));

@@ -8,16 +8,16 @@ namespace ombrelian::ui {
 /// The number of designs, which are numbered from 0 as in `ToolbarTheme`.
 inline constexpr int kThemes = 10;
 
-/// The colours of a design. In the palette AlternateBase is the background of every second group
-/// of rows, Mid the hairline, Dark the outline of a control, Link the accent and BrightText the
-/// text of errors, so that a style, a list or an icon needs the palette alone.
+/// The colours of a design. In the palette AlternateBase is the background of every second group of
+/// rows, Mid the hairline, Dark the outline of a control, Link the accent and BrightText the text
+/// of errors, so that a style, a list or an icon needs only the palette.
 struct Theme {
   QPalette palette;
   bool isDark = false;
 };
 
-/// The design `number`, 0 to kThemes - 1; any other gives the default. Some designs are always
-/// light or always dark, the others follow the desktop.
+/// The design `number`, 0 to kThemes - 1; any other number gives the default. Some designs are
+/// always light or always dark, the others follow the desktop.
 Theme makeTheme(int number, bool desktopIsDark);
 
 /// Gives the whole application the colours of `theme`.

@@ -9,7 +9,7 @@
 namespace ombrelian::ui {
 namespace {
 
-/// How long input may wait, in milliseconds.
+/// The longest time that input may wait, in milliseconds.
 constexpr std::uint64_t kInputIntervalMs = 30;
 
 QString shownLines(const QStringList& lines) {
@@ -42,13 +42,13 @@ void WindowDialogs::scanProgress(TextView folder, std::int64_t files, std::int64
   progress_.show(folder, files, folders, bytes);
 }
 
-/// Serves waiting events. Nothing that would begin something new gets through while a scan runs.
+/// Handles waiting events. While a scan runs, input that would begin something new is blocked.
 void WindowDialogs::yield() {
   QApplication::processEvents();
   lastYield_ = platform::GetTickCount();
 }
 
-/// Qt cannot be asked whether input waits, so it is served at short intervals.
+/// Qt cannot report whether input is waiting, so input is handled at short intervals.
 bool WindowDialogs::GetInputState() {
   return platform::GetTickCount() - lastYield_ >= kInputIntervalMs;
 }

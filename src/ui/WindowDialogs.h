@@ -7,13 +7,13 @@
 
 namespace ombrelian::ui {
 
-/// What the procedures below see of the window: its progress line, its message boxes and questions,
-/// and its event loop.
+/// The window as lower rooms see it: its progress line, its message boxes and questions, and its
+/// event loop.
 class WindowDialogs : public QObject, public UserInterface {
   Q_OBJECT
 
  public:
-  /// Dialogs belong to `window`; both must outlive this object.
+  /// `window` is the parent of dialogs; both arguments must outlive this object.
   WindowDialogs(QWidget& window, ProgressStrip& progress);
 
   void scanBegins() override;
@@ -30,13 +30,13 @@ class WindowDialogs : public QObject, public UserInterface {
   void deletionProgress(TextView path, std::uint64_t done, std::uint64_t all) override;
 
  Q_SIGNALS:
-  /// A run begins or ends; between the two nothing but stopping may be offered.
+  /// A run begins or ends; between these two signals the user may only stop it.
   void busyChanged(bool busy);
 
  private:
   QWidget& window_;
   ProgressStrip& progress_;
-  std::uint64_t lastYield_ = 0;  // platform::GetTickCount() of the last one
+  std::uint64_t lastYield_ = 0;  // platform::GetTickCount() of the last yield()
 };
 
 }  // namespace ombrelian::ui

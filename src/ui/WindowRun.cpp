@@ -28,7 +28,8 @@ std::vector<Text> argumentsOf(int argc, char** argv) {
   return arguments;
 }
 
-/// Settings that could not be read have their defaults now and would be lost at the end.
+/// Asks whether the settings should be stored at the end. Faulty settings have their defaults now,
+/// so their old values would be lost.
 bool askToStore(const StartUp& startUp, QWidget* window) {
   Text trace = startUp.DataPath();
   appendName(trace, u"debug.log");
@@ -42,7 +43,7 @@ bool askToStore(const StartUp& startUp, QWidget* window) {
                                QMessageBox::No) == QMessageBox::Yes;
 }
 
-/// Starts the program beside this one, which opens the window again with the same rights.
+/// Starts the program in the same folder, which opens the window again; `readOnly` stays the same.
 void restart(bool readOnly) {
   Text program = platform::GetModuleFolder();
   appendName(program, u"ombrelian");

@@ -7,17 +7,17 @@
 
 namespace ombrelian::ui {
 
-/// What the parts of the window work on: the session with its settings file, and the lists that a
+/// Data for the parts of the window: the session with its settings file, and the lists that a
 /// session without a window does not need.
 struct WindowState {
-  /// `of` and `file` are kept by reference.
+  /// References to `of` and `file` are kept.
   WindowState(Session& of, IniStore& file)
       : session(of),
         settings(file),
         found(of.options, of.filters, types),
         files(of.options, types) {}
 
-  /// Any list but the folder tree.
+  /// Any list except the folder tree.
   FlatList& flatList(ListId list) {
     if (list == ListId::Drives) return drives;
     if (list == ListId::Files) return files;

@@ -77,7 +77,7 @@ struct Listing : std::enable_shared_from_this<Listing> {
   int error = 0;  // errno of the failed opening, or of the error that ended the listing early
 
   std::list<ListingPart> parts;  // parts that the walk has not yet taken, in order
-  WorkPlace place{this};         // in the order while more entries can be listed
+  WorkPlace place{this};         // place in the order while more entries can be listed
   bool isBeingListed = false;    // a thread lists it now
   bool isComplete = false;       // nothing is left to list
   bool isDropped = false;        // the walk does not need it any more
