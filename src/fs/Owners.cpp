@@ -19,8 +19,10 @@ TextView OwnerTexts::of(bool areKept, const Text& account) const {
   return account.empty() ? unknown_ : account;
 }
 
-TextView OwnerTexts::of(bool areKept, std::uint32_t ownerId) const {
-  return areKept ? of(true, platform::LookupAccountName(ownerId)) : TextView(everyone_);
+TextView OwnerTexts::of(bool areKept, const platform::FindData& data) const {
+  if (!areKept) return everyone_;
+  const bool isKnown = data.statError == platform::kSuccess;
+  return isKnown ? of(true, platform::LookupAccountName(data.ownerId)) : TextView(unknown_);
 }
 
 Text OwnerTexts::at(TextView path, bool areKept) const {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "platform/FindData.h"
 #include "support/Text.h"
 
 namespace ombrelian {
@@ -20,8 +21,8 @@ class OwnerTexts {
   /// as long as this object and `account` exist.
   TextView of(bool areKept, const Text& account) const;
 
-  /// The same for the owner number in a find record.
-  TextView of(bool areKept, std::uint32_t ownerId) const;
+  /// The same for the owner in a find record.
+  TextView of(bool areKept, const platform::FindData& data) const;
 
   /// The same for the object at `path`, which is read only if owners are kept.
   Text at(TextView path, bool areKept) const;

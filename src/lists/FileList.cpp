@@ -144,7 +144,7 @@ class FileList::Reader {
     grid.set(row, kModified, date(entry.ftLastWriteTime, entry, xGetFileModifyDateByWFD));
     grid.set(row, kCreated, date(entry.ftCreationTime, entry, xGetFileCreateDateByWFD));
     grid.set(row, kAccessed, date(entry.ftLastAccessTime, entry, xGetFileAccessDateByWFD));
-    if (wantsOwners_) grid.set(row, kOwner, owner(entry.ownerId));
+    if (wantsOwners_) grid.set(row, kOwner, ownerTexts_.of(keepsOwners_, entry));
   }
 
   /// Date of a time stamp. A missing or invalid time is left to `slow`, which reports an invalid
@@ -154,8 +154,6 @@ class FileList::Reader {
     const std::int64_t seconds = clock_.seconds(time);
     return seconds > 0 ? LocalClock::dateFromSeconds(seconds) : slow(entry, path_);
   }
-
-  TextView owner(std::uint32_t id) { return ownerTexts_.of(keepsOwners_, id); }
 
   FileTypes& types_;
   mCompare& filter_;

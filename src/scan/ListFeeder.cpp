@@ -38,6 +38,7 @@ void ListFeeder::feedFile(const File& file) {
     const TextView extension = xGetExtension(file.name);
     if (filters_.passesExtFilter(extension)) extensions_.feed(extension, file.size);
   }
+  if (file.data.statError != platform::kSuccess) return;
   topLists_.feedFile(file.name, file.folder, file.size, file.data);
   if (options_.CreateListHardlink == 1 && file.links > 0) {
     hardlinks_.feed(file.name, file.folder, file.size, file.links, file.data);

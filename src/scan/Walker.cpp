@@ -52,19 +52,22 @@ void Walker::walk() {
   for (;;) {
     const FindData* const entry = frames_.back().isOpen && !cancelled ? walk_.nextEntry() : nullptr;
     if (entry != nullptr && !(cancelled = isCancelled())) {
-      if (isLeftOut(*entry)) {
-        continue;
-      } else if (entry->isFolder()) {
-        visitFolder(*entry);
-      } else {
-        visitFile(*entry);
-      }
+      if (!isLeftOut(*entry)) visit(*entry);
       continue;
     }
     if (!cancelled) finishFolder();
     if (frames_.back().isOpen) walk_.goOut();
     if (frames_.size() == 1) return;
     leaveFolder();
+  }
+}
+
+void Walker::visit(const FindData& entry) {
+  if (entry.statError != platform::kSuccess) frames_.back().unreadable = entry.statError;
+  if (entry.isFolder()) {
+    visitFolder(entry);
+  } else {
+    visitFile(entry);
   }
 }
 
@@ -107,7 +110,7 @@ void Walker::visitFile(const FindData& entry) {
   ScanTotals& own = frames_.back().own;
   ++own.Files;
   ++context_.Total.Files;
-  if (entry.statError != platform::kSuccess) reportUnreadable(entry);
+  if (entry.dwReserved0 == platform::kTagMountPoint) return visitMountedFile(entry);
   const std::int64_t size = xGetFileSizeByWFD_W(entry);
   const std::int32_t links = context_.ReadHardlinkCounts ? hardlinkCount(entry) : 0;
   if (links > 0) {
@@ -116,6 +119,16 @@ void Walker::visitFile(const FindData& entry) {
   }
   countSize(entry, size, links);
   if (lists_ != nullptr) feedFile(entry, size, links);
+}
+
+/// Counts a file that another file is mounted on: as a junction without a size.
+void Walker::visitMountedFile(const FindData& entry) {
+  ++frames_.back().own.Junctions;
+  ++context_.Total.Junctions;
+  if (lists_ == nullptr) return;
+  const Text path = entryPath();
+  ErrorCode error = platform::kSuccess;
+  feedJunction(path, walk_.reparseTarget(path, error), entry.dwReserved0);
 }
 
 void Walker::countSize(const FindData& entry, std::int64_t size, std::int32_t links) {
@@ -130,7 +143,7 @@ void Walker::countSize(const FindData& entry, std::int64_t size, std::int32_t li
 void Walker::feedFile(const FindData& entry, std::int64_t size, std::int32_t links) {
   TextView owner;
   if (options_.CreateListOwner == 1 && context_.KeepsOwners)
-    owner = owners_.of(true, entry.ownerId);
+    owner = owners_.of(true, entry);
   lists_->feedFile({walk_.name(), path_, entry, size, links, owner});
 }
 
@@ -139,9 +152,11 @@ Text Walker::entryPath() {
   return path += walk_.name();
 }
 
-/// Counts an entry whose data could not be read.
-void Walker::reportUnreadable(const FindData& entry) {
-  countError(xGetErrorText(false, entry.statError), entryPath());
+/// Reports once that entries of the innermost folder count, but that nothing is known of them.
+void Walker::reportUnreadable() {
+  Text text = xGetErrorText(false, frames_.back().unreadable);
+  countError(text, path_);
+  tree_.setErrorText(frames_.back().node, std::move(text));
 }
 
 void Walker::visitFolder(const FindData& entry) {
@@ -175,7 +190,7 @@ NodeIndex Walker::addFolderNode(const FindData& entry) {
 }
 
 void Walker::setOwner(const FindData& entry, NodeIndex node) {
-  const TextView owner = owners_.of(context_.KeepsOwners, entry.ownerId);
+  const TextView owner = owners_.of(context_.KeepsOwners, entry);
   tree_[node].owner = tree_.ownerNumber(owner);
   tree_[node].set(FolderNode::HasOwner);
   if (lists_ != nullptr && options_.CreateListOwner == 1) lists_->feedFolder(owner);
@@ -236,6 +251,8 @@ void Walker::markError(NodeIndex node, ErrorCode error) {
 void Walker::finishFolder() {
   if (frames_.back().isOpen && walk_.listError() != platform::kSuccess) {
     markError(frames_.back().node, walk_.listError());
+  } else if (frames_.back().unreadable != platform::kSuccess) {
+    reportUnreadable();
   }
   Frame& frame = frames_.back();
   frame.result += frame.own;

@@ -28,6 +28,7 @@ class Walker {
     ScanTotals result;       // totals of the finished subfolders
     std::size_t pathLength;  // length of path_ without this folder's name
     bool isOpen;             // there is a level of walk_ for it
+    platform::ErrorCode unreadable = platform::kSuccess;  // why an entry of it has no facts
   };
 
   void walk();
@@ -35,11 +36,13 @@ class Walker {
   bool isCancelled();
   void showProgress(std::uint64_t interval);
 
+  void visit(const platform::FindData& entry);
   bool isLeftOut(const platform::FindData& entry);
   void visitFile(const platform::FindData& entry);
+  void visitMountedFile(const platform::FindData& entry);
   void countSize(const platform::FindData& entry, std::int64_t size, std::int32_t links);
   void feedFile(const platform::FindData& entry, std::int64_t size, std::int32_t links);
-  void reportUnreadable(const platform::FindData& entry);
+  void reportUnreadable();
 
   void visitFolder(const platform::FindData& entry);
   NodeIndex addFolderNode(const platform::FindData& entry);

@@ -43,7 +43,8 @@ bool isMountPoint(const struct statx& told, std::uint64_t parentDevice) {
   if ((told.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0) {
     return (told.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
   }
-  return parentDevice != 0 && deviceOf(told) != parentDevice;
+  // On layered file systems a file may be on another device than its folder.
+  return S_ISDIR(told.stx_mode) && parentDevice != 0 && deviceOf(told) != parentDevice;
 }
 
 void setSize(std::uint64_t size, FindData& data) {
@@ -53,23 +54,21 @@ void setSize(std::uint64_t size, FindData& data) {
 
 void setKind(const struct statx& told, int folder, const char* name, std::uint64_t parentDevice,
              FindData& data) {
-  if (S_ISREG(told.stx_mode)) {
+  if (S_ISDIR(told.stx_mode)) data.dwFileAttributes |= kAttributeDirectory;
+  if (isMountPoint(told, parentDevice)) {
+    data.dwFileAttributes |= kAttributeReparsePoint;
+    data.dwReserved0 = kTagMountPoint;
+  } else if (S_ISREG(told.stx_mode)) {
     setSize(told.stx_size, data);
     if (std::uint64_t(data.allocatedSize) < told.stx_size) {
       data.dwFileAttributes |= kAttributeSparse;
-    }
-  } else if (S_ISDIR(told.stx_mode)) {
-    data.dwFileAttributes |= kAttributeDirectory;
-    if (isMountPoint(told, parentDevice)) {
-      data.dwFileAttributes |= kAttributeReparsePoint;
-      data.dwReserved0 = kTagMountPoint;
     }
   } else if (S_ISLNK(told.stx_mode)) {
     setSize(told.stx_size, data);
     data.dwFileAttributes |= kAttributeReparsePoint;
     data.dwReserved0 = kTagSymbolicLink;
     if (leadsToFolder(folder, name)) data.dwFileAttributes |= kAttributeDirectory;
-  } else {  // a socket, a pipe or a device holds no bytes of its own
+  } else if (!S_ISDIR(told.stx_mode)) {  // a socket, a pipe or a device holds no bytes of its own
     data.dwFileAttributes |= kAttributeSystem;
   }
 }
