@@ -6,9 +6,8 @@
 
 #include <fstream>
 
-#include "export/FolderSave.h"
 #include "export/XlsxWriter.h"
-#include "tests/testing/ScanFixture.h"
+#include "tests/testing/SaveFixture.h"
 
 namespace ombrelian {
 namespace {
@@ -33,31 +32,18 @@ class ScopedFileLimit {
   void (*handler_)(int);
 };
 
-class FullDiskTest : public ::testing::TestWithParam<ReportFormat> {
- protected:
-  void SetUp() override {
-    const NodeIndex root = tree.addRoot(u"/src");
-    tree.setCreated(root, toDate({2026, 11, 22}));
-    for (int i = 0; i < 200; ++i)
-      tree[tree.addChild(root, u"folder " + toText(i * 7919), true)].size = i * 104'729;
-    options.FolderColumnVisible.fill(1);
-    report.applySettings();
-  }
-
-  Failure save() { return FolderSave(report, options, ui).SAVE(target, kAllLevels, 0, {}); }
-
-  const std::string name = "r." + toBytes(fileExtension(GetParam()));
-  testing::TestFolder out;
-  const std::string path = out.path(name);
-  const Text target = out.text(name);
-  Options options;
-  FolderTree tree;
-  FolderReport report{tree, options};
-  testing::QuietInterface ui;
-};
+class FullDiskTest : public testing::SaveFixture,
+                     public ::testing::WithParamInterface<ReportFormat> {};
 
 TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
-  ASSERT_FALSE(save().has_value());
+  const NodeIndex root = add(kNoNode, u"/src");
+  tree.setCreated(root, toDate({2026, 11, 22}));
+  for (int i = 0; i < 200; ++i)
+    add(root, u"folder " + toText(i * 7919), i * 104'729);
+  options.FolderColumnVisible.fill(1);
+  const std::string name = testing::nameOf(GetParam());
+  const std::string path = out.path(name);
+  ASSERT_FALSE(save(name).has_value());
   const std::string whole = testing::readFile(path);
   int failures = 0;
   // Past the report's own size too: a workbook passes through larger files.
@@ -66,7 +52,7 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
     Failure failure;
     {
       const ScopedFileLimit full(limit);
-      failure = save();
+      failure = save(name);
     }
     // Not EXPECT_EQ, which would print both.
     EXPECT_TRUE(testing::readFile(path) == (failure ? "old" : whole)) << "limit " << limit;
@@ -118,9 +104,7 @@ TEST(XlsxWriterTest, SheetNames) {
   EXPECT_EQ(FixExcelWorkSheetName(Text(30, u'a') + u":b"), Text(30, u'a') + u" ");
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, FullDiskTest,
-                         ::testing::Values(ReportFormat::TXT, ReportFormat::CSV, ReportFormat::HTML,
-                                           ReportFormat::XML, ReportFormat::XLSX),
+INSTANTIATE_TEST_SUITE_P(Formats, FullDiskTest, ::testing::ValuesIn(testing::kFormats),
                          [](const auto& format) { return toBytes(fileExtension(format.param)); });
 
 }  // namespace

@@ -8,26 +8,21 @@
 #include <set>
 
 #include "lists/LinkLists.h"
-#include "lists/ListTable.h"
 #include "lists/SumLists.h"
+#include "tests/testing/Lists.h"
 #include "tests/testing/ScopedLocale.h"
 
 namespace ombrelian {
 namespace {
 
-/// Makes texts up from the extension.
-class NamedTypes : public FileTypes {
- public:
-  Text typeText(TextView extension) override { return u"type " + Text(extension); }
-  Text associatedProgram(TextView extension) override { return u"/bin/" + Text(extension); }
-  Text iconName(TextView) override { return {}; }
-};
+using namespace ombrelian::testing;
+using Names = std::vector<Text>;
 
 class ListsTest : public ::testing::Test {
  protected:
   const ScopedLocale locale{"C"};
   Options options;
-  NamedTypes types;
+  MadeUpTypes types;
 };
 
 constexpr Column kTable[] = {
@@ -36,13 +31,6 @@ constexpr Column kTable[] = {
     {3, 3698, u"Prozent", u"percent", CellKind::Percent},
     {4, 3586, u"Attribute", u"attr", CellKind::Attributes},
 };
-
-std::vector<Text> firstColumn(const Grid& grid) {
-  std::vector<Text> texts;
-  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-    texts.emplace_back(grid.text(row, grid.columns()[0]));
-  return texts;
-}
 
 TEST_F(ListsTest, RowsAreOrderedByRawValue) {
   Grid grid(kTable);
@@ -58,7 +46,7 @@ TEST_F(ListsTest, RowsAreOrderedByRawValue) {
   const struct {
     TextView key;
     bool descending;
-    std::vector<Text> expected;
+    Names expected;
   } cases[] = {
       {u"size", false, {u"b", u"A", u"B", u"c"}},   {u"size", true, {u"c", u"B", u"A", u"b"}},
       {u"percent", true, {u"c", u"b", u"A", u"B"}},  // equals stay as they were
@@ -75,7 +63,7 @@ TEST_F(ListsTest, RowsAreOrderedByRawValue) {
       grid.set(row, kTable[3], std::int64_t(from.attributes));
     }
     grid.sort(grid.column(c.key), c.descending);
-    EXPECT_EQ(firstColumn(grid), c.expected) << toBytes(c.key);
+    EXPECT_EQ(texts(grid, grid.columns()[0].key), c.expected) << toBytes(c.key);
     EXPECT_EQ(grid.sortColumn(), &grid.column(c.key));
   }
 }
@@ -155,20 +143,6 @@ TEST_F(ListsTest, RowsKeepAllThatIsTheirsThroughSortsAndRemovals) {
   }
 }
 
-TEST_F(ListsTest, ManyRowsGoAtOnce) {
-  constexpr std::uint32_t kRows = 200'000;
-  Grid grid(kTable);
-  std::vector<std::uint32_t> odd;
-  for (std::uint32_t i = 0; i < kRows; ++i) {
-    grid.set(grid.addRow(), kTable[1], std::int64_t(i));
-    if (i % 2 == 1) odd.push_back(i);
-  }
-  grid.removeRows(odd);
-  ASSERT_EQ(grid.rowCount(), kRows / 2);
-  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-    ASSERT_EQ(grid.number(row, kTable[1]), std::int64_t(2 * row));
-}
-
 TEST_F(ListsTest, CellsAreShownByKindMaskAndSettings) {
   Grid grid(kTable);
   grid.addRow();
@@ -191,19 +165,20 @@ TEST_F(ListsTest, CellsAreShownByKindMaskAndSettings) {
 
 TEST_F(ListsTest, ColumnsFollowTheSettings) {
   const std::uint8_t visible[] = {0, 0, 1, 0, 1};
-  const std::int32_t positions[] = {0, 3, 2, 1, 1};
-  const auto ids = [](const ColumnLayout& layout) {
-    std::vector<int> result;
-    for (const Column* column : visibleColumns(kTable, layout))
-      result.push_back(column->id);
-    return result;
-  };
-  EXPECT_EQ(ids({visible, positions}), (std::vector<int>{4, 2, 1}));  // the first one always
-  EXPECT_EQ(ids({visible, {}}), (std::vector<int>{1, 2, 4}));
   const std::uint8_t numbered[] = {1, 1, 0, 0, 0};
+  const std::int32_t positions[] = {0, 3, 2, 1, 1};
+  const std::pair<ColumnLayout, std::vector<int>> cases[] = {
+      {{visible, positions}, {4, 2, 1}},  // the first one always
+      {{visible, {}}, {1, 2, 4}},
+      {{{}, positions}, {3, 4, 2, 1}}};
+  for (const auto& [layout, expected] : cases) {
+    std::vector<int> ids;
+    for (const Column* column : visibleColumns(kTable, layout))
+      ids.push_back(column->id);
+    EXPECT_EQ(ids, expected);
+  }
   EXPECT_EQ(visibleColumnsAndNumber(kTable, {visible, {}}).size(), 3U);
   EXPECT_EQ(visibleColumnsAndNumber(kTable, {numbered, {}}).front(), &kRowNumberColumn);
-  EXPECT_EQ(ids({{}, positions}), (std::vector<int>{3, 4, 2, 1}));
 }
 
 TEST_F(ListsTest, ManyExtensionsLoseNothing) {
@@ -212,7 +187,6 @@ TEST_F(ListsTest, ManyExtensionsLoseNothing) {
   list.reset();
   std::map<Text, std::pair<std::int64_t, std::int64_t>> expected;  // size and files
   std::mt19937 random(3);
-  std::int64_t total = 0;
   for (int i = 0; i < 4 * kExtensions; ++i) {
     const int number = i < kExtensions ? i : int(random() % kExtensions);
     const std::int64_t size = std::int64_t(random()) << 10;
@@ -220,19 +194,15 @@ TEST_F(ListsTest, ManyExtensionsLoseNothing) {
     auto& [sum, files] = expected[u".X" + toText(number)];
     sum += size;
     ++files;
-    total += size;
   }
-  list.List_Ext_SetDifferentSizes(total);
-  const Grid& grid = list.grid();
-  ASSERT_EQ(grid.rowCount(), std::size_t(kExtensions));
-  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
-    const auto& [size, files] = expected[Text(grid.text(row, grid.column(u"extname")))];
-    ASSERT_EQ(grid.number(row, grid.column(u"size")), size);
-    ASSERT_EQ(grid.number(row, grid.column(u"files")), files);
-    if (row > 0) {
-      ASSERT_LE(size, grid.number(row - 1, grid.column(u"size")));
-    }
-  }
+  list.List_Ext_SetDifferentSizes(1);
+  const Names extensions = texts(list.grid(), u"extname");
+  const std::vector<std::int64_t> sizes = numbers(list.grid(), u"size");
+  const std::vector<std::int64_t> files = numbers(list.grid(), u"files");
+  ASSERT_EQ(extensions.size(), expected.size());
+  for (std::size_t row = 0; row < sizes.size(); ++row)
+    ASSERT_EQ(std::pair(sizes[row], files[row]), expected[extensions[row]]);
+  EXPECT_TRUE(std::is_sorted(sizes.rbegin(), sizes.rend()));
   EXPECT_EQ(list.List_EXT_ShowStat(), u"50,000 Dateiendungen");
 }
 
@@ -250,15 +220,19 @@ TEST_F(ListsTest, ExtensionsKnowNoCase) {
       list.feed(extension, size);
     list.List_Ext_SetDifferentSizes(50);
     const Grid& grid = list.grid();
-    EXPECT_EQ(firstColumn(grid),
-              (std::vector<Text>{u".\xDCFF", u".\u00C4", u"[Ohne Endung]", u".TXT", u".PROFILE"}));
-    EXPECT_EQ(grid.number(3, grid.column(u"files")), 2);
+    EXPECT_EQ(texts(grid, u"extname"),
+              (Names{u".\xDCFF", u".\u00C4", u"[Ohne Endung]", u".TXT", u".PROFILE"}));
+    EXPECT_EQ(numbers(grid, u"files"), (std::vector<std::int64_t>{1, 2, 1, 2, 1}));
     EXPECT_EQ(grid.real(3, grid.column(u"percent")), 6);
     EXPECT_EQ(grid.real(4, grid.column(u"percent")), 0);
     EXPECT_EQ(grid.text(3, grid.column(u"type")), u"type txt");
     EXPECT_EQ(grid.text(3, grid.column(u"exe")), u"/bin/txt");
     EXPECT_EQ(grid.text(2, grid.column(u"type")), u"[Ohne Endung]");
   }
+  list.reset();
+  list.feed(u"new", 1);
+  list.List_Ext_SetDifferentSizes(1);
+  EXPECT_EQ(texts(list.grid(), u"extname"), Names{u".NEW"}) << "nothing of an earlier run";
 }
 
 TEST_F(ListsTest, OwnersKnowCaseAndCountFolders) {
@@ -271,10 +245,10 @@ TEST_F(ListsTest, OwnersKnowCaseAndCountFolders) {
   list.feed(u"root", 0, 0, 1);
   list.List_Owner_SetDifferentSizes(0);
   const Grid& grid = list.grid();
-  EXPECT_EQ(firstColumn(grid), (std::vector<Text>{u"root", u"Root", u"nobody"}));
-  EXPECT_EQ(grid.number(0, grid.column(u"size")), 10);
-  EXPECT_EQ(grid.number(0, grid.column(u"files")), 2);
-  EXPECT_EQ(grid.number(0, grid.column(u"folders")), 1);
+  EXPECT_EQ(texts(grid, u"owner"), (Names{u"root", u"Root", u"nobody"}));
+  EXPECT_EQ(numbers(grid, u"size"), (std::vector<std::int64_t>{10, 3, 0}));
+  EXPECT_EQ(numbers(grid, u"files"), (std::vector<std::int64_t>{2, 1, 0}));
+  EXPECT_EQ(numbers(grid, u"folders"), (std::vector<std::int64_t>{1, 0, 1}));
   EXPECT_EQ(grid.real(0, grid.column(u"percent")), 0);  // of nothing
 }
 
@@ -288,12 +262,11 @@ TEST_F(ListsTest, BandsSetFilesApart) {
   }
   list.List_Hardlinks_ShowDups();
   const Grid& grid = list.grid();
-  std::vector<std::pair<Text, int>> rows;
+  EXPECT_EQ(texts(grid, u"id"), (Names{u"10-0", u"5-0", u"5-0", u"5-1", u"7-2", u"9-0"}));
+  std::vector<int> bands;
   for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-    rows.emplace_back(grid.text(row, grid.column(u"id")), grid.band(row));
-  EXPECT_EQ(rows,
-            (std::vector<std::pair<Text, int>>{
-                {u"10-0", 0}, {u"5-0", 1}, {u"5-0", 1}, {u"5-1", 0}, {u"7-2", 1}, {u"9-0", 0}}));
+    bands.push_back(grid.band(row));
+  EXPECT_EQ(bands, (std::vector<int>{0, 1, 1, 0, 1, 0}));
   EXPECT_EQ(grid.text(0, grid.column(u"ext")), u"TXT");
   EXPECT_EQ(grid.text(0, grid.column(u"type")), u"type txt");
   EXPECT_EQ(list.List_Hardlinks_ShowFileStat(), u"6 Datei(en)");
@@ -311,12 +284,10 @@ TEST_F(ListsTest, ManyHardlinkRowsLoseNothing) {
   }
   list.finish();
   const Grid& grid = list.grid();
-  ASSERT_EQ(grid.rowCount(), std::size_t(kRows));
-  std::vector<bool> seen(kRows);
+  const std::vector<std::int64_t> numbersOfFiles = numbers(grid, u"size");
+  EXPECT_EQ(std::set(numbersOfFiles.begin(), numbersOfFiles.end()).size(), std::size_t(kRows));
   for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
-    const std::int64_t i = grid.number(row, grid.column(u"size"));
-    ASSERT_FALSE(seen[std::size_t(i)]);
-    seen[std::size_t(i)] = true;
+    const std::int64_t i = numbersOfFiles[row];
     ASSERT_EQ(grid.text(row, grid.column(u"name")), toText(i) + u".dat");
     ASSERT_EQ(grid.text(row, grid.column(u"path")), u"/folder" + toText(i / 100) + u"/");
     // The three names of a file stand together.
@@ -331,7 +302,7 @@ TEST_F(ListsTest, JunctionsTellTheirKind) {
   list.finish();
   const Grid& grid = list.grid();
   const CellFormat format(grid.columns(), {}, {});
-  EXPECT_EQ(firstColumn(grid), (std::vector<Text>{u"/a", u"/b"}));
+  EXPECT_EQ(texts(grid, grid.columns()[0].key), (Names{u"/a", u"/b"}));
   EXPECT_EQ(grid.cellText(format, 0, grid.column(u"type")), u"Symbolischer Link");
   EXPECT_EQ(grid.cellText(format, 1, grid.column(u"type")), u"Abzweigungspunkt");
   EXPECT_EQ(list.List_Junctions_ShowStat(), u"2 Junction(s)");

@@ -8,19 +8,14 @@
 
 #include "platform/Locale.h"
 #include "platform/Time.h"
+#include "tests/testing/Lists.h"
 #include "tests/testing/ScopedLocale.h"
 #include "tests/testing/ScopedZone.h"
 
 namespace ombrelian {
 namespace {
 
-/// Knows nothing of any file.
-class NoFileTypes : public FileTypes {
- public:
-  Text typeText(TextView) override { return {}; }
-  Text associatedProgram(TextView) override { return {}; }
-  Text iconName(TextView) override { return {}; }
-};
+using namespace ombrelian::testing;
 
 struct Object {
   std::int64_t key;
@@ -89,27 +84,23 @@ TEST(TopListsTest, AListHoldsWhatSortingEverythingGives) {
 TEST(TopListsTest, TheThresholdFollowsTheRows) {
   TopCollector collector(true);
   collector.reset(5);
-  for (int i = 0; i < 5; ++i)
-    collector.accept(7 + i);
-  EXPECT_EQ(collector.threshold(), 7);
-  EXPECT_FALSE(collector.admits(7));
-  EXPECT_TRUE(collector.admits(8));
-  for (int i = 0; i < 100; ++i)
-    collector.accept(100 + i);
+  for (int i = 0; i < 105; ++i)
+    collector.accept(i < 5 ? 7 + i : 95 + i);
   EXPECT_EQ(collector.rowCount(), 105U);
   EXPECT_EQ(collector.threshold(), 7);  // stays until rows go
-  collector.accept(50);
-  EXPECT_EQ(collector.rowCount(), 5U);
-  EXPECT_EQ(collector.threshold(), 195);
-  collector.accept(196);
-  EXPECT_EQ(collector.rowCount(), 5U);
-  EXPECT_EQ(collector.threshold(), 196);
+  EXPECT_FALSE(collector.admits(7));
+  EXPECT_TRUE(collector.admits(8));
+  for (const auto& [key, threshold] : {std::pair(50, 195), {196, 196}}) {
+    collector.accept(key);
+    EXPECT_EQ(collector.rowCount(), 5U);
+    EXPECT_EQ(collector.threshold(), threshold);
+  }
 }
 
 TEST(TopListsTest, TheClockAgreesWithTheSystem) {
   constexpr std::int64_t kHour = 3600;
   for (const char* zone : {"UTC", "Europe/Berlin", "Australia/Lord_Howe", "Asia/Kathmandu"}) {
-    const testing::ScopedZone scope(zone);
+    const ScopedZone scope(zone);
     LocalClock clock;
     std::mt19937_64 random(1);
     for (int i = 0; i < 60'000; ++i) {
@@ -138,18 +129,14 @@ class TopListsFeedTest : public ::testing::Test {
 
   std::vector<Text> names(ListId list) {
     lists.finish();
-    std::vector<Text> result;
-    Grid& grid = lists.grid(list);
-    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-      result.emplace_back(grid.text(row, grid.column(u"name")));
-    return result;
+    return texts(lists.grid(list), u"name");
   }
 
-  const testing::ScopedZone zone{"UTC"};  // where time never goes back
+  const ScopedZone zone{"UTC"};  // where time never goes back
   const ScopedLocale locale{"C"};
   Options options;
   mCompare filters{platform::localeTextRules()};
-  NoFileTypes types;
+  MadeUpTypes types;
   TopLists lists{options, filters, types};
 };
 
@@ -180,10 +167,10 @@ TEST_F(TopListsFeedTest, FoldersCountByTheirOwnFiles) {
   lists.feedFolder(u"/", 20, 1, 2);
   EXPECT_EQ(names(ListId::LargestFolders), (Names{u"/", u"/x/some", u"/x/empty files"}));
   EXPECT_EQ(names(ListId::SmallestFolders), (Names{u"/x/some", u"/"}));
-  Grid& grid = lists.grid(ListId::SmallestFolders);
-  EXPECT_EQ(grid.number(0, grid.column(u"files")), 1);
-  EXPECT_EQ(grid.number(1, grid.column(u"folders")), 2);
-  EXPECT_EQ(grid.text(0, grid.column(u"path")), u"/x/some/");
+  const Grid& grid = lists.grid(ListId::SmallestFolders);
+  EXPECT_EQ(numbers(grid, u"files"), (std::vector<std::int64_t>{1, 1}));
+  EXPECT_EQ(numbers(grid, u"folders"), (std::vector<std::int64_t>{1, 2}));
+  EXPECT_EQ(texts(grid, u"path"), (Names{u"/x/some/", u"/"}));
 }
 
 TEST_F(TopListsFeedTest, TheDateThatWasChosenDecides) {
@@ -211,8 +198,7 @@ TEST_F(TopListsFeedTest, TheDateThatWasChosenDecides) {
     const Names newest = names(ListId::NewestFiles);
     ASSERT_EQ(newest.size(), 3U);
     EXPECT_EQ(newest.front(), c.first) << int(c.newest);
-    Grid& oldest = lists.grid(ListId::OldestFiles);
-    EXPECT_EQ(oldest.text(0, oldest.column(u"name")), c.last) << int(c.oldest);
+    EXPECT_EQ(names(ListId::OldestFiles)[0], c.last) << int(c.oldest);
   }
 }
 
@@ -230,18 +216,12 @@ TEST_F(TopListsFeedTest, DatesAreSortedLikeEverything) {
       all.push_back({unix, toText(i)});
       feed(all.back().name, 1, data);
     }
-    const auto expected = [&](bool newest) {
-      Names result;
+    for (const bool newest : {true, false}) {
+      Names expected;
       for (const Object& object : sorted(all, newest, 20))
-        result.push_back(object.name);
-      return result;
-    };
-    EXPECT_EQ(names(ListId::NewestFiles), expected(true)) << step;
-    Names oldest;
-    Grid& grid = lists.grid(ListId::OldestFiles);
-    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-      oldest.emplace_back(grid.text(row, grid.column(u"name")));
-    EXPECT_EQ(oldest, expected(false)) << step;
+        expected.push_back(object.name);
+      EXPECT_EQ(names(newest ? ListId::NewestFiles : ListId::OldestFiles), expected) << step;
+    }
   }
 }
 

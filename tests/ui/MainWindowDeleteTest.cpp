@@ -2,32 +2,23 @@
 
 #include <unistd.h>
 
-#include <QLabel>
-#include <QStatusBar>
-
 #include "tests/testing/ScopedVariable.h"
 #include "tests/ui/WindowFixture.h"
-#include "ui/QtText.h"
 
 namespace ombrelian::ui {
 namespace {
 
+using namespace Qt::StringLiterals;
 using testing::Answer;
 using testing::namesIn;
-using testing::Program;
 using testing::TestFolder;
 
-class MainWindowDeleteTest : public testing::WindowTest {
+constexpr ListId kFolders = ListId::Folders;
+
+class MainWindowDeleteTest : public testing::ScannedWindowTest {
  protected:
-  MainWindowDeleteTest() : run_(data_), bin_("XDG_DATA_HOME", data_.path()) {
-    turnAllListsOn(run_.session.options);
-    run_.window->parts().scans.scan({tree_.text()});
-  }
-
-  ListPane& folders() { return run_.window->pane(ListId::Folders); }
-
   void select(ListId view, const QStringList& names) {
-    ListView& list = run_.window->pane(view).list();
+    ListView& list = run_.list(view);
     list.clearSelection();
     const QStringList rows = run_.column(view);
     for (const QString& name : names) {
@@ -38,133 +29,122 @@ class MainWindowDeleteTest : public testing::WindowTest {
     }
   }
 
+  QStringList folders() { return run_.column(kFolders); }
   QString files(const QString& folder) {
-    const auto row = int(run_.column(ListId::Folders).indexOf(folder));
-    return run_.cell(ListId::Folders, row, FolderColumnId::Files);
+    return run_.cell(kFolders, int(folders().indexOf(folder)), FolderColumnId::Files);
   }
-
-  QString source() const { return QString::fromStdString(tree_.path()); }
-
   bool hasLogged(const QString& line) { return run_.column(ListId::Log, 2).contains(line); }
 
-  Program run_;
-  const testing::ScopedVariable bin_;
+  const testing::ScopedVariable bin_{"XDG_DATA_HOME", data_.path()};
 };
 
 TEST_F(MainWindowDeleteTest, FoldersGoAfterAQuestionThatTellsWhatGoes) {
-  select(ListId::Folders, {QStringLiteral("big"), QStringLiteral("link")});
-  const QStringList before = run_.column(ListId::Folders);
+  select(kFolders, {u"big"_s, u"link"_s});
+  const QStringList before = folders();
   const qsizetype logged = run_.column(ListId::Log).size();
   {
     Answer no(QMessageBox::No);
-    EXPECT_TRUE(run_.window->execute(ListId::Folders, CommandId::DeleteFolders));
-    EXPECT_EQ(no.text, QStringLiteral("Sollen die ausgewählten Ordner wirklich gelöscht werden?"));
-    EXPECT_EQ(no.defaultText.remove(u'&'), QStringLiteral("No"));
+    EXPECT_TRUE(run_.execute(kFolders, CommandId::DeleteFolders));
+    EXPECT_EQ(no.text, u"Sollen die ausgewählten Ordner wirklich gelöscht werden?"_s);
+    EXPECT_EQ(no.defaultText.remove(u'&'), u"No"_s);
     const QString plain = no.details.remove(QChar(0x200B));
-    EXPECT_TRUE(plain.contains(source() + QStringLiteral("/big"))) << plain.toStdString();
-    EXPECT_TRUE(plain.contains(QStringLiteral("Dateien: 3, Ordner: 2"))) << plain.toStdString();
-    EXPECT_TRUE(plain.contains(QStringLiteral("Verknüpfungen: 1")));
-    EXPECT_TRUE(plain.contains(QStringLiteral("2 Namen von Hardlinks; 200")));
+    for (const QString& part : {path("big"), u"Dateien: 3, Ordner: 2"_s, u"Verknüpfungen: 1"_s,
+                                u"2 Namen von Hardlinks; 200"_s})
+      EXPECT_TRUE(plain.contains(part)) << plain.toStdString();
   }
-  EXPECT_EQ(run_.column(ListId::Folders), before);
+  EXPECT_EQ(folders(), before);
   EXPECT_EQ(run_.column(ListId::Log).size(), logged);
   Answer yes(QMessageBox::Yes);
-  EXPECT_TRUE(run_.window->execute(ListId::Folders, CommandId::DeleteFolders));
-  EXPECT_EQ(run_.column(ListId::Folders),
-            (QStringList{source(), QStringLiteral("Dateien"), QStringLiteral("small")}));
-  EXPECT_EQ(files(source()), QStringLiteral("3"));
+  EXPECT_TRUE(run_.execute(kFolders, CommandId::DeleteFolders));
+  EXPECT_EQ(folders(), (QStringList{path(), u"Dateien"_s, u"small"_s}));
+  EXPECT_EQ(files(path()), u"3"_s);
   EXPECT_EQ(namesIn(tree_.path()).size(), 2U);
-  EXPECT_TRUE(hasLogged(QStringLiteral("GELÖSCHT: ") + source() + QStringLiteral("/big/")));
-  // What lists beside the tree show is the last run.
-  EXPECT_EQ(run_.column(ListId::Hardlinks).size(), 2);
+  EXPECT_TRUE(hasLogged(u"GELÖSCHT: "_s + path("big/")));
+  EXPECT_EQ(run_.column(ListId::Hardlinks).size(), 2) << "a list beside the tree is the last run";
   // The keyboard goes on where the first of the rows was.
-  EXPECT_TRUE(folders().list().selectionModel()->hasSelection());
+  EXPECT_TRUE(run_.list(kFolders).selectionModel()->hasSelection());
 }
 
 TEST_F(MainWindowDeleteTest, AFolderInTheBinComesBackAndARescanFindsIt) {
-  select(ListId::Folders, {QStringLiteral("small")});
+  select(kFolders, {u"small"_s});
   {
     Answer yes(QMessageBox::Yes);
-    EXPECT_TRUE(run_.window->execute(ListId::Folders, CommandId::RecycleFolders));
-    EXPECT_TRUE(yes.details.contains(QStringLiteral("Papierkorb")));
+    EXPECT_TRUE(run_.execute(kFolders, CommandId::RecycleFolders));
+    EXPECT_TRUE(yes.details.contains(u"Papierkorb"_s));
   }
-  EXPECT_EQ(files(source()), QStringLiteral("4"));
-  EXPECT_TRUE(hasLogged(QStringLiteral("PAPIERKORB: ") + source() + QStringLiteral("/small/")));
+  EXPECT_EQ(files(path()), u"4"_s);
+  EXPECT_TRUE(hasLogged(u"PAPIERKORB: "_s + path("small/")));
   ASSERT_EQ(rename(data_.path("Trash/files/small").c_str(), tree_.path("small").c_str()), 0);
-  folders().list().goTo(0);
-  EXPECT_TRUE(run_.window->execute(ListId::Folders, CommandId::Rescan));
-  EXPECT_EQ(files(source()), QStringLiteral("6"));
-  EXPECT_TRUE(run_.column(ListId::Folders).contains(QStringLiteral("small")));
-  EXPECT_EQ(folders().list().currentRow(), 0U);
+  run_.list(kFolders).goTo(0);
+  EXPECT_TRUE(run_.execute(kFolders, CommandId::Rescan));
+  EXPECT_EQ(files(path()), u"6"_s);
+  EXPECT_TRUE(folders().contains(u"small"_s));
+  EXPECT_EQ(run_.list(kFolders).currentRow(), 0U);
 }
 
 TEST_F(MainWindowDeleteTest, ARescanKeepsWhatIsOpenAndTheOrder) {
-  run_.window->execute(ListId::Folders, CommandId::ExpandAll);
-  folders().list().sortByColumn(FolderColumnId::Name);
-  const QStringList before = run_.column(ListId::Folders);
-  ASSERT_TRUE(before.contains(QStringLiteral("deep")));
-  folders().list().goTo(0);
-  EXPECT_TRUE(run_.window->execute(ListId::Folders, CommandId::Rescan));
-  EXPECT_EQ(run_.column(ListId::Folders), before);
+  run_.execute(kFolders, CommandId::ExpandAll);
+  run_.list(kFolders).sortByColumn(FolderColumnId::Name);
+  const QStringList before = folders();
+  ASSERT_TRUE(before.contains(u"deep"_s));
+  run_.list(kFolders).goTo(0);
+  EXPECT_TRUE(run_.execute(kFolders, CommandId::Rescan));
+  EXPECT_EQ(folders(), before);
   // Of the row of direct files the folder above is read.
   tree_.file("new.txt", 7);
-  select(ListId::Folders, {QStringLiteral("Dateien")});
-  EXPECT_TRUE(run_.window->execute(ListId::Folders, CommandId::Rescan));
-  EXPECT_EQ(files(source()), QStringLiteral("7"));
+  select(kFolders, {u"Dateien"_s});
+  EXPECT_TRUE(run_.execute(kFolders, CommandId::Rescan));
+  EXPECT_EQ(files(path()), u"7"_s);
 }
 
-TEST_F(MainWindowDeleteTest, FilesOfTheShownFolderGoAndTheTreeFollows) {
-  run_.window->execute(std::nullopt, CommandId::ShowFiles);
-  select(ListId::Folders, {QStringLiteral("big")});
+TEST_F(MainWindowDeleteTest, FilesGoFromTheirListAndFromTheTreeOnlyIfItShowsTheirFolder) {
+  select(ListId::LargestFiles, {u"needle.txt"_s});
+  Answer yes(QMessageBox::Yes);
+  EXPECT_TRUE(run_.execute(ListId::LargestFiles, CommandId::DeleteFiles));
+  EXPECT_FALSE(run_.column(ListId::LargestFiles).contains(u"needle.txt"_s));
+  EXPECT_NE(access(tree_.path("small/deep/needle.txt").c_str(), F_OK), 0);
+  EXPECT_EQ(files(path()), u"6"_s);
+  run_.execute(std::nullopt, CommandId::ShowFiles);
+  select(kFolders, {u"big"_s});
   ASSERT_EQ(run_.column(ListId::Files).size(), 3);
-  select(ListId::Files, {QStringLiteral("a.bin"), QStringLiteral("b2.txt")});
-  Answer yes(QMessageBox::Yes);
-  EXPECT_TRUE(run_.window->execute(ListId::Files, CommandId::DeleteFiles));
-  EXPECT_EQ(run_.column(ListId::Files), QStringList{QStringLiteral("b.txt")});
-  EXPECT_EQ(files(QStringLiteral("big")), QStringLiteral("1"));
-  EXPECT_EQ(files(source()), QStringLiteral("4"));
-  EXPECT_EQ(run_.window->pane(ListId::Files).list().currentRow(), 0U);
-}
-
-TEST_F(MainWindowDeleteTest, FilesOfATopListGoAndTheTreeStays) {
-  select(ListId::LargestFiles, {QStringLiteral("a.bin")});
-  Answer yes(QMessageBox::Yes);
-  EXPECT_TRUE(run_.window->execute(ListId::LargestFiles, CommandId::DeleteFiles));
-  EXPECT_FALSE(run_.column(ListId::LargestFiles).contains(QStringLiteral("a.bin")));
-  EXPECT_NE(access(tree_.path("big/a.bin").c_str(), F_OK), 0);
-  EXPECT_EQ(files(source()), QStringLiteral("6"));
+  select(ListId::Files, {u"a.bin"_s, u"b2.txt"_s});
+  EXPECT_TRUE(run_.execute(ListId::Files, CommandId::DeleteFiles));
+  EXPECT_EQ(run_.column(ListId::Files), QStringList{u"b.txt"_s});
+  EXPECT_EQ(files(u"big"_s), u"1"_s);
+  EXPECT_EQ(files(path()), u"4"_s);
+  EXPECT_EQ(run_.list(ListId::Files).currentRow(), 0U);
 }
 
 TEST_F(MainWindowDeleteTest, WhatChangedWhileTheQuestionStoodIsNotTouched) {
   const TestFolder outside;
   outside.file("precious");
-  select(ListId::Folders, {QStringLiteral("big")});
+  select(kFolders, {u"big"_s});
   bool isTold = false;
   Answer yes(QMessageBox::Yes);
   yes.onShown = [&] {
-    isTold = isTold || yes.text.contains(QStringLiteral("inzwischen etwas anderes"));
+    isTold = isTold || yes.text.contains(u"inzwischen etwas anderes"_s);
     if (rename(tree_.path("big").c_str(), tree_.path("moved").c_str()) == 0)
       tree_.symlink("big", outside.path());
   };
-  EXPECT_TRUE(run_.window->execute(ListId::Folders, CommandId::DeleteFolders));
+  EXPECT_TRUE(run_.execute(kFolders, CommandId::DeleteFolders));
   EXPECT_TRUE(isTold);
   EXPECT_EQ(namesIn(outside.path()).size(), 1U);
   EXPECT_EQ(namesIn(tree_.path("moved")).size(), 3U);
-  EXPECT_TRUE(run_.column(ListId::Folders).contains(QStringLiteral("big")));
-  EXPECT_EQ(files(source()), QStringLiteral("6"));
+  EXPECT_TRUE(folders().contains(u"big"_s));
+  EXPECT_EQ(files(path()), u"6"_s);
 }
 
 TEST_F(MainWindowDeleteTest, ASourceIsTakenOffTheListAndStaysOnTheDisk) {
-  run_.window->parts().scans.scan({tree_.text("small")});
-  select(ListId::Folders, {QStringLiteral("big")});
-  EXPECT_TRUE(run_.window->execute(ListId::Folders, CommandId::RemoveSourceRows));
-  EXPECT_EQ(run_.column(ListId::Folders)[0], source() + QStringLiteral("/small"));
-  EXPECT_FALSE(run_.column(ListId::Folders).contains(QStringLiteral("big")));
+  run_.scan({tree_.text("small")});
+  select(kFolders, {u"big"_s});
+  EXPECT_TRUE(run_.execute(kFolders, CommandId::RemoveSourceRows));
+  EXPECT_EQ(folders()[0], path("small"));
+  EXPECT_FALSE(folders().contains(u"big"_s));
   EXPECT_EQ(namesIn(tree_.path()).size(), 4U);
   EXPECT_TRUE(run_.column(ListId::Files).isEmpty());
-  folders().list().goTo(0);
-  EXPECT_TRUE(run_.window->execute(ListId::Folders, CommandId::RemoveSourceRows));
-  EXPECT_TRUE(run_.column(ListId::Folders).isEmpty());
+  run_.list(kFolders).goTo(0);
+  EXPECT_TRUE(run_.execute(kFolders, CommandId::RemoveSourceRows));
+  EXPECT_TRUE(folders().isEmpty());
   EXPECT_EQ(run_.session.tree.MaxFolderDepth(), 0U);
 }
 
