@@ -9,12 +9,14 @@
 #include "scan/ListFeeder.h"
 #include "scan/Rescan.h"
 #include "tests/testing/Faults.h"
+#include "tests/testing/Lists.h"
 #include "tests/testing/ScanFixture.h"
 #include "tests/testing/ScopedVariable.h"
 
 namespace ombrelian {
 namespace {
 
+using ::testing::AllOf;
 using testing::Call;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -44,7 +46,12 @@ struct Asked : QuietInterface {
     return all;
   }
 
+  void deletionProgress(TextView path, std::uint64_t, std::uint64_t) override {
+    if (!path.empty()) progress.emplace_back(path);
+  }
+
   bool answer = true;
+  std::vector<Text> progress;  // what it told of
   std::function<void()> whileAsked;
   Text question;
   std::vector<Text> details;
@@ -79,14 +86,11 @@ class DeletionTest : public ScanFixture {
     options.FilelistVisible = 1;
     Text path = folder.text(name);
     files.List_Files_ScanFolder(path, true);
+    const std::vector<Text> all = testing::texts(files.grid(), u"name");
     Deletion::Ids ids;
-    for (const Text& wanted : names) {
-      for (Grid::RowIndex row = 0; row < files.grid().rowCount(); ++row) {
-        if (files.grid().text(row, files.grid().column(u"name")) == wanted)
-          ids.push_back(files.grid().id(row));
-      }
-    }
-    EXPECT_EQ(ids.size(), names.size());
+    for (const Text& wanted : names)
+      ids.push_back(
+          files.grid().id(Grid::RowIndex(std::find(all.begin(), all.end(), wanted) - all.begin())));
     return ids;
   }
 
@@ -117,10 +121,16 @@ TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   EXPECT_EQ(asked.question,
             u"Soll der Ordner '" + folder.text("source/a") + u"' wirklich gelöscht werden?");
   // One name of two of 3 bytes stays; both names of 100 bytes go, which comes free once.
-  EXPECT_THAT(asked.told(), HasSubstr("Dateien: 5, Ordner: 3, Größe: 1.19 KB"));
-  EXPECT_THAT(asked.told(), HasSubstr("3 Namen von Hardlinks; 103 Bytes werden darum nicht frei"));
-  EXPECT_THAT(asked.told(), HasSubstr("Verknüpfungen: 1."));
-  EXPECT_THAT(asked.told(), HasSubstr("nicht rückgängig"));
+  EXPECT_THAT(asked.told(),
+              AllOf(HasSubstr("Dateien: 5, Ordner: 3, Größe: 1.19 KB"),
+                    HasSubstr("3 Namen von Hardlinks; 103 Bytes werden darum nicht frei"),
+                    HasSubstr("Verknüpfungen: 1."), HasSubstr("nicht rückgängig")));
+  // What cannot go is left out.
+  ASSERT_EQ(rename(folder.path("source/a").c_str(), folder.path("moved").c_str()), 0);
+  folder.file("source/a/another", 777);
+  deleteFolders({node(u"a"), node(u"b")});
+  EXPECT_THAT(asked.told(), HasSubstr("Dateien: 1, Ordner: 1, Größe: 3 Bytes"));
+  EXPECT_THAT(asked.messages, SizeIs(1));
   for (int i = 0; i < 12; ++i)
     folder.folder("many/f" + std::to_string(i));
   root = scan(folder.text("many"));
@@ -128,20 +138,17 @@ TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   for (NodeIndex child = tree[root].firstChild; child != kNoNode; child = tree[child].nextSibling)
     all.push_back(child);
   deleteFolders(all, true);
-  EXPECT_THAT(asked.told(), HasSubstr("und 2 weitere"));
-  EXPECT_THAT(asked.told(), HasSubstr("in den Papierkorb"));
-}
-
-TEST_F(DeletionTest, TheQuestionLeavesOutWhatCannotGo) {
-  ASSERT_EQ(rename(folder.path("source/a").c_str(), folder.path("moved").c_str()), 0);
-  folder.file("source/a/another", 777);
-  asked.answer = false;
-  deleteFolders({node(u"a"), node(u"b")});
-  EXPECT_THAT(asked.told(), HasSubstr("Dateien: 1, Ordner: 1, Größe: 3 Bytes"));
-  EXPECT_THAT(asked.messages, SizeIs(1));
+  EXPECT_THAT(asked.told(), AllOf(HasSubstr("und 2 weitere"), HasSubstr("in den Papierkorb")));
+  asked.answer = true;
+  const ScopedFault fault({Call::Unlinkat, "", EIO});
+  deleteFolders(all);
+  EXPECT_THAT(toBytes(asked.messages.back()), HasSubstr("Weitere Fehler: 2."));
 }
 
 TEST_F(DeletionTest, AFolderIsDeletedOnceWithItsChild) {
+  EXPECT_FALSE(deleteFolders({node(u"Dateien")})) << "the row for direct files is no folder";
+  EXPECT_THAT(asked.messages, SizeIs(1));
+  EXPECT_TRUE(exists("source/top"));
   EXPECT_TRUE(deleteFolders({node(u"a/sub"), node(u"a")}));
   EXPECT_THAT(logTexts(), ElementsAre(u"GELÖSCHT: " + folder.text("source/a/")));
   EXPECT_EQ(totals(root), (ScanTotals{4003, 2, 1, 0, 0, 0}));
@@ -153,13 +160,6 @@ TEST_F(DeletionTest, AFolderIsDeletedOnceWithItsChild) {
   EXPECT_TRUE(deleteFolders({root}));
   EXPECT_TRUE(tree.empty());
   EXPECT_THAT(namesIn(folder.path()), UnorderedElementsAre("outside"));
-}
-
-TEST_F(DeletionTest, TheRowForDirectFilesIsNoFolder) {
-  asked.messages.clear();
-  EXPECT_FALSE(deleteFolders({node(u"Dateien")}));
-  EXPECT_THAT(asked.messages, SizeIs(1));
-  EXPECT_TRUE(exists("source/top"));
 }
 
 TEST_F(DeletionTest, WhatIsSwappedWhileTheQuestionStandsIsLeftAlone) {
@@ -192,14 +192,13 @@ TEST_F(DeletionTest, WhatIsSwappedWhileTheQuestionStandsIsLeftAlone) {
 }
 
 TEST_F(DeletionTest, EachFailureIsToldAndStaysInTheSums) {
-  struct Case {
+  const struct {
     Call call;
     const char* name;
     int error;
     bool recycle;
     const char* inText;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {Call::Unlinkat, "two", EIO, false, "two (#1117"},
       {Call::Unlinkat, "sub", EBUSY, false, "sub (#32"},
       {Call::Statx, "a", EIO, false, "#1117"},
@@ -207,7 +206,7 @@ TEST_F(DeletionTest, EachFailureIsToldAndStaysInTheSums) {
       {Call::Renameat2, "a", EACCES, true, "(120)"},
       {Call::Write, "", ENOSPC, true, "Trash"},
   };
-  for (const Case& one : cases) {
+  for (const auto& one : cases) {
     if (!exists("source/a/one")) folder.file("source/a/one", 100);
     if (!exists("source/a/sub/two")) folder.file("source/a/sub/two", 20);
     tree.clear();
@@ -221,8 +220,8 @@ TEST_F(DeletionTest, EachFailureIsToldAndStaysInTheSums) {
     }
     ASSERT_EQ(log.rows().size(), 1U) << one.inText;
     EXPECT_TRUE(log.rows()[0].isError);
-    EXPECT_THAT(toBytes(log.rows()[0].text), HasSubstr(one.inText));
-    EXPECT_THAT(toBytes(log.rows()[0].text), HasSubstr(folder.path("source/a")));
+    EXPECT_THAT(toBytes(log.rows()[0].text),
+                AllOf(HasSubstr(one.inText), HasSubstr(folder.path("source/a"))));
     EXPECT_EQ(asked.messages, std::vector<Text>{log.rows()[0].text});
     EXPECT_NE(node(u"a"), kNoNode);
     // What went in part is counted anew, to what a new scan finds.
@@ -247,6 +246,17 @@ TEST_F(DeletionTest, FilesGoFromTheListAndFromWhatTheScanCounted) {
   EXPECT_EQ(totals(root), (ScanTotals{4120, 3, 3, 0, 0, 0}));
   EXPECT_EQ(files.grid().rowCount(), 0U);
   EXPECT_EQ(files.sum(), 0);
+  EXPECT_THAT(asked.progress, Not(IsEmpty()));
+  // Files go from the last row to the first, and each step is told before it is done.
+  folder.file("many/x", 1);
+  folder.file("many/y", 3);
+  folder.file("many/z", 2);
+  log.clearRows();
+  asked.progress.clear();
+  EXPECT_TRUE(deletion().List_Files_DeleteFiles(files, show("many", {u"z", u"y", u"x"})));
+  EXPECT_THAT(logTexts(), ElementsAre(u"GELÖSCHT: " + folder.text("many/x"),
+                                      u"GELÖSCHT: " + folder.text("many/z"),
+                                      u"GELÖSCHT: " + folder.text("many/y")));
   // A file that vanished counts as deleted.
   const Deletion::Ids gone = show("source", {u"top"});
   ASSERT_EQ(unlink(folder.path("source/top").c_str()), 0);
@@ -254,18 +264,6 @@ TEST_F(DeletionTest, FilesGoFromTheListAndFromWhatTheScanCounted) {
   EXPECT_EQ(totals(root), (ScanTotals{120, 2, 3, 0, 0, 0}));
   EXPECT_EQ(logTexts().back(), u"PAPIERKORB: " + folder.text("source/top"));
   EXPECT_EQ(node(u"Dateien"), kNoNode);
-}
-
-TEST_F(DeletionTest, OtherSourcesThatShowTheSameFollow) {
-  const NodeIndex inner = scan(folder.text("source/a"));
-  const NodeIndex innermost = scan(folder.text("source/a/sub"));
-  EXPECT_TRUE(deletion().List_Files_DeleteFiles(files, show("source/a/sub", {u"two"})));
-  EXPECT_EQ(totals(root).Size, 4103);
-  EXPECT_EQ(totals(inner), (ScanTotals{100, 1, 1, 0, 0, 0}));
-  EXPECT_EQ(totals(innermost), (ScanTotals{0, 0, 0, 0, 0, 0}));
-  EXPECT_TRUE(deleteFolders({inner}));
-  EXPECT_EQ(totals(root), (ScanTotals{4003, 2, 1, 0, 0, 0}));
-  EXPECT_EQ(tree.lastRoot(), root);
 }
 
 TEST_F(DeletionTest, ListsOfTheLastRunLoseNoRowsButTheirOwn) {

@@ -6,12 +6,15 @@
 #include <map>
 #include <set>
 
+#include "tests/testing/Lists.h"
 #include "tests/testing/ScanFixture.h"
 
 namespace ombrelian {
 namespace {
 
-class ListFeederTest : public testing::ScanFixture {
+using namespace ombrelian::testing;
+
+class ListFeederTest : public ScanFixture {
  protected:
   ListFeederTest() { turnAllListsOn(options); }
 
@@ -28,13 +31,7 @@ class ListFeederTest : public testing::ScanFixture {
     return found;
   }
 
-  std::vector<std::int64_t> sizes(ListId list) {
-    Grid& grid = lists.grid(list);
-    std::vector<std::int64_t> found;
-    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-      found.push_back(grid.number(row, grid.column(u"size")));
-    return found;
-  }
+  std::vector<std::int64_t> sizes(ListId list) { return numbers(lists.grid(list), u"size"); }
 
   SystemFileTypes types;
   ListFeeder lists{options, filters, types};
@@ -43,22 +40,19 @@ class ListFeederTest : public testing::ScanFixture {
 TEST_F(ListFeederTest, AGeneratedTreeGivesWhatSortingEverythingGives) {
   std::vector<std::int64_t> files;
   std::map<std::int64_t, std::int64_t> folders;
-  std::map<std::string, std::pair<std::int64_t, std::int64_t>> extensions;
-  const std::string endings[] = {".a", ".B", ".b", ""};
+  std::map<Text, std::int64_t> extensions;
+  const std::pair<const char*, TextView> endings[] = {
+      {".a", u".A"}, {".B", u".B"}, {".b", u".B"}, {"", u"[Ohne Endung]"}};
   for (int i = 0; i < 1500; ++i) {
     const std::int64_t size = std::int64_t(i) * 7919 % 977 + 1;  // with ties
     const int number = i % 41;
-    const std::string& ending = endings[i % 4];
+    const auto& [ending, shown] = endings[i % 4];
     folder.file("f" + std::to_string(number % 5) + "/f" + std::to_string(number) + "/" +
                     std::to_string(i) + ending,
                 size);
     files.push_back(size);
     folders[number] += size;
-    auto& [sum, count] = extensions[ending.empty()   ? "[Ohne Endung]"
-                                    : ending == ".a" ? ".A"
-                                                     : ".B"];
-    sum += size;
-    ++count;
+    extensions[Text(shown)] += size;
   }
   std::vector<std::int64_t> folderSizes;
   for (const auto& [number, size] : folders)
@@ -79,18 +73,16 @@ TEST_F(ListFeederTest, AGeneratedTreeGivesWhatSortingEverythingGives) {
     EXPECT_EQ(sizes(ListId::SmallestFolders), head(folderSizes, limit, false));
     EXPECT_EQ(sizes(ListId::NewestFiles).size(), std::size_t(limit));
     EXPECT_EQ(sizes(ListId::OldestFiles).size(), std::size_t(limit));
-    Grid& grid = lists.grid(ListId::Extensions);
-    ASSERT_EQ(grid.rowCount(), extensions.size());
-    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
-      const auto& [sum, count] = extensions[toBytes(grid.text(row, grid.column(u"extname")))];
-      EXPECT_EQ(grid.number(row, grid.column(u"size")), sum);
-      EXPECT_EQ(grid.number(row, grid.column(u"files")), count);
-    }
+    const std::vector<Text> names = texts(lists.grid(ListId::Extensions), u"extname");
+    std::map<Text, std::int64_t> found;
+    for (std::size_t row = 0; row < names.size(); ++row)
+      found[names[row]] = sizes(ListId::Extensions)[row];
+    EXPECT_EQ(found, extensions);
   }
 }
 
 TEST_F(ListFeederTest, HardlinksCountOnceAndStandInTheirList) {
-  testing::TestFolder outside;
+  const TestFolder outside;
   options.AddHardlinksOnlyOnce = 1;
   folder.file("a/one.txt", 100);
   folder.file("b/alone", 7);
@@ -99,17 +91,14 @@ TEST_F(ListFeederTest, HardlinksCountOnceAndStandInTheirList) {
   const NodeIndex root = scan(folder.text(), &lists);
   EXPECT_EQ(tree[root].size, 107);
   EXPECT_EQ(tree[root].files, 3);
-  Grid& grid = lists.grid(ListId::Hardlinks);
-  ASSERT_EQ(grid.rowCount(), 2U);
+  const Grid& grid = lists.grid(ListId::Hardlinks);
+  ASSERT_EQ(numbers(grid, u"links"), (std::vector<std::int64_t>{3, 3}));
+  EXPECT_EQ(sizes(ListId::Hardlinks), (std::vector<std::int64_t>{100, 100}));
   EXPECT_EQ(grid.text(0, grid.column(u"id")), grid.text(1, grid.column(u"id")));
-  std::set<Text> paths;
-  for (Grid::RowIndex row = 0; row < 2; ++row) {
-    EXPECT_EQ(grid.number(row, grid.column(u"links")), 3);
-    EXPECT_EQ(grid.number(row, grid.column(u"size")), 100);
-    paths.insert(Text(grid.text(row, grid.column(u"path"))) +
-                 Text(grid.text(row, grid.column(u"name"))));
-  }
-  EXPECT_EQ(paths, (std::set<Text>{folder.text("a/one.txt"), folder.text("b/two.txt")}));
+  const std::vector<Text> names = texts(grid, u"name");
+  const std::vector<Text> paths = texts(grid, u"path");
+  EXPECT_EQ((std::set<Text>{paths[0] + names[0], paths[1] + names[1]}),
+            (std::set<Text>{folder.text("a/one.txt"), folder.text("b/two.txt")}));
   EXPECT_EQ(sizes(ListId::Extensions), (std::vector<std::int64_t>{200, 7}));  // all names
 }
 
@@ -130,17 +119,13 @@ TEST_F(ListFeederTest, TwoRunsGiveTheSame) {
     EXPECT_EQ(all, first);
   }
   EXPECT_EQ(sizes(ListId::SmallestFiles), (std::vector<std::int64_t>{0, 10, 10}));
-  Grid& junctions = lists.grid(ListId::Junctions);
-  ASSERT_EQ(junctions.rowCount(), 1U);
-  EXPECT_EQ(junctions.text(0, junctions.column(u"junction")), folder.text("b/link"));
-  EXPECT_EQ(junctions.text(0, junctions.column(u"target")), u"../a");
-  Grid& owners = lists.grid(ListId::Owners);
-  if (context.KeepsOwners) {
-    ASSERT_EQ(owners.rowCount(), 1U);
-    EXPECT_EQ(owners.number(0, owners.column(u"files")), 3);
-    EXPECT_EQ(owners.number(0, owners.column(u"folders")), 3);
-    EXPECT_EQ(owners.number(0, owners.column(u"size")), 20);
-  }
+  const Grid& junctions = lists.grid(ListId::Junctions);
+  EXPECT_EQ(texts(junctions, u"junction"), std::vector<Text>{folder.text("b/link")});
+  EXPECT_EQ(texts(junctions, u"target"), std::vector<Text>{u"../a"});
+  const Grid& owners = lists.grid(ListId::Owners);
+  if (!context.KeepsOwners) return;
+  for (const auto& [key, number] : {std::pair(u"files", 3), {u"folders", 3}, {u"size", 20}})
+    EXPECT_EQ(numbers(owners, key), std::vector<std::int64_t>{number});
 }
 
 TEST_F(ListFeederTest, RowsAreCompletedAfterTheWalk) {

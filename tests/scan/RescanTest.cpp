@@ -74,10 +74,7 @@ TEST_F(RescanTest, LinksAndWhatFailedAreRefusedAndWhatVanishedFails) {
 TEST_F(RescanTest, ACancelLeavesWhatWasFound) {
   for (int i = 0; i < 50; ++i)
     folder.file("grows/many" + std::to_string(i), 1);
-  int entries = 0;
-  ui.onYield = [&] {
-    if (++entries == 20) context.ScanCancelState = kScanCancelRequested;
-  };
+  cancelAfter(20);
   const NodeIndex grows = find(root, u"grows");
   EXPECT_EQ(rescan(grows), grows);
   EXPECT_LT(totals(grows).Files, 52);
