@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 #include <set>
 
@@ -46,22 +45,6 @@ TEST(CommandTableTest, NoKeyMeansTwoThings) {
   }
 }
 
-/// Whoever takes the first of the two keeps a way back.
-TEST(CommandTableTest, TheRecycleBinComesBeforeDeletingForGood) {
-  const auto place = [](Bar bar, CommandId id) {
-    const auto items = barItems(bar);
-    return std::find_if(items.begin(), items.end(), [&](const BarItem& i) { return i.id == id; }) -
-           items.begin();
-  };
-  for (const Bar bar : {Bar::Folders, Bar::Files, Bar::Top, Bar::Hardlinks}) {
-    const bool isTree = bar == Bar::Folders;
-    const CommandId recycle = isTree ? CommandId::RecycleFolders : CommandId::RecycleFiles;
-    const CommandId erase = isTree ? CommandId::DeleteFolders : CommandId::DeleteFiles;
-    EXPECT_EQ(place(bar, recycle) + 1, place(bar, erase)) << int(bar);
-    EXPECT_TRUE(commandOf(recycle).changesDisk && commandOf(erase).changesDisk);
-  }
-}
-
 /// Two commands that write the same setting on one bar would undo each other.
 TEST(CommandTableTest, EveryStateHasASettingOfItsOwn) {
   Options options;
@@ -99,15 +82,6 @@ TEST(CommandTableTest, CommandsNameListsAndNumbers) {
   EXPECT_EQ(commandTip(sizes, Bar::Files), u"Größenformat ändern");
   EXPECT_FALSE(hasCommand(ListId::LargestFolders, CommandId::DeleteFiles));
   EXPECT_TRUE(hasCommand(ListId::LargestFiles, CommandId::DeleteFiles));
-}
-
-TEST(CommandTableTest, OneListIsOnTheRight) {
-  Options options;
-  for (const ListId list : kAllLists) {
-    if (list == ListId::Folders) continue;
-    showList(options, list);
-    EXPECT_EQ(shownList(options), list);
-  }
 }
 
 }  // namespace

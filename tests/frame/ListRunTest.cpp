@@ -14,17 +14,13 @@
 namespace ombrelian {
 namespace {
 
-using testing::Call;
-using testing::ScopedFault;
-using testing::TestFolder;
+using namespace ombrelian::testing;
 
-testing::Outcome run(const std::vector<Text>& arguments) {
-  return testing::runOnConsole(runLists, arguments);
-}
+Outcome run(const std::vector<Text>& arguments) { return runOnConsole(runLists, arguments); }
 
 std::size_t occurrences(const std::string& text, const std::string& part) {
   std::size_t count = 0;
-  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size())
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at)
     ++count;
   return count;
 }
@@ -43,7 +39,7 @@ class ListRunTest : public ::testing::Test {
 };
 
 TEST_F(ListRunTest, EveryListComesOut) {
-  const testing::Outcome json = run({u"--lists", u"--json", source.text()});
+  const Outcome json = run({u"--lists", u"--json", source.text()});
   EXPECT_EQ(json.status, kExitDone) << json.errors;
   EXPECT_EQ(std::count(json.output.begin(), json.output.end(), '\n'), kDerivedLists.size());
   for (const ListId list : kDerivedLists) {
@@ -53,7 +49,7 @@ TEST_F(ListRunTest, EveryListComesOut) {
   EXPECT_EQ(occurrences(json.output, "\"links\":2"), 2U);
   EXPECT_EQ(occurrences(json.output, "\"target\":\"sub\""), 1U);
 
-  const testing::Outcome text = run({u"--lists", source.text()});
+  const Outcome text = run({u"--lists", source.text()});
   EXPECT_EQ(text.status, kExitDone);
   EXPECT_EQ(occurrences(text.output, "Liste mit "), kDerivedLists.size());
   EXPECT_EQ(occurrences(text.output, "\n.E"), 20U);
@@ -66,8 +62,7 @@ TEST_F(ListRunTest, RowsLimitsAndWidens) {
     std::size_t extensions;
   } cases[] = {{u"0", 0, 0}, {u"2", 2, 2}, {u"25", 25, 25}, {u"99999999999", 31, 31}};
   for (const auto& c : cases) {
-    const testing::Outcome json =
-        run({u"--lists", u"--rows", Text(c.rows), u"--json", source.text()});
+    const Outcome json = run({u"--lists", u"--rows", Text(c.rows), u"--json", source.text()});
     const std::string first = json.output.substr(0, json.output.find('\n'));
     EXPECT_EQ(occurrences(first, "\"name\":"), c.files) << toBytes(c.rows);
     EXPECT_EQ(occurrences(json.output, "\"extname\":"), c.extensions) << toBytes(c.rows);
@@ -81,24 +76,24 @@ TEST_F(ListRunTest, SavesEveryListUnderItsName) {
     return run({u"--lists", u"--save", folder, u"--format", Text(format), u"-d1", source.text()});
   };
   for (const TextView format : {u"csv", u"html"}) {
-    const testing::Outcome outcome = save(format);
+    const Outcome outcome = save(format);
     EXPECT_EQ(outcome.status, kExitDone) << outcome.errors;
     EXPECT_EQ(occurrences(outcome.output, "." + toBytes(format) + "\n"), kDerivedLists.size() + 2U);
   }
   const std::string path = out.path("new/");
-  EXPECT_EQ(testing::namesIn(path).size(), 2 * (kDerivedLists.size() + 2U));
-  EXPECT_EQ(testing::lines(testing::readReport(path + "extensions.csv")).size(), 32U);
-  EXPECT_EQ(testing::lines(testing::readReport(path + "junctions.csv"))[1],
+  EXPECT_EQ(namesIn(path).size(), 2 * (kDerivedLists.size() + 2U));
+  EXPECT_EQ(lines(readReport(path + "extensions.csv")).size(), 32U);
+  EXPECT_EQ(lines(readReport(path + "junctions.csv"))[1],
             u"\"" + source.text("link") + u"\";\"sub\";\"Symbolischer Link\"");
-  EXPECT_EQ(testing::lines(testing::readReport(path + "folders.csv")).size(), 4U);
-  EXPECT_GT(testing::lines(testing::readReport(path + "log.csv")).size(), 2U);
+  EXPECT_EQ(lines(readReport(path + "folders.csv")).size(), 4U);
+  EXPECT_GT(lines(readReport(path + "log.csv")).size(), 2U);
 
   // What cannot be written is told before the scan, or list by list.
-  const testing::Outcome missing = run({u"--lists", u"--save", out.text("no/such"), source.text()});
+  const Outcome missing = run({u"--lists", u"--save", out.text("no/such"), source.text()});
   EXPECT_EQ(missing.status, kExitNothing);
   EXPECT_NE(missing.errors.find("no/such"), std::string::npos) << missing.errors;
   out.folder("new/owners.xml");
-  const testing::Outcome taken = save(u"xml");
+  const Outcome taken = save(u"xml");
   EXPECT_EQ(taken.status, kExitNothing);
   EXPECT_NE(taken.errors.find("owners.xml"), std::string::npos) << taken.errors;
   EXPECT_EQ(occurrences(taken.output, ".xml\n"), kDerivedLists.size() + 1U);
@@ -107,7 +102,7 @@ TEST_F(ListRunTest, SavesEveryListUnderItsName) {
 TEST_F(ListRunTest, TheExitStatusTellsWhatWasMissed) {
   EXPECT_EQ(run({u"--lists", source.text("missing")}).status, kExitNothing);
   const ScopedFault fault({.call = Call::Openat, .name = "sub", .error = EACCES});
-  const testing::Outcome outcome = run({u"--lists", source.text()});
+  const Outcome outcome = run({u"--lists", source.text()});
   EXPECT_EQ(outcome.status, kExitPartial);
   EXPECT_NE(outcome.errors.find("/sub/"), std::string::npos) << outcome.errors;
   EXPECT_FALSE(outcome.output.empty());

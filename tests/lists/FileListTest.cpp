@@ -21,10 +21,10 @@ namespace ombrelian {
 namespace {
 
 using namespace ombrelian::testing;
-using ::testing::UnorderedElementsAre;
+using namespace ::testing;
 using Rows = std::vector<Grid::RowIndex>;
 
-class FileListTest : public ::testing::Test {
+class FileListTest : public Test {
  protected:
   FileListTest() { options.FilelistVisible = 1; }
 
@@ -89,9 +89,9 @@ TEST_F(FileListTest, FilesAloneAreListedTheLargestFirst) {
 TEST_F(FileListTest, DatesAreThoseOfTheFileItself) {
   const std::int64_t seconds[] = {1'720'000'000, 315'532'800, 86'400, -5'000'000'000, 0};
   for (const std::int64_t second : seconds) {
-    const std::string path = folder.path("f" + std::to_string(second));
     folder.file("f" + std::to_string(second));
     const struct timespec times[2] = {{time_t(second + 60), 0}, {time_t(second), 0}};
+    const std::string path = folder.path("f" + std::to_string(second));
     ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
   }
   show();
@@ -142,16 +142,13 @@ TEST_F(FileListTest, TheFilterHoldsOnlyWhereItIsOn) {
   folder.file("a.jpg");
   folder.file("b.JPG");
   folder.file("c.txt");
-  const struct {
-    std::uint8_t active;
-    TextView pattern;
-    std::size_t rows;
-  } cases[] = {{0, u"*.jpg", 3}, {1, u"*.jpg", 2}, {1, u"*.png", 0}, {1, u"*.png,c*", 1}};
-  for (const auto& c : cases) {
-    options.FileList_Filter_Active = c.active;
-    options.FileList_Filter_Text = c.pattern;
+  const std::tuple<std::uint8_t, TextView, std::size_t> cases[] = {
+      {0, u"*.jpg", 3}, {1, u"*.jpg", 2}, {1, u"*.png", 0}, {1, u"*.png,c*", 1}};
+  for (const auto& [active, pattern, rows] : cases) {
+    options.FileList_Filter_Active = active;
+    options.FileList_Filter_Text = pattern;
     show();
-    EXPECT_EQ(names().size(), c.rows) << toBytes(c.pattern);
+    EXPECT_EQ(names().size(), rows) << toBytes(pattern);
   }
 }
 
@@ -255,17 +252,14 @@ TEST_F(FileListTest, ARenameReplacesAfterTheNameWasToldToBeTaken) {
   folder.file("b", 9);
   folder.file("hidden", 11);
   show();
-  const struct {
-    TextView from;
-    TextView to;
-    std::optional<std::int64_t> replaced;
-  } cases[] = {{u"a", u"b", 9}, {u"b", u"hidden", 11}, {u"hidden", u"c", std::nullopt}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(list.nameIsTaken(rowOf(c.from), c.to), c.replaced.has_value());
-    const FileList::Renaming done = list.rename(rowOf(c.from), c.to);
+  const std::tuple<TextView, TextView, std::optional<std::int64_t>> cases[] = {
+      {u"a", u"b", 9}, {u"b", u"hidden", 11}, {u"hidden", u"c", std::nullopt}};
+  for (const auto& [from, to, replaced] : cases) {
+    EXPECT_EQ(list.nameIsTaken(rowOf(from), to), replaced.has_value());
+    const FileList::Renaming done = list.rename(rowOf(from), to);
     EXPECT_EQ(done.error, u"");
-    EXPECT_EQ(done.replacedBytes, c.replaced) << toBytes(c.to);
-    EXPECT_EQ(names(), std::vector<Text>{Text(c.to)});
+    EXPECT_EQ(done.replacedBytes, replaced) << toBytes(to);
+    EXPECT_EQ(names(), std::vector<Text>{Text(to)});
     EXPECT_EQ(list.sum(), 7);
     EXPECT_EQ(list.grid().identity(0), identityOnDisk(0));
   }
@@ -299,11 +293,7 @@ TEST_F(FileListTest, ARenameThatCannotBeLeavesAllAsItWas) {
   folder.file("sub/kept", 1);
   folder.hardlink("twin", "a");
   show();
-  const struct {
-    TextView name;
-    TextView error;
-    bool isTaken;
-  } cases[] = {
+  const std::tuple<TextView, TextView, bool> cases[] = {
       {u"", u"", false},
       {u"a", u"", false},
       {u"sub/a", u"Ein Dateiname darf kein '/' enthalten.", false},
@@ -311,9 +301,9 @@ TEST_F(FileListTest, ARenameThatCannotBeLeavesAllAsItWas) {
       {u"sub", u"Permission denied", true},
       {u"twin", u"'a' und 'twin' sind zwei Namen derselben Datei.", true},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(list.nameIsTaken(rowOf(u"a"), c.name), c.isTaken) << toBytes(c.name);
-    EXPECT_EQ(list.rename(rowOf(u"a"), c.name).error, c.error) << toBytes(c.name);
+  for (const auto& [name, error, isTaken] : cases) {
+    EXPECT_EQ(list.nameIsTaken(rowOf(u"a"), name), isTaken) << toBytes(name);
+    EXPECT_EQ(list.rename(rowOf(u"a"), name).error, error) << toBytes(name);
     EXPECT_EQ(list.grid().rowCount(), 2U);
     EXPECT_EQ(text(rowOf(u"a"), u"fullpath"), folder.text("a"));
     EXPECT_TRUE(xExistFile(folder.text("a")));

@@ -34,37 +34,29 @@ constexpr Column kTable[] = {
 
 TEST_F(ListsTest, RowsAreOrderedByRawValue) {
   Grid grid(kTable);
-  const struct {
-    TextView name;
-    std::int64_t size;
-    double percent;
-    std::uint32_t attributes;
-  } rows[] = {{u"b", 900, 2.5, 0x20},
-              {u"A", 1000, 2.5, 0x1},
-              {u"c", (1LL << 53) + 1, 10, 0x20},
-              {u"B", 1LL << 53, 0, 0x2}};
-  const struct {
-    TextView key;
-    bool descending;
-    Names expected;
-  } cases[] = {
+  const std::tuple<TextView, std::int64_t, double, std::int64_t> rows[] = {
+      {u"b", 900, 2.5, 0x20},
+      {u"A", 1000, 2.5, 0x1},
+      {u"c", (1LL << 53) + 1, 10, 0x20},
+      {u"B", 1LL << 53, 0, 0x2}};
+  const std::tuple<TextView, bool, Names> cases[] = {
       {u"size", false, {u"b", u"A", u"B", u"c"}},   {u"size", true, {u"c", u"B", u"A", u"b"}},
       {u"percent", true, {u"c", u"b", u"A", u"B"}},  // equals stay as they were
       {u"name", false, {u"A", u"b", u"B", u"c"}},    // by the locale, without case
       {u"attr", false, {u"b", u"c", u"B", u"A"}},    // A, A, H, R
   };
-  for (const auto& c : cases) {
+  for (const auto& [key, descending, expected] : cases) {
     grid.clear();
-    for (const auto& from : rows) {
+    for (const auto& [name, size, percent, attributes] : rows) {
       const Grid::RowIndex row = grid.addRow();
-      grid.set(row, kTable[0], from.name);
-      grid.set(row, kTable[1], from.size);
-      grid.set(row, kTable[2], from.percent);
-      grid.set(row, kTable[3], std::int64_t(from.attributes));
+      grid.set(row, kTable[0], name);
+      grid.set(row, kTable[1], size);
+      grid.set(row, kTable[2], percent);
+      grid.set(row, kTable[3], attributes);
     }
-    grid.sort(grid.column(c.key), c.descending);
-    EXPECT_EQ(texts(grid, grid.columns()[0].key), c.expected) << toBytes(c.key);
-    EXPECT_EQ(grid.sortColumn(), &grid.column(c.key));
+    grid.sort(grid.column(key), descending);
+    EXPECT_EQ(texts(grid, u"name"), expected) << toBytes(key);
+    EXPECT_EQ(grid.sortColumn(), &grid.column(key));
   }
 }
 
@@ -283,15 +275,15 @@ TEST_F(ListsTest, ManyHardlinkRowsLoseNothing) {
     list.feed(toText(i) + u".dat", u"/folder" + toText(i / 100) + u"/", i, 3, data);
   }
   list.finish();
-  const Grid& grid = list.grid();
-  const std::vector<std::int64_t> numbersOfFiles = numbers(grid, u"size");
-  EXPECT_EQ(std::set(numbersOfFiles.begin(), numbersOfFiles.end()).size(), std::size_t(kRows));
-  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
-    const std::int64_t i = numbersOfFiles[row];
-    ASSERT_EQ(grid.text(row, grid.column(u"name")), toText(i) + u".dat");
-    ASSERT_EQ(grid.text(row, grid.column(u"path")), u"/folder" + toText(i / 100) + u"/");
-    // The three names of a file stand together.
-    ASSERT_EQ(grid.text(row, grid.column(u"id")), grid.text(row / 3 * 3, grid.column(u"id")));
+  const Names ids = texts(list.grid(), u"id");
+  const Names names = texts(list.grid(), u"name");
+  const Names paths = texts(list.grid(), u"path");
+  const std::vector<std::int64_t> sizes = numbers(list.grid(), u"size");
+  EXPECT_EQ(std::set(sizes.begin(), sizes.end()).size(), std::size_t(kRows));
+  for (std::size_t row = 0; row < sizes.size(); ++row) {
+    ASSERT_EQ(names[row], toText(sizes[row]) + u".dat");
+    ASSERT_EQ(paths[row], u"/folder" + toText(sizes[row] / 100) + u"/");
+    ASSERT_EQ(ids[row], ids[row / 3 * 3]) << "the three names of a file stand together";
   }
 }
 
@@ -302,7 +294,7 @@ TEST_F(ListsTest, JunctionsTellTheirKind) {
   list.finish();
   const Grid& grid = list.grid();
   const CellFormat format(grid.columns(), {}, {});
-  EXPECT_EQ(texts(grid, grid.columns()[0].key), (Names{u"/a", u"/b"}));
+  EXPECT_EQ(texts(grid, u"junction"), (Names{u"/a", u"/b"}));
   EXPECT_EQ(grid.cellText(format, 0, grid.column(u"type")), u"Symbolischer Link");
   EXPECT_EQ(grid.cellText(format, 1, grid.column(u"type")), u"Abzweigungspunkt");
   EXPECT_EQ(list.List_Junctions_ShowStat(), u"2 Junction(s)");

@@ -1,3 +1,6 @@
+// Deleting: case by case, and among all that a user does to a scanned tree, whose numbers are those
+// of a new scan whatever it is.
+
 #include "scan/Deletion.h"
 
 #include <errno.h>
@@ -5,73 +8,70 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <random>
+
 #include "fs/z_Filesystem.h"
 #include "scan/ListFeeder.h"
+#include "scan/Rename.h"
 #include "scan/Rescan.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/Lists.h"
 #include "tests/testing/ScanFixture.h"
+#include "tests/testing/ScopedUser.h"
 #include "tests/testing/ScopedVariable.h"
+#include "tree/TreeEdit.h"
 
 namespace ombrelian {
 namespace {
 
-using ::testing::AllOf;
-using testing::Call;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using testing::namesIn;
-using testing::QuietInterface;
-using testing::ScanFixture;
-using testing::ScopedFault;
-using ::testing::SizeIs;
-using testing::TestFolder;
-using ::testing::UnorderedElementsAre;
+using namespace ombrelian::testing;
+using namespace ::testing;
 
 /// Answers the question, and may do something while it stands.
 struct Asked : QuietInterface {
   bool confirm(TextView text, const std::vector<Text>& lines) override {
     question = text;
-    details = lines;
+    details.clear();
+    for (const Text& line : lines)
+      details += toBytes(line) + "\n";
     if (whileAsked) whileAsked();
     return answer;
   }
-
-  /// All that was told below the names.
-  std::string told() const {
-    std::string all;
-    for (const Text& line : details)
-      all += toBytes(line) + "\n";
-    return all;
-  }
-
   void deletionProgress(TextView path, std::uint64_t, std::uint64_t) override {
     if (!path.empty()) progress.emplace_back(path);
   }
 
   bool answer = true;
-  std::vector<Text> progress;  // what it told of
+  std::vector<Text> progress;  // the paths that it told of
   std::function<void()> whileAsked;
   Text question;
-  std::vector<Text> details;
+  std::string details;
 };
 
-class DeletionTest : public ScanFixture {
+class DeletionFixture : public ScanFixture {
  protected:
-  DeletionTest() : bin_("XDG_DATA_HOME", folder.path("bin")) {
+  DeletionFixture() { options.FilelistVisible = 1; }
+
+  ScanState asking() { return {options, tree, context, filters, log, asked, nullptr}; }
+  Deletion deletion(bool recycle = false) { return Deletion(asking(), nullptr, recycle); }
+
+  TestFolder bin;
+  const ScopedVariable home{"XDG_DATA_HOME", bin.path()};
+  SystemFileTypes types;
+  FileList files{options, types};
+  Asked asked;
+};
+
+class DeletionTest : public DeletionFixture {
+ protected:
+  DeletionTest() {
     folder.file("source/a/one", 100);
     folder.file("source/a/sub/two", 20);
     folder.file("source/b/three", 3);
     folder.file("source/top", 4000);
-    folder.folder("outside");
     folder.file("outside/precious", 5);
     root = scan(folder.text("source"));
     log.clearRows();
-  }
-
-  Deletion deletion(bool recycle = false) {
-    return Deletion({options, tree, context, filters, log, asked, nullptr}, nullptr, recycle);
   }
 
   bool deleteFolders(const std::vector<NodeIndex>& nodes, bool recycle = false) {
@@ -83,21 +83,16 @@ class DeletionTest : public ScanFixture {
 
   /// Shows a folder and returns the ids of the files with these names.
   Deletion::Ids show(const char* name, const std::vector<Text>& names) {
-    options.FilelistVisible = 1;
     Text path = folder.text(name);
     files.List_Files_ScanFolder(path, true);
-    const std::vector<Text> all = testing::texts(files.grid(), u"name");
+    const std::vector<Text> all = texts(files.grid(), u"name");
     Deletion::Ids ids;
     for (const Text& wanted : names)
       ids.push_back(
-          files.grid().id(Grid::RowIndex(std::find(all.begin(), all.end(), wanted) - all.begin())));
+          files.grid().id(std::size_t(std::find(all.begin(), all.end(), wanted) - all.begin())));
     return ids;
   }
 
-  const testing::ScopedVariable bin_;
-  SystemFileTypes types;
-  FileList files{options, types};
-  Asked asked;
   NodeIndex root = kNoNode;
 };
 
@@ -121,7 +116,7 @@ TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   EXPECT_EQ(asked.question,
             u"Soll der Ordner '" + folder.text("source/a") + u"' wirklich gelöscht werden?");
   // One name of two of 3 bytes stays; both names of 100 bytes go, which comes free once.
-  EXPECT_THAT(asked.told(),
+  EXPECT_THAT(asked.details,
               AllOf(HasSubstr("Dateien: 5, Ordner: 3, Größe: 1.19 KB"),
                     HasSubstr("3 Namen von Hardlinks; 103 Bytes werden darum nicht frei"),
                     HasSubstr("Verknüpfungen: 1."), HasSubstr("nicht rückgängig")));
@@ -129,7 +124,7 @@ TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   ASSERT_EQ(rename(folder.path("source/a").c_str(), folder.path("moved").c_str()), 0);
   folder.file("source/a/another", 777);
   deleteFolders({node(u"a"), node(u"b")});
-  EXPECT_THAT(asked.told(), HasSubstr("Dateien: 1, Ordner: 1, Größe: 3 Bytes"));
+  EXPECT_THAT(asked.details, HasSubstr("Dateien: 1, Ordner: 1, Größe: 3 Bytes"));
   EXPECT_THAT(asked.messages, SizeIs(1));
   for (int i = 0; i < 12; ++i)
     folder.folder("many/f" + std::to_string(i));
@@ -138,7 +133,7 @@ TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   for (NodeIndex child = tree[root].firstChild; child != kNoNode; child = tree[child].nextSibling)
     all.push_back(child);
   deleteFolders(all, true);
-  EXPECT_THAT(asked.told(), AllOf(HasSubstr("und 2 weitere"), HasSubstr("in den Papierkorb")));
+  EXPECT_THAT(asked.details, AllOf(HasSubstr("und 2 weitere"), HasSubstr("in den Papierkorb")));
   asked.answer = true;
   const ScopedFault fault({Call::Unlinkat, "", EIO});
   deleteFolders(all);
@@ -289,6 +284,238 @@ TEST_F(DeletionTest, ListsOfTheLastRunLoseNoRowsButTheirOwn) {
   EXPECT_EQ(rows(ListId::Hardlinks), 1U);
   EXPECT_GT(rows(ListId::Extensions), 0U);
 }
+
+/// One real folder, a tree that was scanned from it, and things that happen to both.
+class Sequence : public DeletionFixture {
+  unsigned below(unsigned limit) { return unsigned(random_() % limit); }
+
+  template <class List>
+  auto pick(const List& list) {
+    return list[below(unsigned(list.size()))];
+  }
+
+ public:
+  void TestBody() override {}
+
+  explicit Sequence(unsigned seed) : random_(seed) {
+    asked.whileAsked = [this] { isAsked_ = true; };
+    asked.onYield = [this] {
+      if (isAsked_ && stopAfter_ > 0 && --stopAfter_ == 0)
+        context.ScanCancelState = kScanCancelRequested;
+    };
+    options.ShowHardlinkCount = std::uint8_t(below(2));
+    if (below(4) == 0) {
+      options.FolderList_FilterFilesExclude_Active = 1;
+      options.FolderList_FilterFilesExclude_Text = u"*.tmp";
+    }
+    fillDisk();
+    scan(folder.text("source"));
+    // A source within another shows the same folders.
+    if (below(3) == 0 && !folders_.empty()) scan(folder.text(pick(folders_)));
+  }
+
+  /// Returns what was done, for who looks for the reason of a difference.
+  std::string step() {
+    log.clearRows();
+    const unsigned kind = below(9);
+    act(kind);
+    std::string said = std::to_string(kind);
+    for (const Text& row : logTexts())
+      said += "\n  " + toBytes(row);
+    return said;
+  }
+
+  /// Compares each source that is in the tree with a scan of it into another.
+  void expectTrue(const std::string& when) {
+    for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+      FolderTree fresh;
+      ScanContext freshContext{platform::localeTextRules()};
+      std::deque<Text> queue = {Text(tree[root].name())};
+      ScanRun({options, fresh, freshContext, filters, log, ui, nullptr})
+          .Ordnerliste_Abarbeiten(queue);
+      ASSERT_FALSE(fresh.empty()) << when << ": " << toBytes(tree[root].name()) << " is missing";
+      EXPECT_EQ(described(tree, root), described(fresh, fresh.firstRoot())) << when;
+    }
+  }
+
+  bool isOver() const { return tree.empty(); }
+
+ private:
+  /// One of nine; what happens often stands more than once.
+  void act(unsigned kind) {
+    if (kind <= 2) return deleteFolders(kind == 2);
+    if (kind <= 4) return deleteFiles();
+    if (kind == 5) return renameSomeFolder();
+    if (kind == 6) return renameSomeFile();
+    if (kind == 7) return changeAndRescan();
+    if (below(6) == 0) Report_RemoveFolders(tree, pick(allNodes()), nullptr);
+  }
+
+  void fillDisk() {
+    folder.folder("source");
+    folders_ = {"source"};
+    const int count = 6 + int(below(12));
+    for (int i = 0; i < count; ++i) {
+      folders_.push_back(pick(folders_) + "/" + (below(3) == 0 ? "same" : "d" + std::to_string(i)));
+      folder.folder(folders_.back());
+      fillFolder(folders_.back());
+    }
+    if (below(2) == 0) fillFolder("source");
+    for (const std::string& name : folders_) {
+      if (below(6) == 0) chmod(folder.path(name).c_str(), 0555);
+    }
+  }
+
+  void fillFolder(const std::string& where) {
+    for (unsigned i = below(6); i > 0; --i) {
+      const std::string name = where + "/f" + std::to_string(++made_);
+      const unsigned kind = below(8);
+      if (kind == 0) {
+        folder.symlink(name, below(2) == 0 ? "." : "nowhere");
+      } else if (kind == 1 && !last_.empty() && access(folder.path(last_).c_str(), F_OK) == 0) {
+        folder.hardlink(name, last_);
+      } else {
+        last_ = name + (below(3) == 0 ? ".tmp" : "");
+        folder.file(last_, below(5000));
+      }
+    }
+  }
+
+  std::vector<NodeIndex> allNodes() const {
+    std::vector<NodeIndex> nodes;
+    for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+      for (NodeIndex node = root; node != kNoNode; node = nextInSubtree(tree, node, root))
+        nodes.push_back(node);
+    }
+    return nodes;
+  }
+
+  /// Deletes what `chosen` has, at times stopped on the way, at times with objects of some digit in
+  /// their names that cannot be removed.
+  template <class Delete>
+  void sometimesFailing(unsigned objects, int error, Delete erase) {
+    isAsked_ = false;
+    stopAfter_ = below(4) == 0 ? int(below(objects)) + 1 : 0;
+    std::optional<ScopedFault> fault;
+    if (below(3) == 0)
+      fault.emplace(testing::Fault{Call::Unlinkat, std::to_string(below(9)), error});
+    erase();
+  }
+
+  void deleteFolders(bool recycle) {
+    const std::vector<NodeIndex> nodes = allNodes();
+    std::vector<NodeIndex> chosen;
+    for (unsigned i = below(3); chosen.size() <= i;) {
+      const NodeIndex node = pick(nodes);
+      // The outermost folder goes seldom, or nothing would be left to do.
+      if (tree[node].parent != kNoNode || below(8) == 0) chosen.push_back(node);
+    }
+    sometimesFailing(12, EIO, [&] { deletion(recycle).DeleteFolders(chosen); });
+  }
+
+  /// Shows the files of a folder and deletes some of them.
+  void deleteFiles() {
+    showSomeFolder();
+    Deletion::Ids chosen;
+    for (Grid::RowIndex row = 0; row < files.grid().rowCount(); ++row) {
+      if (below(2) == 0) chosen.push_back(files.grid().id(row));
+    }
+    const bool recycle = below(3) == 0;
+    sometimesFailing(4, EPERM, [&] { deletion(recycle).List_Files_DeleteFiles(files, chosen); });
+  }
+
+  void showSomeFolder() {
+    NodeIndex node = pick(allNodes());
+    if (!tree[node].has(FolderNode::IsFolder)) node = tree[node].parent;
+    Text path = Report_GetFullpathOfNode(tree, node, false, false);
+    files.clear();
+    if (!tree[node].has(FolderNode::IsJunction)) files.List_Files_ScanFolder(path, true);
+  }
+
+  void renameSomeFolder() {
+    const NodeIndex node = pick(allNodes());
+    if (!tree[node].has(FolderNode::IsFolder) || tree[node].parent == kNoNode) return;
+    // Now and then a name that something has already.
+    Text name = u"renamed" + toText(std::int64_t(below(3)));
+    if (below(3) == 0) name = u"same";
+    if (below(4) == 0 && tree[tree[node].parent].hasChildren()) {
+      name = tree[tree[tree[node].parent].firstChild].name();
+    }
+    if (name == tree[node].name()) return;
+    renameFolder(tree, Report_GetFullpathOfNode(tree, node, false, false), name);
+  }
+
+  void renameSomeFile() {
+    if (options.FolderList_FilterFilesExclude_Active == 1) return;  // names decide what counts
+    showSomeFolder();
+    const std::vector<Text> names = texts(files.grid(), u"name");
+    if (names.empty()) return;
+    const Grid::RowIndex row = below(unsigned(names.size()));
+    const Text name = below(2) == 0 ? u"file" + toText(std::int64_t(below(4))) : pick(names);
+    renameFile(tree, files, row, name);
+  }
+
+  /// Something else writes to a folder, which is then read anew.
+  void changeAndRescan() {
+    const NodeIndex node = pick(allNodes());
+    if (!tree[node].has(FolderNode::IsFolder) || tree[node].has(FolderNode::IsJunction)) return;
+    const Text path = Report_GetFullpathOfNode(tree, node, false, false);
+    // All sources are to be as they were found, which takes one that shows the folder alone; and
+    // what a rescan leaves unchanged above is to stay the same.
+    if (foldersAt(tree, path).size() + sourcesBelow(tree, path).size() > 1) return;
+    const std::string inside = toBytes(path).substr(folder.path().size() + 1);
+    if (chmod(folder.path(inside).c_str(), 0755) != 0) return;
+    folder.file(inside + "/new" + std::to_string(++made_), below(9000));
+    const std::string sub = inside + "/sub" + std::to_string(++made_);
+    folder.folder(sub);
+    folder.file(sub + "/new", 17);
+    EXPECT_NE(Rescan(state(), nullptr).Report_Rescan(node), kNoNode);
+  }
+
+  /// All that is told of each folder of a source, in the order of their names.
+  static std::vector<std::string> described(const FolderTree& of, NodeIndex root) {
+    std::vector<std::string> lines;
+    for (NodeIndex node = root; node != kNoNode; node = nextInSubtree(of, node, root)) {
+      const FolderNode& n = of[node];
+      std::string line = toBytes(Report_GetFullpathOfNode(of, node, false, false));
+      for (const std::int64_t number :
+           {n.size, std::int64_t(n.files), std::int64_t(n.folders), std::int64_t(n.subfolders),
+            std::int64_t(n.junctions), std::int64_t(n.errors), std::int64_t(n.level),
+            std::int64_t(n.flags)})
+        line += " " + std::to_string(number);
+      lines.push_back(std::move(line));
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+  }
+
+  std::mt19937 random_;
+  std::vector<std::string> folders_;
+  std::string last_;
+  int made_ = 0;
+  bool isAsked_ = false;
+  int stopAfter_ = 0;  // objects; 0: never
+};
+
+constexpr unsigned kSequences = 100;  // of one part; the parts run side by side
+
+class TreeSequencesTest : public TestWithParam<unsigned> {};
+
+TEST_P(TreeSequencesTest, TheNumbersStayThoseOfANewScan) {
+  const ScopedUser user;  // whom read-only folders keep out
+  const unsigned first = GetParam() * kSequences;
+  for (unsigned seed = first; seed < first + kSequences && !HasFailure(); ++seed) {
+    Sequence sequence(seed);
+    std::string done = "seed " + std::to_string(seed);
+    sequence.expectTrue(done);
+    for (int step = 0; step < 8 && !sequence.isOver() && !HasFailure(); ++step) {
+      done += "\n" + sequence.step();
+      sequence.expectTrue(done);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Parts, TreeSequencesTest, Range(0U, 5U));
 
 }  // namespace
 }  // namespace ombrelian

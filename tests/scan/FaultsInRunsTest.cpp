@@ -18,9 +18,7 @@
 namespace ombrelian {
 namespace {
 
-using testing::FailingAllocation;
-using testing::QuietInterface;
-using testing::ScanFixture;
+using namespace ombrelian::testing;
 
 struct Thrown : std::exception {
   const char* what() const noexcept override { return "thrown by the test"; }
@@ -52,44 +50,40 @@ class FaultsInRunsTest : public ScanFixture {
     folder.file("b/three", 1);
   }
 
-  ScanState faulty(DerivedLists* lists = nullptr) {
-    return {options, tree, context, filters, log, window, lists};
+  ScanState faulty() { return {options, tree, context, filters, log, window, nullptr}; }
+
+  RunResult run() {
+    std::deque<Text> queue = {folder.text()};
+    const RunResult result = ScanRun(faulty()).Ordnerliste_Abarbeiten(queue);
+    EXPECT_TRUE(queue.empty());
+    return result;
   }
 
   void expectIdle(int runs) {
-    EXPECT_EQ(window.begun, runs);
-    EXPECT_EQ(window.ended, runs);
-    EXPECT_FALSE(context.ScanBusy);
-    EXPECT_FALSE(context.IgnoresCancel);
+    EXPECT_TRUE(window.begun == runs && window.ended == runs) << window.begun << window.ended;
+    EXPECT_FALSE(context.ScanBusy || context.IgnoresCancel);
     EXPECT_EQ(context.ScanCancelState, kScanIdle);
-    ASSERT_FALSE(log.rows().empty());
-    EXPECT_TRUE(log.rows().back().isError);
+    EXPECT_TRUE(!log.rows().empty() && log.rows().back().isError);
   }
 
   Faulty window;
 };
 
 TEST_F(FaultsInRunsTest, ARunThatThrowsIsOverAndIncomplete) {
-  std::deque<Text> queue = {folder.text()};
   window.atBegin = true;
-  RunResult run = ScanRun(faulty()).Ordnerliste_Abarbeiten(queue);
-  EXPECT_TRUE(run.failed);
-  EXPECT_FALSE(run.isComplete());
-  EXPECT_TRUE(queue.empty());
+  const RunResult none = run();
+  EXPECT_TRUE(none.failed && !none.isComplete());
   expectIdle(1);
   window.atBegin = false;
   window.atProgress = true;
-  queue = {folder.text()};
-  run = ScanRun(faulty()).Ordnerliste_Abarbeiten(queue);
-  EXPECT_FALSE(run.isComplete());
-  EXPECT_EQ(run.sum.Errors, 1);
-  EXPECT_TRUE(tree[run.lastRoot].has(FolderNode::IsError));
-  EXPECT_NE(tree.errorText(run.lastRoot).find(u"thrown by the test"), Text::npos);
-  EXPECT_EQ(window.ended, 2);
-  EXPECT_FALSE(context.ScanBusy);
+  const RunResult some = run();
+  EXPECT_FALSE(some.isComplete());
+  EXPECT_EQ(some.sum.Errors, 1);
+  EXPECT_TRUE(tree[some.lastRoot].has(FolderNode::IsError));
+  EXPECT_NE(tree.errorText(some.lastRoot).find(u"thrown by the test"), Text::npos);
+  EXPECT_TRUE(window.ended == 2 && !context.ScanBusy);
   window.atProgress = false;
-  queue = {folder.text()};
-  EXPECT_TRUE(ScanRun(faulty()).Ordnerliste_Abarbeiten(queue).isComplete());
+  EXPECT_TRUE(run().isComplete());
 }
 
 TEST_F(FaultsInRunsTest, RescanAndDeletionEndTheirRunsToo) {

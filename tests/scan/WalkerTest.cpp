@@ -1,3 +1,5 @@
+// What a run reads, counts and logs.
+
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -13,11 +15,9 @@
 namespace ombrelian {
 namespace {
 
-using testing::Call;
-using testing::ScopedFault;
-using testing::TestFolder;
+using namespace ombrelian::testing;
 
-class WalkerTest : public testing::ScanFixture {};
+class WalkerTest : public ScanFixture {};
 
 TEST_F(WalkerTest, TotalsRollUp) {
   folder.file("a/one", 100);
@@ -89,7 +89,7 @@ TEST_F(WalkerTest, WhatFailsIsCountedWhereItIsNoVanishedFolder) {
 }
 
 TEST_F(WalkerTest, ASilentRunTellsItsProgressToo) {
-  struct : testing::QuietInterface {
+  struct : QuietInterface {
     void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override { ++told; }
     int told = 0;
   } counting;
@@ -151,6 +151,12 @@ TEST_F(WalkerTest, ACancelKeepsWhatIsFinished) {
   EXPECT_EQ(result.sum.Size, result.sum.Files * 10);
   EXPECT_EQ(context.ScanCancelState, kScanIdle);
   EXPECT_EQ(logTexts()[logTexts().size() - 2], u"Der Vorgang wurde vom Anwender abgebrochen!");
+  // What waits is dropped.
+  cancelAfter(1);
+  std::deque<Text> queue = {folder.text(), folder.text()};
+  const RunResult cancelled = ScanRun(state()).Ordnerliste_Abarbeiten(queue);
+  EXPECT_TRUE(cancelled.cancelled && queue.empty() && !context.ScanBusy);
+  EXPECT_EQ(cancelled.sourcesScanned, 1);
 }
 
 TEST_F(WalkerTest, OwnersWhereTheyAreKept) {
@@ -204,14 +210,13 @@ TEST_F(WalkerTest, AMountedFolderIsAJunction) {
   folder.folder("real/mounted");
   // In a process of its own, since a mount namespace cannot be left again.
   const pid_t child = fork();
+  constexpr int kSkipped = 77;
   if (child == 0) {
-    constexpr int kSkipped = 77;
+    const std::string real = folder.path("real");
     if (unshare(CLONE_NEWNS) != 0 ||
         mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-        mount(folder.path("real").c_str(), folder.path("real/mounted").c_str(), nullptr, MS_BIND,
-              nullptr) != 0) {
+        mount(real.c_str(), (real + "/mounted").c_str(), nullptr, MS_BIND, nullptr) != 0)
       _exit(kSkipped);
-    }
     const NodeIndex root = scan(folder.text());
     const NodeIndex node = find(root, u"real/mounted");
     const bool isRight = totals(root) == ScanTotals{10, 1, 2, 0, 0, 1} &&
@@ -224,50 +229,65 @@ TEST_F(WalkerTest, AMountedFolderIsAJunction) {
   }
   int status = 0;
   waitpid(child, &status, 0);
-  if (WEXITSTATUS(status) == 77) GTEST_SKIP() << "mounting is not allowed here";
+  if (WEXITSTATUS(status) == kSkipped) GTEST_SKIP() << "mounting is not allowed here";
   EXPECT_EQ(status, 0);
 }
 
-/// Writes down what a walk feeds.
-class RecordingLists : public DerivedLists {
- public:
-  void reset() override { events.push_back("reset"); }
-  void feedFile(const File& file) override {
-    add("file " + toBytes(file.name), file.size, file.links);
-  }
-  void feedFolder(TextView owner) override { add("owner " + toBytes(owner), 0, 0); }
-  void feedJunction(const Junction& junction) override {
-    add("to " + toBytes(junction.target), std::int64_t(junction.path.size()), 0);
-  }
-  void feedFolderEnd(TextView, const ScanTotals& own) override { add("end", own.Size, own.Files); }
-  void finish(const ScanTotals& total) override { add("finish", total.Size, 0); }
+TEST_F(WalkerTest, LogTellsWhatWasFound) {
+  folder.file("sub/file", 2048);
+  options.CreateListOwner = 1;
+  options.CreateList100OldestFiles = 1;
+  options.CreateList100OldestFilesDate = 3;
+  scan(folder.text());
+  const std::vector<Text> expected = {
+      Text(40, u'-'),
+      u"Einlesen: " + folder.text(),
+      u"Option: Erstelle eine Liste mit den 20 ältesten Dateien (Letzter Zugriff)",
+      u"Option: Erstelle eine Liste sortiert nach Besitzern",
+      u"Ordneranzahl: 1",
+      u"Dateianzahl: 1",
+      u"Dateigröße: 2.00 KB (2,048 Bytes)",
+      u"Zeitaufwand: 00:00:00",
+  };
+  EXPECT_EQ(logTexts(), expected);
+  log.clearRows();
+  folder.folder("nothing");
+  scan(folder.text("nothing"));
+  EXPECT_EQ(logTexts().size(), 5U) << "no counts where nothing was found";
+}
 
-  std::vector<std::string> events;
+TEST_F(WalkerTest, SourcesOfOneRunStandSideBySide) {
+  folder.file("a/file", 1);
+  folder.file("b/file", 2);
+  std::deque<Text> queue = {folder.text("a"), folder.text("missing"), folder.text("b/")};
+  const RunResult sum = ScanRun(state()).Ordnerliste_Abarbeiten(queue);
+  EXPECT_EQ(sum.sourcesScanned, 2);
+  EXPECT_EQ(sum.sourcesMissing, 1);
+  EXPECT_EQ(sum.sum.Size, 3);
+  EXPECT_EQ(tree[tree.firstRoot()].size, 1);
+  EXPECT_EQ(tree[tree.lastRoot()].size, 2);
+  EXPECT_EQ(tree[tree.lastRoot()].name(), folder.text("b"));
+  // The counts of the second source's lines are those of the run.
+  const std::vector<Text> texts = logTexts();
+  EXPECT_EQ(std::count(texts.begin(), texts.end(), u"Dateianzahl: 2"), 1);
+  EXPECT_NE(log.rows().front().group, log.rows().back().group);
+}
 
- private:
-  void add(const std::string& what, std::int64_t a, std::int64_t b) {
-    events.push_back(what + " " + std::to_string(a) + " " + std::to_string(b));
-  }
-};
-
-TEST_F(WalkerTest, ListsAreFedByARunOfOneSourceOnly) {
-  folder.file("sub/file", 4);
-  folder.hardlink("sub/again", "sub/file");
-  folder.symlink("sub/link", "..");
-  options.CreateListJunction = 1;
-  options.CreateListHardlink = 1;
-  const Text link = folder.text("sub/link");
-  RecordingLists lists;
-  scan(folder.text(), &lists);
-  std::sort(lists.events.begin() + 1, lists.events.end() - 3);  // the disk's own order
-  EXPECT_EQ(lists.events, (std::vector<std::string>{"reset", "file again 4 2", "file file 4 2",
-                                                    "to .. " + std::to_string(link.size()) + " 0",
-                                                    "end 8 2", "end 0 0", "finish 8 0"}));
-
-  lists.events.clear();
-  std::deque<Text> queue = {folder.text(), folder.text("sub")};
-  ScanRun(state(&lists)).Ordnerliste_Abarbeiten(queue);
-  EXPECT_TRUE(lists.events.empty());
+TEST_F(WalkerTest, SiblingsAreSortedBySizeAndEqualsKeepTheirOrder) {
+  folder.file("small/f", 1);
+  folder.file("large/f", 100);
+  folder.file("middle/f", 10);
+  for (const char* const name : {"e1", "e2", "e3", "e4", "e5"})
+    folder.folder(name);
+  const NodeIndex root = scan(folder.text());
+  std::vector<Text> names;
+  std::vector<NodeIndex> empties;
+  for (NodeIndex child = tree[root].firstChild; child != kNoNode; child = tree[child].nextSibling)
+    tree[child].size == 0 ? empties.push_back(child) : names.push_back(Text(tree[child].name()));
+  EXPECT_EQ(names, (std::vector<Text>{u"large", u"middle", u"small"}));
+  EXPECT_EQ(empties.size(), 5U);
+  EXPECT_TRUE(std::is_sorted(empties.begin(), empties.end()));
+  EXPECT_EQ(tree[root].lastChild, empties.back());
 }
 
 }  // namespace

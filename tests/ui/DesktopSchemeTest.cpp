@@ -13,13 +13,13 @@
 namespace ombrelian::ui {
 namespace {
 
+using namespace Qt::StringLiterals;
 QVariant wrapped(const QVariant& value) { return QVariant::fromValue(QDBusVariant(value)); }
 
 TEST(DesktopSchemeTest, ReadsTheWordOfThePortalHoweverItIsWrapped) {
   EXPECT_EQ(darkFromPortal(1U), std::optional(true));
   EXPECT_EQ(darkFromPortal(wrapped(wrapped(2U))), std::optional(false));
-  for (const QVariant& nothing :
-       {QVariant(0U), wrapped(3U), QVariant(), wrapped(QStringLiteral("dark"))})
+  for (const QVariant& nothing : {QVariant(0U), wrapped(3U), QVariant(), wrapped(u"dark"_s)})
     EXPECT_EQ(darkFromPortal(nothing), std::nullopt) << qPrintable(nothing.toString());
 }
 
@@ -38,7 +38,7 @@ class PlatformPalette {
 };
 
 TEST(DesktopSchemeTest, WithoutABusThePaletteOfThePlatformDecidesAndIsFollowed) {
-  const QDBusConnection none(QStringLiteral("no such bus"));
+  const QDBusConnection none(u"no such bus"_s);
   const PlatformPalette light(false);
   EXPECT_FALSE(DesktopScheme(none).isDark());
   const PlatformPalette dark(true);
@@ -61,10 +61,10 @@ TEST(DesktopSchemeTest, WithoutABusThePaletteOfThePlatformDecidesAndIsFollowed) 
 /// A portal that answers "Read" as the real one does, or with an error.
 class FakePortal : public QDBusVirtualObject {
  public:
-  static inline const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
-  static inline const QString kInterface = QStringLiteral("org.freedesktop.portal.Settings");
-  static inline const QString kGroup = QStringLiteral("org.freedesktop.appearance");
-  static inline const QString kKey = QStringLiteral("color-scheme");
+  static inline const QString kPath = u"/org/freedesktop/portal/desktop"_s;
+  static inline const QString kInterface = u"org.freedesktop.portal.Settings"_s;
+  static inline const QString kGroup = u"org.freedesktop.appearance"_s;
+  static inline const QString kKey = u"color-scheme"_s;
 
   QString introspect(const QString&) const override { return {}; }
 
@@ -86,37 +86,35 @@ class FakePortal : public QDBusVirtualObject {
 class PortalTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
+    if (QStandardPaths::findExecutable(u"dbus-daemon"_s).isEmpty())
       GTEST_SKIP() << "no dbus-daemon";
-    daemon_.start(QStringLiteral("dbus-daemon"),
-                  {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                   QStringLiteral("--print-address")});
+    daemon_.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
     ASSERT_TRUE(daemon_.waitForReadyRead(10000));
     const QString address = QString::fromUtf8(daemon_.readLine().trimmed());
-    server_ = QDBusConnection::connectToBus(address, QStringLiteral("server"));
-    client_ = QDBusConnection::connectToBus(address, QStringLiteral("client"));
+    server_ = QDBusConnection::connectToBus(address, u"server"_s);
+    client_ = QDBusConnection::connectToBus(address, u"client"_s);
     ASSERT_TRUE(server_.registerVirtualObject(FakePortal::kPath, &portal_));
-    ASSERT_TRUE(server_.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+    ASSERT_TRUE(server_.registerService(u"org.freedesktop.portal.Desktop"_s));
   }
 
   void TearDown() override {
-    QDBusConnection::disconnectFromBus(QStringLiteral("server"));
-    QDBusConnection::disconnectFromBus(QStringLiteral("client"));
+    QDBusConnection::disconnectFromBus(u"server"_s);
+    QDBusConnection::disconnectFromBus(u"client"_s);
     daemon_.kill();
     daemon_.waitForFinished();
   }
 
   void tell(const QString& key, uint value) {
-    QDBusMessage signal = QDBusMessage::createSignal(FakePortal::kPath, FakePortal::kInterface,
-                                                     QStringLiteral("SettingChanged"));
+    QDBusMessage signal =
+        QDBusMessage::createSignal(FakePortal::kPath, FakePortal::kInterface, u"SettingChanged"_s);
     signal << FakePortal::kGroup << key << wrapped(value);
     server_.send(signal);
   }
 
   FakePortal portal_;
   QProcess daemon_;
-  QDBusConnection server_{QStringLiteral("none")};
-  QDBusConnection client_{QStringLiteral("none")};
+  QDBusConnection server_{u"none"_s};
+  QDBusConnection client_{u"none"_s};
 };
 
 TEST_F(PortalTest, TheAnswerOfThePortalWinsAndIsFollowed) {
@@ -127,7 +125,7 @@ TEST_F(PortalTest, TheAnswerOfThePortalWinsAndIsFollowed) {
   EXPECT_FALSE(scheme.isDark()) << "nothing is waited for";
   ASSERT_TRUE(changed.wait(5000));
   EXPECT_TRUE(scheme.isDark());
-  tell(QStringLiteral("accent-color"), 2);
+  tell(u"accent-color"_s, 2);
   tell(FakePortal::kKey, 1);
   tell(FakePortal::kKey, 2);
   ASSERT_TRUE(changed.wait(5000));

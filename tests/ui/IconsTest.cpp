@@ -16,6 +16,7 @@
 namespace ombrelian::ui {
 namespace {
 
+using namespace Qt::StringLiterals;
 /// Restores the palette of the application after each test.
 class IconsTest : public ::testing::Test {
  protected:
@@ -43,12 +44,10 @@ std::map<QRgb, int> opaqueColors(const QImage& image) {
 
 TEST_F(IconsTest, EveryFileDrawsItsOwnPictureWithTheCommonColoursAlone) {
   icon("app");  // loads the resource that is listed below
-  const QRegularExpression colors(QStringLiteral("(?:stroke|fill)=\"([^\"]+)\""));
-  const QStringList common{QStringLiteral("none"), QStringLiteral("currentColor"),
-                           QStringLiteral("#3a7bd5"), QStringLiteral("#d13b4a"),
-                           QStringLiteral("#c98a00")};
+  const QRegularExpression colors(u"(?:stroke|fill)=\"([^\"]+)\""_s);
+  const QStringList common{u"none"_s, u"currentColor"_s, u"#3a7bd5"_s, u"#d13b4a"_s, u"#c98a00"_s};
   std::set<QByteArray> pictures;
-  const QFileInfoList files = QDir(QStringLiteral(":/icons")).entryInfoList();
+  const QFileInfoList files = QDir(u":/icons"_s).entryInfoList();
   ASSERT_GT(files.size(), 80);
   for (const QFileInfo& info : files) {
     const QImage image = picture(info.completeBaseName(), 16);
@@ -69,7 +68,7 @@ TEST_F(IconsTest, EveryFileDrawsItsOwnPictureWithTheCommonColoursAlone) {
 
 TEST_F(IconsTest, EachModeHasTheColoursOfThePaletteInForce) {
   constexpr int kHighContrast = 9;  // its selection is solid and takes the accent away
-  const QString name = QStringLiteral("rename");
+  const QString name = u"rename"_s;
   for (const bool isDark : {false, true})
     for (const int number : {0, 7, kHighContrast}) {
       const QPalette palette = makeTheme(number, isDark).palette;

@@ -11,7 +11,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using testing::Answer;
 using testing::namesIn;
-using testing::TestFolder;
 
 constexpr ListId kFolders = ListId::Folders;
 
@@ -113,25 +112,6 @@ TEST_F(MainWindowDeleteTest, FilesGoFromTheirListAndFromTheTreeOnlyIfItShowsThei
   EXPECT_EQ(files(u"big"_s), u"1"_s);
   EXPECT_EQ(files(path()), u"4"_s);
   EXPECT_EQ(run_.list(ListId::Files).currentRow(), 0U);
-}
-
-TEST_F(MainWindowDeleteTest, WhatChangedWhileTheQuestionStoodIsNotTouched) {
-  const TestFolder outside;
-  outside.file("precious");
-  select(kFolders, {u"big"_s});
-  bool isTold = false;
-  Answer yes(QMessageBox::Yes);
-  yes.onShown = [&] {
-    isTold = isTold || yes.text.contains(u"inzwischen etwas anderes"_s);
-    if (rename(tree_.path("big").c_str(), tree_.path("moved").c_str()) == 0)
-      tree_.symlink("big", outside.path());
-  };
-  EXPECT_TRUE(run_.execute(kFolders, CommandId::DeleteFolders));
-  EXPECT_TRUE(isTold);
-  EXPECT_EQ(namesIn(outside.path()).size(), 1U);
-  EXPECT_EQ(namesIn(tree_.path("moved")).size(), 3U);
-  EXPECT_TRUE(folders().contains(u"big"_s));
-  EXPECT_EQ(files(path()), u"6"_s);
 }
 
 TEST_F(MainWindowDeleteTest, ASourceIsTakenOffTheListAndStaysOnTheDisk) {

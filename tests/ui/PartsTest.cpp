@@ -16,6 +16,12 @@ namespace {
 using namespace Qt::StringLiterals;
 using testing::Answer;
 
+TEST(QtTextTest, NamesOfAnyKindSurviveAndTakeOneLine) {
+  const Text name = Text(u"a\nb\tc\x7F") + char16_t(0xDC80) + u"\U0001F4C1";
+  EXPECT_EQ(ombrelian::ui::toText(toQString(name)), name);
+  EXPECT_EQ(shownOnOneLine(u"a\nb\tc\x7F"), toQString(u"a\u240Ab\u2409c\u2421"));
+}
+
 class PartsTest : public testing::WindowTest {
  protected:
   ListPane& pane(ListId list) { return run_.pane(list); }

@@ -3,8 +3,8 @@
 #include <QCheckBox>
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QRadioButton>
-#include <QRegularExpression>
 
 #include "settings/Optionen.h"
 #include "tests/testing/SaveFixture.h"
@@ -15,7 +15,7 @@ namespace ombrelian::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-using testing::kFormats;
+using namespace ombrelian::testing;
 
 template <class Control>
 Control* find(const QDialog& dialog, const char* name) {
@@ -38,54 +38,20 @@ void choose(SaveDialog& dialog, ReportFormat format, const QString& path = {}) {
   dialog.setChooseFile([path](QWidget*, const FileQuestion&) { return path; });
 }
 
-QString pathIn(const testing::TestFolder& folder, ReportFormat format) {
-  return toQString(folder.text(testing::nameOf(format)));
+QString pathIn(const TestFolder& folder, ReportFormat format) {
+  return toQString(folder.text(nameOf(format)));
 }
 
 /// The text of a report; for a workbook, the text of its sheet, whose checksum is compared.
 QString contents(const QString& path) {
-  if (!path.endsWith(u".xlsx"_s)) return toQString(testing::readReport(path.toStdString()));
-  return QString::fromStdString(testing::outputOf(
-      "/usr/bin/python3 -c \"import zipfile; print(zipfile.ZipFile('" + path.toStdString() +
-      "').read('xl/worksheets/sheet1.xml').decode(), end='')\""));
+  if (!path.endsWith(u".xlsx"_s)) return toQString(readReport(path.toStdString()));
+  return QString::fromStdString(
+      outputOf("/usr/bin/python3 -c \"import zipfile; print(zipfile.ZipFile('" +
+               path.toStdString() + "').read('xl/worksheets/sheet1.xml').decode(), end='')\""));
 }
 
-/// A window over the scanned sample tree, which shows two lists with three columns each.
-class SaveFromWindowTest : public testing::WindowTest {
+class SaveFromWindowTest : public ScannedWindowTest {
  protected:
-  SaveFromWindowTest() {
-    Options& options = run_.session.options;
-    options.CreateList100LargestFiles = 1;
-    options.FileSizeFormatTop[0] = 0;
-    options.FolderColumnVisible.fill(0);
-    options.TopColumnVisible[0].fill(0);
-    for (const int shown : {FolderColumnId::Name, FolderColumnId::Files, FolderColumnId::Size})
-      options.FolderColumnVisible[std::size_t(shown)] = 1;
-    std::swap(options.FolderColumnIndex[FolderColumnId::Files],
-              options.FolderColumnIndex[FolderColumnId::Size]);
-    for (const int shown : {1, 2, 4})
-      options.TopColumnVisible[0][std::size_t(shown)] = 1;
-    std::swap(options.TopColumnIndex[0][2], options.TopColumnIndex[0][4]);
-    run_.session.folderReport.applySettings();
-    run_.scan({tree_.text()});
-  }
-
-  const Column& column(ListId view, TextView key) {
-    const Columns columns = run_.pane(view).rows().columns();
-    return *std::find_if(columns.begin(), columns.end(),
-                         [key](const Column& column) { return column.key == key; });
-  }
-
-  /// Name and size of each row from top to bottom, without separators of thousands.
-  QStringList shownRows(ListId view) {
-    RowSource& rows = run_.pane(view).rows();
-    QStringList shown;
-    for (std::size_t row = 0; row < rows.count(); ++row)
-      for (const TextView key : {u"name", u"size"})
-        shown << toQString(rows.shown(row, column(view, key))).trimmed().remove(u',');
-    return shown;
-  }
-
   /// Opens the dialog of a list, lets `prepare` do what a user would, and saves.
   QString saved(ListId view, ReportFormat format,
                 const std::function<void(SaveDialog&)>& prepare = {}) {
@@ -106,7 +72,6 @@ class SaveFromWindowTest : public testing::WindowTest {
   }
 
   const ScopedLocale locale{"C"};
-  testing::Program run_{data_};
 };
 
 /// Whether the texts follow each other in `report`.
@@ -122,49 +87,42 @@ bool inOrder(const QString& report, const QStringList& texts) {
 
 TEST_F(SaveFromWindowTest, EveryFormatHasTheRowsAndColumnsThatAreShown) {
   run_.execute(ListId::Folders, CommandId::ExpandAll);
-  for (const auto& [view, key] :
-       {std::pair(ListId::Folders, u"name"), {ListId::LargestFiles, u"size"}})
-    run_.list(view).sortByColumn(column(view, key).id);
-  ASSERT_EQ(shownRows(ListId::Folders).size(), 2 * 6);
-  ASSERT_EQ(shownRows(ListId::Folders)[2], u"big"_s);
-  ASSERT_EQ(shownRows(ListId::LargestFiles).first(), u"needle.txt"_s);
-
-  const struct {
-    ListId view;
-    QString captions;
-    QString keys;
-    QString hidden;
-  } lists[] = {
-      {ListId::Folders, u"Name Dateien Größe"_s, u"<name> <files> <size>"_s, u"percent|prozent"_s},
-      {ListId::LargestFiles, u"Dateiname Typ Größe"_s, u"<name> <type> <size>"_s,
-       u"<ext|endung"_s}};
-  for (const auto& list : lists)
-    for (const ReportFormat format : kFormats) {
-      const QString report = saved(list.view, format).remove(u',');
-      const QString& heads = format == ReportFormat::XML ? list.keys : list.captions;
-      EXPECT_TRUE(inOrder(report, heads.split(u' '))) << qPrintable(report);
-      EXPECT_TRUE(inOrder(report, shownRows(list.view))) << qPrintable(report);
-      EXPECT_FALSE(report.contains(
-          QRegularExpression(list.hidden, QRegularExpression::CaseInsensitiveOption)))
-          << int(format);
+  for (const ListId view : {ListId::Folders, ListId::LargestFiles}) {
+    ListView& list = run_.list(view);
+    for (int section = 0; section < list.model()->columnCount(); ++section)
+      list.setColumnVisible(section, section == 1 || section == 2 || section == 4);
+    QHeaderView& header = *list.horizontalHeader();
+    header.moveSection(header.visualIndex(4), header.visualIndex(2));
+    list.sortByColumn(1);
+    QStringList keys;
+    QStringList captions;
+    for (const int section : {1, 4, 2, 3}) {
+      keys << u'<' + toQString(run_.pane(view).rows().columns()[std::size_t(section - 1)].key);
+      captions << list.model()->headerData(section, Qt::Horizontal).toString().section(u' ', 0, 0);
     }
+    for (const ReportFormat format : kFormats) {
+      const QString report = saved(view, format);
+      QStringList heads = format == ReportFormat::XML ? keys : captions;
+      EXPECT_FALSE(report.contains(heads.takeLast(), Qt::CaseInsensitive)) << int(format);
+      EXPECT_TRUE(inOrder(report, heads)) << qPrintable(heads.join(u' ') + u'\n' + report);
+      EXPECT_TRUE(inOrder(report, run_.column(view))) << qPrintable(report);
+    }
+  }
 }
 
 TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
   ListView& folders = run_.list(ListId::Folders);
-  const qsizetype small = shownRows(ListId::Folders).indexOf(u"small"_s) / 2;
-  folders.goTo(std::size_t(small));
-  ASSERT_EQ(shownRows(ListId::Folders).size(), 2 * 5) << "the source is expanded, no more";
+  folders.goTo(std::size_t(run_.column(ListId::Folders).indexOf(u"small"_s)));
+  ASSERT_EQ(run_.column(ListId::Folders).size(), 5) << "the source is expanded, no more";
   const std::tuple<int, int, const char*, int> cases[] = {
       {0, 2, "", 5}, {0, 0, "", 6}, {0, 1, "1", 5}, {1, 2, "", 1}, {1, 0, "", 2}, {0, 1, "x", 6}};
   for (const auto& [source, levels, number, rows] : cases) {
-    const QString report =
-        saved(ListId::Folders, ReportFormat::CSV,
-              [source = source, levels = levels, number = number](SaveDialog& dialog) {
-                radio(dialog, source)->click();
-                radio(dialog, 2 + levels)->click();
-                find<QLineEdit>(dialog, "txtLevels")->setText(QString::fromLatin1(number));
-              });
+    const auto prepare = [source = source, levels = levels, number = number](SaveDialog& dialog) {
+      radio(dialog, source)->click();
+      radio(dialog, 2 + levels)->click();
+      find<QLineEdit>(dialog, "txtLevels")->setText(QString::fromLatin1(number));
+    };
+    const QString report = saved(ListId::Folders, ReportFormat::CSV, prepare);
     EXPECT_EQ(report.count(u'\n') - 1, rows) << source << levels << number;
   }
   folders.clearSelection();
@@ -176,24 +134,24 @@ TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
 
 TEST_F(SaveFromWindowTest, AListTellsWhereItComesFromAndAnEmptyOneIsNotSaved) {
   run_.execute(std::nullopt, CommandId::ShowFiles);
-  const QString path = u"Pfad: "_s;
   const std::tuple<ListId, QString, QString> cases[] = {
-      {ListId::Files, u"Dateiliste"_s, toQString(tree_.text())},
-      {ListId::LargestFiles, u"Liste mit den größten Dateien"_s, toQString(tree_.text())},
+      {ListId::Files, u"Dateiliste"_s, path()},
+      {ListId::LargestFiles, u"Liste mit den größten Dateien"_s, path()},
       {ListId::Log, u"Protokoll"_s, {}}};
   for (const auto& [view, title, source] : cases) {
     const QString report = saved(view, ReportFormat::TXT);
     EXPECT_TRUE(report.startsWith(u"Ombrelian - "_s + title + u'\r'));
-    EXPECT_EQ(report.section(path, 1, 1).section(u'\r', 0, 0), source);
+    EXPECT_EQ(report.section(u"Pfad: "_s, 1, 1).section(u'\r', 0, 0), source);
   }
+  run_.execute(ListId::Folders, CommandId::ClearFolders);
   QTimer::singleShot(0, run_.window.get(),
                      [] { EXPECT_EQ(QApplication::activeModalWidget(), nullptr); });
-  run_.execute(ListId::Owners, CommandId::Save);
+  run_.execute(ListId::Folders, CommandId::Save);
   QApplication::processEvents();
 }
 
 /// A dialog without a window, for a tree that is made by hand.
-class SaveDialogTest : public testing::SaveFixture {
+class SaveDialogTest : public SaveFixture {
  protected:
   /// A dialog in which a format is chosen, and which saves to the file that `pathIn` names.
   std::unique_ptr<SaveDialog> open(ReportFormat format, bool isTree = true) {
@@ -240,7 +198,7 @@ TEST_F(SaveDialogTest, WhatIsChosenComesBack) {
       }
       dialog->move(123, 77);
       place = dialog->pos();
-      testing::Answer message(QMessageBox::Ok);
+      Answer message(QMessageBox::Ok);
       press(*dialog, "OKButton");
       EXPECT_FALSE(message.text.isEmpty()) << "nothing can be saved there";
       dialog->close();
@@ -302,10 +260,8 @@ TEST_F(SaveDialogTest, TheQuestionForAFileBeginsWhereTheLastReportWent) {
     return QString();
   });
   press(*dialog, "OKButton");
-  EXPECT_EQ(asked.folder, toQString(out.text()));
-  EXPECT_EQ(asked.name, u"weekly.xlsx"_s);
-  EXPECT_EQ(asked.filter, u"XLSX (*.xlsx)"_s);
-  EXPECT_EQ(asked.extension, u"xlsx"_s);
+  EXPECT_EQ((QStringList{asked.folder, asked.name, asked.filter, asked.extension}),
+            (QStringList{toQString(out.text()), u"weekly.xlsx"_s, u"XLSX (*.xlsx)"_s, u"xlsx"_s}));
   EXPECT_TRUE(dialog->isVisible()) << "no file was chosen";
 }
 
@@ -325,7 +281,7 @@ TEST_F(SaveDialogTest, TheDesktopsDialogAddsTheEndingAndAsksBeforeItReplaces) {
     const auto dialog = make(options, settings);
     if (isReadOnly) dialog->setReadOnly();
     choose(*dialog, ReportFormat::XML);
-    testing::Answer question(QMessageBox::No);
+    Answer question(QMessageBox::No);
     QTimer::singleShot(0, dialog.get(), [&] {
       type("named", isReadOnly);
       EXPECT_TRUE(question.text.contains(u"named.xml"_s));
@@ -333,7 +289,7 @@ TEST_F(SaveDialogTest, TheDesktopsDialogAddsTheEndingAndAsksBeforeItReplaces) {
     });
     press(*dialog, "OKButton");
     EXPECT_EQ(dialog->target(), out.text(isReadOnly ? "third.xml" : "other.xml"));
-    EXPECT_TRUE(testing::readFile(out.path("named.xml")).empty()) << "it was not to be replaced";
+    EXPECT_TRUE(readFile(out.path("named.xml")).empty()) << "it was not to be replaced";
     EXPECT_TRUE(contents(toQString(dialog->target())).contains(u"<list>"_s));
   }
 }
@@ -374,7 +330,7 @@ TEST_F(SaveDialogTest, ASaveThatIsEndedLeavesAWholeFile) {
 TEST_F(SaveDialogTest, AfterAFailureAnotherNameCanBeChosenAndAFileThatNobodyOpensIsReported) {
   const auto dialog = open(ReportFormat::HTML);
   const QString impossible = u"/proc/none/report.html"_s;
-  testing::Answer message(QMessageBox::Ok);
+  Answer message(QMessageBox::Ok);
   choose(*dialog, ReportFormat::HTML, impossible);
   press(*dialog, "OKButton");
   EXPECT_TRUE(message.text.contains(impossible)) << qPrintable(message.text);

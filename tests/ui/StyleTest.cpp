@@ -18,6 +18,7 @@
 namespace ombrelian::ui {
 namespace {
 
+using namespace Qt::StringLiterals;
 QImage canvas(int width, int height, qreal scale) {
   QImage image(qRound(width * scale), qRound(height * scale), QImage::Format_ARGB32_Premultiplied);
   image.setDevicePixelRatio(scale);
@@ -84,7 +85,7 @@ TEST(StyleTest, ControlsInARowAreOfOneHeightAndAMenuWidensItsButton) {
   QComboBox editable;
   editable.setEditable(true);
   QSpinBox spin;
-  QPushButton button(QStringLiteral("OK"));
+  QPushButton button(u"OK"_s);
   edit.setStyle(&style);
   for (QWidget* widget : std::initializer_list<QWidget*>{&combo, &editable, &spin, &button}) {
     widget->setStyle(&style);
@@ -95,8 +96,7 @@ TEST(StyleTest, ControlsInARowAreOfOneHeightAndAMenuWidensItsButton) {
   for (const auto shape : {Qt::ToolButtonIconOnly, Qt::ToolButtonTextBesideIcon}) {
     QToolButton opener;
     opener.setStyle(&style);
-    opener.setIcon(icon("lists"));
-    opener.setText(QStringLiteral("Listen und mehr"));
+    opener.setText(u"Listen und mehr"_s);
     opener.setToolButtonStyle(shape);
     opener.setPopupMode(QToolButton::InstantPopup);
     const int plain = opener.sizeHint().width();
@@ -106,38 +106,34 @@ TEST(StyleTest, ControlsInARowAreOfOneHeightAndAMenuWidensItsButton) {
 }
 
 TEST(StyleTest, ThePartsOfAScrollBarFillItAtEveryPosition) {
-  struct Scrolled {
-    int maximum;
-    int page;
-    int at;
-    Qt::Orientation orientation;
+  const struct {
+    int maximum, page, at;
+    bool isVertical;
     int slider;  // the expected position of the slider
-  };
+  } cases[] = {{100, 10, 0, true, 0},
+               {100, 10, 100, false, 200 - 28},
+               {1, 1000, 1, true, 1},
+               {INT_MAX, 1, INT_MAX / 2, true, 86}};
   const Style style;
-  for (const Scrolled& scrolled :
-       {Scrolled{100, 10, 0, Qt::Vertical, 0}, Scrolled{100, 10, 100, Qt::Horizontal, 200 - 28},
-        Scrolled{1, 1000, 1, Qt::Vertical, 1},
-        Scrolled{INT_MAX, 1, INT_MAX / 2, Qt::Vertical, 86}}) {
+  for (const auto& [maximum, page, at, isVertical, slider] : cases) {
     QStyleOptionSlider bar;
-    const bool isVertical = scrolled.orientation == Qt::Vertical;
     bar.rect = isVertical ? QRect(3, 5, 12, 200) : QRect(3, 5, 200, 12);
-    bar.orientation = scrolled.orientation;
-    bar.maximum = scrolled.maximum;
-    bar.pageStep = scrolled.page;
-    bar.sliderPosition = bar.sliderValue = scrolled.at;
-    const auto part = [&](QStyle::SubControl which) {
+    bar.orientation = isVertical ? Qt::Vertical : Qt::Horizontal;
+    bar.maximum = maximum;
+    bar.pageStep = page;
+    bar.sliderPosition = bar.sliderValue = at;
+    const auto part = [&, isVertical = isVertical](QStyle::SubControl which) {
       const QRect rect = style.subControlRect(QStyle::CC_ScrollBar, &bar, which, nullptr);
       EXPECT_TRUE(bar.rect.contains(rect) || rect.isEmpty());
-      return std::pair(isVertical ? rect.y() - 5 : rect.x() - 3,
-                       isVertical ? rect.height() : rect.width());
+      return isVertical ? std::pair(rect.y() - 5, rect.height())
+                        : std::pair(rect.x() - 3, rect.width());
     };
     const auto [position, length] = part(QStyle::SC_ScrollBarSlider);
-    EXPECT_NEAR(position, scrolled.slider, 1) << scrolled.maximum;
-    EXPECT_GE(length, 28) << scrolled.maximum;
-    EXPECT_EQ(part(QStyle::SC_ScrollBarSubPage).second + length +
-                  part(QStyle::SC_ScrollBarAddPage).second,
-              200)
-        << scrolled.maximum;
+    EXPECT_NEAR(position, slider, 1) << maximum;
+    EXPECT_GE(length, 28) << maximum;
+    const int pages =
+        part(QStyle::SC_ScrollBarSubPage).second + part(QStyle::SC_ScrollBarAddPage).second;
+    EXPECT_EQ(pages + length, 200) << maximum;
   }
 }
 
