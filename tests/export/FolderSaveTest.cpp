@@ -1,5 +1,5 @@
 // Saving what a tree shows; and a disk that takes no more, and a sheet that holds no more: whatever
-// stands under the report's name afterwards is whole.
+// stands under the report's name afterwards is whole. And lists as JSON and as text.
 
 #include "export/FolderSave.h"
 
@@ -8,7 +8,11 @@
 
 #include <fstream>
 
+#include "export/ListText.h"
 #include "export/XlsxWriter.h"
+#include "lists/ListTable.h"
+#include "platform/FindData.h"
+#include "tests/testing/Faults.h"
 #include "tests/testing/SaveFixture.h"
 
 namespace ombrelian {
@@ -75,7 +79,11 @@ TEST_F(FolderSaveTest, LevelsDecideWhichRowsAreWritten) {
   }
 }
 
-TEST_F(FolderSaveTest, EachSourceHasAHead) {
+TEST_F(FolderSaveTest, EachSourceHasAHeadAndInputIsServed) {
+  int yields = 0;
+  ui.onYield = [&] { ++yields; };
+  saved("r.csv", 0);
+  EXPECT_GT(yields, 1) << "not only at the end";
   const Names lines = saved("r.txt", 0);
   EXPECT_EQ(lines[2], u"Pfad: /src");
   EXPECT_EQ(lines[3], u"Erstellt: 2026-11-22 13:14:15");
@@ -147,6 +155,20 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
     EXPECT_FALSE(failure && failure->text.empty()) << limit;
   }
   EXPECT_GT(failures, 20);
+  for (const testing::Fault& makeFail : {testing::Fault{Call::Write, {}, ENOSPC},
+                                         {Call::Close, {}, EDQUOT, 0, 1},
+                                         {Call::Openat, ".tmp", EACCES},
+                                         {Call::Renameat, {}, EACCES}}) {
+    std::ofstream(path) << "old";
+    const ScopedFault fault(makeFail);
+    const Failure failure = save(name);
+    // A workbook is written by other calls, to which the limits above apply.
+    const bool isMet = fault.hits() > 0;
+    EXPECT_TRUE(isMet || (GetParam() == ReportFormat::XLSX && makeFail.call == Call::Write));
+    EXPECT_EQ(failure.has_value(), isMet) << int(makeFail.call);
+    EXPECT_TRUE(readFile(path) == (isMet ? "old" : whole)) << int(makeFail.call);
+    EXPECT_EQ(namesIn(out.path()), std::vector<std::string>{name}) << int(makeFail.call);
+  }
 }
 
 /// A list of one text that needs no tree.
@@ -192,6 +214,81 @@ TEST(XlsxWriterTest, SheetNames) {
 
 INSTANTIATE_TEST_SUITE_P(Formats, FullDiskTest, ::testing::ValuesIn(kFormats),
                          [](const auto& format) { return toBytes(fileExtension(format.param)); });
+
+Grid sample() {
+  Grid grid(listRow(ListId::LargestFiles).columns());
+  const Text names[] = {u"a\"\\\n\x1F\x7F", u"\xDCFF", u"\u00E4\U0001F600\xDC80\xD83D"};
+  for (const Text& name : names) {
+    const Grid::RowIndex row = grid.addRow();
+    grid.set(row, grid.column(u"name"), TextView(name));
+    grid.set(row, grid.column(u"size"), (std::int64_t(1) << 53) + 1 + std::int64_t(row));
+  }
+  grid.set(0, grid.column(u"datemodified"), toDate({2026, 11, 22, 23, 5, 9, 0}));
+  grid.set(0, grid.column(u"attr"), std::int64_t(platform::kAttributeHidden));
+  return grid;
+}
+
+std::string json(const Grid& grid, std::size_t limit) {
+  std::string out;
+  EXPECT_TRUE(writeListJson(u"key", u"A \"title\"", grid, limit, [&](std::string_view bytes) {
+    out += bytes;
+    return true;
+  }));
+  return out;
+}
+
+/// What a reader of JSON that is not ours finds, written in ASCII.
+std::string readBack(const std::string& json) {
+  const TestFolder folder;
+  std::ofstream(folder.path("json"), std::ios::binary) << json;
+  return outputOf("/usr/bin/python3 -c \"import json; print(ascii(json.load(open('" +
+                  folder.path("json") + "', encoding='utf-8'))))\"");
+}
+
+TEST(ListOutputTest, JsonReadsBack) {
+  const std::string empty = "'ext': '', 'type': '', 'attr': ";
+  const std::string noDates = "'datecreate': None, 'dateaccess': None, 'path': ''}";
+  std::string expected = R"({'list': 'key', 'title': 'A "title"', 'count': 3, 'rows': [{'name': )"
+                         R"('a"\\\n\x1f\x7f', 'size': 9007199254740993, )" +
+                         empty + "'H', 'datemodified': '2026-11-22T23:05:09', " + noDates;
+  EXPECT_EQ(readBack(json(sample(), 1)), expected + "]}\n");
+  for (const char* const row : {R"('\udcff', 'size': 9007199254740994)",
+                                R"('\xe4\U0001f600\udc80\ud83d', 'size': 9007199254740995)"})
+    expected +=
+        std::string(", {'name': ") + row + ", " + empty + "'', 'datemodified': None, " + noDates;
+  for (const std::size_t limit : {3U, 100U})
+    EXPECT_EQ(readBack(json(sample(), limit)), expected + "]}\n");
+}
+
+TEST(ListOutputTest, TextIsAligned) {
+  const ScopedLocale locale("C");
+  Grid grid(listRow(ListId::Owners).columns());
+  for (const auto& [name, size] : {std::pair(u"\U0001F600\u00E4", 5), {u"long\nname", 12'345}}) {
+    const Grid::RowIndex row = grid.addRow();
+    grid.set(row, grid.column(u"owner"), TextView(name));
+    grid.set(row, grid.column(u"size"), std::int64_t(size));
+    grid.set(row, grid.column(u"percent"), 12.0);
+    grid.set(row, grid.column(u"files"), std::int64_t(size));
+  }
+  const ColumnLayout all;
+  const CellFormat format(grid.columns(), {}, {});
+  std::string out;
+  const ByteSink sink = [&](std::string_view bytes) {
+    out += bytes;
+    return true;
+  };
+  EXPECT_TRUE(
+      writeListText(u"Title", u"2", grid, visibleColumns(grid.columns(), all), format, 9, sink));
+  EXPECT_EQ(out,
+            "Title (2)\n"
+            "Besitzer   Größe (Bytes)  Prozent  Dateien  Ordner\n"
+            "\U0001F600\u00E4                     5      12%        5\n"
+            "long\uFFFDname         12,345      12%   12,345\n"
+            "\n");
+  const ByteSink full = [](std::string_view) { return false; };
+  EXPECT_FALSE(writeListText(u"", u"", grid, visibleColumns(grid.columns(), all), format, 9, full));
+  EXPECT_FALSE(writeListJson(u"key", u"", grid, 3, full));
+}
 
 }  // namespace
 }  // namespace ombrelian

@@ -19,22 +19,21 @@
 namespace ombrelian {
 namespace {
 
+using namespace ombrelian::testing;
+
 const std::string kFolder = std::string(OMBRELIAN_SOURCE_DIR) + "/tests/export/golden/";
 
-/// A text report as a golden file has it.
-std::string readable(const std::string& path) {
-  Text text = replaceAll(testing::readReport(path), u"\r\n", u"\r");
+/// A report as a golden file has it.
+std::string readReportOf(const std::string& path, ReportFormat format) {
+  if (format == ReportFormat::XLSX)
+    return outputOf("/usr/bin/python3 '" + kFolder + "../dump_xlsx.py' '" + path + "'");
+  Text text = replaceAll(readReport(path), u"\r\n", u"\r");
   text = replaceAll(replaceAll(text, u"\n", u"\\n"), u"\r", u"\n");
   text = replaceAll(text, kSortScript, u"...");
   return toBytes(replaceAll(text, GetTableHtmlStyles(), u"<style>...</style>"));
 }
 
-std::string readReportOf(const std::string& path, ReportFormat format) {
-  if (format != ReportFormat::XLSX) return readable(path);
-  return testing::outputOf("/usr/bin/python3 '" + kFolder + "../dump_xlsx.py' '" + path + "'");
-}
-
-class GoldenTest : public testing::SaveFixture {
+class GoldenTest : public SaveFixture {
  protected:
   /// Compares with the golden file of the same name; that of a workbook is a dump.
   void compare(const std::string& name, const std::string& written) {
@@ -42,10 +41,10 @@ class GoldenTest : public testing::SaveFixture {
     if (std::getenv("OMBRELIAN_WRITE_GOLDEN") != nullptr) {
       std::ofstream(path, std::ios::binary) << written;
     }
-    EXPECT_EQ(written, testing::readFile(path)) << name;
+    EXPECT_EQ(written, readFile(path)) << name;
   }
 
-  const testing::ScopedZone zone{"UTC"};
+  const ScopedZone zone{"UTC"};
 };
 
 class GoldenFolderTest : public GoldenTest {
@@ -78,7 +77,7 @@ class GoldenFolderTest : public GoldenTest {
   void check(const std::string& name, const std::vector<ReportFormat>& formats,
              std::int32_t levels) {
     for (const ReportFormat format : formats) {
-      const std::string file = testing::nameOf(format, name);
+      const std::string file = nameOf(format, name);
       const Failure failure = save(file, levels);
       EXPECT_FALSE(failure.has_value()) << toBytes(failure->text);
       compare(file, readReportOf(out.path(file), format));
@@ -98,7 +97,7 @@ TEST_F(GoldenFolderTest, EveryColumnOfTwoSources) {
   options.FileSizeFormat = 1;
   options.DateFormat = u"dd.mm.yyyy hh:nn";
   options.Delimiter = 1;
-  check("folders-all", {std::begin(testing::kFormats), std::end(testing::kFormats)}, kAllLevels);
+  check("folders-all", {std::begin(kFormats), std::end(kFormats)}, kAllLevels);
 }
 
 TEST_F(GoldenFolderTest, ASelectedRowWithIndentAndLines) {
@@ -165,7 +164,7 @@ class GoldenListTest : public GoldenTest {
   }
 
   std::string saved(const ListToSave& list, ReportFormat format) {
-    const std::string path = out.path(testing::nameOf(format));
+    const std::string path = out.path(nameOf(format));
     const Failure failure = saveList(list, options, format, fromBytes(path), u";", ui);
     EXPECT_FALSE(failure.has_value()) << toBytes(failure->text);
     return "=== " + toBytes(list.title) + "\n" + readReportOf(path, format) + "\n";
@@ -193,9 +192,9 @@ class GoldenListTest : public GoldenTest {
 TEST_F(GoldenListTest, EveryListInEveryFormat) {
   const ScopedLocale posix("C");
   options.HardlinkColumnVisible.fill(1);
-  for (const ReportFormat format : testing::kFormats) {
+  for (const ReportFormat format : kFormats) {
     options.SaveFiles.DividingLine = format == ReportFormat::TXT ? 1 : 0;
-    compare(testing::nameOf(format, "lists"), allLists(format));
+    compare(nameOf(format, "lists"), allLists(format));
   }
 }
 

@@ -1,7 +1,13 @@
+// What the program can be told to do: in its command line, and by the commands of its window.
+
 #include "frame/CommandLine.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
+
+#include "frame/CommandTable.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
 
@@ -124,12 +130,6 @@ TEST(CommandLineTest, LinesWithQuotedPaths) {
         .customDelimiter = u";;"}},
       {u" -RESTART ", {.mode = Mode::Restart}},
       {uR"(--read-only "C:\a b" "D:")", {.readOnly = true, .sources = {uR"(C:\a b)", u"D:"}}},
-      {uR"(-s2 "C:\t.csv" "C:\a" --read-only)",
-       {.mode = Mode::Silent,
-        .readOnly = true,
-        .sources = {uR"(C:\a)"},
-        .target = uR"(C:\t.csv)",
-        .levels = 2}},
       {u"-RESTART --read-only", {.mode = Mode::Restart, .readOnly = true}},
       {uR"("C:\x --read-only" "D:")", {.sources = {uR"(C:\x --read-only)", u"D:"}}},
       {u"C:/a--read-only", {.sources = {u"C:/a--read-only"}}},
@@ -139,6 +139,77 @@ TEST(CommandLineTest, LinesWithQuotedPaths) {
   for (const auto& [typed, expected] : cases)
     EXPECT_EQ(said(parseCommandText(typed)), said(expected)) << toBytes(typed);
   EXPECT_NE(parseCommandText(u"-RESTART x").mode, Mode::Restart);
+}
+
+TEST(CommandTableTest, BarsHoldKnownCommandsInKnownMenus) {
+  int last = 0;
+  for (const Command& command : commandTable()) {
+    EXPECT_LT(last, int(command.id));
+    last = int(command.id);
+    EXPECT_EQ(&commandOf(command.id), &command);
+    EXPECT_EQ(findCommand(last), command.id);
+    EXPECT_EQ(command.time == CommandTime::Never, *command.waitsFor != '\0') << last;
+  }
+  EXPECT_EQ(findCommand(1), std::nullopt);
+  for (int bar = 0; bar < kBars; ++bar) {
+    std::set<CommandId> ids;
+    for (const BarItem& item : barItems(Bar(bar))) {
+      EXPECT_TRUE(ids.insert(item.id).second) << int(item.id) << " is twice on bar " << bar;
+      if (item.popup == CommandId::None) continue;
+      EXPECT_TRUE(ids.contains(item.popup)) << int(item.id) << " comes before its menu";
+      EXPECT_EQ(int(commandOf(item.popup).kind), int(CommandKind::Popup));
+    }
+  }
+}
+
+/// A key that two commands of one bar, or of a list and the main bar, want does nothing.
+TEST(CommandTableTest, NoKeyMeansTwoThings) {
+  std::map<std::string, std::set<CommandId>> ofMain;
+  for (int bar = 0; bar < kBars; ++bar) {
+    std::map<std::string, std::set<CommandId>> keys;
+    if (Bar(bar) != Bar::Main) keys = ofMain;
+    for (const BarItem& item : barItems(Bar(bar))) {
+      const Command& command = commandOf(item.id);
+      if (*command.shortcut != '\0') keys[command.shortcut].insert(command.id);
+    }
+    for (const auto& [key, ids] : keys)
+      EXPECT_EQ(ids.size(), 1U) << key << " on bar " << bar;
+    if (Bar(bar) == Bar::Main) ofMain = keys;
+  }
+}
+
+/// Two commands that write the same setting on one bar would undo each other.
+TEST(CommandTableTest, EveryStateHasASettingOfItsOwn) {
+  Options options;
+  std::vector<std::pair<Bar, std::optional<ListId>>> bars = {{Bar::Main, std::nullopt}};
+  for (const ListId list : kAllLists)
+    bars.emplace_back(barOf(list), list);
+  for (const auto& [bar, list] : bars) {
+    std::set<std::pair<const void*, int>> places;
+    for (const BarItem& item : barItems(bar)) {
+      const CommandState state = commandState(options, list, item.id);
+      const void* const place = state.flag != nullptr   ? static_cast<const void*>(state.flag)
+                                : state.text != nullptr ? static_cast<const void*>(state.text)
+                                                        : static_cast<const void*>(state.number);
+      if (place == nullptr) continue;
+      EXPECT_TRUE(places.emplace(place, state.value).second) << int(item.id);
+    }
+  }
+}
+
+TEST(CommandTableTest, CommandsNameListsAndNumbers) {
+  Options options;
+  options.TopMaxCount[1] = 77;
+  EXPECT_EQ(commandCaption(commandOf(CommandId::MakeSmallestFiles), options),
+            u"Erstelle eine Liste mit den 77 kleinsten Dateien");
+  EXPECT_EQ(commandCaption(commandOf(CommandId::ExpandLevel3), options), u"Bis Ebene 3 aufklappen");
+  *commandState(options, std::nullopt, CommandId::MakeOwners).flag = 1;
+  EXPECT_TRUE(isOn(options, ListId::Owners));
+  // A filter of the list of files is another one than that of a scan.
+  EXPECT_EQ(commandState(options, ListId::Files, CommandId::OnlyTheseFiles).flag,
+            &options.FileList_Filter_Active);
+  EXPECT_EQ(commandState(options, std::nullopt, CommandId::OnlyTheseFiles).flag,
+            &options.FolderList_FilterFilesInclude_Active);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
+// Runs without a window.
+
 #include "frame/SilentRun.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,8 +10,8 @@
 #include <cstdio>
 #include <sstream>
 
-#include "export/FolderSave.h"
 #include "frame/ListRun.h"
+#include "lists/ListTable.h"
 #include "tests/testing/ConsoleRun.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/RandomTree.h"
@@ -39,24 +40,6 @@ std::array<long long, 3> filesFoldersBytes(const std::string& output) {
   return counts;
 }
 
-TEST_F(SilentRunTest, TwoSourcesInOneReportOfText) {
-  source.file("b/large", 5000);
-  source.file("b/deep/inner", 234);
-  source.file("a", 17);
-  const TestFolder second;
-  const Outcome done = run({u"-s", out.text("report.txt"), source.text(), second.text()});
-  EXPECT_EQ(done.status, kExitDone) << done.errors;
-  EXPECT_EQ(done.errors, "");
-  EXPECT_EQ(filesFoldersBytes(done.output), (std::array<long long, 3>{3, 2, 5251}));
-  EXPECT_TRUE(done.output.ends_with(", Ziel " + out.path("report.txt") + "\n"));
-  const std::vector<Text> report = lines(readReport(out.path("report.txt")));
-  ASSERT_EQ(report.size(), 17U);
-  EXPECT_EQ(report[2], u"Pfad: " + source.text());
-  EXPECT_TRUE(report[7].ends_with(u"5,234"));
-  EXPECT_EQ(report[12], u"Pfad: " + second.text());
-  EXPECT_TRUE(report[16].ends_with(u" ")) << "a size of 0 shows nothing";
-}
-
 TEST_F(SilentRunTest, LevelsAndDelimitersReachTheReport) {
   source.file("b/deep/inner", 234);
   source.file("a", 17);
@@ -65,8 +48,11 @@ TEST_F(SilentRunTest, LevelsAndDelimitersReachTheReport) {
       {u"-s1", u"-d4 <> ", u"\"NAME\" <> \"GRÖßE (BYTES)\"", 4},
       {u"-s0", u"-d0", u"\"NAME\",\"GRÖßE (BYTES)\"", 3}};  // the source and its own files
   for (const auto& [levels, delimiter, head, count] : cases) {
-    ASSERT_EQ(run({Text(levels), Text(delimiter), out.text("r.csv"), source.text()}).status,
-              kExitDone);
+    const Outcome done = run({Text(levels), Text(delimiter), out.text("r.csv"), source.text()});
+    EXPECT_EQ(done.status, kExitDone) << done.errors;
+    EXPECT_EQ(done.errors, "");
+    EXPECT_EQ(filesFoldersBytes(done.output), (std::array<long long, 3>{2, 2, 251}));
+    EXPECT_TRUE(done.output.ends_with(", Ziel " + out.path("r.csv") + "\n"));
     const std::vector<Text> report = lines(readReport(out.path("r.csv")));
     EXPECT_EQ(report.front(), head);
     EXPECT_EQ(report.size(), count) << toBytes(levels);
@@ -118,35 +104,6 @@ TEST_F(SilentRunTest, StatusTellsWhatWasMissed) {
     EXPECT_EQ(refused.output, "");
   }
   EXPECT_EQ(namesIn(out.path()).size(), 3U);
-}
-
-TEST_F(SilentRunTest, AReportThatCannotBeWrittenLeavesTheOldOne) {
-  for (int i = 0; i < 3000; ++i)
-    source.folder("folder with a longer name " + std::to_string(i));
-  ASSERT_EQ(run({u"-s0", out.text("r.csv"), source.text()}).status, kExitDone);
-  const std::string before = readFile(out.path("r.csv"));
-  const std::pair<const char*, testing::Fault> cases[] = {
-      {"disk full at once", {Call::Write, {}, ENOSPC}},
-      {"disk full in the middle", {Call::Write, {}, ENOSPC, 1}},
-      {"told at the end", {Call::Close, {}, EDQUOT, 0, 1}},
-      {"no new file", {Call::Openat, ".tmp", EACCES}},
-      {"no rename", {Call::Renameat, {}, EACCES}},
-  };
-  for (const auto& [what, makeFail] : cases) {
-    // Only while the report is written: the scan closes folders too, and the capture writes.
-    Session session;
-    Console console;
-    std::deque<Text> queue = {source.text()};
-    session.context.SilentMode = true;
-    ScanRun(session.scanState(console, nullptr)).Ordnerliste_Abarbeiten(queue);
-    FolderSave save(session.folderReport, session.options, console);
-    const ScopedFault fault(makeFail);
-    const Failure failure = save.SAVE(out.text("r.csv"), kAllLevels, 0, {});
-    ASSERT_TRUE(failure.has_value()) << what;
-    EXPECT_TRUE(fault.hits() > 0 && !failure->text.empty()) << what;
-    EXPECT_EQ(readFile(out.path("r.csv")), before) << what;
-    EXPECT_EQ(namesIn(out.path()).size(), 1U) << what;
-  }
 }
 
 TEST_F(SilentRunTest, ALinkAtTheTargetIsKept) {
@@ -209,6 +166,93 @@ TEST_F(SilentRunTest, CountsOfARealDiskAreThoseOfFind) {
   const Outcome usr = run({u"-s1", out.text("usr.csv"), u"/usr"});
   EXPECT_LE(usr.status, kExitPartial) << usr.errors;
   EXPECT_EQ(filesFoldersBytes(usr.output), countWithFind("/usr"));
+}
+
+Outcome lists(const std::vector<Text>& arguments) { return runOnConsole(runLists, arguments); }
+
+std::size_t occurrences(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at)
+    ++count;
+  return count;
+}
+
+class ListRunTest : public ::testing::Test {
+ protected:
+  ListRunTest() {
+    for (int i = 1; i <= 30; ++i)
+      source.file("sub/" + std::to_string(i) + ".e" + std::to_string(i), i);
+    source.hardlink("sub/again", "sub/1.e1");
+    source.symlink("link", "sub");
+  }
+
+  const ScopedLocale locale{"C"};
+  TestFolder source;
+};
+
+TEST_F(ListRunTest, EveryListComesOut) {
+  const Outcome json = lists({u"--lists", u"--json", source.text()});
+  EXPECT_EQ(json.status, kExitDone) << json.errors;
+  EXPECT_EQ(std::count(json.output.begin(), json.output.end(), '\n'), kDerivedLists.size());
+  for (const ListId list : kDerivedLists) {
+    EXPECT_EQ(occurrences(json.output, "{\"list\":\"" + toBytes(listRow(list).key) + "\""), 1U);
+  }
+  EXPECT_EQ(occurrences(json.output, "\"extname\":"), 31U);  // all rows
+  EXPECT_EQ(occurrences(json.output, "\"links\":2"), 2U);
+  EXPECT_EQ(occurrences(json.output, "\"target\":\"sub\""), 1U);
+
+  const Outcome text = lists({u"--lists", source.text()});
+  EXPECT_EQ(text.status, kExitDone);
+  EXPECT_EQ(occurrences(text.output, "Liste mit "), kDerivedLists.size());
+  EXPECT_EQ(occurrences(text.output, "\n.E"), 20U);
+}
+
+TEST_F(ListRunTest, RowsLimitsAndWidens) {
+  for (const std::size_t rows : {0U, 2U, 25U, 999U}) {
+    const Outcome json = lists({u"--lists", u"--rows", toText(rows), u"--json", source.text()});
+    const std::string largest = json.output.substr(0, json.output.find('\n'));
+    EXPECT_EQ(occurrences(largest, "\"name\":"), std::min(rows, 31UL));
+    EXPECT_EQ(occurrences(json.output, "\"extname\":"), std::min(rows, 31UL));
+  }
+}
+
+TEST_F(ListRunTest, SavesEveryListUnderItsName) {
+  const TestFolder out;
+  const Text folder = out.text("new");
+  const auto save = [&](TextView format) {
+    return lists({u"--lists", u"--save", folder, u"--format", Text(format), u"-d1", source.text()});
+  };
+  for (const TextView format : {u"csv", u"html"}) {
+    const Outcome outcome = save(format);
+    EXPECT_EQ(outcome.status, kExitDone) << outcome.errors;
+    EXPECT_EQ(occurrences(outcome.output, "." + toBytes(format) + "\n"), kDerivedLists.size() + 2U);
+  }
+  const std::string path = out.path("new/");
+  EXPECT_EQ(namesIn(path).size(), 2 * (kDerivedLists.size() + 2U));
+  EXPECT_EQ(lines(readReport(path + "extensions.csv")).size(), 32U);
+  EXPECT_EQ(lines(readReport(path + "junctions.csv"))[1],
+            u"\"" + source.text("link") + u"\";\"sub\";\"Symbolischer Link\"");
+  EXPECT_EQ(lines(readReport(path + "folders.csv")).size(), 4U);
+  EXPECT_GT(lines(readReport(path + "log.csv")).size(), 2U);
+
+  // What cannot be written is told before the scan, or list by list.
+  const Outcome missing = lists({u"--lists", u"--save", out.text("no/such"), source.text()});
+  EXPECT_EQ(missing.status, kExitNothing);
+  EXPECT_NE(missing.errors.find("no/such"), std::string::npos) << missing.errors;
+  out.folder("new/owners.xml");
+  const Outcome taken = save(u"xml");
+  EXPECT_EQ(taken.status, kExitNothing);
+  EXPECT_NE(taken.errors.find("owners.xml"), std::string::npos) << taken.errors;
+  EXPECT_EQ(occurrences(taken.output, ".xml\n"), kDerivedLists.size() + 1U);
+}
+
+TEST_F(ListRunTest, TheExitStatusTellsWhatWasMissed) {
+  EXPECT_EQ(lists({u"--lists", source.text("missing")}).status, kExitNothing);
+  const ScopedFault fault({.call = Call::Openat, .name = "sub", .error = EACCES});
+  const Outcome outcome = lists({u"--lists", source.text()});
+  EXPECT_EQ(outcome.status, kExitPartial);
+  EXPECT_NE(outcome.errors.find("/sub/"), std::string::npos) << outcome.errors;
+  EXPECT_FALSE(outcome.output.empty());
 }
 
 }  // namespace

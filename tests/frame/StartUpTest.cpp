@@ -79,19 +79,17 @@ TEST_F(StartUpTest, OnlyALanguageThatCanBeIsTakenFromTheSettings) {
 }
 
 TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsMendedInPlace) {
-  const struct {
-    std::string before;
-    std::string after;
-  } cases[] = {{"[Sections]",
-                "\xFF\xFE"
-                "ections]"},
-               {std::string("\xFF\xFE[\0]\0", 6), std::string("\xFF\xFE[\0]\0", 6)},
-               {"", "\xFF\xFE"},
-               {"x", "\xFF\xFE"}};
-  for (const auto& c : cases) {
-    writeIni("Ombrelian3.ini", c.before);
+  const std::pair<std::string, std::string> cases[] = {
+      {"[Sections]",
+       "\xFF\xFE"
+       "ections]"},
+      {std::string("\xFF\xFE[\0]\0", 6), std::string("\xFF\xFE[\0]\0", 6)},
+      {"", "\xFF\xFE"},
+      {"x", "\xFF\xFE"}};
+  for (const auto& [before, after] : cases) {
+    writeIni("Ombrelian3.ini", before);
     StartUp startUp({}, u"", 12);
-    EXPECT_TRUE(dataFile("Ombrelian3.ini").starts_with(c.after)) << c.before;
+    EXPECT_TRUE(dataFile("Ombrelian3.ini").starts_with(after)) << before;
     EXPECT_EQ(startUp.settings().INI_ReadString(u"Optionen", u"Kontextmenu", u""), u"1");
   }
 }

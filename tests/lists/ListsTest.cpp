@@ -1,16 +1,17 @@
-// The grid, and the lists that keep all they are fed: sums by extension and owner, links.
+// The grid, the lists that keep all they are fed: sums by extension and owner, links; and the log.
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
-#include <map>
 #include <random>
 #include <set>
 
 #include "lists/LinkLists.h"
+#include "lists/Log.h"
 #include "lists/SumLists.h"
 #include "tests/testing/Lists.h"
 #include "tests/testing/ScopedLocale.h"
+#include "tests/testing/TestFolder.h"
 
 namespace ombrelian {
 namespace {
@@ -135,66 +136,27 @@ TEST_F(ListsTest, RowsKeepAllThatIsTheirsThroughSortsAndRemovals) {
   }
 }
 
-TEST_F(ListsTest, CellsAreShownByKindMaskAndSettings) {
-  Grid grid(kTable);
-  grid.addRow();
-  const CellFormat bytes(kTable, {kUnitBytes, false, false}, {});
-  EXPECT_EQ(grid.cellText(bytes, 0, kTable[1]), u"");
-  EXPECT_EQ(grid.cellText(bytes, 0, kTable[3]), u"");  // nothing known, not "no attributes"
-  grid.set(0, kTable[1], std::int64_t(1'536'000));
-  grid.set(0, kTable[2], 33.333);
-  grid.set(0, kTable[3], std::int64_t(0x21));
-  const CellFormat kilobytes(kTable, {kUnitKB, true, true}, {});
-  EXPECT_EQ(grid.cellText(bytes, 0, kTable[1]), u"1,536,000");
-  EXPECT_EQ(grid.cellText(kilobytes, 0, kTable[1]), u"1,500.00 KB");
-  EXPECT_EQ(grid.cellText(bytes, 0, kTable[2]), u"33%");
-  EXPECT_EQ(grid.cellText(kilobytes, 0, kTable[2]), u"33.33%");
-  Text plain;
-  grid.set(0, kTable[1], std::int64_t(1'536'100));
-  kilobytes.appendPlain(grid, 0, kTable[1], plain);
-  EXPECT_EQ(plain, u"1500.1");
-}
-
-TEST_F(ListsTest, ColumnsFollowTheSettings) {
-  const std::uint8_t visible[] = {0, 0, 1, 0, 1};
+TEST_F(ListsTest, RowsAreNumberedWhereTheSettingsSaySo) {
   const std::uint8_t numbered[] = {1, 1, 0, 0, 0};
-  const std::int32_t positions[] = {0, 3, 2, 1, 1};
-  const std::pair<ColumnLayout, std::vector<int>> cases[] = {
-      {{visible, positions}, {4, 2, 1}},  // the first one always
-      {{visible, {}}, {1, 2, 4}},
-      {{{}, positions}, {3, 4, 2, 1}}};
-  for (const auto& [layout, expected] : cases) {
-    std::vector<int> ids;
-    for (const Column* column : visibleColumns(kTable, layout))
-      ids.push_back(column->id);
-    EXPECT_EQ(ids, expected);
-  }
-  EXPECT_EQ(visibleColumnsAndNumber(kTable, {visible, {}}).size(), 3U);
   EXPECT_EQ(visibleColumnsAndNumber(kTable, {numbered, {}}).front(), &kRowNumberColumn);
+  EXPECT_EQ(visibleColumns(kTable, {numbered, {}}), std::vector<const Column*>{&kTable[0]});
 }
 
 TEST_F(ListsTest, ManyExtensionsLoseNothing) {
-  constexpr int kExtensions = 50'000;
+  constexpr std::int64_t kExtensions = 50'000;
   ExtensionList list(types);
   list.reset();
-  std::map<Text, std::pair<std::int64_t, std::int64_t>> expected;  // size and files
-  std::mt19937 random(3);
-  for (int i = 0; i < 4 * kExtensions; ++i) {
-    const int number = i < kExtensions ? i : int(random() % kExtensions);
-    const std::int64_t size = std::int64_t(random()) << 10;
-    list.feed(u"x" + toText(number), size);
-    auto& [sum, files] = expected[u".X" + toText(number)];
-    sum += size;
-    ++files;
-  }
+  for (std::int64_t i = 0; i < 2 * kExtensions; ++i)
+    list.feed(u"x" + toText(i % kExtensions), (i % kExtensions) << 30);
   list.List_Ext_SetDifferentSizes(1);
   const Names extensions = texts(list.grid(), u"extname");
   const std::vector<std::int64_t> sizes = numbers(list.grid(), u"size");
-  const std::vector<std::int64_t> files = numbers(list.grid(), u"files");
-  ASSERT_EQ(extensions.size(), expected.size());
-  for (std::size_t row = 0; row < sizes.size(); ++row)
-    ASSERT_EQ(std::pair(sizes[row], files[row]), expected[extensions[row]]);
-  EXPECT_TRUE(std::is_sorted(sizes.rbegin(), sizes.rend()));
+  ASSERT_EQ(sizes.size(), std::size_t(kExtensions));
+  for (std::size_t row = 0; row < sizes.size(); ++row) {
+    const std::int64_t i = kExtensions - 1 - std::int64_t(row);  // the largest come first
+    ASSERT_EQ(extensions[row], u".X" + toText(i));
+    ASSERT_EQ(sizes[row], i << 31);
+  }
   EXPECT_EQ(list.List_EXT_ShowStat(), u"50,000 Dateiendungen");
 }
 
@@ -287,17 +249,41 @@ TEST_F(ListsTest, ManyHardlinkRowsLoseNothing) {
   }
 }
 
-TEST_F(ListsTest, JunctionsTellTheirKind) {
-  JunctionList list;
-  list.feed(u"/b", u"", platform::kTagMountPoint);
-  list.feed(u"/a", u"../x", platform::kTagSymbolicLink);
-  list.finish();
-  const Grid& grid = list.grid();
-  const CellFormat format(grid.columns(), {}, {});
-  EXPECT_EQ(texts(grid, u"junction"), (Names{u"/a", u"/b"}));
-  EXPECT_EQ(grid.cellText(format, 0, grid.column(u"type")), u"Symbolischer Link");
-  EXPECT_EQ(grid.cellText(format, 1, grid.column(u"type")), u"Abzweigungspunkt");
-  EXPECT_EQ(list.List_Junctions_ShowStat(), u"2 Junction(s)");
+class LogTest : public ::testing::Test {
+ protected:
+  LogTest() { log.setFile(folder.text("Ombrelian.log")); }
+
+  std::string file() const { return readFile(folder.path("Ombrelian.log")); }
+
+  const ScopedLocale locale{"C"};
+  TestFolder folder;
+  Options options;
+  Log log{options};
+};
+
+TEST_F(LogTest, ALineForEachEntryByTheFormOfDates) {
+  EXPECT_EQ(log.Show_Log(), u"");
+  log.LogProtokoll(u"first \xDCFF");
+  options.DateFormat = u"dd.mm.yyyy";
+  log.LogProtokoll(u"second", true);
+  EXPECT_THAT(file(), ::testing::MatchesRegex(
+                          "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2} - first \xFF\n"
+                          "[0-9]{2}\\.[0-9]{2}\\.[0-9]{4} - second\n"));
+  // The form of dates shows in the rows that are there already, not in the lines.
+  EXPECT_EQ(log.dateText(log.rows()[0]), log.dateText(log.rows()[1]));
+  EXPECT_EQ(log.Show_Log(), folder.text("Ombrelian.log"));
+  EXPECT_EQ(log.List_Log_ShowStat(), u"2 Einträge");
+}
+
+TEST_F(LogTest, TheListGoesOnWithoutAFile) {
+  options.DontCreateLogFile = 1;
+  log.LogProtokoll(u"not in the file");
+  EXPECT_EQ(file(), "");
+  options.DontCreateLogFile = 0;
+  log.setFile(folder.text("missing/Ombrelian.log"));
+  log.LogProtokoll(u"nor this");
+  EXPECT_EQ(log.rows().size(), 2U);
+  EXPECT_EQ(log.Show_Log(), u"");
 }
 
 }  // namespace

@@ -49,16 +49,14 @@ class ShownFoldersTest : public ::testing::Test {
     return rows;
   }
 
-  const Column& column(int id) const {
+  const Column& column(int id) {
     options_.FolderColumnVisible.fill(1);
-    for (const Column* const column : report_.visibleColumns()) {
-      if (column->id == id) return *column;
-    }
-    std::abort();
+    const std::vector<const Column*> all = report_.visibleColumns();
+    return **std::find_if(all.begin(), all.end(), [id](auto* column) { return column->id == id; });
   }
 
   std::mt19937 random_{7};
-  mutable Options options_;
+  Options options_;
   FolderTree tree_;
   FolderReport report_{tree_, options_};
   ShownFolders shown_{report_};

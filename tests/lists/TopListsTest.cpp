@@ -17,28 +17,19 @@ namespace {
 
 using namespace ombrelian::testing;
 
-struct Object {
-  std::int64_t key;
-  Text name;
-
-  bool operator==(const Object&) const = default;
-};
-
-void PrintTo(const Object& object, std::ostream* out) {
-  *out << object.key << " " << toBytes(object.name);
-}
+using Object = std::pair<std::int64_t, Text>;  // what it is sorted by, and its name
 
 std::vector<Object> objects(const std::vector<std::int64_t>& keys) {
   std::vector<Object> result;
   for (const std::int64_t key : keys)
-    result.push_back({key, toText(std::int64_t(result.size()))});
+    result.emplace_back(key, toText(std::int64_t(result.size())));
   return result;
 }
 
 /// What the list must hold in the end: everything sorted, and cut.
 std::vector<Object> sorted(std::vector<Object> all, bool largest, std::size_t limit) {
   std::stable_sort(all.begin(), all.end(), [&](const Object& a, const Object& b) {
-    return largest ? a.key > b.key : a.key < b.key;
+    return largest ? a.first > b.first : a.first < b.first;
   });
   all.resize(std::min(limit, all.size()));
   return all;
@@ -48,12 +39,12 @@ std::vector<Object> collected(const std::vector<Object>& all, bool largest, std:
   TopCollector collector(largest);
   collector.reset(limit);
   for (const Object& object : all) {
-    if (collector.admits(object.key)) collector.accept(object.key).name = object.name;
+    if (collector.admits(object.first)) collector.accept(object.first).name = object.second;
     EXPECT_LE(collector.rowCount(), std::size_t(limit + 101));
   }
   std::vector<Object> result;
   for (const TopCollector::Row& row : collector.take())
-    result.push_back({row.key, row.name});
+    result.emplace_back(row.key, row.name);
   return result;
 }
 
@@ -189,13 +180,13 @@ TEST_F(TopListsFeedTest, DatesAreSortedLikeEverything) {
       const std::int64_t unix = 1'000'000'000 + std::int64_t(random() % 1500) * step;
       platform::FindData data;
       data.ftLastWriteTime = fileTimeFromUnix(unix, std::uint32_t(random() % 1'000'000'000));
-      all.push_back({unix, toText(i)});
-      feed(all.back().name, 1, data);
+      all.emplace_back(unix, toText(i));
+      feed(all.back().second, 1, data);
     }
     for (const bool newest : {true, false}) {
       Names expected;
       for (const Object& object : sorted(all, newest, 20))
-        expected.push_back(object.name);
+        expected.push_back(object.second);
       EXPECT_EQ(names(newest ? ListId::NewestFiles : ListId::OldestFiles), expected) << step;
     }
   }

@@ -1,7 +1,5 @@
 // What escapes a procedure is a failure that its caller hears of, wherever it happened.
 
-#include <gtest/gtest.h>
-
 #include "export/ListSave.h"
 #include "fs/Deleting.h"
 #include "fs/Recycling.h"
@@ -26,20 +24,18 @@ struct Thrown : std::exception {
 
 /// Throws where a test wants it, and counts the runs.
 struct Faulty : QuietInterface {
-  void scanBegins() override {
-    ++begun;
-    if (atBegin) throw Thrown();
-  }
+  void scanBegins() override { ++begun, throwIf(atBegin); }
   void scanEnds() override { ++ended; }
   void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override {
-    if (atProgress) throw Thrown();
+    throwIf(atProgress);
+  }
+  static void throwIf(bool wanted) {
+    if (wanted) throw Thrown();
   }
   bool confirm(TextView, const std::vector<Text>&) override { return true; }
 
-  bool atBegin = false;
-  bool atProgress = false;
-  int begun = 0;
-  int ended = 0;
+  bool atBegin = false, atProgress = false;
+  int begun = 0, ended = 0;
 };
 
 class FaultsInRunsTest : public ScanFixture {

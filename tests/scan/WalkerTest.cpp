@@ -1,4 +1,4 @@
-// What a run reads, counts and logs.
+// What a run reads, counts, logs and feeds to its lists, and what a rescan changes.
 
 #include <fcntl.h>
 #include <sched.h>
@@ -7,9 +7,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <set>
+
 #include <cerrno>
 
+#include "lists/FolderReport.h"
+#include "scan/ListFeeder.h"
+#include "scan/Rescan.h"
 #include "tests/testing/Faults.h"
+#include "tests/testing/Lists.h"
 #include "tests/testing/ScanFixture.h"
 
 namespace ombrelian {
@@ -261,15 +267,12 @@ TEST_F(WalkerTest, SourcesOfOneRunStandSideBySide) {
   folder.file("b/file", 2);
   std::deque<Text> queue = {folder.text("a"), folder.text("missing"), folder.text("b/")};
   const RunResult sum = ScanRun(state()).Ordnerliste_Abarbeiten(queue);
-  EXPECT_EQ(sum.sourcesScanned, 2);
-  EXPECT_EQ(sum.sourcesMissing, 1);
-  EXPECT_EQ(sum.sum.Size, 3);
+  EXPECT_TRUE(sum.sourcesScanned == 2 && sum.sourcesMissing == 1 && sum.sum.Size == 3);
   EXPECT_EQ(tree[tree.firstRoot()].size, 1);
-  EXPECT_EQ(tree[tree.lastRoot()].size, 2);
   EXPECT_EQ(tree[tree.lastRoot()].name(), folder.text("b"));
   // The counts of the second source's lines are those of the run.
-  const std::vector<Text> texts = logTexts();
-  EXPECT_EQ(std::count(texts.begin(), texts.end(), u"Dateianzahl: 2"), 1);
+  const std::vector<Text> rows = logTexts();
+  EXPECT_EQ(std::count(rows.begin(), rows.end(), u"Dateianzahl: 2"), 1);
   EXPECT_NE(log.rows().front().group, log.rows().back().group);
 }
 
@@ -281,13 +284,233 @@ TEST_F(WalkerTest, SiblingsAreSortedBySizeAndEqualsKeepTheirOrder) {
     folder.folder(name);
   const NodeIndex root = scan(folder.text());
   std::vector<Text> names;
-  std::vector<NodeIndex> empties;
-  for (NodeIndex child = tree[root].firstChild; child != kNoNode; child = tree[child].nextSibling)
-    tree[child].size == 0 ? empties.push_back(child) : names.push_back(Text(tree[child].name()));
+  for (NodeIndex child = tree[root].firstChild; child != kNoNode; child = tree[child].nextSibling) {
+    if (tree[child].size > 0) names.emplace_back(tree[child].name());
+    const NodeIndex next = tree[child].nextSibling;
+    EXPECT_TRUE(tree[child].size > 0 || next == kNoNode || child < next);
+    EXPECT_TRUE(next != kNoNode || tree[root].lastChild == child);
+  }
   EXPECT_EQ(names, (std::vector<Text>{u"large", u"middle", u"small"}));
-  EXPECT_EQ(empties.size(), 5U);
-  EXPECT_TRUE(std::is_sorted(empties.begin(), empties.end()));
-  EXPECT_EQ(tree[root].lastChild, empties.back());
+}
+
+class RescanTest : public ScanFixture {
+ protected:
+  RescanTest() {
+    folder.file("grows/sub/file", 1000);
+    folder.file("grows/own", 10);
+    folder.file("other/file", 1010);
+    folder.symlink("link", "other");
+    root = scan(folder.text());
+  }
+
+  NodeIndex rescan(NodeIndex node) { return Rescan(state(), nullptr).Report_Rescan(node); }
+  double percent(TextView path) { return FolderReport(tree, options).percent(find(root, path)); }
+
+  NodeIndex root = kNoNode;
+};
+
+TEST_F(RescanTest, WhatGrewReachesAllFoldersAbove) {
+  EXPECT_EQ(percent(u"grows"), 50);
+  constexpr std::int64_t kGiga = 1'000'000'000;
+  folder.file("grows/sub/large", kGiga);
+  folder.file("grows/sub/new/file", 1);
+  const NodeIndex sub = find(root, u"grows/sub");
+  EXPECT_EQ(rescan(sub), sub);
+  EXPECT_EQ(totals(root), (ScanTotals{kGiga + 2021, 5, 5, 0, 0, 1}));
+  EXPECT_EQ(totals(find(root, u"grows")), (ScanTotals{kGiga + 1011, 4, 2, 0, 0, 0}));
+  EXPECT_GT(percent(u"grows"), 99.9);
+  EXPECT_EQ(percent(u""), 100);
+  // The row of direct files beside it stays as it was; the largest comes first.
+  EXPECT_EQ(tree[find(root, u"grows/Dateien")].size, 10);
+  EXPECT_EQ(tree[tree[find(root, u"grows")].firstChild].name(), u"sub");
+  EXPECT_EQ(context.ScanCancelState, kScanIdle);
+  EXPECT_FALSE(context.ScanBusy);
+}
+
+TEST_F(RescanTest, TheRowOfDirectFilesStandsForItsFolder) {
+  folder.file("grows/own2", 5);
+  EXPECT_EQ(rescan(find(root, u"grows/Dateien")), find(root, u"grows"));
+  EXPECT_EQ(totals(root), (ScanTotals{2025, 4, 4, 0, 0, 1}));
+  folder.file("top", 7);
+  EXPECT_EQ(rescan(root), root);
+  EXPECT_EQ(totals(root), (ScanTotals{2032, 5, 4, 0, 0, 1}));
+  EXPECT_NE(tree.created(root), 0);
+}
+
+TEST_F(RescanTest, LinksAndWhatFailedAreRefusedAndWhatVanishedFails) {
+  const NodeIndex link = find(root, u"link");
+  EXPECT_EQ(rescan(link), kNoNode);
+  EXPECT_EQ(rescan(kNoNode), kNoNode);
+  const NodeIndex other = find(root, u"other");
+  ASSERT_EQ(rename(folder.path("other").c_str(), folder.path("elsewhere").c_str()), 0);
+  EXPECT_EQ(rescan(other), other);
+  EXPECT_TRUE(tree[other].has(FolderNode::IsError));
+  EXPECT_FALSE(tree.errorText(other).empty());
+  EXPECT_EQ(totals(root), (ScanTotals{1010, 2, 4, 0, 0, 1}));
+  ASSERT_EQ(rename(folder.path("elsewhere").c_str(), folder.path("other").c_str()), 0);
+  EXPECT_EQ(rescan(other), kNoNode);
+  // A link that a scan enters can be read through.
+  options.ScanHardlinks = 1;
+  folder.file("other/new", 4);
+  EXPECT_EQ(rescan(link), link);
+  EXPECT_EQ(totals(link), (ScanTotals{1014, 2, 0, 0, 0, 0}));
+}
+
+TEST_F(RescanTest, ACancelLeavesWhatWasFound) {
+  for (int i = 0; i < 50; ++i)
+    folder.file("grows/many" + std::to_string(i), 1);
+  cancelAfter(20);
+  const NodeIndex grows = find(root, u"grows");
+  EXPECT_EQ(rescan(grows), grows);
+  EXPECT_LT(totals(grows).Files, 52);
+  EXPECT_EQ(totals(root).Files, totals(grows).Files + 1);
+  EXPECT_EQ(context.ScanCancelState, kScanIdle);
+}
+
+TEST_F(RescanTest, PlacesOfNodesAndNamesAreUsedAgain) {
+  for (int i = 0; i < 400; ++i)
+    folder.folder("wide/" + std::string(200, 'n') + std::to_string(i));
+  rescan(root);
+  const std::uint32_t places = tree.nodeCount();
+  for (int i = 0; i < 40; ++i)
+    EXPECT_EQ(rescan(find(root, u"wide")), find(root, u"wide"));
+  EXPECT_LE(tree.nodeCount(), places + 401);
+  EXPECT_EQ(tree[tree[find(root, u"wide")].firstChild].nameLength, 203U);
+  EXPECT_EQ(tree[find(root, u"wide")].folders, 400);
+}
+
+class ListFeederTest : public ScanFixture {
+ protected:
+  ListFeederTest() { turnAllListsOn(options); }
+
+  /// All cells of a list, row after row, without dates.
+  std::vector<Text> cells(ListId list) {
+    Grid& grid = lists.grid(list);
+    const CellFormat format(grid.columns(), {}, {});
+    std::vector<Text> found;
+    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
+      for (const Column& column : grid.columns()) {
+        if (column.kind != CellKind::Timestamp) found.push_back(grid.cellText(format, row, column));
+      }
+    }
+    return found;
+  }
+
+  std::vector<std::int64_t> sizes(ListId list) { return numbers(lists.grid(list), u"size"); }
+
+  SystemFileTypes types;
+  ListFeeder lists{options, filters, types};
+};
+
+TEST_F(ListFeederTest, HardlinksCountOnceAndStandInTheirList) {
+  const TestFolder outside;
+  options.AddHardlinksOnlyOnce = 1;
+  folder.file("a/one.txt", 100);
+  folder.file("b/alone", 7);
+  folder.hardlink("b/two.txt", "a/one.txt");
+  ASSERT_EQ(link(folder.path("a/one.txt").c_str(), outside.path("three").c_str()), 0);
+  const NodeIndex root = scan(folder.text(), &lists);
+  EXPECT_EQ(tree[root].size, 107);
+  EXPECT_EQ(tree[root].files, 3);
+  const Grid& grid = lists.grid(ListId::Hardlinks);
+  ASSERT_EQ(numbers(grid, u"links"), (std::vector<std::int64_t>{3, 3}));
+  EXPECT_EQ(sizes(ListId::Hardlinks), (std::vector<std::int64_t>{100, 100}));
+  EXPECT_EQ(grid.text(0, grid.column(u"id")), grid.text(1, grid.column(u"id")));
+  const std::vector<Text> names = texts(grid, u"name");
+  const std::vector<Text> paths = texts(grid, u"path");
+  EXPECT_EQ((std::set<Text>{paths[0] + names[0], paths[1] + names[1]}),
+            (std::set<Text>{folder.text("a/one.txt"), folder.text("b/two.txt")}));
+  EXPECT_EQ(sizes(ListId::Extensions), (std::vector<std::int64_t>{200, 7}));  // all names
+}
+
+TEST_F(ListFeederTest, TwoRunsGiveTheSame) {
+  folder.file("a/x.txt", 10);
+  folder.hardlink("a/y.txt", "a/x.txt");
+  folder.file("b/empty");
+  folder.symlink("b/link", "../a");
+  options.CreateList100SmallestFilesIgnore = 1;
+  std::vector<std::vector<Text>> first;
+  for (int run = 0; run < 2; ++run) {
+    scan(folder.text(), &lists);
+    EXPECT_EQ(options.CreateList100SmallestFilesIgnoreNumber, 0);
+    std::vector<std::vector<Text>> all;
+    for (const ListId list : kDerivedLists)
+      all.push_back(cells(list));
+    if (run == 0) first = all;
+    EXPECT_EQ(all, first);
+  }
+  EXPECT_EQ(sizes(ListId::SmallestFiles), (std::vector<std::int64_t>{0, 10, 10}));
+  const Grid& junctions = lists.grid(ListId::Junctions);
+  EXPECT_EQ(texts(junctions, u"junction"), std::vector<Text>{folder.text("b/link")});
+  EXPECT_EQ(texts(junctions, u"target"), std::vector<Text>{u"../a"});
+  const Grid& owners = lists.grid(ListId::Owners);
+  if (!context.KeepsOwners) return;
+  for (const auto& [key, number] : {std::pair(u"files", 3), {u"folders", 3}, {u"size", 20}})
+    EXPECT_EQ(numbers(owners, key), std::vector<std::int64_t>{number});
+}
+
+TEST_F(ListFeederTest, RowsAreCompletedAfterTheWalk) {
+  folder.file("sub/Photo.Final.JPG", 10);
+  scan(folder.text(), &lists);
+  for (const ListId list : {ListId::LargestFiles, ListId::OldestFiles}) {
+    Grid& grid = lists.grid(list);
+    ASSERT_EQ(grid.rowCount(), 1U);
+    EXPECT_EQ(grid.text(0, grid.column(u"ext")), u"JPG");
+    EXPECT_EQ(grid.text(0, grid.column(u"path")), folder.text("sub/"));
+    EXPECT_GT(grid.real(0, grid.column(u"datemodified")), 40'000);
+    EXPECT_NE(std::uint32_t(grid.number(0, grid.column(u"attr"))), UINT32_MAX);
+  }
+  Grid& folders = lists.grid(ListId::LargestFolders);
+  ASSERT_EQ(folders.rowCount(), 1U);
+  EXPECT_EQ(folders.text(0, folders.column(u"name")), folder.text("sub"));
+  EXPECT_NE(folders.number(0, folders.column(u"attr")) & platform::kAttributeDirectory, 0);
+}
+
+TEST_F(ListFeederTest, RowsOfFilesKnowWhichFileTheyShow) {
+  constexpr int kFiles = 400;  // more than the lists hold before they are trimmed
+  std::vector<std::int64_t> all;
+  for (int i = 0; i < kFiles; ++i) {
+    all.push_back(i * 7919 % kFiles + 1);
+    folder.file("f" + std::to_string(i % 7) + "/" + std::to_string(i), all.back());
+    if (i % 20 != 0) continue;
+    folder.hardlink("f0/twin" + std::to_string(i),
+                    "f" + std::to_string(i % 7) + "/" + std::to_string(i));
+    all.push_back(all.back());
+  }
+  std::sort(all.begin(), all.end());
+  options.TopMaxCount.fill(20);
+  scan(folder.text(), &lists);
+  EXPECT_EQ(sizes(ListId::SmallestFiles), (std::vector(all.begin(), all.begin() + 20)));
+  EXPECT_EQ(sizes(ListId::LargestFiles), (std::vector(all.rbegin(), all.rbegin() + 20)));
+  for (const ListId list : kDerivedLists) {
+    const Grid& grid = lists.grid(list);
+    const bool isOfFiles = listRow(list).rows == RowKind::File;
+    if (isOfFiles) {
+      EXPECT_GE(grid.rowCount(), 20U) << toBytes(listRow(list).key);
+    }
+    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
+      platform::FileIdentity expected;
+      if (isOfFiles) {
+        struct stat told = {};
+        const Text path =
+            Text(grid.text(row, grid.column(u"path"))) + Text(grid.text(row, grid.column(u"name")));
+        ASSERT_EQ(lstat(toBytes(path).c_str(), &told), 0);
+        expected = {told.st_dev, told.st_ino};
+      }
+      EXPECT_EQ(grid.identity(row), expected) << toBytes(listRow(list).key) << " " << row;
+    }
+  }
+}
+
+TEST_F(ListFeederTest, ListsOfOneRunOutliveARunOfSeveralSources) {
+  folder.file("a/x", 10);
+  scan(folder.text(), &lists);
+  std::deque<Text> queue = {folder.text(), folder.text("a")};
+  ScanRun(state(&lists)).Ordnerliste_Abarbeiten(queue);
+  EXPECT_EQ(sizes(ListId::LargestFiles), (std::vector<std::int64_t>{10}));
+  options.CreateList100LargestFiles = 0;
+  scan(folder.text(), &lists);
+  EXPECT_TRUE(sizes(ListId::LargestFiles).empty());
 }
 
 }  // namespace

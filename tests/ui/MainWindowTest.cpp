@@ -1,4 +1,5 @@
-// The real window over real folders, driven as a user does it.
+// The real window over real folders, driven as a user does it; then with deleting, rescanning and
+// removing.
 
 #include "ui/MainWindow.h"
 
@@ -12,19 +13,22 @@
 #include <QStatusBar>
 #include <QTest>
 
+#include "tests/testing/ScopedVariable.h"
 #include "tests/ui/WindowFixture.h"
+#include "ui/FolderCommands.h"
+#include "ui/Looks.h"
+#include "ui/OpenCommands.h"
 #include "ui/QtText.h"
+#include "ui/StatusLine.h"
 
 namespace ombrelian::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-using testing::Answer;
-using testing::Program;
-using testing::TestFolder;
+using namespace ombrelian::testing;
 using Id = CommandId;
-using MainWindowTest = testing::WindowTest;
-using ScannedMainWindowTest = testing::ScannedWindowTest;
+using MainWindowTest = WindowTest;
+using ScannedMainWindowTest = ScannedWindowTest;
 
 constexpr ListId kFolders = ListId::Folders;
 
@@ -59,8 +63,14 @@ TEST_F(ScannedMainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
     pane.list().sortByColumn(section);
     EXPECT_EQ(pane.rows().id(pane.list().currentRow()), big) << section;
   }
-  run_.execute(kFolders, Id::CollapseAll);
-  EXPECT_EQ(run_.column(kFolders).size(), 1);
+  const std::pair<std::function<void()>, int> cases[] = {
+      {[&] { run_.window->parts().folders.expandLevels(1); }, 5},
+      {[&] { run_.window->parts().folders.expandLevels(2); }, 6},
+      {[&] { run_.execute(kFolders, Id::CollapseAll); }, 1}};
+  for (const auto& [expand, rows] : cases) {
+    expand();
+    EXPECT_EQ(run_.column(kFolders).size(), rows);
+  }
   // What is closed is found all the same, round the end, both ways.
   run_.execute(kFolders, Id::Search);
   auto* const box = pane.findChild<QLineEdit*>();
@@ -71,7 +81,7 @@ TEST_F(ScannedMainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
   }
   box->setText(u"nowhere"_s);
   QTest::keyClick(box, Qt::Key_Return);
-  EXPECT_TRUE(testing::hasLabel(pane, u"Nichts gefunden"_s));
+  EXPECT_TRUE(hasLabel(pane, u"Nichts gefunden"_s));
   QTest::keyClick(box, Qt::Key_Escape);
   EXPECT_FALSE(box->isVisible());
 }
@@ -305,7 +315,7 @@ TEST_F(MainWindowTest, DeleteKeysWorkInListsOfObjectsAndNowhereElse) {
 TEST_F(MainWindowTest, AReadOnlyWindowSaysSoAndChangesNothingOnTheDisk) {
   Program run(data_, true);
   EXPECT_TRUE(run.window->windowTitle().endsWith(u" \u2013 nur Lesen"_s));
-  EXPECT_TRUE(testing::hasLabel(*run.window->statusBar(), u"nur Lesen"_s));
+  EXPECT_TRUE(hasLabel(*run.window->statusBar(), u"nur Lesen"_s));
   turnAllListsOn(run.session.options);
   run.execute(std::nullopt, Id::ShowFiles);
   run.scan({tree_.text()});
@@ -336,6 +346,305 @@ TEST_F(MainWindowTest, AReadOnlyWindowSaysSoAndChangesNothingOnTheDisk) {
   }
   EXPECT_EQ(QDir(path("big")).entryList(QDir::Files),
             (QStringList{u"a.bin"_s, u"b.txt"_s, u"b2.txt"_s}));
+}
+
+class MainWindowDeleteTest : public ScannedWindowTest {
+ protected:
+  void select(ListId view, const QStringList& names) {
+    ListView& list = run_.list(view);
+    list.clearSelection();
+    const QStringList rows = run_.column(view);
+    for (const QString& name : names) {
+      ASSERT_TRUE(rows.contains(name)) << name.toStdString();
+      const QModelIndex index = list.model()->index(int(rows.indexOf(name)), 1);
+      list.selectionModel()->setCurrentIndex(
+          index, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+  }
+
+  QStringList folders() { return run_.column(kFolders); }
+  QString files(const QString& folder) {
+    return run_.cell(kFolders, int(folders().indexOf(folder)), FolderColumnId::Files);
+  }
+  bool hasLogged(const QString& line) { return run_.column(ListId::Log, 2).contains(line); }
+
+  const ScopedVariable bin_{"XDG_DATA_HOME", data_.path()};
+};
+
+TEST_F(MainWindowDeleteTest, FoldersGoAfterAQuestionThatTellsWhatGoes) {
+  select(kFolders, {u"big"_s, u"link"_s});
+  const QStringList before = folders();
+  const qsizetype logged = run_.column(ListId::Log).size();
+  {
+    Answer no(QMessageBox::No);
+    EXPECT_TRUE(run_.execute(kFolders, Id::DeleteFolders));
+    EXPECT_EQ(no.text, u"Sollen die ausgewählten Ordner wirklich gelöscht werden?"_s);
+    EXPECT_EQ(no.defaultText.remove(u'&'), u"No"_s);
+    const QString plain = no.details.remove(QChar(0x200B));
+    for (const QString& part : {path("big"), u"Dateien: 3, Ordner: 2"_s, u"Verknüpfungen: 1"_s,
+                                u"2 Namen von Hardlinks; 200"_s})
+      EXPECT_TRUE(plain.contains(part)) << plain.toStdString();
+  }
+  EXPECT_EQ(folders(), before);
+  EXPECT_EQ(run_.column(ListId::Log).size(), logged);
+  Answer yes(QMessageBox::Yes);
+  EXPECT_TRUE(run_.execute(kFolders, Id::DeleteFolders));
+  EXPECT_EQ(folders(), (QStringList{path(), u"Dateien"_s, u"small"_s}));
+  EXPECT_EQ(files(path()), u"3"_s);
+  EXPECT_EQ(namesIn(tree_.path()).size(), 2U);
+  EXPECT_TRUE(hasLogged(u"GELÖSCHT: "_s + path("big/")));
+  EXPECT_EQ(run_.column(ListId::Hardlinks).size(), 2) << "a list beside the tree is the last run";
+  // The keyboard goes on where the first of the rows was.
+  EXPECT_TRUE(run_.list(kFolders).selectionModel()->hasSelection());
+}
+
+TEST_F(MainWindowDeleteTest, AFolderInTheBinComesBackAndARescanFindsIt) {
+  select(kFolders, {u"small"_s});
+  {
+    Answer yes(QMessageBox::Yes);
+    EXPECT_TRUE(run_.execute(kFolders, Id::RecycleFolders));
+    EXPECT_TRUE(yes.details.contains(u"Papierkorb"_s));
+  }
+  EXPECT_EQ(files(path()), u"4"_s);
+  EXPECT_TRUE(hasLogged(u"PAPIERKORB: "_s + path("small/")));
+  ASSERT_EQ(rename(data_.path("Trash/files/small").c_str(), tree_.path("small").c_str()), 0);
+  run_.list(kFolders).goTo(0);
+  EXPECT_TRUE(run_.execute(kFolders, Id::Rescan));
+  EXPECT_EQ(files(path()), u"6"_s);
+  EXPECT_TRUE(folders().contains(u"small"_s));
+  EXPECT_EQ(run_.list(kFolders).currentRow(), 0U);
+}
+
+TEST_F(MainWindowDeleteTest, ARescanKeepsWhatIsOpenAndTheOrder) {
+  run_.execute(kFolders, Id::ExpandAll);
+  run_.list(kFolders).sortByColumn(FolderColumnId::Name);
+  const QStringList before = folders();
+  ASSERT_TRUE(before.contains(u"deep"_s));
+  run_.list(kFolders).goTo(0);
+  EXPECT_TRUE(run_.execute(kFolders, Id::Rescan));
+  EXPECT_EQ(folders(), before);
+  // Of the row of direct files the folder above is read.
+  tree_.file("new.txt", 7);
+  select(kFolders, {u"Dateien"_s});
+  EXPECT_TRUE(run_.execute(kFolders, Id::Rescan));
+  EXPECT_EQ(files(path()), u"7"_s);
+}
+
+TEST_F(MainWindowDeleteTest, FilesGoFromTheirListAndFromTheTreeOnlyIfItShowsTheirFolder) {
+  select(ListId::LargestFiles, {u"needle.txt"_s});
+  Answer yes(QMessageBox::Yes);
+  EXPECT_TRUE(run_.execute(ListId::LargestFiles, Id::DeleteFiles));
+  EXPECT_FALSE(run_.column(ListId::LargestFiles).contains(u"needle.txt"_s));
+  EXPECT_NE(access(tree_.path("small/deep/needle.txt").c_str(), F_OK), 0);
+  EXPECT_EQ(files(path()), u"6"_s);
+  run_.execute(std::nullopt, Id::ShowFiles);
+  select(kFolders, {u"big"_s});
+  ASSERT_EQ(run_.column(ListId::Files).size(), 3);
+  select(ListId::Files, {u"a.bin"_s, u"b2.txt"_s});
+  EXPECT_TRUE(run_.execute(ListId::Files, Id::DeleteFiles));
+  EXPECT_EQ(run_.column(ListId::Files), QStringList{u"b.txt"_s});
+  EXPECT_EQ(files(u"big"_s), u"1"_s);
+  EXPECT_EQ(files(path()), u"4"_s);
+  EXPECT_EQ(run_.list(ListId::Files).currentRow(), 0U);
+}
+
+TEST_F(MainWindowDeleteTest, ASourceIsTakenOffTheListAndStaysOnTheDisk) {
+  run_.scan({tree_.text("small")});
+  select(kFolders, {u"big"_s});
+  EXPECT_TRUE(run_.execute(kFolders, Id::RemoveSourceRows));
+  EXPECT_EQ(folders()[0], path("small"));
+  EXPECT_FALSE(folders().contains(u"big"_s));
+  EXPECT_EQ(namesIn(tree_.path()).size(), 4U);
+  EXPECT_TRUE(run_.column(ListId::Files).isEmpty());
+  run_.list(kFolders).goTo(0);
+  EXPECT_TRUE(run_.execute(kFolders, Id::RemoveSourceRows));
+  EXPECT_TRUE(folders().isEmpty());
+  EXPECT_EQ(run_.session.tree.MaxFolderDepth(), 0U);
+}
+
+/// The parts of the window, each through its own interface.
+class PartsTest : public WindowTest {
+ protected:
+  ListPane& pane(ListId list) { return run_.pane(list); }
+  QStringList names(ListId list) { return run_.column(list); }
+
+  Program run_{data_};
+  const Parts& parts_ = run_.window->parts();
+  Session& session_ = run_.session;
+};
+
+TEST_F(PartsTest, ASourceIsOfferedOnceAndKeptForTheNextStart) {
+  const int drives = parts_.sources.count();
+  for (const Text& path : {tree_.text() + u"/", tree_.text("big"), tree_.text()})
+    parts_.sources.AddNewSearchPath(path);
+  EXPECT_EQ(parts_.sources.count(), drives + 2);
+  EXPECT_EQ(parts_.sources.path(), tree_.text());
+  parts_.sources.store();
+  run_.startUp->settings().flush();
+  WindowState state(session_, run_.startUp->settings());
+  SourceBox next(state, nullptr);
+  next.load();
+  EXPECT_EQ(next.count(), drives + 2);
+  EXPECT_EQ(next.path(), tree_.text());
+  next.Quelle_Entfernen();
+  EXPECT_EQ(next.count(), drives + 1);
+  next.AddNewSearchPath(u"/");
+  const int all = next.count();
+  next.Quelle_Entfernen();
+  EXPECT_EQ(next.count(), all) << "a drive stays";
+}
+
+TEST_F(PartsTest, EachButtonShowsItsListAndNoOther) {
+  PaneArea& area = parts_.area;
+  const auto pressed = [this] {
+    std::vector<Id> ids;
+    for (CommandSet* const set : run_.window->findChildren<CommandSet*>())
+      for (const BarItem& item : barItems(Bar::Header))
+        if (set->has(Id::ShowHardlinks) && set->action(item.id)->isChecked())
+          ids.push_back(item.id);
+    return ids;
+  };
+  const std::pair<ListId, Id> lists[] = {{ListId::Files, Id::ShowFiles},
+                                         {ListId::NewestFiles, Id::ShowTopLists},
+                                         {ListId::Hardlinks, Id::ShowHardlinks},
+                                         {ListId::Log, Id::ShowLog}};
+  for (const auto& [list, command] : lists) {
+    area.Change_ButtonHeaderActive(list);
+    EXPECT_EQ(area.rightList(), list);
+    EXPECT_TRUE(pane(list).isVisible());
+    EXPECT_EQ(pressed(), std::vector<Id>{command});
+  }
+  area.showTopLists();
+  EXPECT_EQ(area.rightList(), ListId::NewestFiles) << "the top list that was shown last";
+  CommandSet& top = pane(ListId::NewestFiles).commands();
+  EXPECT_EQ(top.action(Id::TopListMenu)->text(), u"Neuste Dateien"_s);
+  EXPECT_TRUE(top.action(Id::ShowNewestFiles)->isChecked());
+  EXPECT_FALSE(top.action(Id::ShowOldestFiles)->isChecked());
+  area.showSides(true, false);
+  EXPECT_TRUE(pressed().empty() && !area.isRightVisible());
+  EXPECT_EQ(area.focusedList(), ListId::Folders);
+  area.showSides(false, true);
+  EXPECT_EQ(area.focusedList(), ListId::NewestFiles);
+  EXPECT_FALSE(pane(ListId::Folders).isVisible());
+}
+
+TEST_F(PartsTest, FilesFollowTheSelectedFolderWhileTheirListIsVisible) {
+  run_.scan({tree_.text()});
+  parts_.area.Change_ButtonHeaderActive(ListId::Log);
+  run_.list(ListId::Folders).goTo(1);
+  parts_.files.selectedFolderChanged();
+  EXPECT_TRUE(names(ListId::Files).isEmpty()) << "another list is visible";
+  parts_.area.Change_ButtonHeaderActive(ListId::Files);
+  parts_.files.selectedFolderChanged();
+  EXPECT_EQ(names(ListId::Files).size(), 3);
+  tree_.file("big/late", 1);
+  parts_.files.showFiles(false);
+  parts_.files.filterChanged(std::nullopt);
+  EXPECT_EQ(names(ListId::Files).size(), 3) << "the folder is shown already";
+  session_.options.FileList_Filter_Active = 1;
+  session_.options.FileList_Filter_Text = u"late";
+  parts_.files.filterChanged(ListId::Files);
+  EXPECT_EQ(names(ListId::Files), QStringList(u"late"_s));
+  EXPECT_EQ(pane(ListId::Files).findChild<ElidedLabel*>()->toolTip(), path("big"));
+  parts_.files.hideFiles();
+  EXPECT_TRUE(names(ListId::Files).isEmpty());
+}
+
+TEST_F(PartsTest, AnOwnerThatIsReadLateIsTheOneOfTheWalk) {
+  run_.list(ListId::Folders).setColumnVisible(FolderColumnId::Owner, true);
+  const auto owner = [&](int row) {
+    return run_.cell(ListId::Folders, row, FolderColumnId::Owner);
+  };
+  session_.options.ShowFolderOwner = 1;
+  run_.scan({tree_.text()});
+  const QStringList walked = {owner(0), owner(1)};
+  EXPECT_FALSE(walked[0].isEmpty()) << "a source has its owner too";
+  run_.execute(ListId::Folders, Id::ClearFolders);
+  session_.options.ShowFolderOwner = 0;
+  run_.scan({tree_.text()});
+  EXPECT_TRUE(owner(1).isEmpty());
+  for (const int row : {0, 1}) {
+    run_.list(ListId::Folders).goTo(std::size_t(row));
+    parts_.files.selectedFolderChanged();
+    EXPECT_EQ(owner(row), walked[row]);
+  }
+}
+
+TEST_F(PartsTest, EveryListKnowsThePathsOfItsRows) {
+  turnAllListsOn(session_.options);
+  run_.scan({tree_.text()});
+  const std::pair<ListId, const char*> firsts[] = {{ListId::LargestFiles, "big/a.bin"},
+                                                   {ListId::LargestFolders, "big"},
+                                                   {ListId::SmallestFolders, "small/deep"},
+                                                   {ListId::Junctions, "link"}};
+  for (const auto& [list, path] : firsts)
+    EXPECT_EQ(pane(list).rows().path(0), tree_.text(path)) << int(list);
+  for (const auto& [list, row] : {std::pair(ListId::LargestFiles, 0U), {ListId::Folders, 1U}}) {
+    RowSource& rows = pane(list).rows();
+    const Text before = rows.path(row);
+    EXPECT_FALSE(rows.rename(row, u"../elsewhere").empty());
+    EXPECT_EQ(rows.path(row), before);
+  }
+}
+
+TEST_F(PartsTest, SizesOfTheMainBarAreThoseOfAllLists) {
+  Options& options = session_.options;
+  options.FileSizeFormatHardlinks = kUnitKB;
+  parts_.looks.changeSizes(ListId::Hardlinks);
+  EXPECT_EQ(options.FileSizeFormatOwner, kUnitMB) << "a list alone changes no other";
+  options.FileSizeFormat = kUnitGB;
+  options.SizeFormatShowSizeTextFolders = 1;
+  options.SizeFormatNachkommastellenFolders = 0;
+  parts_.looks.changeSizes(std::nullopt);
+  for (const ListId list : kAllLists) {
+    if (listSettings(options, list).unit == nullptr) continue;
+    const SizeSettings sizes = listSizes(options, list);
+    EXPECT_EQ(sizes.unit, kUnitGB) << int(list);
+    EXPECT_TRUE(sizes.unitText && !sizes.decimals) << int(list);
+  }
+  EXPECT_TRUE(run_.window->commands().action(Id::SizeGigabytes)->isChecked());
+  for (const auto& [change, size] : {std::pair(-100, 6), {100, 32}}) {
+    parts_.looks.ChangeFontSize(change);
+    EXPECT_EQ(options.FontSize, size);
+  }
+}
+
+TEST_F(PartsTest, ManyFilesAreOpenedOnlyAfterAQuestion) {
+  for (int i = 0; i < 11; ++i)
+    tree_.file("many/" + std::to_string(i), 1);
+  run_.scan({tree_.text("many")});
+  parts_.area.Change_ButtonHeaderActive(ListId::Files);
+  parts_.files.showFiles(true);
+  run_.list(ListId::Files).selectAll();
+  Answer no(QMessageBox::No);
+  parts_.opening.openPaths(ListId::Files);
+  EXPECT_TRUE(no.text.contains(u"11"_s)) << no.text.toStdString();
+}
+
+TEST_F(PartsTest, TheStatusLineDescribesTheVisibleListUnlessSomethingRuns) {
+  QStatusBar bar;
+  WindowState state(session_, run_.startUp->settings());
+  StatusLine line(state, parts_.panes, parts_.area, bar);
+  const auto text = [&](int label) {
+    line.StatusbarSetTextRightAUTO();
+    return bar.findChildren<QLabel*>()[label]->text();
+  };
+  run_.scan({tree_.text()});
+  parts_.area.Change_ButtonHeaderActive(ListId::Log);
+  EXPECT_TRUE(text(0).startsWith(u'1')) << text(0).toStdString();
+  EXPECT_TRUE(text(1).startsWith(QString::number(session_.log.rows().size())));
+  line.showProgress(u"reading"_s);
+  session_.context.ScanBusy = true;
+  EXPECT_EQ(text(1), u"reading"_s);
+  session_.context.ScanBusy = false;
+  parts_.area.showSides(true, false);
+  EXPECT_EQ(text(1), QString());
+}
+
+TEST(QtTextTest, NamesOfAnyKindSurviveAndTakeOneLine) {
+  const Text name = Text(u"a\nb\tc\x7F") + char16_t(0xDC80) + u"\U0001F4C1";
+  EXPECT_EQ(ombrelian::ui::toText(toQString(name)), name);
+  EXPECT_EQ(shownOnOneLine(u"a\nb\tc\x7F"), toQString(u"a\u240Ab\u2409c\u2421"));
 }
 
 }  // namespace
