@@ -203,13 +203,12 @@ TEST(CommandTableTest, CommandsNameListsAndNumbers) {
   EXPECT_EQ(commandCaption(commandOf(CommandId::MakeSmallestFiles), options),
             u"Erstelle eine Liste mit den 77 kleinsten Dateien");
   EXPECT_EQ(commandCaption(commandOf(CommandId::ExpandLevel3), options), u"Bis Ebene 3 aufklappen");
-  *commandState(options, std::nullopt, CommandId::MakeOwners).flag = 1;
-  EXPECT_TRUE(isOn(options, ListId::Owners));
   // A filter of the list of files is another one than that of a scan.
-  EXPECT_EQ(commandState(options, ListId::Files, CommandId::OnlyTheseFiles).flag,
-            &options.FileList_Filter_Active);
-  EXPECT_EQ(commandState(options, std::nullopt, CommandId::OnlyTheseFiles).flag,
-            &options.FolderList_FilterFilesInclude_Active);
+  const auto flag = [&](std::optional<ListId> list) {
+    return commandState(options, list, CommandId::OnlyTheseFiles).flag;
+  };
+  EXPECT_EQ(flag(ListId::Files), &options.FileList_Filter_Active);
+  EXPECT_EQ(flag(std::nullopt), &options.FolderList_FilterFilesInclude_Active);
 }
 
 }  // namespace

@@ -41,11 +41,8 @@ TEST_F(StartUpTest, ANewUserGetsAFolderAndASettingsFile) {
 }
 
 TEST_F(StartUpTest, ANewUserKeepsTwoSettingsOfTheOlderVersion) {
-  const struct {
-    const char* old;
-    TextView made;
-    bool isFirst;
-  } cases[] = {
+  const std::tuple<const char*, TextView, bool> cases[] = {
+      // The older file, the file that is made of it, and whether that is a first start.
       {"[Optionen]\r\nKontextmenu=0\r\nBigIcons=1\r\n[Allgemein]\r\nLang=12\r\n",
        u"[Optionen]\r\nKontextmenu=0\r\n[Allgemein]\r\nLang=12\r\n", false},
       {"[Allgemein]\nLang=\n", u"[Allgemein]\r\nLang=12\r\n[Optionen]\r\nKontextmenu=1\r\n", true},
@@ -53,15 +50,15 @@ TEST_F(StartUpTest, ANewUserKeepsTwoSettingsOfTheOlderVersion) {
        u"[Allgemein]\r\nLang=12\r\n[Optionen]\r\nKontextmenu=1\r\n", true},
   };
   const std::string made = home.path("config/Ombrelian/Ombrelian3.ini");
-  for (const auto& c : cases) {
+  for (const auto& [old, content, isFirstStart] : cases) {
     unlink(made.c_str());
-    writeIni("Ombrelian.ini", c.old);
-    for (const bool isFirst : {c.isFirst, false}) {
+    writeIni("Ombrelian.ini", old);
+    for (const bool isFirst : {isFirstStart, false}) {
       const StartUp startUp({}, u"", 12);
-      EXPECT_EQ(startUp.isFirstStart(), isFirst) << c.old;
-      EXPECT_EQ(testing::readReport(made), c.made);
+      EXPECT_EQ(startUp.isFirstStart(), isFirst) << old;
+      EXPECT_EQ(testing::readReport(made), content);
     }
-    EXPECT_EQ(dataFile("Ombrelian.ini"), c.old) << "it stays";
+    EXPECT_EQ(dataFile("Ombrelian.ini"), old) << "it stays";
   }
 }
 

@@ -416,11 +416,8 @@ class Sequence : public DeletionFixture {
     const NodeIndex node = pick(allNodes());
     if (!tree[node].has(FolderNode::IsFolder) || tree[node].parent == kNoNode) return;
     // Now and then a name that something has already.
-    Text name = u"renamed" + toText(std::int64_t(below(3)));
-    if (below(3) == 0) name = u"same";
-    if (below(4) == 0 && tree[tree[node].parent].hasChildren()) {
-      name = tree[tree[tree[node].parent].firstChild].name();
-    }
+    Text name = below(3) == 0 ? u"same" : u"renamed" + toText(std::int64_t(below(3)));
+    if (below(4) == 0) name = tree[tree[tree[node].parent].firstChild].name();
     if (name == tree[node].name()) return;
     renameFolder(tree, Report_GetFullpathOfNode(tree, node, false, false), name);
   }

@@ -165,16 +165,6 @@ TEST_F(WalkerTest, ACancelKeepsWhatIsFinished) {
   EXPECT_EQ(cancelled.sourcesScanned, 1);
 }
 
-TEST_F(WalkerTest, OwnersWhereTheyAreKept) {
-  folder.file("mine/file", 1);
-  folder.folder("foreign");
-  options.ShowFolderOwner = 1;
-  if (chown(folder.path("foreign").c_str(), 3999999, 0) != 0) GTEST_SKIP() << "needs root";
-  const NodeIndex root = scan(folder.text());
-  EXPECT_EQ(tree.ownerText(tree[find(root, u"mine")].owner), u"root");
-  EXPECT_EQ(tree.ownerText(tree[find(root, u"foreign")].owner), u"-Unbekannt-");
-}
-
 TEST_F(WalkerTest, WhatFiltersLeaveOutIsNotThere) {
   folder.file("keep/a.jpg", 1);
   folder.file("keep/b.tmp", 10);
