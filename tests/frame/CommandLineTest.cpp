@@ -106,17 +106,11 @@ TEST(CommandLineTest, RelativePathsBecomeAbsolute) {
   const CommandLine line = parseArguments({u"-s", u"t.csv", u".", u"--", u"-odd"});
   EXPECT_EQ(line.target, expected + u"/t.csv");
   EXPECT_EQ(line.sources, (Sources{expected, expected + u"/-odd"}));
-  const struct {
-    TextView typed;
-    TextView meant;
-  } cases[] = {{u"/usr/../usr/./lib//", u"/usr/lib"},
-               {u"/", u"/"},
-               {u"//", u"/"},
-               {u"/..", u"/"},
-               {u"/no/such/../place", u"/no/place"},
-               {u"/a b/ c ", u"/a b/ c "}};
-  for (const auto& c : cases)
-    EXPECT_EQ(platform::GetFullPathNameW(c.typed), c.meant);
+  const std::pair<TextView, TextView> cases[] = {
+      {u"/usr/../usr/./lib//", u"/usr/lib"}, {u"/", u"/"},   {u"//", u"/"},
+      {u"/no/such/../place", u"/no/place"},  {u"/..", u"/"}, {u"/a b/ c ", u"/a b/ c "}};
+  for (const auto& [typed, meant] : cases)
+    EXPECT_EQ(platform::GetFullPathNameW(typed), meant);
 }
 
 TEST(CommandLineTest, LinesWithQuotedPaths) {

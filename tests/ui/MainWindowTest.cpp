@@ -238,16 +238,14 @@ void expectKeysAreOfTheText(Program& run, ListId list, QLineEdit* field) {
 TEST_F(ScannedMainWindowTest, KeysWalkThroughTheTreeAndEditAName) {
   ListView& list = run_.list(kFolders);
   list.goTo(3);
-  const struct {
-    Qt::Key key;
-    int rows;
-    std::size_t current;
-  } keys[] = {{Qt::Key_Right, 6, 3}, {Qt::Key_Right, 6, 4},  {Qt::Key_Left, 6, 3},
-              {Qt::Key_Left, 5, 3},  {Qt::Key_Return, 6, 3}, {Qt::Key_Return, 5, 3}};
-  for (const auto& pressed : keys) {
-    QTest::keyClick(&list, pressed.key);
-    EXPECT_EQ(list.model()->rowCount(), pressed.rows) << pressed.key;
-    EXPECT_EQ(list.currentRow(), pressed.current) << pressed.key;
+  // A key; how many rows there are then, and which is the current one.
+  const std::tuple<Qt::Key, int, std::size_t> keys[] = {
+      {Qt::Key_Right, 6, 3}, {Qt::Key_Right, 6, 4},  {Qt::Key_Left, 6, 3},
+      {Qt::Key_Left, 5, 3},  {Qt::Key_Return, 6, 3}, {Qt::Key_Return, 5, 3}};
+  for (const auto& [key, rows, current] : keys) {
+    QTest::keyClick(&list, key);
+    EXPECT_EQ(list.model()->rowCount(), rows) << key;
+    EXPECT_EQ(list.currentRow(), current) << key;
   }
   QTest::keyClick(&list, Qt::Key_F2);
   auto* const field = list.viewport()->findChild<QLineEdit*>();
