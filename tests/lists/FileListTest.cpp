@@ -104,37 +104,27 @@ TEST_F(FileListTest, DatesAreThoseOfTheFileItself) {
   }
 }
 
-TEST_F(FileListTest, TheSameFolderIsReadAgainOnlyWhenForced) {
-  folder.file("a");
+TEST_F(FileListTest, TheSameFolderIsReadAgainOnlyWhenForcedAndKeepsItsOrder) {
+  folder.file("b", 1);
   Text path = folder.text();
   EXPECT_TRUE(list.List_Files_ScanFolder(path, false));
-  folder.file("b");
-  EXPECT_FALSE(list.List_Files_ScanFolder(path, false));
-  EXPECT_EQ(names().size(), 1U);
-  EXPECT_TRUE(list.List_Files_ScanFolder(path, true));
-  EXPECT_EQ(names().size(), 2U);
-  folder.file("c");
-  EXPECT_TRUE(list.List_Files_Refresh());
-  EXPECT_EQ(names().size(), 3U);
-  options.FilelistVisible = 0;
-  EXPECT_TRUE(list.List_Files_ScanFolder(path, false));
-  EXPECT_EQ(names().size(), 0U);
-  EXPECT_EQ(list.folder(), u"");
-  EXPECT_FALSE(list.List_Files_Refresh());
-}
-
-TEST_F(FileListTest, TheOrderOfTheRowsOutlivesARead) {
-  folder.file("b", 1);
-  folder.file("a", 2);
-  show();
   list.grid().sort(list.grid().column(u"name"), false);
+  folder.file("a");
+  EXPECT_FALSE(list.List_Files_ScanFolder(path, false));
+  EXPECT_EQ(names(), std::vector<Text>{u"b"});
+  EXPECT_TRUE(list.List_Files_ScanFolder(path, true));
+  EXPECT_EQ(names(), (std::vector<Text>{u"a", u"b"}));
   folder.file("c", 3);
-  list.List_Files_Refresh();
+  EXPECT_TRUE(list.List_Files_Refresh());
   EXPECT_EQ(names(), (std::vector<Text>{u"a", u"b", u"c"}));
   list.clear();
-  EXPECT_EQ(list.grid().rowCount(), 0U);
+  EXPECT_EQ(names().size(), 0U);
   show();
   EXPECT_EQ(names(), (std::vector<Text>{u"a", u"b", u"c"}));
+  options.FilelistVisible = 0;
+  EXPECT_TRUE(list.List_Files_ScanFolder(path, false));
+  EXPECT_TRUE(names().empty() && list.folder().empty());
+  EXPECT_FALSE(list.List_Files_Refresh());
 }
 
 TEST_F(FileListTest, TheFilterHoldsOnlyWhereItIsOn) {

@@ -50,7 +50,7 @@ class FaultsInRunsTest : public ScanFixture {
 
   RunResult run() {
     std::deque<Text> queue = {folder.text()};
-    const RunResult result = ScanRun(faulty()).Ordnerliste_Abarbeiten(queue);
+    result = ScanRun(faulty()).Ordnerliste_Abarbeiten(queue);
     EXPECT_TRUE(queue.empty());
     return result;
   }
