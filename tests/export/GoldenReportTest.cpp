@@ -6,75 +6,49 @@
 // ends are plain (a line feed that is no line end stands as "\n"), the script and the style of a
 // page are left out, and a workbook stands there as what a reader that is not ours finds in it.
 
-#include <array>
-#include <cstdio>
 #include <fstream>
 
-#include "export/FolderSave.h"
 #include "export/HtmlWriter.h"
 #include "export/ListSave.h"
 #include "export/SortScript.h"
 #include "lists/Log.h"
 #include "platform/FindData.h"
-#include "tests/testing/ScanFixture.h"
-#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/SaveFixture.h"
 #include "tests/testing/ScopedZone.h"
 
 namespace ombrelian {
 namespace {
 
+using namespace ombrelian::testing;
+
 const std::string kFolder = std::string(OMBRELIAN_SOURCE_DIR) + "/tests/export/golden/";
 
-/// What a program prints.
-std::string outputOf(const std::string& command) {
-  std::string output;
-  FILE* const pipe = popen(command.c_str(), "r");
-  std::array<char, 4096> buffer;
-  while (const std::size_t got = fread(buffer.data(), 1, buffer.size(), pipe))
-    output.append(buffer.data(), got);
-  EXPECT_EQ(pclose(pipe), 0) << command;
-  return output;
-}
-
-/// A text report as a golden file has it.
-std::string readable(const std::string& path) {
-  Text text = replaceAll(testing::readReport(path), u"\r\n", u"\r");
+/// A report as a golden file has it.
+std::string readReportOf(const std::string& path, ReportFormat format) {
+  if (format == ReportFormat::XLSX)
+    return outputOf("/usr/bin/python3 '" + kFolder + "../dump_xlsx.py' '" + path + "'");
+  Text text = replaceAll(readReport(path), u"\r\n", u"\r");
   text = replaceAll(replaceAll(text, u"\n", u"\\n"), u"\r", u"\n");
   text = replaceAll(text, kSortScript, u"...");
   return toBytes(replaceAll(text, GetTableHtmlStyles(), u"<style>...</style>"));
 }
 
-std::string readReportOf(const std::string& path, ReportFormat format) {
-  if (format != ReportFormat::XLSX) return readable(path);
-  return outputOf("/usr/bin/python3 '" + kFolder + "../dump_xlsx.py' '" + path + "'");
-}
-
-class GoldenReportTest : public ::testing::Test {
+class GoldenTest : public SaveFixture {
  protected:
-  void compare(const std::string& name, const std::string& report) {
-    const std::string path = kFolder + name;
+  /// Compares with the golden file of the same name; that of a workbook is a dump.
+  void compare(const std::string& name, const std::string& written) {
+    const std::string path = kFolder + name + (name.ends_with(".xlsx") ? ".dump" : "");
     if (std::getenv("OMBRELIAN_WRITE_GOLDEN") != nullptr) {
-      std::ofstream(path, std::ios::binary) << report;
+      std::ofstream(path, std::ios::binary) << written;
     }
-    EXPECT_EQ(report, testing::readFile(path)) << name;
+    EXPECT_EQ(written, readFile(path)) << name;
   }
 
-  const testing::ScopedZone zone{"UTC"};
-  testing::TestFolder out;
-  testing::QuietInterface ui;
-  Options options;
+  const ScopedZone zone{"UTC"};
 };
 
-class GoldenFolderTest : public GoldenReportTest {
+class GoldenFolderTest : public GoldenTest {
  protected:
-  NodeIndex add(NodeIndex parent, TextView name, std::int64_t size, bool isFolder = true) {
-    const NodeIndex node =
-        parent == kNoNode ? tree.addRoot(name) : tree.addChild(parent, name, isFolder);
-    tree[node].size = size;
-    tree[node].files = std::int32_t(size / 1000);
-    return node;
-  }
-
   void SetUp() override {
     root = add(kNoNode, u"/src", 4'200'000);
     deep = add(root, u"deep", 2'800'000);
@@ -102,22 +76,16 @@ class GoldenFolderTest : public GoldenReportTest {
   /// Saves in each of the formats, and compares.
   void check(const std::string& name, const std::vector<ReportFormat>& formats,
              std::int32_t levels) {
-    report.applySettings();
     for (const ReportFormat format : formats) {
-      const std::string extension = toBytes(fileExtension(format));
-      const std::string file = name + "." + extension;
-      FolderSave save(report, options, ui);
-      const Failure failure = save.SAVE(out.text(file), levels, kKeepDelimiter, {});
+      const std::string file = nameOf(format, name);
+      const Failure failure = save(file, levels);
       EXPECT_FALSE(failure.has_value()) << toBytes(failure->text);
-      const bool isBook = format == ReportFormat::XLSX;
-      compare(isBook ? file + ".dump" : file, readReportOf(out.path(file), format));
+      compare(file, readReportOf(out.path(file), format));
     }
   }
 
   using Format = ReportFormat;
 
-  FolderTree tree;
-  FolderReport report{tree, options};
   NodeIndex root = kNoNode;
   NodeIndex deep = kNoNode;
   NodeIndex odd = kNoNode;
@@ -129,8 +97,7 @@ TEST_F(GoldenFolderTest, EveryColumnOfTwoSources) {
   options.FileSizeFormat = 1;
   options.DateFormat = u"dd.mm.yyyy hh:nn";
   options.Delimiter = 1;
-  check("folders-all", {Format::TXT, Format::CSV, Format::HTML, Format::XML, Format::XLSX},
-        kAllLevels);
+  check("folders-all", {std::begin(kFormats), std::end(kFormats)}, kAllLevels);
 }
 
 TEST_F(GoldenFolderTest, ASelectedRowWithIndentAndLines) {
@@ -164,7 +131,7 @@ TEST_F(GoldenFolderTest, ACancelledSaveIsWellFormed) {
 }
 
 /// One file a format with every list in it, one below the other.
-class GoldenListTest : public GoldenReportTest {
+class GoldenListTest : public GoldenTest {
  protected:
   /// Two rows in which every column has a value that tells it from the others.
   Grid sample(ListId list) {
@@ -197,7 +164,7 @@ class GoldenListTest : public GoldenReportTest {
   }
 
   std::string saved(const ListToSave& list, ReportFormat format) {
-    const std::string path = out.path("list." + toBytes(fileExtension(format)));
+    const std::string path = out.path(nameOf(format));
     const Failure failure = saveList(list, options, format, fromBytes(path), u";", ui);
     EXPECT_FALSE(failure.has_value()) << toBytes(failure->text);
     return "=== " + toBytes(list.title) + "\n" + readReportOf(path, format) + "\n";
@@ -225,12 +192,9 @@ class GoldenListTest : public GoldenReportTest {
 TEST_F(GoldenListTest, EveryListInEveryFormat) {
   const ScopedLocale posix("C");
   options.HardlinkColumnVisible.fill(1);
-  for (const ReportFormat format : {ReportFormat::TXT, ReportFormat::CSV, ReportFormat::HTML,
-                                    ReportFormat::XML, ReportFormat::XLSX}) {
+  for (const ReportFormat format : kFormats) {
     options.SaveFiles.DividingLine = format == ReportFormat::TXT ? 1 : 0;
-    compare(
-        "lists." + toBytes(fileExtension(format)) + (format == ReportFormat::XLSX ? ".dump" : ""),
-        allLists(format));
+    compare(nameOf(format, "lists"), allLists(format));
   }
 }
 

@@ -1,7 +1,13 @@
+// What the program can be told to do: in its command line, and by the commands of its window.
+
 #include "frame/CommandLine.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
+
+#include "frame/CommandTable.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
 
@@ -11,35 +17,87 @@ namespace {
 using Mode = CommandLine::Mode;
 using Sources = std::deque<Text>;
 
-TEST(CommandLineTest, SilentArguments) {
-  const struct {
-    std::vector<Text> arguments;
-    std::int32_t levels;
-    std::int32_t delimiter;
-    Text custom;
-    Text target;
-    Sources sources;
-  } cases[] = {
-      {{u"-s", u"/t.txt", u"/a"}, -1, -1, u"", u"/t.txt", {u"/a"}},
-      {{u"-s12", u"-d1", u"/t", u"/a", u"/b"}, 12, 1, u"", u"/t", {u"/a", u"/b"}},
-      {{u"-s0", u"-d4 | ", u"/t", u"/a"}, 0, 4, u" | ", u"/t", {u"/a"}},
-      {{u"-s99999999999999999999", u"/t", u"/a"}, INT32_MAX, -1, u"", u"/t", {u"/a"}},
+/// All that a line says. What has an error differs from all that has none.
+std::string said(const CommandLine& line) {
+  Text all = toText(int(line.mode)) + (line.readOnly ? u" read-only" : u"") +
+             (line.json ? u" json " : u" ") + toText(line.levels) + u" " + toText(line.delimiter) +
+             u" " + toText(line.rows) + u" '" + line.customDelimiter + u"' '" + line.target + u"'";
+  for (const Text& source : line.sources)
+    all += u" '" + source + u"'";
+  return toBytes(all + line.error);
+}
+
+std::vector<Text> split(TextView typed, char16_t separator = u' ') {
+  std::vector<Text> arguments;
+  for (std::size_t at = 0; at != TextView::npos;) {
+    const std::size_t end = typed.find(separator, at);
+    arguments.emplace_back(typed.substr(at, end - at));
+    at = end == TextView::npos ? end : end + 1;
+  }
+  return arguments;
+}
+
+TEST(CommandLineTest, Arguments) {
+  const CommandLine lists = {.mode = Mode::Lists, .sources = {u"/a"}};
+  const Text hyphen = platform::GetFullPathNameW(u"--read-only");
+  const std::pair<TextView, CommandLine> cases[] = {
+      {u"/a /b /x/..//a/", {.sources = {u"/a", u"/b"}}},
+      {u"-RESTART", {.mode = Mode::Restart}},
+      {u"--version", {.mode = Mode::Version}},
+      {u"-s --help", {.mode = Mode::Help}},
+      {u"--lists --help", {.mode = Mode::Help}},
+      {u"-s /t.txt /a", {.mode = Mode::Silent, .sources = {u"/a"}, .target = u"/t.txt"}},
+      {u"-s12 -d1 /t /a /b",
+       {.mode = Mode::Silent,
+        .sources = {u"/a", u"/b"},
+        .target = u"/t",
+        .levels = 12,
+        .delimiter = 1}},
+      {u"-s0 -d4|| /t /a",
+       {.mode = Mode::Silent,
+        .sources = {u"/a"},
+        .target = u"/t",
+        .levels = 0,
+        .delimiter = 4,
+        .customDelimiter = u"||"}},
+      {u"-s99999999999999999999 /t /a",
+       {.mode = Mode::Silent, .sources = {u"/a"}, .target = u"/t", .levels = INT32_MAX}},
       // Whatever a path can hold; behind "--" also a leading hyphen, which then is no root.
-      {{u"-s", u"/t", u"/\"q\" \n\xDCFF", u"-TLMODUS", u"--", u"/-s"},
-       -1,
-       -1,
-       u"",
-       u"/t",
-       {u"/\"q\" \n\xDCFF", u"/-s"}},
+      {u"-s /t /\"q\"\n\xDCFF -TLMODUS -- /-s",
+       {.mode = Mode::Silent, .sources = {u"/\"q\"\n\xDCFF", u"/-s"}, .target = u"/t"}},
+      {u"--lists /a", lists},
+      {u"--lists --save /out --format Html /a", lists},
+      {u"--lists --save /out /a", lists},
+      {u"--lists --helpers 64 /a", lists},
+      {u"/a --json --rows 7 --lists",
+       {.mode = Mode::Lists, .sources = {u"/a"}, .json = true, .rows = 7}},
+      {u"--lists --rows 99999999999 -- /a",
+       {.mode = Mode::Lists, .sources = {u"/a"}, .rows = INT32_MAX}},
+      {u"--read-only", {.readOnly = true}},
+      {u"/a --read-only /b", {.readOnly = true, .sources = {u"/a", u"/b"}}},
+      {u"-s1 /t /a --read-only",
+       {.mode = Mode::Silent, .readOnly = true, .sources = {u"/a"}, .target = u"/t", .levels = 1}},
+      {u"--read-only --lists /a", {.mode = Mode::Lists, .readOnly = true, .sources = {u"/a"}}},
+      {u"-RESTART --read-only", {.mode = Mode::Restart, .readOnly = true}},
+      {u"-- /b --read-only", {.sources = {u"/b", hyphen}}},
   };
-  for (const auto& c : cases) {
-    const CommandLine line = parseArguments(c.arguments);
-    ASSERT_EQ(line.mode, Mode::Silent) << toBytes(line.error);
-    EXPECT_EQ(line.levels, c.levels);
-    EXPECT_EQ(line.delimiter, c.delimiter);
-    EXPECT_EQ(line.customDelimiter, c.custom);
-    EXPECT_EQ(line.target, c.target);
-    EXPECT_EQ(line.sources, c.sources);
+  for (const auto& [typed, expected] : cases)
+    EXPECT_EQ(said(parseArguments(split(typed))), said(expected)) << toBytes(typed);
+  EXPECT_EQ(said(parseArguments({})), said({}));
+  EXPECT_TRUE(parseArguments({u"-TLMODUS", u"/a"}).translatorMode);
+}
+
+TEST(CommandLineTest, WhatMakesNoJob) {
+  const TextView all =
+      u";-x;-RESTART /a;-s;-s /only-target;-s3 -d;-sx /t /a;--sources /a;-s /t ;-s  /a;--lists;"
+      u"--lists /a /b;--lists /a --rows;--lists --rows -1 /a;--lists --rows x /a;--json /a;"
+      u"-s --lists /t /a;--lists --save /out --format htm /a;--lists --save /out --json /a;"
+      u"--lists --format csv /a;--lists /a --save;--save /out /a;--lists --helpers 65 /a;"
+      u"--lists /a --helpers;--read-only=no";
+  for (const Text& typed : split(all, u';')) {
+    const CommandLine line = parseArguments(split(typed));
+    EXPECT_EQ(line.mode, Mode::Invalid) << toBytes(typed);
+    EXPECT_FALSE(line.error.empty()) << toBytes(typed);
   }
 }
 
@@ -48,147 +106,101 @@ TEST(CommandLineTest, RelativePathsBecomeAbsolute) {
   const CommandLine line = parseArguments({u"-s", u"t.csv", u".", u"--", u"-odd"});
   EXPECT_EQ(line.target, expected + u"/t.csv");
   EXPECT_EQ(line.sources, (Sources{expected, expected + u"/-odd"}));
-  const struct {
-    TextView typed;
-    TextView meant;
-  } cases[] = {{u"/usr/../usr/./lib//", u"/usr/lib"},
-               {u"/", u"/"},
-               {u"//", u"/"},
-               {u"/..", u"/"},
-               {u"/no/such/../place", u"/no/place"},
-               {u"/a b/ c ", u"/a b/ c "}};
-  for (const auto& c : cases)
-    EXPECT_EQ(platform::GetFullPathNameW(c.typed), c.meant);
-}
-
-TEST(CommandLineTest, WhatMakesNoJob) {
-  for (const std::vector<Text>& arguments : std::vector<std::vector<Text>>{{u"-s"},
-                                                                           {u"-s", u"/only-target"},
-                                                                           {u"-s3", u"-d"},
-                                                                           {u"-sx", u"/t", u"/a"},
-                                                                           {u"--sources", u"/a"},
-                                                                           {u"-s", u"/t", u""},
-                                                                           {u"-s", u"", u"/a"},
-                                                                           {u""},
-                                                                           {u"-x"}}) {
-    const CommandLine line = parseArguments(arguments);
-    EXPECT_EQ(line.mode, Mode::Invalid) << toBytes(arguments.front());
-    EXPECT_FALSE(line.error.empty());
-  }
-}
-
-TEST(CommandLineTest, OtherForms) {
-  EXPECT_EQ(parseArguments({}).mode, Mode::Interactive);
-  EXPECT_EQ(parseArguments({u"/a", u"/b"}).sources, (Sources{u"/a", u"/b"}));
-  EXPECT_EQ(parseArguments({u"/a", u"/b", u"/x/..//a/"}).sources, (Sources{u"/a", u"/b"}));
-  EXPECT_EQ(parseArguments({u"-RESTART"}).mode, Mode::Restart);
-  EXPECT_NE(parseArguments({u"-RESTART", u"/a"}).mode, Mode::Restart);
-  EXPECT_EQ(parseArguments({u"-s", u"--help"}).mode, Mode::Help);
-  EXPECT_EQ(parseArguments({u"--version"}).mode, Mode::Version);
-  EXPECT_TRUE(parseArguments({u"-TLMODUS", u"/a"}).translatorMode);
-}
-
-TEST(CommandLineTest, ReadOnlyGoesWithEveryMode) {
-  const struct {
-    std::vector<Text> arguments;
-    Mode mode;
-    bool readOnly;
-    Sources sources;
-  } cases[] = {
-      {{u"--read-only"}, Mode::Interactive, true, {}},
-      {{u"/a", u"--read-only", u"/b"}, Mode::Interactive, true, {u"/a", u"/b"}},
-      {{u"-s1", u"/t", u"/a", u"--read-only"}, Mode::Silent, true, {u"/a"}},
-      {{u"--read-only", u"--lists", u"/a"}, Mode::Lists, true, {u"/a"}},
-      {{u"-RESTART", u"--read-only"}, Mode::Restart, true, {}},
-      {{u"-RESTART"}, Mode::Restart, false, {}},
-      {{u"/a"}, Mode::Interactive, false, {u"/a"}},
-      {{u"--", u"/b", u"--read-only"},
-       Mode::Interactive,
-       false,
-       {u"/b", platform::GetFullPathNameW(u"--read-only")}},
-      {{u"--read-only=no"}, Mode::Invalid, false, {}},
-  };
-  for (const auto& c : cases) {
-    const CommandLine line = parseArguments(c.arguments);
-    EXPECT_EQ(line.mode, c.mode) << toBytes(c.arguments.front());
-    EXPECT_EQ(line.readOnly, c.readOnly) << toBytes(c.arguments.front());
-    EXPECT_EQ(line.sources, c.sources);
-  }
-  const struct {
-    TextView text;
-    Mode mode;
-    bool readOnly;
-    Sources sources;
-  } lines[] = {
-      {uR"(--read-only "C:\a b" "D:")", Mode::Interactive, true, {uR"(C:\a b)", u"D:"}},
-      {uR"(-s2 "C:\t.csv" "C:\a" --read-only)", Mode::Silent, true, {uR"(C:\a)"}},
-      {u"-RESTART --read-only", Mode::Restart, true, {}},
-      {uR"("C:\x --read-only" "D:")", Mode::Interactive, false, {uR"(C:\x --read-only)", u"D:"}},
-      {u"C:/a--read-only", Mode::Interactive, false, {u"C:/a--read-only"}},
-  };
-  for (const auto& c : lines) {
-    const CommandLine line = parseCommandText(c.text);
-    EXPECT_EQ(line.mode, c.mode) << toBytes(c.text);
-    EXPECT_EQ(line.readOnly, c.readOnly) << toBytes(c.text);
-    EXPECT_EQ(line.sources, c.sources) << toBytes(c.text);
-  }
+  const std::pair<TextView, TextView> cases[] = {
+      {u"/usr/../usr/./lib//", u"/usr/lib"}, {u"/", u"/"},   {u"//", u"/"},
+      {u"/no/such/../place", u"/no/place"},  {u"/..", u"/"}, {u"/a b/ c ", u"/a b/ c "}};
+  for (const auto& [typed, meant] : cases)
+    EXPECT_EQ(platform::GetFullPathNameW(typed), meant);
 }
 
 TEST(CommandLineTest, LinesWithQuotedPaths) {
-  const CommandLine silent = parseCommandText(uR"(-s5 -d4";;" "C:\t.csv" "C:\a" "D:\b" "open)");
-  EXPECT_EQ(silent.mode, Mode::Silent);
-  EXPECT_EQ(silent.levels, 5);
-  EXPECT_EQ(silent.delimiter, 4);
-  EXPECT_EQ(silent.customDelimiter, u";;");
-  EXPECT_EQ(silent.target, u"C:\\t.csv");
-  EXPECT_EQ(silent.sources, (Sources{u"C:\\a", u"D:\\b"}));
-  EXPECT_EQ(parseCommandText(u" -RESTART ").mode, Mode::Restart);
+  const std::pair<TextView, CommandLine> cases[] = {
+      {uR"(-s5 -d4";;" "C:\t.csv" "C:\a" "D:\b" "open)",
+       {.mode = Mode::Silent,
+        .sources = {uR"(C:\a)", uR"(D:\b)"},
+        .target = uR"(C:\t.csv)",
+        .levels = 5,
+        .delimiter = 4,
+        .customDelimiter = u";;"}},
+      {u" -RESTART ", {.mode = Mode::Restart}},
+      {uR"(--read-only "C:\a b" "D:")", {.readOnly = true, .sources = {uR"(C:\a b)", u"D:"}}},
+      {u"-RESTART --read-only", {.mode = Mode::Restart, .readOnly = true}},
+      {uR"("C:\x --read-only" "D:")", {.sources = {uR"(C:\x --read-only)", u"D:"}}},
+      {u"C:/a--read-only", {.sources = {u"C:/a--read-only"}}},
+      {uR"(C:\a b)", {.sources = {uR"(C:\a b)"}}},
+      {uR"("C:\a" "C:\b)", {.sources = {uR"(C:\a)"}}},
+      {u"", {}}};
+  for (const auto& [typed, expected] : cases)
+    EXPECT_EQ(said(parseCommandText(typed)), said(expected)) << toBytes(typed);
   EXPECT_NE(parseCommandText(u"-RESTART x").mode, Mode::Restart);
-
-  EXPECT_EQ(KZ_GetFoldersFromCommand(u"C:\\a b"), Sources{u"C:\\a b"});
-  EXPECT_EQ(KZ_GetFoldersFromCommand(uR"("C:\a" "C:\b)"), Sources{u"C:\\a"});
-  EXPECT_TRUE(KZ_GetFoldersFromCommand(u"").empty());
 }
 
-TEST(CommandLineTest, Lists) {
-  const struct {
-    std::vector<Text> arguments;
-    Mode mode;
-    std::int32_t rows;
-    bool json;
-  } cases[] = {
-      {{u"--lists", u"/a"}, Mode::Lists, -1, false},
-      {{u"/a", u"--json", u"--rows", u"7", u"--lists"}, Mode::Lists, 7, true},
-      {{u"--lists", u"--rows", u"99999999999", u"--", u"/a"}, Mode::Lists, INT32_MAX, false},
-      {{u"--lists"}, Mode::Invalid, -1, false},
-      {{u"--lists", u"/a", u"/b"}, Mode::Invalid, -1, false},
-      {{u"--lists", u"/a", u"--rows"}, Mode::Invalid, -1, false},
-      {{u"--lists", u"--rows", u"-1", u"/a"}, Mode::Invalid, -1, false},
-      {{u"--lists", u"--rows", u"x", u"/a"}, Mode::Invalid, -1, false},
-      {{u"--json", u"/a"}, Mode::Invalid, -1, true},
-      {{u"-s", u"--lists", u"/t", u"/a"}, Mode::Invalid, -1, false},
-      {{u"--lists", u"--help"}, Mode::Help, -1, false},
-      {{u"--lists", u"--save", u"/out", u"--format", u"Html", u"/a"}, Mode::Lists, -1, false},
-      {{u"--lists", u"--save", u"/out", u"/a"}, Mode::Lists, -1, false},
-      {{u"--lists", u"--save", u"/out", u"--format", u"htm", u"/a"}, Mode::Invalid, -1, false},
-      {{u"--lists", u"--save", u"/out", u"--json", u"/a"}, Mode::Invalid, -1, true},
-      {{u"--lists", u"--format", u"csv", u"/a"}, Mode::Invalid, -1, false},
-      {{u"--lists", u"/a", u"--save"}, Mode::Invalid, -1, false},
-      {{u"--lists", u"--helpers", u"64", u"/a"}, Mode::Lists, -1, false},
-      {{u"--lists", u"--helpers", u"65", u"/a"}, Mode::Invalid, -1, false},
-      {{u"--lists", u"/a", u"--helpers"}, Mode::Invalid, -1, false},
-      {{u"--save", u"/out", u"/a"}, Mode::Invalid, -1, false},
-  };
-  for (const auto& c : cases) {
-    const CommandLine line = parseArguments(c.arguments);
-    EXPECT_EQ(line.mode, c.mode) << toBytes(line.error);
-    EXPECT_EQ(line.error.empty(), c.mode != Mode::Invalid);
-    EXPECT_EQ(line.rows, c.rows);
-    EXPECT_EQ(line.json, c.json);
-    if (c.mode == Mode::Lists) {
-      EXPECT_EQ(line.sources, Sources{u"/a"});
+TEST(CommandTableTest, BarsHoldKnownCommandsInKnownMenus) {
+  int last = 0;
+  for (const Command& command : commandTable()) {
+    EXPECT_LT(last, int(command.id));
+    last = int(command.id);
+    EXPECT_EQ(&commandOf(command.id), &command);
+    EXPECT_EQ(command.time == CommandTime::Never, *command.waitsFor != '\0') << last;
+  }
+  for (int bar = 0; bar < kBars; ++bar) {
+    std::set<CommandId> ids;
+    for (const BarItem& item : barItems(Bar(bar))) {
+      EXPECT_TRUE(ids.insert(item.id).second) << int(item.id) << " is twice on bar " << bar;
+      if (item.popup == CommandId::None) continue;
+      EXPECT_TRUE(ids.contains(item.popup)) << int(item.id) << " comes before its menu";
+      EXPECT_EQ(int(commandOf(item.popup).kind), int(CommandKind::Popup));
     }
   }
+}
+
+/// A key that two commands of one bar, or of a list and the main bar, want does nothing.
+TEST(CommandTableTest, NoKeyMeansTwoThings) {
+  std::map<std::string, std::set<CommandId>> ofMain;
+  for (int bar = 0; bar < kBars; ++bar) {
+    std::map<std::string, std::set<CommandId>> keys;
+    if (Bar(bar) != Bar::Main) keys = ofMain;
+    for (const BarItem& item : barItems(Bar(bar))) {
+      const Command& command = commandOf(item.id);
+      if (*command.shortcut != '\0') keys[command.shortcut].insert(command.id);
+    }
+    for (const auto& [key, ids] : keys)
+      EXPECT_EQ(ids.size(), 1U) << key << " on bar " << bar;
+    if (Bar(bar) == Bar::Main) ofMain = keys;
+  }
+}
+
+/// Two commands that write the same setting on one bar would undo each other.
+TEST(CommandTableTest, EveryStateHasASettingOfItsOwn) {
+  Options options;
+  std::vector<std::pair<Bar, std::optional<ListId>>> bars = {{Bar::Main, std::nullopt}};
+  for (const ListId list : kAllLists)
+    bars.emplace_back(barOf(list), list);
+  for (const auto& [bar, list] : bars) {
+    std::set<std::pair<const void*, int>> places;
+    for (const BarItem& item : barItems(bar)) {
+      const CommandState state = commandState(options, list, item.id);
+      const void* const place = state.flag != nullptr   ? static_cast<const void*>(state.flag)
+                                : state.text != nullptr ? static_cast<const void*>(state.text)
+                                                        : static_cast<const void*>(state.number);
+      if (place == nullptr) continue;
+      EXPECT_TRUE(places.emplace(place, state.value).second) << int(item.id);
+    }
+  }
+}
+
+TEST(CommandTableTest, CommandsNameListsAndNumbers) {
+  Options options;
+  options.TopMaxCount[1] = 77;
+  EXPECT_EQ(commandCaption(commandOf(CommandId::MakeSmallestFiles), options),
+            u"Erstelle eine Liste mit den 77 kleinsten Dateien");
+  EXPECT_EQ(commandCaption(commandOf(CommandId::ExpandLevel3), options), u"Bis Ebene 3 aufklappen");
+  // A filter of the list of files is another one than that of a scan.
+  const auto flag = [&](std::optional<ListId> list) {
+    return commandState(options, list, CommandId::OnlyTheseFiles).flag;
+  };
+  EXPECT_EQ(flag(ListId::Files), &options.FileList_Filter_Active);
+  EXPECT_EQ(flag(std::nullopt), &options.FolderList_FilterFilesInclude_Active);
 }
 
 }  // namespace

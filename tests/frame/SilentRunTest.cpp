@@ -1,15 +1,17 @@
+// Runs without a window.
+
 #include "frame/SilentRun.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <sstream>
 
-#include "export/FolderSave.h"
 #include "frame/ListRun.h"
+#include "lists/ListTable.h"
 #include "tests/testing/ConsoleRun.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/RandomTree.h"
@@ -19,13 +21,9 @@
 namespace ombrelian {
 namespace {
 
-using testing::Call;
-using testing::ScopedFault;
-using testing::TestFolder;
+using namespace ombrelian::testing;
 
-testing::Outcome run(const std::vector<Text>& arguments) {
-  return testing::runOnConsole(runSilently, arguments);
-}
+Outcome run(const std::vector<Text>& arguments) { return runOnConsole(runSilently, arguments); }
 
 class SilentRunTest : public ::testing::Test {
  protected:
@@ -42,79 +40,37 @@ std::array<long long, 3> filesFoldersBytes(const std::string& output) {
   return counts;
 }
 
-TEST_F(SilentRunTest, TextReport) {
-  source.file("b/large", 5000);
+TEST_F(SilentRunTest, LevelsAndDelimitersReachTheReport) {
   source.file("b/deep/inner", 234);
   source.file("a", 17);
-  const TestFolder second;
-  const testing::Outcome done = run({u"-s", out.text("report.txt"), source.text(), second.text()});
-  EXPECT_EQ(done.status, kExitDone) << done.errors;
-  EXPECT_EQ(done.errors, "");
-  EXPECT_EQ(filesFoldersBytes(done.output), (std::array<long long, 3>{3, 2, 5251}));
-  EXPECT_TRUE(done.output.ends_with(", Ziel " + out.path("report.txt") + "\n"));
-
-  const Text path = source.text();
-  const std::size_t width = path.size() + 12;  // of the longest name, ".../b/[Dateien]"
-  const auto row = [&](const Text& name, TextView size) {
-    return name + Text(width - name.size(), u' ') + u"\t" + Text(13 - size.size(), u' ') +
-           Text(size);
-  };
-  const std::vector<Text> lines = testing::lines(testing::readReport(out.path("report.txt")));
-  ASSERT_EQ(lines.size(), 17U);
-  EXPECT_EQ(lines[0], u"Ombrelian - Ordnerliste");
-  EXPECT_EQ(lines[1], u"");
-  EXPECT_EQ(lines[2], u"Pfad: " + path);
-  EXPECT_TRUE(lines[3].starts_with(u"Erstellt: 20"));
-  EXPECT_EQ(lines[4], u"");
-  EXPECT_EQ(lines[5], u"NAME" + Text(width - 4, u' ') + u"\tGRÖßE (BYTES)");
-  EXPECT_EQ(lines[6], row(path, u"5,251"));
-  EXPECT_EQ(lines[7], row(path + u"/b", u"5,234"));
-  EXPECT_EQ(lines[8], row(path + u"/b/[Dateien]", u"5,000"));
-  EXPECT_EQ(lines[9], row(path + u"/b/deep", u"234"));
-  EXPECT_EQ(lines[10], row(path + u"/[Dateien]", u"17"));
-  EXPECT_EQ(lines[11], u"");
-  EXPECT_EQ(lines[12], u"Pfad: " + second.text());
-  EXPECT_EQ(lines[16], row(second.text(), u"")) << "a size of 0 shows nothing";
-}
-
-TEST_F(SilentRunTest, CsvReportWithLevelsAndDelimiters) {
-  source.file("b/deep/inner", 234);
-  source.file("a", 17);
-  const auto quoted = [&](TextView name, TextView size, TextView delimiter) {
-    return u"\"" + source.text() + Text(name) + u"\"" + Text(delimiter) + u"\"" + Text(size) +
-           u"\"";
-  };
-  const Text target = out.text("r.csv");
-  ASSERT_EQ(run({u"-s", u"-d1", target, source.text()}).status, kExitDone);
-  EXPECT_EQ(testing::lines(testing::readReport(out.path("r.csv"))),
-            (std::vector<Text>{u"\"NAME\";\"GRÖßE (BYTES)\"", quoted(u"", u"251", u";"),
-                               quoted(u"/b", u"234", u";"), quoted(u"/b/deep", u"234", u";"),
-                               quoted(u"/[Dateien]", u"17", u";")}));
-
-  ASSERT_EQ(run({u"-s1", u"-d4 <> ", target, source.text()}).status, kExitDone);
-  EXPECT_EQ(
-      testing::lines(testing::readReport(out.path("r.csv"))),
-      (std::vector<Text>{u"\"NAME\" <> \"GRÖßE (BYTES)\"", quoted(u"", u"251", u" <> "),
-                         quoted(u"/b", u"234", u" <> "), quoted(u"/[Dateien]", u"17", u" <> ")}));
-
-  // No levels at all: the source and the row of its own files.
-  ASSERT_EQ(run({u"-s0", u"-d0", target, source.text()}).status, kExitDone);
-  EXPECT_EQ(testing::lines(testing::readReport(out.path("r.csv"))),
-            (std::vector<Text>{u"\"NAME\",\"GRÖßE (BYTES)\"", quoted(u"", u"251", u","),
-                               quoted(u"/[Dateien]", u"17", u",")}));
+  const std::tuple<TextView, TextView, TextView, std::size_t> cases[] = {
+      {u"-s", u"-d1", u"\"NAME\";\"GRÖßE (BYTES)\"", 5},
+      {u"-s1", u"-d4 <> ", u"\"NAME\" <> \"GRÖßE (BYTES)\"", 4},
+      {u"-s0", u"-d0", u"\"NAME\",\"GRÖßE (BYTES)\"", 3}};  // the source and its own files
+  for (const auto& [levels, delimiter, head, count] : cases) {
+    const Outcome done = run({Text(levels), Text(delimiter), out.text("r.csv"), source.text()});
+    EXPECT_EQ(done.status, kExitDone) << done.errors;
+    EXPECT_EQ(done.errors, "");
+    EXPECT_EQ(filesFoldersBytes(done.output), (std::array<long long, 3>{2, 2, 251}));
+    EXPECT_TRUE(done.output.ends_with(", Ziel " + out.path("r.csv") + "\n"));
+    const std::vector<Text> report = lines(readReport(out.path("r.csv")));
+    EXPECT_EQ(report.front(), head);
+    EXPECT_EQ(report.size(), count) << toBytes(levels);
+    EXPECT_TRUE(report.back().starts_with(u"\"" + source.text() + u"/[Dateien]\""));
+  }
 }
 
 TEST_F(SilentRunTest, EveryNameCanBeReadBackFromTheReport) {
-  const std::vector<std::string> names = {" leading",     "trailing ",
-                                          "new\nline",    "carriage\r\nreturn",
-                                          "quote\"",      "back\\slash",
-                                          "\xFF\xFE\x80", "\xF0\x9F\x98\x80",
-                                          "tab\t",        std::string(255, '\xC3')};
+  const std::string names[] = {" leading",     "trailing ",
+                               "new\nline",    "carriage\r\nreturn",
+                               "quote\"",      "back\\slash",
+                               "\xFF\xFE\x80", "\xF0\x9F\x98\x80",
+                               "tab\t",        std::string(255, '\xC3')};
   for (const std::string& name : names)
     source.folder(name + "/x");
   for (const char* const target : {"r.csv", "r.txt"}) {
     ASSERT_EQ(run({u"-s", out.text(target), source.text()}).status, kExitDone);
-    const std::string report = toBytes(testing::readReport(out.path(target)));
+    const std::string report = toBytes(readReport(out.path(target)));
     for (const std::string& name : names) {
       const std::string path = source.path(name + "/x");
       EXPECT_NE(report.find(path), std::string::npos) << name;
@@ -127,64 +83,27 @@ TEST_F(SilentRunTest, StatusTellsWhatWasMissed) {
   const Text target = out.text("r.txt");
   {
     const ScopedFault denied({Call::Openat, "denied", EACCES});
-    const testing::Outcome partial = run({u"-s", target, source.text()});
+    const Outcome partial = run({u"-s", target, source.text()});
     EXPECT_EQ(partial.status, kExitPartial);
     EXPECT_NE(partial.errors.find(source.path("denied/")), std::string::npos);
     EXPECT_NE(partial.output.find("Fehler 1,"), std::string::npos);
   }
-  const testing::Outcome missing = run({u"-s", target, source.text("nowhere"), source.text()});
+  const Outcome missing = run({u"-s", target, source.text("nowhere"), source.text()});
   EXPECT_EQ(missing.status, kExitPartial);
   EXPECT_NE(missing.errors.find(source.path("nowhere")), std::string::npos);
-  const testing::Outcome nothing = run({u"-s", out.text("n.txt"), source.text("nowhere")});
+  const Outcome nothing = run({u"-s", out.text("n.txt"), source.text("nowhere")});
   EXPECT_EQ(nothing.status, kExitNothing);
   EXPECT_EQ(nothing.output, "");
-  EXPECT_EQ(testing::namesIn(out.path()), std::vector<std::string>{"r.txt"});
-}
-
-TEST_F(SilentRunTest, AReportThatCannotBeWrittenLeavesTheOldOne) {
-  for (int i = 0; i < 3000; ++i)
-    source.folder("folder with a longer name " + std::to_string(i));
-  ASSERT_EQ(run({u"-s0", out.text("r.csv"), source.text()}).status, kExitDone);
-  const std::string before = testing::readFile(out.path("r.csv"));
-  const struct {
-    const char* what;
-    testing::Fault fault;
-  } cases[] = {
-      {"disk full at once", {Call::Write, {}, ENOSPC}},
-      {"disk full in the middle", {Call::Write, {}, ENOSPC, 1}},
-      {"told at the end", {Call::Close, {}, EDQUOT, 0, 1}},
-      {"no new file", {Call::Openat, ".tmp", EACCES}},
-      {"no rename", {Call::Renameat, {}, EACCES}},
-  };
-  for (const auto& c : cases) {
-    // Only while the report is written: the scan closes folders too, and the capture writes.
-    Session session;
-    Console console;
-    std::deque<Text> queue = {source.text()};
-    session.context.SilentMode = true;
-    ScanRun(session.scanState(console, nullptr)).Ordnerliste_Abarbeiten(queue);
-    FolderSave save(session.folderReport, session.options, console);
-    const ScopedFault fault(c.fault);
-    const Failure failure = save.SAVE(out.text("r.csv"), kAllLevels, 0, {});
-    ASSERT_TRUE(failure.has_value()) << c.what;
-    EXPECT_GT(fault.hits(), 0) << c.what;
-    EXPECT_FALSE(failure->text.empty()) << c.what;
-    EXPECT_EQ(testing::readFile(out.path("r.csv")), before) << c.what;
-    EXPECT_EQ(testing::namesIn(out.path()).size(), 1U) << c.what;
-  }
-}
-
-TEST_F(SilentRunTest, AnImpossibleTargetIsToldBeforeTheScan) {
+  // A target that cannot be is told before the scan.
   out.folder("folder.txt");
   ASSERT_EQ(mkfifo(out.path("pipe.txt").c_str(), 0600), 0);
-  for (const Text& target :
-       {out.text("folder.txt"), out.text("pipe.txt"), out.text("missing/r.xlsx")}) {
-    const testing::Outcome refused = run({u"-s", target, source.text()});
+  for (const char* const name : {"folder.txt", "pipe.txt", "missing/r.xlsx"}) {
+    const Outcome refused = run({u"-s", out.text(name), source.text()});
     EXPECT_EQ(refused.status, kExitNothing);
-    EXPECT_NE(refused.errors.find(toBytes(target)), std::string::npos) << refused.errors;
+    EXPECT_NE(refused.errors.find(out.path(name)), std::string::npos) << refused.errors;
     EXPECT_EQ(refused.output, "");
   }
-  EXPECT_EQ(testing::namesIn(out.path()).size(), 2U);
+  EXPECT_EQ(namesIn(out.path()).size(), 3U);
 }
 
 TEST_F(SilentRunTest, ALinkAtTheTargetIsKept) {
@@ -194,50 +113,43 @@ TEST_F(SilentRunTest, ALinkAtTheTargetIsKept) {
   struct stat told;
   ASSERT_EQ(lstat(out.path("link.txt").c_str(), &told), 0);
   EXPECT_TRUE(S_ISLNK(told.st_mode));
-  EXPECT_FALSE(testing::readReport(out.path("real.txt")).empty());
+  EXPECT_FALSE(readReport(out.path("real.txt")).empty());
 }
 
 TEST_F(SilentRunTest, FiveThousandLevelsSaveWhole) {
   const TestFolder deep(TestFolder::Place::Memory);
   close(deep.chain("d", 5000));
   ASSERT_EQ(run({u"-s", out.text("r.csv"), deep.text()}).status, kExitDone);
-  const std::vector<Text> lines = testing::lines(testing::readReport(out.path("r.csv")));
-  ASSERT_EQ(lines.size(), 5002U);
-  EXPECT_GE(lines.back().size(), deep.path().size() + 10000);
+  const std::vector<Text> report = lines(readReport(out.path("r.csv")));
+  ASSERT_EQ(report.size(), 5002U);
+  EXPECT_GE(report.back().size(), deep.path().size() + 10000);
 }
 
 /// What find counts: a link to a folder is a folder of its own, every other object that is no
 /// folder a file, of which only plain files and links have a size.
 std::array<long long, 3> countWithFind(const std::string& path) {
   std::array<long long, 3> counts = {0, -1, 0};
-  FILE* const find = popen(("find '" + path + "' -xdev -printf '%y%Y %s\\n'").c_str(), "r");
-  char kind = 0;
-  char target = 0;
-  long long size = 0;
-  while (std::fscanf(find, " %c%c %lld", &kind, &target, &size) == 3) {
-    if (kind == 'd' || (kind == 'l' && target == 'd')) {
-      ++counts[1];
-    } else {
-      ++counts[0];
-      if (kind == 'f' || kind == 'l') counts[2] += size;
-    }
+  std::istringstream found(outputOf("find '" + path + "' -xdev -printf '%y%Y %s\\n'"));
+  std::string kinds;
+  for (long long size = 0; found >> kinds >> size;) {
+    const bool isFolder = kinds[0] == 'd' || kinds == "ld";
+    ++counts[isFolder ? 1 : 0];
+    if (!isFolder && (kinds[0] == 'f' || kinds[0] == 'l')) counts[2] += size;
   }
-  EXPECT_EQ(pclose(find), 0);
   return counts;
 }
 
 TEST_F(SilentRunTest, HelpersChangeNoByteOfAReport) {
   for (unsigned seed = 11; seed <= 20; ++seed) {
     const TestFolder tree(TestFolder::Place::Memory);
-    testing::makeRandomTree(tree, seed);
+    makeRandomTree(tree, seed);
     std::string report, lists;
     for (const TextView helpers : {u"0", u"1", u"2", u"8", u"32"}) {
       const Text target = out.text("report.csv");
       ASSERT_EQ(run({u"-s", u"--helpers", Text(helpers), target, tree.text()}).status, kExitDone);
-      const std::string bytes = testing::readFile(toBytes(target));
+      const std::string bytes = readFile(toBytes(target));
       const std::string printed =
-          testing::runOnConsole(runLists,
-                                {u"--lists", u"--json", u"--helpers", Text(helpers), tree.text()})
+          runOnConsole(runLists, {u"--lists", u"--json", u"--helpers", Text(helpers), tree.text()})
               .output;
       if (helpers == u"0") {
         report = bytes;
@@ -251,9 +163,96 @@ TEST_F(SilentRunTest, HelpersChangeNoByteOfAReport) {
 }
 
 TEST_F(SilentRunTest, CountsOfARealDiskAreThoseOfFind) {
-  const testing::Outcome usr = run({u"-s1", out.text("usr.csv"), u"/usr"});
+  const Outcome usr = run({u"-s1", out.text("usr.csv"), u"/usr"});
   EXPECT_LE(usr.status, kExitPartial) << usr.errors;
   EXPECT_EQ(filesFoldersBytes(usr.output), countWithFind("/usr"));
+}
+
+Outcome lists(const std::vector<Text>& arguments) { return runOnConsole(runLists, arguments); }
+
+std::size_t occurrences(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at)
+    ++count;
+  return count;
+}
+
+class ListRunTest : public ::testing::Test {
+ protected:
+  ListRunTest() {
+    for (int i = 1; i <= 30; ++i)
+      source.file("sub/" + std::to_string(i) + ".e" + std::to_string(i), i);
+    source.hardlink("sub/again", "sub/1.e1");
+    source.symlink("link", "sub");
+  }
+
+  const ScopedLocale locale{"C"};
+  TestFolder source;
+};
+
+TEST_F(ListRunTest, EveryListComesOut) {
+  const Outcome json = lists({u"--lists", u"--json", source.text()});
+  EXPECT_EQ(json.status, kExitDone) << json.errors;
+  EXPECT_EQ(std::count(json.output.begin(), json.output.end(), '\n'), kDerivedLists.size());
+  for (const ListId list : kDerivedLists) {
+    EXPECT_EQ(occurrences(json.output, "{\"list\":\"" + toBytes(listRow(list).key) + "\""), 1U);
+  }
+  EXPECT_EQ(occurrences(json.output, "\"extname\":"), 31U);  // all rows
+  EXPECT_EQ(occurrences(json.output, "\"links\":2"), 2U);
+  EXPECT_EQ(occurrences(json.output, "\"target\":\"sub\""), 1U);
+
+  const Outcome text = lists({u"--lists", source.text()});
+  EXPECT_EQ(text.status, kExitDone);
+  EXPECT_EQ(occurrences(text.output, "Liste mit "), kDerivedLists.size());
+  EXPECT_EQ(occurrences(text.output, "\n.E"), 20U);
+}
+
+TEST_F(ListRunTest, RowsLimitsAndWidens) {
+  for (const std::size_t rows : {0U, 2U, 25U, 999U}) {
+    const Outcome json = lists({u"--lists", u"--rows", toText(rows), u"--json", source.text()});
+    const std::string largest = json.output.substr(0, json.output.find('\n'));
+    EXPECT_EQ(occurrences(largest, "\"name\":"), std::min(rows, 31UL));
+    EXPECT_EQ(occurrences(json.output, "\"extname\":"), std::min(rows, 31UL));
+  }
+}
+
+TEST_F(ListRunTest, SavesEveryListUnderItsName) {
+  const TestFolder out;
+  const Text folder = out.text("new");
+  const auto save = [&](TextView format) {
+    return lists({u"--lists", u"--save", folder, u"--format", Text(format), u"-d1", source.text()});
+  };
+  for (const TextView format : {u"csv", u"html"}) {
+    const Outcome outcome = save(format);
+    EXPECT_EQ(outcome.status, kExitDone) << outcome.errors;
+    EXPECT_EQ(occurrences(outcome.output, "." + toBytes(format) + "\n"), kDerivedLists.size() + 2U);
+  }
+  const std::string path = out.path("new/");
+  EXPECT_EQ(namesIn(path).size(), 2 * (kDerivedLists.size() + 2U));
+  EXPECT_EQ(lines(readReport(path + "extensions.csv")).size(), 32U);
+  EXPECT_EQ(lines(readReport(path + "junctions.csv"))[1],
+            u"\"" + source.text("link") + u"\";\"sub\";\"Symbolischer Link\"");
+  EXPECT_EQ(lines(readReport(path + "folders.csv")).size(), 4U);
+  EXPECT_GT(lines(readReport(path + "log.csv")).size(), 2U);
+
+  // What cannot be written is told before the scan, or list by list.
+  const Outcome missing = lists({u"--lists", u"--save", out.text("no/such"), source.text()});
+  EXPECT_EQ(missing.status, kExitNothing);
+  EXPECT_NE(missing.errors.find("no/such"), std::string::npos) << missing.errors;
+  out.folder("new/owners.xml");
+  const Outcome taken = save(u"xml");
+  EXPECT_EQ(taken.status, kExitNothing);
+  EXPECT_NE(taken.errors.find("owners.xml"), std::string::npos) << taken.errors;
+  EXPECT_EQ(occurrences(taken.output, ".xml\n"), kDerivedLists.size() + 1U);
+}
+
+TEST_F(ListRunTest, TheExitStatusTellsWhatWasMissed) {
+  EXPECT_EQ(lists({u"--lists", source.text("missing")}).status, kExitNothing);
+  const ScopedFault fault({.call = Call::Openat, .name = "sub", .error = EACCES});
+  const Outcome outcome = lists({u"--lists", source.text()});
+  EXPECT_EQ(outcome.status, kExitPartial);
+  EXPECT_NE(outcome.errors.find("/sub/"), std::string::npos) << outcome.errors;
+  EXPECT_FALSE(outcome.output.empty());
 }
 
 }  // namespace

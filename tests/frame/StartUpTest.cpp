@@ -6,6 +6,9 @@
 
 #include <fstream>
 
+#include "settings/z_Translate.h"
+#include "tests/testing/ScopedLocale.h"
+#include "tests/testing/ScopedVariable.h"
 #include "tests/testing/TestFolder.h"
 
 namespace ombrelian {
@@ -14,20 +17,18 @@ namespace {
 /// Start-ups of a user whose home is a new folder.
 class StartUpTest : public ::testing::Test {
  protected:
-  StartUpTest() {
-    setenv("XDG_CONFIG_HOME", home.path("config").c_str(), 1);
-    setenv("XDG_RUNTIME_DIR", home.path().c_str(), 1);
-  }
-  ~StartUpTest() override {
-    unsetenv("XDG_CONFIG_HOME");
-    unsetenv("XDG_RUNTIME_DIR");
-  }
-
   std::string dataFile(const char* name) const {
     return testing::readFile(home.path(std::string("config/Ombrelian/") + name));
   }
 
-  testing::TestFolder home;
+  void writeIni(const char* name, const std::string& content) const {
+    home.folder("config/Ombrelian");
+    std::ofstream(home.path(std::string("config/Ombrelian/") + name), std::ios::binary) << content;
+  }
+
+  const testing::TestFolder home;
+  const testing::ScopedVariable config{"XDG_CONFIG_HOME", home.path("config")};
+  const testing::ScopedVariable runtime{"XDG_RUNTIME_DIR", home.path()};
 };
 
 TEST_F(StartUpTest, ANewUserGetsAFolderAndASettingsFile) {
@@ -40,53 +41,59 @@ TEST_F(StartUpTest, ANewUserGetsAFolderAndASettingsFile) {
 }
 
 TEST_F(StartUpTest, ANewUserKeepsTwoSettingsOfTheOlderVersion) {
-  const struct {
-    const char* old;
-    TextView made;
-    bool isFirst;
-  } cases[] = {
+  const std::tuple<const char*, TextView, bool> cases[] = {
+      // The older file, the file that is made of it, and whether that is a first start.
       {"[Optionen]\r\nKontextmenu=0\r\nBigIcons=1\r\n[Allgemein]\r\nLang=12\r\n",
        u"[Optionen]\r\nKontextmenu=0\r\n[Allgemein]\r\nLang=12\r\n", false},
       {"[Allgemein]\nLang=\n", u"[Allgemein]\r\nLang=12\r\n[Optionen]\r\nKontextmenu=1\r\n", true},
       {"[Optionen]\nKontextmenu=-99\n",
        u"[Allgemein]\r\nLang=12\r\n[Optionen]\r\nKontextmenu=1\r\n", true},
   };
-  home.folder("config/Ombrelian");
   const std::string made = home.path("config/Ombrelian/Ombrelian3.ini");
-  for (const auto& c : cases) {
+  for (const auto& [old, content, isFirstStart] : cases) {
     unlink(made.c_str());
-    std::ofstream(home.path("config/Ombrelian/Ombrelian.ini"), std::ios::binary) << c.old;
-    for (const bool isFirst : {c.isFirst, false}) {
+    writeIni("Ombrelian.ini", old);
+    for (const bool isFirst : {isFirstStart, false}) {
       const StartUp startUp({}, u"", 12);
-      EXPECT_EQ(startUp.isFirstStart(), isFirst) << c.old;
-      EXPECT_EQ(testing::readReport(made), c.made);
+      EXPECT_EQ(startUp.isFirstStart(), isFirst) << old;
+      EXPECT_EQ(testing::readReport(made), content);
     }
-    EXPECT_EQ(dataFile("Ombrelian.ini"), c.old) << "it stays";
+    EXPECT_EQ(dataFile("Ombrelian.ini"), old) << "it stays";
+  }
+}
+
+TEST_F(StartUpTest, OnlyALanguageThatCanBeIsTakenFromTheSettings) {
+  const ScopedLocale german("de_DE");
+  const std::pair<std::string, bool> cases[] = {{"12", true}, {"", false},    {"x12", false},
+                                                {"0", false}, {"-12", false}, {"268", false}};
+  for (const auto& [number, isTaken] : cases) {
+    writeIni("Ombrelian.ini", "[Allgemein]\r\nLang=" + number + "\r\n");
+    Translation translation;
+    const bool isTold = !startLanguage({}, translation).empty();  // there are no French texts
+    EXPECT_EQ(isTold || translation.LanguageId() != kGerman, isTaken) << number;
+    setLanguageTexts(nullptr);
   }
 }
 
 TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsMendedInPlace) {
-  const struct {
-    std::string before;
-    std::string after;
-  } cases[] = {{"[Sections]",
-                "\xFF\xFE"
-                "ections]"},
-               {std::string("\xFF\xFE[\0]\0", 6), std::string("\xFF\xFE[\0]\0", 6)},
-               {"", "\xFF\xFE"},
-               {"x", "\xFF\xFE"}};
-  home.folder("config/Ombrelian");
-  for (const auto& c : cases) {
-    std::ofstream(home.path("config/Ombrelian/Ombrelian3.ini"), std::ios::binary) << c.before;
+  const std::pair<std::string, std::string> cases[] = {
+      {"[Sections]",
+       "\xFF\xFE"
+       "ections]"},
+      {std::string("\xFF\xFE[\0]\0", 6), std::string("\xFF\xFE[\0]\0", 6)},
+      {"", "\xFF\xFE"},
+      {"x", "\xFF\xFE"}};
+  for (const auto& [before, after] : cases) {
+    writeIni("Ombrelian3.ini", before);
     StartUp startUp({}, u"", 12);
-    EXPECT_TRUE(dataFile("Ombrelian3.ini").starts_with(c.after)) << c.before;
+    EXPECT_TRUE(dataFile("Ombrelian3.ini").starts_with(after)) << before;
     EXPECT_EQ(startUp.settings().INI_ReadString(u"Optionen", u"Kontextmenu", u""), u"1");
   }
 }
 
 TEST_F(StartUpTest, AHomeThatCannotBeWrittenIsDoneWithout) {
   home.file("file");
-  setenv("XDG_CONFIG_HOME", home.path("file").c_str(), 1);
+  const testing::ScopedVariable file("XDG_CONFIG_HOME", home.path("file"));
   const StartUp startUp({}, u"", 7);
   EXPECT_EQ(startUp.DataPath(), home.text("file/Ombrelian"));
 }
@@ -100,7 +107,7 @@ TEST_F(StartUpTest, FaultsAreReportedAndCounted) {
   const std::string log = dataFile("error.log");
   for (const char* const line :
        {"Modul: mod\r\n", "Func: proc\r\n", "Line: step 7\r\n", "Err: 13 - went wrong\r\n",
-        "Command: \"the line\"\r\n", "Errcount: 2\r\n", "Debug0: value\r\n"}) {
+        "Command: \"the line\"\r\n", "Errcount: 2\r\n", "Debug0: value\r\n", "IniCreate: 20"}) {
     EXPECT_NE(log.find(line), std::string::npos) << line;
   }
 }

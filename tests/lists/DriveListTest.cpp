@@ -2,13 +2,12 @@
 
 #include "lists/DriveList.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "export/ListJson.h"
 #include "export/ListSave.h"
 #include "settings/SavedFolders.h"
+#include "tests/testing/Lists.h"
 #include "tests/testing/ScanFixture.h"
 
 namespace ombrelian {
@@ -31,10 +30,6 @@ class DriveListTest : public ::testing::Test {
     return answers;
   }
 
-  void remember(const std::vector<Text>& paths) {
-    Optionen_Speichern_Drives_SaveNetworkFolders(paths, file);
-  }
-
   std::vector<Text> remembered() const { return Drives_LoadSavedNetworkFolders(file); }
 
   Text text(Grid::RowIndex row, TextView key) {
@@ -42,10 +37,8 @@ class DriveListTest : public ::testing::Test {
   }
 
   std::vector<Text> networkPaths() {
-    std::vector<Text> paths;
-    for (Grid::RowIndex row = 0; row < list.grid().rowCount(); ++row) {
-      if (isNetworkPath(text(row, u"drive"))) paths.push_back(text(row, u"drive"));
-    }
+    std::vector<Text> paths = texts(list.grid(), u"drive");
+    std::erase_if(paths, [](const Text& path) { return !isNetworkPath(path); });
     return paths;
   }
 
@@ -68,12 +61,12 @@ TEST_F(DriveListTest, ADriveTellsItsSpaceInThreeColumns) {
   list.Drives_GetAllDrives(file, [&](TextView text) { progress.emplace_back(text); });
   const Grid::RowIndex row = list.rowOfDrive(u"/");
   ASSERT_NE(row, Grid::kNoRow);
-  EXPECT_EQ(cell(row, u"SizeTotalBytes"), u"100.00");
-  EXPECT_EQ(cell(row, u"SizeFreeBytes"), u"25.00");
-  EXPECT_EQ(cell(row, u"SizeUsedBytes"), u"75.00");
-  EXPECT_EQ(cell(row, u"PercentSizeFree"), u"25.00%");
-  EXPECT_EQ(cell(row, u"PercentSizeUsed"), u"75.00%");
-  EXPECT_EQ(cell(row, u"cluster"), u"4");
+  const std::pair<TextView, TextView> cells[] = {
+      {u"SizeTotalBytes", u"100.00"},  {u"SizeFreeBytes", u"25.00"},
+      {u"SizeUsedBytes", u"75.00"},    {u"PercentSizeFree", u"25.00%"},
+      {u"PercentSizeUsed", u"75.00%"}, {u"cluster", u"4"}};
+  for (const auto& [key, value] : cells)
+    EXPECT_EQ(cell(row, key), value);
   EXPECT_NE(text(row, u"filesystem"), u"");
   EXPECT_NE(text(row, u"type"), u"");
   EXPECT_FALSE(list.hasError(row));
@@ -83,42 +76,24 @@ TEST_F(DriveListTest, ADriveTellsItsSpaceInThreeColumns) {
   EXPECT_EQ(progress.size(), list.grid().rowCount());
   EXPECT_EQ(progress.front(), u"Laufwerk " + text(0, u"drive") + u" (1/" + toText(progress.size()) +
                                   u") wird untersucht...");
-}
-
-TEST_F(DriveListTest, EachSizeColumnHasItsOwnNameAndUnit) {
-  const Grid& grid = list.grid();
-  const struct {
-    TextView key;
-    TextView caption;
-    TextView field;
-    TextView captionAlone;
-  } cases[] = {{u"SizeTotalBytes", u"Gesamt (MB)", u"SizeTotalMB", u"Gesamt"},
-               {u"SizeFreeBytes", u"Frei (MB)", u"SizeFreeMB", u"Frei"},
-               {u"SizeUsedBytes", u"Belegt (MB)", u"SizeUsedMB", u"Belegt"}};
-  const CellFormat inHeader(grid.columns(), {kUnitMB, true, false}, {});
-  const CellFormat inCells(grid.columns(), {kUnitMB, true, true}, {});
-  for (const auto& c : cases) {
-    EXPECT_EQ(inHeader.caption(grid.column(c.key)), c.caption);
-    EXPECT_EQ(inHeader.fieldKey(grid.column(c.key)), c.field);
-    EXPECT_EQ(inCells.caption(grid.column(c.key)), c.captionAlone);
-  }
+  answer = {platform::kSuccess, {0, 0, 512}};
+  list.Drives_GetAllDrives(file);
+  EXPECT_FALSE(list.hasError(row));
+  EXPECT_EQ(cell(row, u"PercentSizeUsed"), u"") << "a drive without room has no shares";
+  EXPECT_EQ(list.toolTipValues(row).total, 0);
 }
 
 TEST_F(DriveListTest, ADriveThatFailedHasNoValuesInAnyForm) {
-  const struct {
-    platform::ErrorCode error;
-    TextView text;
-  } cases[] = {
-      {platform::kTimeout, u"Das Laufwerk antwortet nicht."},
-      {platform::kNetworkGone, u"Der Laufwerksbuchstabe ist momentan nicht verbunden"},
+  const std::pair<platform::ErrorCode, TextView> cases[] = {
       {platform::kInputOutputError, u"Input/output error"},
-  };
-  for (const auto& c : cases) {
-    answer = {c.error, {}};
+      {platform::kNetworkGone, u"Der Laufwerksbuchstabe ist momentan nicht verbunden"},
+      {platform::kTimeout, u"Das Laufwerk antwortet nicht."}};
+  for (const auto& [error, told] : cases) {
+    answer = {error, {}};
     list.Drives_GetAllDrives(file);
     const Grid::RowIndex row = list.rowOfDrive(u"/");
     EXPECT_TRUE(list.hasError(row));
-    EXPECT_EQ(list.errorText(row), c.text);
+    EXPECT_EQ(list.errorText(row), told);
     const CellFormat format(list.grid().columns(), listSizes(options, ListId::Drives), {});
     for (const TextView key : {u"SizeTotalBytes", u"SizeFreeBytes", u"SizeUsedBytes",
                                u"PercentSizeFree", u"PercentSizeUsed", u"cluster"}) {
@@ -128,43 +103,27 @@ TEST_F(DriveListTest, ADriveThatFailedHasNoValuesInAnyForm) {
       EXPECT_EQ(cell(row, key) + plain, u"") << toBytes(key);
       EXPECT_FALSE(list.grid().hasValue(row, column));
     }
+    EXPECT_EQ(FormatToolTipText_DriveSize(list.toolTipValues(row), DriveSizeKind::Free), u"");
   }
-  EXPECT_EQ(
-      FormatToolTipText_DriveSize(list.toolTipValues(list.rowOfDrive(u"/")), DriveSizeKind::Free),
-      u"");
-}
-
-TEST_F(DriveListTest, FilesTellNoValuesOfADriveThatFailed) {
-  answer = {platform::kTimeout, {}};
-  list.Drives_GetAllDrives(file);
   std::string json;
-  writeListJson(u"drives", listTitle(options, ListId::Drives), list.grid(), 999,
-                [&](std::string_view piece) {
-                  json += piece;
-                  return true;
-                });
+  writeListJson(u"drives", u"", list.grid(), 999,
+                [&](std::string_view piece) { return json += piece, true; });
   EXPECT_NE(json.find("\"SizeTotalBytes\":null,\"SizeFreeBytes\":null,\"PercentSizeFree\":null"),
             std::string::npos);
   EXPECT_EQ(json.find("inf"), std::string::npos);
-
+  const CellFormat inHeader(list.grid().columns(), {kUnitMB, true, false}, {});
+  EXPECT_EQ(inHeader.caption(list.grid().column(u"SizeFreeBytes")), u"Frei (MB)");
+  EXPECT_EQ(inHeader.fieldKey(list.grid().column(u"SizeFreeBytes")), u"SizeFreeMB");
   QuietInterface ui;
-  const ListToSave save = {listTitle(options, ListId::Drives),
-                           list.grid(),
-                           {},
-                           listSizes(options, ListId::Drives),
-                           {{}, list.readAt()}};
-  const struct {
-    ReportFormat format;
-    TextView row;
-  } cases[] = {{ReportFormat::CSV, u"\"/\";\"\";\"\";\"\";\"\";\"\";"},
-               {ReportFormat::XML, u"<PercentSizeFree/>"}};
-  for (const auto& c : cases) {
-    const Text target = folder.text("drives");
-    ASSERT_FALSE(saveList(save, options, c.format, target, u";", ui));
-    EXPECT_NE(readReport(folder.path("drives")).find(c.row), Text::npos);
-  }
-  ASSERT_FALSE(saveList(save, options, ReportFormat::HTML, folder.text("drives"), u";", ui));
-  EXPECT_EQ(readReport(folder.path("drives")).find(u"%</td>"), Text::npos);
+  const ListToSave save = {
+      u"", list.grid(), {}, listSizes(options, ListId::Drives), {{}, list.readAt()}};
+  const auto report = [&](ReportFormat format) {
+    EXPECT_FALSE(saveList(save, options, format, folder.text("drives"), u";", ui));
+    return toBytes(readReport(folder.path("drives")));
+  };
+  EXPECT_NE(report(ReportFormat::CSV).find(R"("/";"";"";"";"";"";)"), std::string::npos);
+  EXPECT_NE(report(ReportFormat::XML).find("<PercentSizeFree/>"), std::string::npos);
+  EXPECT_EQ(report(ReportFormat::HTML).find("%</td>"), std::string::npos);
 }
 
 TEST_F(DriveListTest, DrivesWithoutValuesComeFirstInOrder) {
@@ -183,10 +142,10 @@ TEST_F(DriveListTest, DrivesWithoutValuesComeFirstInOrder) {
 
 TEST_F(DriveListTest, OnlyNetworkPathsAreAdded) {
   list.Drives_GetAllDrives(file);
-  const struct {
-    TextView typed;
-    TextView drive;  // empty: refused
-  } cases[] = {
+  const Text drives = toText(list.grid().rowCount()) + u" Laufwerk(e)";
+  EXPECT_EQ(list.List_Drives_ShowStat(), drives);
+  const std::pair<TextView, TextView> cases[] = {
+      // What is typed, and the drive that it becomes; none: it is refused.
       {u"", u""},
       {u"//", u""},
       {u"\\\\", u""},
@@ -197,9 +156,9 @@ TEST_F(DriveListTest, OnlyNetworkPathsAreAdded) {
       {u"server:/export/", u"server:/export/"},
   };
   std::vector<Text> expected;
-  for (const auto& c : cases) {
-    EXPECT_EQ(list.Drives_AddUNCpath(c.typed, file), !c.drive.empty()) << toBytes(c.typed);
-    if (!c.drive.empty()) expected.emplace_back(c.drive);
+  for (const auto& [typed, drive] : cases) {
+    EXPECT_EQ(list.Drives_AddUNCpath(typed, file), !drive.empty()) << toBytes(typed);
+    if (!drive.empty()) expected.emplace_back(drive);
   }
   EXPECT_EQ(networkPaths(), expected);
   EXPECT_EQ(remembered(), expected);
@@ -207,10 +166,11 @@ TEST_F(DriveListTest, OnlyNetworkPathsAreAdded) {
   EXPECT_EQ(text(row, u"type"), u"Netzlaufwerk");
   EXPECT_EQ(text(row, u"filesystem"), u"?");
   EXPECT_EQ(list.errorText(row), u"#53 - Der Netzwerkpfad ist nicht eingehängt.");
+  EXPECT_EQ(list.List_Drives_ShowStat(), drives + u" und 3 Netzwerkpfad(e)");
 }
 
 TEST_F(DriveListTest, RememberedPathsComeBackAndAreLostOnlyWhenRemoved) {
-  remember({u"//a/b/", u"//a/b/", u"host:/d/"});
+  Optionen_Speichern_Drives_SaveNetworkFolders({u"//a/b/", u"//a/b/", u"host:/d/"}, file);
   // Before anything was read, nothing may be forgotten.
   list.Optionen_Speichern_Drives_SaveNetworkFolders(file);
   EXPECT_TRUE(list.Drives_AddUNCpath(u"//new/x", file));
@@ -224,14 +184,6 @@ TEST_F(DriveListTest, RememberedPathsComeBackAndAreLostOnlyWhenRemoved) {
   EXPECT_EQ(list.rowOfDrive(u"host:/d"), Grid::kNoRow);
   EXPECT_NE(list.rowOfDrive(u"/"), Grid::kNoRow);
   EXPECT_EQ(remembered(), (std::vector<Text>{u"//a/b/", u"//a/b/", u"//new/x/"}));
-}
-
-TEST_F(DriveListTest, TheStatusCountsDrivesAndNetworkPaths) {
-  list.Drives_GetAllDrives(file);
-  const Text drives = toText(list.grid().rowCount()) + u" Laufwerk(e)";
-  EXPECT_EQ(list.List_Drives_ShowStat(), drives);
-  list.Drives_AddUNCpath(u"//a/b", file);
-  EXPECT_EQ(list.List_Drives_ShowStat(), drives + u" und 1 Netzwerkpfad(e)");
 }
 
 TEST_F(DriveListTest, ADriveIsRefreshedByAnyPathOnIt) {
@@ -252,15 +204,6 @@ TEST_F(DriveListTest, ADriveIsRefreshedByAnyPathOnIt) {
   list.Drives_RefreshDrive(u"//a/b/c");
   EXPECT_TRUE(list.hasError(list.rowOfDrive(u"//a/b")));
   EXPECT_EQ(list.grid().rowCount(), rows);
-}
-
-TEST_F(DriveListTest, ADriveWithoutRoomHasSizesButNoShares) {
-  answer = {platform::kSuccess, {0, 0, 512}};
-  list.Drives_GetAllDrives(file);
-  const Grid::RowIndex row = list.rowOfDrive(u"/");
-  EXPECT_FALSE(list.hasError(row));
-  EXPECT_EQ(cell(row, u"PercentSizeUsed"), u"");
-  EXPECT_EQ(list.toolTipValues(row).total, 0);
 }
 
 TEST_F(DriveListTest, NothingChangesWhileAReadingTellsItsProgress) {

@@ -1,33 +1,35 @@
-// The grid, and the lists that keep all they are fed: sums by extension and owner, links.
+// The grid, the top lists, the lists that keep all they are fed: sums by extension and owner,
+// links; and the log.
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
-#include <map>
+#include <numeric>
 #include <random>
 #include <set>
 
 #include "lists/LinkLists.h"
-#include "lists/ListTable.h"
+#include "lists/Log.h"
 #include "lists/SumLists.h"
+#include "lists/TopLists.h"
+#include "platform/Locale.h"
+#include "platform/Time.h"
+#include "tests/testing/Lists.h"
 #include "tests/testing/ScopedLocale.h"
+#include "tests/testing/ScopedZone.h"
+#include "tests/testing/TestFolder.h"
 
 namespace ombrelian {
 namespace {
 
-/// Makes texts up from the extension.
-class NamedTypes : public FileTypes {
- public:
-  Text typeText(TextView extension) override { return u"type " + Text(extension); }
-  Text associatedProgram(TextView extension) override { return u"/bin/" + Text(extension); }
-  Text iconName(TextView) override { return {}; }
-};
+using namespace ombrelian::testing;
+using Names = std::vector<Text>;
 
 class ListsTest : public ::testing::Test {
  protected:
   const ScopedLocale locale{"C"};
   Options options;
-  NamedTypes types;
+  MadeUpTypes types;
 };
 
 constexpr Column kTable[] = {
@@ -37,46 +39,31 @@ constexpr Column kTable[] = {
     {4, 3586, u"Attribute", u"attr", CellKind::Attributes},
 };
 
-std::vector<Text> firstColumn(const Grid& grid) {
-  std::vector<Text> texts;
-  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-    texts.emplace_back(grid.text(row, grid.columns()[0]));
-  return texts;
-}
-
 TEST_F(ListsTest, RowsAreOrderedByRawValue) {
   Grid grid(kTable);
-  const struct {
-    TextView name;
-    std::int64_t size;
-    double percent;
-    std::uint32_t attributes;
-  } rows[] = {{u"b", 900, 2.5, 0x20},
-              {u"A", 1000, 2.5, 0x1},
-              {u"c", (1LL << 53) + 1, 10, 0x20},
-              {u"B", 1LL << 53, 0, 0x2}};
-  const struct {
-    TextView key;
-    bool descending;
-    std::vector<Text> expected;
-  } cases[] = {
+  const std::tuple<TextView, std::int64_t, double, std::int64_t> rows[] = {
+      {u"b", 900, 2.5, 0x20},
+      {u"A", 1000, 2.5, 0x1},
+      {u"c", (1LL << 53) + 1, 10, 0x20},
+      {u"B", 1LL << 53, 0, 0x2}};
+  const std::tuple<TextView, bool, Names> cases[] = {
       {u"size", false, {u"b", u"A", u"B", u"c"}},   {u"size", true, {u"c", u"B", u"A", u"b"}},
       {u"percent", true, {u"c", u"b", u"A", u"B"}},  // equals stay as they were
       {u"name", false, {u"A", u"b", u"B", u"c"}},    // by the locale, without case
       {u"attr", false, {u"b", u"c", u"B", u"A"}},    // A, A, H, R
   };
-  for (const auto& c : cases) {
+  for (const auto& [key, descending, expected] : cases) {
     grid.clear();
-    for (const auto& from : rows) {
+    for (const auto& [name, size, percent, attributes] : rows) {
       const Grid::RowIndex row = grid.addRow();
-      grid.set(row, kTable[0], from.name);
-      grid.set(row, kTable[1], from.size);
-      grid.set(row, kTable[2], from.percent);
-      grid.set(row, kTable[3], std::int64_t(from.attributes));
+      grid.set(row, kTable[0], name);
+      grid.set(row, kTable[1], size);
+      grid.set(row, kTable[2], percent);
+      grid.set(row, kTable[3], attributes);
     }
-    grid.sort(grid.column(c.key), c.descending);
-    EXPECT_EQ(firstColumn(grid), c.expected) << toBytes(c.key);
-    EXPECT_EQ(grid.sortColumn(), &grid.column(c.key));
+    grid.sort(grid.column(key), descending);
+    EXPECT_EQ(texts(grid, u"name"), expected) << toBytes(key);
+    EXPECT_EQ(grid.sortColumn(), &grid.column(key));
   }
 }
 
@@ -155,83 +142,26 @@ TEST_F(ListsTest, RowsKeepAllThatIsTheirsThroughSortsAndRemovals) {
   }
 }
 
-TEST_F(ListsTest, ManyRowsGoAtOnce) {
-  constexpr std::uint32_t kRows = 200'000;
-  Grid grid(kTable);
-  std::vector<std::uint32_t> odd;
-  for (std::uint32_t i = 0; i < kRows; ++i) {
-    grid.set(grid.addRow(), kTable[1], std::int64_t(i));
-    if (i % 2 == 1) odd.push_back(i);
-  }
-  grid.removeRows(odd);
-  ASSERT_EQ(grid.rowCount(), kRows / 2);
-  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-    ASSERT_EQ(grid.number(row, kTable[1]), std::int64_t(2 * row));
-}
-
-TEST_F(ListsTest, CellsAreShownByKindMaskAndSettings) {
-  Grid grid(kTable);
-  grid.addRow();
-  const CellFormat bytes(kTable, {kUnitBytes, false, false}, {});
-  EXPECT_EQ(grid.cellText(bytes, 0, kTable[1]), u"");
-  EXPECT_EQ(grid.cellText(bytes, 0, kTable[3]), u"");  // nothing known, not "no attributes"
-  grid.set(0, kTable[1], std::int64_t(1'536'000));
-  grid.set(0, kTable[2], 33.333);
-  grid.set(0, kTable[3], std::int64_t(0x21));
-  const CellFormat kilobytes(kTable, {kUnitKB, true, true}, {});
-  EXPECT_EQ(grid.cellText(bytes, 0, kTable[1]), u"1,536,000");
-  EXPECT_EQ(grid.cellText(kilobytes, 0, kTable[1]), u"1,500.00 KB");
-  EXPECT_EQ(grid.cellText(bytes, 0, kTable[2]), u"33%");
-  EXPECT_EQ(grid.cellText(kilobytes, 0, kTable[2]), u"33.33%");
-  Text plain;
-  grid.set(0, kTable[1], std::int64_t(1'536'100));
-  kilobytes.appendPlain(grid, 0, kTable[1], plain);
-  EXPECT_EQ(plain, u"1500.1");
-}
-
-TEST_F(ListsTest, ColumnsFollowTheSettings) {
-  const std::uint8_t visible[] = {0, 0, 1, 0, 1};
-  const std::int32_t positions[] = {0, 3, 2, 1, 1};
-  const auto ids = [](const ColumnLayout& layout) {
-    std::vector<int> result;
-    for (const Column* column : visibleColumns(kTable, layout))
-      result.push_back(column->id);
-    return result;
-  };
-  EXPECT_EQ(ids({visible, positions}), (std::vector<int>{4, 2, 1}));  // the first one always
-  EXPECT_EQ(ids({visible, {}}), (std::vector<int>{1, 2, 4}));
+TEST_F(ListsTest, RowsAreNumberedWhereTheSettingsSaySo) {
   const std::uint8_t numbered[] = {1, 1, 0, 0, 0};
-  EXPECT_EQ(visibleColumnsAndNumber(kTable, {visible, {}}).size(), 3U);
   EXPECT_EQ(visibleColumnsAndNumber(kTable, {numbered, {}}).front(), &kRowNumberColumn);
-  EXPECT_EQ(ids({{}, positions}), (std::vector<int>{3, 4, 2, 1}));
+  EXPECT_EQ(visibleColumns(kTable, {numbered, {}}), std::vector<const Column*>{&kTable[0]});
 }
 
 TEST_F(ListsTest, ManyExtensionsLoseNothing) {
-  constexpr int kExtensions = 50'000;
+  constexpr std::int64_t kExtensions = 50'000;
   ExtensionList list(types);
   list.reset();
-  std::map<Text, std::pair<std::int64_t, std::int64_t>> expected;  // size and files
-  std::mt19937 random(3);
-  std::int64_t total = 0;
-  for (int i = 0; i < 4 * kExtensions; ++i) {
-    const int number = i < kExtensions ? i : int(random() % kExtensions);
-    const std::int64_t size = std::int64_t(random()) << 10;
-    list.feed(u"x" + toText(number), size);
-    auto& [sum, files] = expected[u".X" + toText(number)];
-    sum += size;
-    ++files;
-    total += size;
-  }
-  list.List_Ext_SetDifferentSizes(total);
-  const Grid& grid = list.grid();
-  ASSERT_EQ(grid.rowCount(), std::size_t(kExtensions));
-  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
-    const auto& [size, files] = expected[Text(grid.text(row, grid.column(u"extname")))];
-    ASSERT_EQ(grid.number(row, grid.column(u"size")), size);
-    ASSERT_EQ(grid.number(row, grid.column(u"files")), files);
-    if (row > 0) {
-      ASSERT_LE(size, grid.number(row - 1, grid.column(u"size")));
-    }
+  for (std::int64_t i = 0; i < 2 * kExtensions; ++i)
+    list.feed(u"x" + toText(i % kExtensions), (i % kExtensions) << 30);
+  list.List_Ext_SetDifferentSizes(1);
+  const Names extensions = texts(list.grid(), u"extname");
+  const std::vector<std::int64_t> sizes = numbers(list.grid(), u"size");
+  ASSERT_EQ(sizes.size(), std::size_t(kExtensions));
+  for (std::size_t row = 0; row < sizes.size(); ++row) {
+    const std::int64_t i = kExtensions - 1 - std::int64_t(row);  // the largest come first
+    ASSERT_EQ(extensions[row], u".X" + toText(i));
+    ASSERT_EQ(sizes[row], i << 31);
   }
   EXPECT_EQ(list.List_EXT_ShowStat(), u"50,000 Dateiendungen");
 }
@@ -250,15 +180,19 @@ TEST_F(ListsTest, ExtensionsKnowNoCase) {
       list.feed(extension, size);
     list.List_Ext_SetDifferentSizes(50);
     const Grid& grid = list.grid();
-    EXPECT_EQ(firstColumn(grid),
-              (std::vector<Text>{u".\xDCFF", u".\u00C4", u"[Ohne Endung]", u".TXT", u".PROFILE"}));
-    EXPECT_EQ(grid.number(3, grid.column(u"files")), 2);
+    EXPECT_EQ(texts(grid, u"extname"),
+              (Names{u".\xDCFF", u".\u00C4", u"[Ohne Endung]", u".TXT", u".PROFILE"}));
+    EXPECT_EQ(numbers(grid, u"files"), (std::vector<std::int64_t>{1, 2, 1, 2, 1}));
     EXPECT_EQ(grid.real(3, grid.column(u"percent")), 6);
     EXPECT_EQ(grid.real(4, grid.column(u"percent")), 0);
     EXPECT_EQ(grid.text(3, grid.column(u"type")), u"type txt");
     EXPECT_EQ(grid.text(3, grid.column(u"exe")), u"/bin/txt");
     EXPECT_EQ(grid.text(2, grid.column(u"type")), u"[Ohne Endung]");
   }
+  list.reset();
+  list.feed(u"new", 1);
+  list.List_Ext_SetDifferentSizes(1);
+  EXPECT_EQ(texts(list.grid(), u"extname"), Names{u".NEW"}) << "nothing of an earlier run";
 }
 
 TEST_F(ListsTest, OwnersKnowCaseAndCountFolders) {
@@ -271,10 +205,10 @@ TEST_F(ListsTest, OwnersKnowCaseAndCountFolders) {
   list.feed(u"root", 0, 0, 1);
   list.List_Owner_SetDifferentSizes(0);
   const Grid& grid = list.grid();
-  EXPECT_EQ(firstColumn(grid), (std::vector<Text>{u"root", u"Root", u"nobody"}));
-  EXPECT_EQ(grid.number(0, grid.column(u"size")), 10);
-  EXPECT_EQ(grid.number(0, grid.column(u"files")), 2);
-  EXPECT_EQ(grid.number(0, grid.column(u"folders")), 1);
+  EXPECT_EQ(texts(grid, u"owner"), (Names{u"root", u"Root", u"nobody"}));
+  EXPECT_EQ(numbers(grid, u"size"), (std::vector<std::int64_t>{10, 3, 0}));
+  EXPECT_EQ(numbers(grid, u"files"), (std::vector<std::int64_t>{2, 1, 0}));
+  EXPECT_EQ(numbers(grid, u"folders"), (std::vector<std::int64_t>{1, 0, 1}));
   EXPECT_EQ(grid.real(0, grid.column(u"percent")), 0);  // of nothing
 }
 
@@ -288,12 +222,11 @@ TEST_F(ListsTest, BandsSetFilesApart) {
   }
   list.List_Hardlinks_ShowDups();
   const Grid& grid = list.grid();
-  std::vector<std::pair<Text, int>> rows;
+  EXPECT_EQ(texts(grid, u"id"), (Names{u"10-0", u"5-0", u"5-0", u"5-1", u"7-2", u"9-0"}));
+  std::vector<int> bands;
   for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-    rows.emplace_back(grid.text(row, grid.column(u"id")), grid.band(row));
-  EXPECT_EQ(rows,
-            (std::vector<std::pair<Text, int>>{
-                {u"10-0", 0}, {u"5-0", 1}, {u"5-0", 1}, {u"5-1", 0}, {u"7-2", 1}, {u"9-0", 0}}));
+    bands.push_back(grid.band(row));
+  EXPECT_EQ(bands, (std::vector<int>{0, 1, 1, 0, 1, 0}));
   EXPECT_EQ(grid.text(0, grid.column(u"ext")), u"TXT");
   EXPECT_EQ(grid.text(0, grid.column(u"type")), u"type txt");
   EXPECT_EQ(list.List_Hardlinks_ShowFileStat(), u"6 Datei(en)");
@@ -310,31 +243,244 @@ TEST_F(ListsTest, ManyHardlinkRowsLoseNothing) {
     list.feed(toText(i) + u".dat", u"/folder" + toText(i / 100) + u"/", i, 3, data);
   }
   list.finish();
-  const Grid& grid = list.grid();
-  ASSERT_EQ(grid.rowCount(), std::size_t(kRows));
-  std::vector<bool> seen(kRows);
-  for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
-    const std::int64_t i = grid.number(row, grid.column(u"size"));
-    ASSERT_FALSE(seen[std::size_t(i)]);
-    seen[std::size_t(i)] = true;
-    ASSERT_EQ(grid.text(row, grid.column(u"name")), toText(i) + u".dat");
-    ASSERT_EQ(grid.text(row, grid.column(u"path")), u"/folder" + toText(i / 100) + u"/");
-    // The three names of a file stand together.
-    ASSERT_EQ(grid.text(row, grid.column(u"id")), grid.text(row / 3 * 3, grid.column(u"id")));
+  const Names ids = texts(list.grid(), u"id");
+  const Names names = texts(list.grid(), u"name");
+  const Names paths = texts(list.grid(), u"path");
+  const std::vector<std::int64_t> sizes = numbers(list.grid(), u"size");
+  EXPECT_EQ(std::set(sizes.begin(), sizes.end()).size(), std::size_t(kRows));
+  for (std::size_t row = 0; row < sizes.size(); ++row) {
+    ASSERT_EQ(names[row], toText(sizes[row]) + u".dat");
+    ASSERT_EQ(paths[row], u"/folder" + toText(sizes[row] / 100) + u"/");
+    ASSERT_EQ(ids[row], ids[row / 3 * 3]) << "the three names of a file stand together";
   }
 }
 
-TEST_F(ListsTest, JunctionsTellTheirKind) {
-  JunctionList list;
-  list.feed(u"/b", u"", platform::kTagMountPoint);
-  list.feed(u"/a", u"../x", platform::kTagSymbolicLink);
-  list.finish();
-  const Grid& grid = list.grid();
-  const CellFormat format(grid.columns(), {}, {});
-  EXPECT_EQ(firstColumn(grid), (std::vector<Text>{u"/a", u"/b"}));
-  EXPECT_EQ(grid.cellText(format, 0, grid.column(u"type")), u"Symbolischer Link");
-  EXPECT_EQ(grid.cellText(format, 1, grid.column(u"type")), u"Abzweigungspunkt");
-  EXPECT_EQ(list.List_Junctions_ShowStat(), u"2 Junction(s)");
+class LogTest : public ::testing::Test {
+ protected:
+  LogTest() { log.setFile(folder.text("Ombrelian.log")); }
+
+  std::string file() const { return readFile(folder.path("Ombrelian.log")); }
+
+  const ScopedLocale locale{"C"};
+  TestFolder folder;
+  Options options;
+  Log log{options};
+};
+
+TEST_F(LogTest, ALineForEachEntryByTheFormOfDates) {
+  EXPECT_EQ(log.Show_Log(), u"");
+  log.LogProtokoll(u"first \xDCFF");
+  options.DateFormat = u"dd.mm.yyyy";
+  log.LogProtokoll(u"second", true);
+  EXPECT_THAT(file(), ::testing::MatchesRegex(
+                          "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2} - first \xFF\n"
+                          "[0-9]{2}\\.[0-9]{2}\\.[0-9]{4} - second\n"));
+  // The form of dates shows in the rows that are there already, not in the lines.
+  EXPECT_EQ(log.dateText(log.rows()[0]), log.dateText(log.rows()[1]));
+  EXPECT_EQ(log.Show_Log(), folder.text("Ombrelian.log"));
+  EXPECT_EQ(log.List_Log_ShowStat(), u"2 Einträge");
+}
+
+TEST_F(LogTest, TheListGoesOnWithoutAFile) {
+  options.DontCreateLogFile = 1;
+  log.LogProtokoll(u"not in the file");
+  EXPECT_EQ(file(), "");
+  options.DontCreateLogFile = 0;
+  log.setFile(folder.text("missing/Ombrelian.log"));
+  log.LogProtokoll(u"nor this");
+  EXPECT_EQ(log.rows().size(), 2U);
+  EXPECT_EQ(log.Show_Log(), u"");
+}
+
+using Object = std::pair<std::int64_t, Text>;  // what it is sorted by, and its name
+
+std::vector<Object> objects(const std::vector<std::int64_t>& keys) {
+  std::vector<Object> result;
+  for (const std::int64_t key : keys)
+    result.emplace_back(key, toText(std::int64_t(result.size())));
+  return result;
+}
+
+/// What the list must hold in the end: everything sorted, and cut.
+std::vector<Object> sorted(std::vector<Object> all, bool largest, std::size_t limit) {
+  std::stable_sort(all.begin(), all.end(), [&](const Object& a, const Object& b) {
+    return largest ? a.first > b.first : a.first < b.first;
+  });
+  all.resize(std::min(limit, all.size()));
+  return all;
+}
+
+std::vector<Object> collected(const std::vector<Object>& all, bool largest, std::int32_t limit) {
+  TopCollector collector(largest);
+  collector.reset(limit);
+  for (const Object& object : all) {
+    if (collector.admits(object.first)) collector.accept(object.first).name = object.second;
+    EXPECT_LE(collector.rowCount(), std::size_t(limit + 101));
+  }
+  std::vector<Object> result;
+  for (const TopCollector::Row& row : collector.take())
+    result.emplace_back(row.key, row.name);
+  return result;
+}
+
+TEST(TopListsTest, AListHoldsWhatSortingEverythingGives) {
+  std::vector<std::int64_t> rising(3000);
+  std::iota(rising.begin(), rising.end(), 1);
+  const std::vector<std::int64_t> falling(rising.rbegin(), rising.rend());
+  std::vector<std::int64_t> shuffled = rising;
+  std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(7));
+  std::vector<std::int64_t> ties = shuffled;
+  std::vector<std::int64_t> waves = shuffled;
+  for (std::size_t i = 0; i < ties.size(); ++i) {
+    ties[i] = ties[i] % 37 + 1;
+    waves[i] = ties[i] + std::int64_t(i / 500) * 20;
+  }
+  const std::vector<std::int64_t> same(3000, 7);
+  const std::vector<std::int64_t> few = {3, 1, 2};
+  for (const auto& keys : {rising, falling, shuffled, ties, waves, same, few}) {
+    const std::vector<Object> all = objects(keys);
+    for (const std::int32_t limit : {5, 20, 999}) {
+      for (const bool largest : {true, false})
+        EXPECT_EQ(collected(all, largest, limit), sorted(all, largest, std::size_t(limit)))
+            << limit << " of " << keys[0] << ", " << keys[1] << "...";
+    }
+  }
+}
+
+TEST(TopListsTest, TheClockAgreesWithTheSystem) {
+  constexpr std::int64_t kHour = 3600;
+  for (const char* zone : {"UTC", "Europe/Berlin", "Australia/Lord_Howe", "Asia/Kathmandu"}) {
+    const ScopedZone scope(zone);
+    LocalClock clock;
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 60'000; ++i) {
+      // From 1960 on, in steps that meet every change of the clocks' year; and at random.
+      const std::int64_t unix =
+          i % 2 != 0 ? std::int64_t(random() % 3'000'000'000U) - 300'000'000
+                     : (std::int64_t(i) - 5000) * 5 * kHour + std::int64_t(random() % 1800);
+      const FileTime time = fileTimeFromUnix(unix, 999'999'999);
+      DateParts parts;
+      ASSERT_TRUE(platform::FileTimeToLocalSystemTime(time, parts));
+      const std::int64_t seconds = std::llround(toDate(parts) * 86'400);
+      ASSERT_EQ(clock.seconds(time), seconds) << zone << " " << unix;
+      ASSERT_LT(LocalClock::bound(time, false), seconds);
+      ASSERT_GT(LocalClock::bound(time, true), seconds);
+    }
+    EXPECT_EQ(clock.seconds(0), 0);
+    EXPECT_EQ(clock.seconds(kInvalidFileTime), 0);
+  }
+}
+
+class TopListsFeedTest : public ::testing::Test {
+ protected:
+  void feed(TextView name, std::int64_t size, const platform::FindData& data = {}) {
+    lists.feedFile(name, u"/no/such/", size, data);
+  }
+
+  std::vector<Text> names(ListId list) {
+    lists.finish();
+    return texts(lists.grid(list), u"name");
+  }
+
+  const ScopedZone zone{"UTC"};  // where time never goes back
+  const ScopedLocale locale{"C"};
+  Options options;
+  mCompare filters{platform::localeTextRules()};
+  MadeUpTypes types;
+  TopLists lists{options, filters, types};
+};
+
+TEST_F(TopListsFeedTest, WhatTheSmallestFilesIgnore) {
+  const std::pair<std::int32_t, Names> cases[] = {
+      {0, {u"c", u"d"}}, {-1, {u"a", u"b", u"c", u"d"}}, {100, {u"d"}}};
+  options.CreateList100SmallestFiles = 1;
+  for (const auto& [number, expected] : cases) {
+    options.CreateList100SmallestFilesIgnoreNumber = number;
+    lists.reset();
+    for (const auto& [name, size] : {std::pair(u"a", 0), {u"b", 0}, {u"c", 100}, {u"d", 101}})
+      feed(name, size);
+    EXPECT_EQ(names(ListId::SmallestFiles), expected) << number;
+  }
+}
+
+TEST_F(TopListsFeedTest, FoldersCountByTheirOwnFiles) {
+  options.CreateList100LargestFolders = 1;
+  options.CreateList100SmallestFolders = 1;
+  lists.reset();
+  lists.feedFolder(u"/x/onlyfolders/", 0, 0, 3);
+  lists.feedFolder(u"/x/empty files/", 0, 2, 0);
+  lists.feedFolder(u"/x/some/", 10, 1, 1);
+  lists.feedFolder(u"/", 20, 1, 2);
+  EXPECT_EQ(names(ListId::LargestFolders), (Names{u"/", u"/x/some", u"/x/empty files"}));
+  EXPECT_EQ(names(ListId::SmallestFolders), (Names{u"/x/some", u"/"}));
+  const Grid& grid = lists.grid(ListId::SmallestFolders);
+  EXPECT_EQ(numbers(grid, u"files"), (std::vector<std::int64_t>{1, 1}));
+  EXPECT_EQ(numbers(grid, u"folders"), (std::vector<std::int64_t>{1, 2}));
+  EXPECT_EQ(texts(grid, u"path"), (Names{u"/x/some/", u"/"}));
+}
+
+TEST_F(TopListsFeedTest, TheDateThatWasChosenDecides) {
+  options.CreateList100NewestFiles = 1;
+  options.CreateList100OldestFiles = 1;
+  const auto day = [](int n) { return fileTimeFromUnix(86'400 * n, 0); };
+  const std::tuple<std::uint8_t, std::uint8_t, Text, Text> cases[] = {
+      {1, 1, u"a", u"c"}, {2, 3, u"b", u"a"}, {3, 2, u"c", u"c"}};
+  for (const auto& [newest, oldest, first, last] : cases) {
+    options.CreateList100NewestFilesDate = newest;
+    options.CreateList100OldestFilesDate = oldest;
+    lists.reset();
+    const int days[3][3] = {{9003, 9002, 9001}, {9002, 9003, 9002}, {9001, 9001, 9003}};
+    for (int i = 0; i < 3; ++i) {
+      platform::FindData data;
+      data.ftLastWriteTime = day(days[i][0]);
+      data.ftCreationTime = day(days[i][1]);
+      data.ftLastAccessTime = day(days[i][2]);
+      feed(Text(1, char16_t(u'a' + i)), 1, data);
+    }
+    EXPECT_EQ(names(ListId::NewestFiles)[0], first) << int(newest);
+    EXPECT_EQ(names(ListId::OldestFiles)[0], last) << int(oldest);
+  }
+}
+
+TEST_F(TopListsFeedTest, DatesAreSortedLikeEverything) {
+  options.CreateList100NewestFiles = 1;
+  options.CreateList100OldestFiles = 1;
+  for (const std::int64_t step : {7, 3600, 86'400}) {  // close together, and years apart
+    lists.reset();
+    std::vector<Object> all;
+    std::mt19937 random(5);
+    for (int i = 0; i < 2000; ++i) {
+      const std::int64_t unix = 1'000'000'000 + std::int64_t(random() % 1500) * step;
+      platform::FindData data;
+      data.ftLastWriteTime = fileTimeFromUnix(unix, std::uint32_t(random() % 1'000'000'000));
+      all.emplace_back(unix, toText(i));
+      feed(all.back().second, 1, data);
+    }
+    for (const bool newest : {true, false}) {
+      Names expected;
+      for (const Object& object : sorted(all, newest, 20))
+        expected.push_back(object.second);
+      EXPECT_EQ(names(newest ? ListId::NewestFiles : ListId::OldestFiles), expected) << step;
+    }
+  }
+}
+
+TEST_F(TopListsFeedTest, LimitsAreHeldAndFilteredExtensionsStayOut) {
+  options.CreateList100LargestFiles = 1;
+  options.CreateList100LargestFilesInclude = 1;
+  options.CreateList100LargestFilesIncludeText = u"jpg";
+  options.TopMaxCount[0] = 4;
+  filters.SetTopFilesExtFilter(options);
+  lists.reset();
+  for (int size = 1; size <= 300; ++size) {
+    feed(toText(size) + (size % 2 == 0 ? u".JPG" : u".png"), size);
+    EXPECT_LE(lists.collector(ListId::LargestFiles).rowCount(), 106U);
+  }
+  EXPECT_EQ(names(ListId::LargestFiles),
+            (Names{u"300.JPG", u"298.JPG", u"296.JPG", u"294.JPG", u"292.JPG"}));
+  EXPECT_EQ(lists.List_TOP_ShowFileStat(ListId::LargestFiles), u"5 Datei(en)");
+  EXPECT_EQ(lists.Toplist_ShowSelectedFilesize(ListId::LargestFiles, {0, 1}).substr(0, 27),
+            u"2 ausgewählte Datei(en) mit");
 }
 
 }  // namespace

@@ -5,8 +5,10 @@
 #include <functional>
 #include <random>
 
+#include "format/Attributes.h"
 #include "lists/FolderSort.h"
 #include "platform/Locale.h"
+#include "tree/TreeEdit.h"
 
 namespace ombrelian {
 namespace {
@@ -47,16 +49,14 @@ class ShownFoldersTest : public ::testing::Test {
     return rows;
   }
 
-  const Column& column(int id) const {
+  const Column& column(int id) {
     options_.FolderColumnVisible.fill(1);
-    for (const Column* const column : report_.visibleColumns()) {
-      if (column->id == id) return *column;
-    }
-    std::abort();
+    const std::vector<const Column*> all = report_.visibleColumns();
+    return **std::find_if(all.begin(), all.end(), [id](auto* column) { return column->id == id; });
   }
 
   std::mt19937 random_{7};
-  mutable Options options_;
+  Options options_;
   FolderTree tree_;
   FolderReport report_{tree_, options_};
   ShownFolders shown_{report_};
@@ -94,24 +94,47 @@ TEST_F(ShownFoldersTest, ExpandingAndCollapsingKeepsTheRowsOfTheTree) {
   EXPECT_NE(shown_.rowOf(nodes_.back()), ShownFolders::kNoRow);
 }
 
-TEST_F(ShownFoldersTest, SortingOrdersSiblingsAndLosesNone) {
+TEST_F(ShownFoldersTest, WhatIsGoneIsForgottenAndNothingElse) {
+  grow(6);
+  for (const NodeIndex node : {nodes_[0], nodes_[2]})
+    report_.setExpanded(node, true);
+  report_.select(nodes_[2]);
+  takeOutFolders(tree_, {nodes_[2]});
+  report_.forgetFreeNodes();
+  EXPECT_TRUE(report_.isExpanded(nodes_[0]));
+  EXPECT_FALSE(report_.isExpanded(nodes_[1]));
+  EXPECT_FALSE(report_.isExpanded(nodes_[2]));
+  EXPECT_EQ(report_.selected(), kNoNode);
+}
+
+TEST_F(ShownFoldersTest, SortingOrdersSiblingsKeepsEqualsInOrderAndLosesNone) {
   using Id = FolderColumnId;
   grow(400);
   shown_.markSubtree(kNoNode, true);
+  shown_.rebuild();
   const TextRules& rules = platform::localeTextRules();
+  const auto order = [&](int id, NodeIndex a, NodeIndex b) {
+    if (id == Id::Name) return rules.compare(tree_[a].name(), tree_[b].name(), false);
+    if (id == Id::Size) return int(tree_[a].size - tree_[b].size);
+    const auto letters = [&](NodeIndex node) {
+      return xFormatFileAttribute(tree_[node].attributes, false, {});
+    };
+    return letters(a).compare(letters(b));
+  };
   for (const bool descending : {false, true}) {
     for (const int id : {Id::Name, Id::Size, Id::Attributes, Id::Depth}) {
+      std::vector<std::size_t> before(nodes_.size());
+      for (const NodeIndex node : nodes_)
+        before[node] = shown_.rowOf(node);
       sortFolders(tree_, report_, column(id), descending);
       shown_.rebuild();
       ASSERT_EQ(shown_.count(), nodes_.size());
       for (const NodeIndex node : nodes_) {
         const NodeIndex next = tree_[node].nextSibling;
         if (next == kNoNode) continue;
-        const NodeIndex& first = descending ? next : node;
-        const NodeIndex& second = descending ? node : next;
-        const int names = rules.compare(tree_[first].name(), tree_[second].name(), false);
-        EXPECT_TRUE(id != Id::Name || names <= 0);
-        EXPECT_TRUE(id != Id::Size || tree_[first].size <= tree_[second].size);
+        const int found = id == Id::Depth ? 0 : order(id, node, next);
+        EXPECT_TRUE(descending ? found >= 0 : found <= 0) << id;
+        EXPECT_TRUE(found != 0 || before[node] < before[next]) << id;
       }
     }
   }
@@ -120,20 +143,11 @@ TEST_F(ShownFoldersTest, SortingOrdersSiblingsAndLosesNone) {
 
 TEST(TextRulesTest, SortKeysOrderAsComparisonDoes) {
   const TextRules& rules = platform::localeTextRules();
-  const Text texts[] = {u"",
-                        u"a",
-                        u"A",
-                        u"\u00E4",
-                        u"b",
-                        u"B10",
-                        u"b9",
-                        u".x",
-                        u"_",
-                        u"zz\u4E00",
-                        Text(1, char16_t(0xDC80)),
-                        Text(500, u'q')};
-  for (const Text& a : texts) {
-    for (const Text& b : texts) {
+  const Text longText(500, u'q');
+  const TextView texts[] = {u"",   u"a",  u"A", u"\u00E4",   u"b",      u"B10",
+                            u"b9", u".x", u"_", u"zz\u4E00", u"\xDC80", longText};
+  for (const TextView a : texts) {
+    for (const TextView b : texts) {
       const int order = rules.compare(a, b, false);
       const int keys = rules.sortKey(a).compare(rules.sortKey(b));
       EXPECT_EQ(order < 0, keys < 0) << toBytes(a) << " " << toBytes(b);

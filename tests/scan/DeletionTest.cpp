@@ -1,70 +1,76 @@
+// Deleting: case by case, and among all that a user does to a scanned tree, whose numbers are those
+// of a new scan whatever it is.
+
 #include "scan/Deletion.h"
 
-#include <errno.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <random>
+
 #include "fs/z_Filesystem.h"
 #include "scan/ListFeeder.h"
+#include "scan/Rename.h"
 #include "scan/Rescan.h"
 #include "tests/testing/Faults.h"
+#include "tests/testing/Lists.h"
 #include "tests/testing/ScanFixture.h"
+#include "tests/testing/ScopedUser.h"
 #include "tests/testing/ScopedVariable.h"
+#include "tree/TreeEdit.h"
 
 namespace ombrelian {
 namespace {
 
-using testing::Call;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using testing::namesIn;
-using testing::QuietInterface;
-using testing::ScanFixture;
-using testing::ScopedFault;
-using ::testing::SizeIs;
-using testing::TestFolder;
-using ::testing::UnorderedElementsAre;
+using namespace ombrelian::testing;
+using namespace ::testing;
 
 /// Answers the question, and may do something while it stands.
 struct Asked : QuietInterface {
   bool confirm(TextView text, const std::vector<Text>& lines) override {
     question = text;
-    details = lines;
+    details.clear();
+    for (const Text& line : lines)
+      details += toBytes(line) + "\n";
     if (whileAsked) whileAsked();
     return answer;
   }
-
-  /// All that was told below the names.
-  std::string told() const {
-    std::string all;
-    for (const Text& line : details)
-      all += toBytes(line) + "\n";
-    return all;
+  void deletionProgress(TextView path, std::uint64_t, std::uint64_t) override {
+    if (!path.empty()) progress.emplace_back(path);
   }
 
   bool answer = true;
+  std::vector<Text> progress;  // the paths that it told of
   std::function<void()> whileAsked;
   Text question;
-  std::vector<Text> details;
+  std::string details;
 };
 
-class DeletionTest : public ScanFixture {
+class DeletionFixture : public ScanFixture {
  protected:
-  DeletionTest() : bin_("XDG_DATA_HOME", folder.path("bin")) {
+  DeletionFixture() { options.FilelistVisible = 1; }
+
+  ScanState asking() { return {options, tree, context, filters, log, asked, nullptr}; }
+  Deletion deletion(bool recycle = false) { return Deletion(asking(), nullptr, recycle); }
+
+  TestFolder bin;
+  const ScopedVariable home{"XDG_DATA_HOME", bin.path()};
+  SystemFileTypes types;
+  FileList files{options, types};
+  Asked asked;
+};
+
+class DeletionTest : public DeletionFixture {
+ protected:
+  DeletionTest() {
     folder.file("source/a/one", 100);
     folder.file("source/a/sub/two", 20);
     folder.file("source/b/three", 3);
     folder.file("source/top", 4000);
-    folder.folder("outside");
     folder.file("outside/precious", 5);
     root = scan(folder.text("source"));
     log.clearRows();
-  }
-
-  Deletion deletion(bool recycle = false) {
-    return Deletion({options, tree, context, filters, log, asked, nullptr}, nullptr, recycle);
   }
 
   bool deleteFolders(const std::vector<NodeIndex>& nodes, bool recycle = false) {
@@ -76,35 +82,18 @@ class DeletionTest : public ScanFixture {
 
   /// Shows a folder and returns the ids of the files with these names.
   Deletion::Ids show(const char* name, const std::vector<Text>& names) {
-    options.FilelistVisible = 1;
     Text path = folder.text(name);
     files.List_Files_ScanFolder(path, true);
+    const std::vector<Text> all = texts(files.grid(), u"name");
     Deletion::Ids ids;
-    for (const Text& wanted : names) {
-      for (Grid::RowIndex row = 0; row < files.grid().rowCount(); ++row) {
-        if (files.grid().text(row, files.grid().column(u"name")) == wanted)
-          ids.push_back(files.grid().id(row));
-      }
-    }
-    EXPECT_EQ(ids.size(), names.size());
+    for (const Text& wanted : names)
+      ids.push_back(
+          files.grid().id(std::size_t(std::find(all.begin(), all.end(), wanted) - all.begin())));
     return ids;
   }
 
-  const testing::ScopedVariable bin_;
-  SystemFileTypes types;
-  FileList files{options, types};
-  Asked asked;
   NodeIndex root = kNoNode;
 };
-
-TEST_F(DeletionTest, NoMeansThatNothingHappens) {
-  asked.answer = false;
-  EXPECT_FALSE(deleteFolders({node(u"a")}));
-  EXPECT_FALSE(deletion().List_Files_DeleteFiles(files, show("source", {u"top"})));
-  EXPECT_TRUE(exists("source/a/sub/two"));
-  EXPECT_THAT(logTexts(), IsEmpty());
-  EXPECT_EQ(totals(root), (ScanTotals{4123, 4, 3, 0, 0, 0}));
-}
 
 TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   // What filters left out of the scan, or came since, goes as well.
@@ -113,14 +102,23 @@ TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   folder.hardlink("source/a/whole1", "source/a/one");
   folder.symlink("source/a/link", "../b");
   asked.answer = false;
+  EXPECT_FALSE(deleteFolders({node(u"a")}));
+  EXPECT_FALSE(deletion().List_Files_DeleteFiles(files, show("source", {u"top"})));
+  EXPECT_TRUE(exists("source/top") && exists("source/a/sub/two") && log.rows().empty());
   deleteFolders({node(u"a")});
   EXPECT_EQ(asked.question,
             u"Soll der Ordner '" + folder.text("source/a") + u"' wirklich gelöscht werden?");
   // One name of two of 3 bytes stays; both names of 100 bytes go, which comes free once.
-  EXPECT_THAT(asked.told(), HasSubstr("Dateien: 5, Ordner: 3, Größe: 1.19 KB"));
-  EXPECT_THAT(asked.told(), HasSubstr("3 Namen von Hardlinks; 103 Bytes werden darum nicht frei"));
-  EXPECT_THAT(asked.told(), HasSubstr("Verknüpfungen: 1."));
-  EXPECT_THAT(asked.told(), HasSubstr("nicht rückgängig"));
+  EXPECT_THAT(asked.details,
+              AllOf(HasSubstr("Dateien: 5, Ordner: 3, Größe: 1.19 KB"),
+                    HasSubstr("3 Namen von Hardlinks; 103 Bytes werden darum nicht frei"),
+                    HasSubstr("Verknüpfungen: 1."), HasSubstr("nicht rückgängig")));
+  // What cannot go is left out.
+  ASSERT_EQ(rename(folder.path("source/a").c_str(), folder.path("moved").c_str()), 0);
+  folder.file("source/a/another", 777);
+  deleteFolders({node(u"a"), node(u"b")});
+  EXPECT_THAT(asked.details, HasSubstr("Dateien: 1, Ordner: 1, Größe: 3 Bytes"));
+  EXPECT_THAT(asked.messages, SizeIs(1));
   for (int i = 0; i < 12; ++i)
     folder.folder("many/f" + std::to_string(i));
   root = scan(folder.text("many"));
@@ -128,20 +126,17 @@ TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   for (NodeIndex child = tree[root].firstChild; child != kNoNode; child = tree[child].nextSibling)
     all.push_back(child);
   deleteFolders(all, true);
-  EXPECT_THAT(asked.told(), HasSubstr("und 2 weitere"));
-  EXPECT_THAT(asked.told(), HasSubstr("in den Papierkorb"));
-}
-
-TEST_F(DeletionTest, TheQuestionLeavesOutWhatCannotGo) {
-  ASSERT_EQ(rename(folder.path("source/a").c_str(), folder.path("moved").c_str()), 0);
-  folder.file("source/a/another", 777);
-  asked.answer = false;
-  deleteFolders({node(u"a"), node(u"b")});
-  EXPECT_THAT(asked.told(), HasSubstr("Dateien: 1, Ordner: 1, Größe: 3 Bytes"));
-  EXPECT_THAT(asked.messages, SizeIs(1));
+  EXPECT_THAT(asked.details, AllOf(HasSubstr("und 2 weitere"), HasSubstr("in den Papierkorb")));
+  asked.answer = true;
+  const ScopedFault fault({Call::Unlinkat, "", EIO});
+  deleteFolders(all);
+  EXPECT_THAT(toBytes(asked.messages.back()), HasSubstr("Weitere Fehler: 2."));
 }
 
 TEST_F(DeletionTest, AFolderIsDeletedOnceWithItsChild) {
+  EXPECT_FALSE(deleteFolders({node(u"Dateien")})) << "the row for direct files is no folder";
+  EXPECT_THAT(asked.messages, SizeIs(1));
+  EXPECT_TRUE(exists("source/top"));
   EXPECT_TRUE(deleteFolders({node(u"a/sub"), node(u"a")}));
   EXPECT_THAT(logTexts(), ElementsAre(u"GELÖSCHT: " + folder.text("source/a/")));
   EXPECT_EQ(totals(root), (ScanTotals{4003, 2, 1, 0, 0, 0}));
@@ -153,13 +148,6 @@ TEST_F(DeletionTest, AFolderIsDeletedOnceWithItsChild) {
   EXPECT_TRUE(deleteFolders({root}));
   EXPECT_TRUE(tree.empty());
   EXPECT_THAT(namesIn(folder.path()), UnorderedElementsAre("outside"));
-}
-
-TEST_F(DeletionTest, TheRowForDirectFilesIsNoFolder) {
-  asked.messages.clear();
-  EXPECT_FALSE(deleteFolders({node(u"Dateien")}));
-  EXPECT_THAT(asked.messages, SizeIs(1));
-  EXPECT_TRUE(exists("source/top"));
 }
 
 TEST_F(DeletionTest, WhatIsSwappedWhileTheQuestionStandsIsLeftAlone) {
@@ -192,22 +180,15 @@ TEST_F(DeletionTest, WhatIsSwappedWhileTheQuestionStandsIsLeftAlone) {
 }
 
 TEST_F(DeletionTest, EachFailureIsToldAndStaysInTheSums) {
-  struct Case {
-    Call call;
-    const char* name;
-    int error;
-    bool recycle;
-    const char* inText;
+  const std::tuple<testing::Fault, bool, const char*> cases[] = {
+      {{Call::Unlinkat, "two", EIO}, false, "two (#1117"},
+      {{Call::Unlinkat, "sub", EBUSY}, false, "sub (#32"},
+      {{Call::Statx, "a", EIO}, false, "#1117"},
+      {{Call::Mkdirat, "Trash", EROFS}, true, "Trash"},  // the bin is not there yet
+      {{Call::Renameat2, "a", EACCES}, true, "(120)"},
+      {{Call::Write, "", ENOSPC}, true, "Trash"},
   };
-  const Case cases[] = {
-      {Call::Unlinkat, "two", EIO, false, "two (#1117"},
-      {Call::Unlinkat, "sub", EBUSY, false, "sub (#32"},
-      {Call::Statx, "a", EIO, false, "#1117"},
-      {Call::Mkdirat, "Trash", EROFS, true, "Trash"},  // the bin is not there yet
-      {Call::Renameat2, "a", EACCES, true, "(120)"},
-      {Call::Write, "", ENOSPC, true, "Trash"},
-  };
-  for (const Case& one : cases) {
+  for (const auto& [makeFail, recycle, inText] : cases) {
     if (!exists("source/a/one")) folder.file("source/a/one", 100);
     if (!exists("source/a/sub/two")) folder.file("source/a/sub/two", 20);
     tree.clear();
@@ -215,19 +196,19 @@ TEST_F(DeletionTest, EachFailureIsToldAndStaysInTheSums) {
     log.clearRows();
     asked.messages.clear();
     {
-      const ScopedFault fault({one.call, one.name, one.error});
-      deleteFolders({node(u"a")}, one.recycle);
+      const ScopedFault fault(makeFail);
+      deleteFolders({node(u"a")}, recycle);
       EXPECT_GT(fault.hits(), 0);
     }
-    ASSERT_EQ(log.rows().size(), 1U) << one.inText;
+    ASSERT_EQ(log.rows().size(), 1U) << inText;
     EXPECT_TRUE(log.rows()[0].isError);
-    EXPECT_THAT(toBytes(log.rows()[0].text), HasSubstr(one.inText));
-    EXPECT_THAT(toBytes(log.rows()[0].text), HasSubstr(folder.path("source/a")));
+    EXPECT_THAT(toBytes(log.rows()[0].text),
+                AllOf(HasSubstr(inText), HasSubstr(folder.path("source/a"))));
     EXPECT_EQ(asked.messages, std::vector<Text>{log.rows()[0].text});
     EXPECT_NE(node(u"a"), kNoNode);
     // What went in part is counted anew, to what a new scan finds.
     const ScanTotals shown = totals(root);
-    EXPECT_EQ(shown, totals(scan(folder.text("source")))) << one.inText;
+    EXPECT_EQ(shown, totals(scan(folder.text("source")))) << inText;
   }
 }
 
@@ -247,6 +228,17 @@ TEST_F(DeletionTest, FilesGoFromTheListAndFromWhatTheScanCounted) {
   EXPECT_EQ(totals(root), (ScanTotals{4120, 3, 3, 0, 0, 0}));
   EXPECT_EQ(files.grid().rowCount(), 0U);
   EXPECT_EQ(files.sum(), 0);
+  EXPECT_THAT(asked.progress, Not(IsEmpty()));
+  // Files go from the last row to the first, and each step is told before it is done.
+  folder.file("many/x", 1);
+  folder.file("many/y", 3);
+  folder.file("many/z", 2);
+  log.clearRows();
+  asked.progress.clear();
+  EXPECT_TRUE(deletion().List_Files_DeleteFiles(files, show("many", {u"z", u"y", u"x"})));
+  EXPECT_THAT(logTexts(), ElementsAre(u"GELÖSCHT: " + folder.text("many/x"),
+                                      u"GELÖSCHT: " + folder.text("many/z"),
+                                      u"GELÖSCHT: " + folder.text("many/y")));
   // A file that vanished counts as deleted.
   const Deletion::Ids gone = show("source", {u"top"});
   ASSERT_EQ(unlink(folder.path("source/top").c_str()), 0);
@@ -254,18 +246,6 @@ TEST_F(DeletionTest, FilesGoFromTheListAndFromWhatTheScanCounted) {
   EXPECT_EQ(totals(root), (ScanTotals{120, 2, 3, 0, 0, 0}));
   EXPECT_EQ(logTexts().back(), u"PAPIERKORB: " + folder.text("source/top"));
   EXPECT_EQ(node(u"Dateien"), kNoNode);
-}
-
-TEST_F(DeletionTest, OtherSourcesThatShowTheSameFollow) {
-  const NodeIndex inner = scan(folder.text("source/a"));
-  const NodeIndex innermost = scan(folder.text("source/a/sub"));
-  EXPECT_TRUE(deletion().List_Files_DeleteFiles(files, show("source/a/sub", {u"two"})));
-  EXPECT_EQ(totals(root).Size, 4103);
-  EXPECT_EQ(totals(inner), (ScanTotals{100, 1, 1, 0, 0, 0}));
-  EXPECT_EQ(totals(innermost), (ScanTotals{0, 0, 0, 0, 0, 0}));
-  EXPECT_TRUE(deleteFolders({inner}));
-  EXPECT_EQ(totals(root), (ScanTotals{4003, 2, 1, 0, 0, 0}));
-  EXPECT_EQ(tree.lastRoot(), root);
 }
 
 TEST_F(DeletionTest, ListsOfTheLastRunLoseNoRowsButTheirOwn) {
@@ -291,6 +271,228 @@ TEST_F(DeletionTest, ListsOfTheLastRunLoseNoRowsButTheirOwn) {
   EXPECT_EQ(rows(ListId::Hardlinks), 1U);
   EXPECT_GT(rows(ListId::Extensions), 0U);
 }
+
+/// One real folder, a tree that was scanned from it, and things that happen to both.
+class Sequence : public DeletionFixture {
+  unsigned below(unsigned limit) { return unsigned(random_() % limit); }
+
+  template <class List>
+  auto pick(const List& list) {
+    return list[below(unsigned(list.size()))];
+  }
+
+ public:
+  void TestBody() override {}
+
+  explicit Sequence(unsigned seed) : random_(seed) {
+    asked.whileAsked = [this] { isAsked_ = true; };
+    asked.onYield = [this] {
+      if (isAsked_ && stopAfter_ > 0 && --stopAfter_ == 0)
+        context.ScanCancelState = kScanCancelRequested;
+    };
+    options.ShowHardlinkCount = std::uint8_t(below(2));
+    if (below(4) == 0) {
+      options.FolderList_FilterFilesExclude_Active = 1;
+      options.FolderList_FilterFilesExclude_Text = u"*.tmp";
+    }
+    fillDisk();
+    scan(folder.text("source"));
+    // A source within another shows the same folders.
+    if (below(3) == 0 && !folders_.empty()) scan(folder.text(pick(folders_)));
+  }
+
+  /// Returns what was done, for who looks for the reason of a difference.
+  std::string step() {
+    log.clearRows();
+    act(below(9));
+    std::string said;
+    for (const Text& row : logTexts())
+      said += "\n  " + toBytes(row);
+    return said;
+  }
+
+  /// Compares each source that is in the tree with a scan of it into another.
+  void expectTrue(const std::string& when) {
+    for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+      FolderTree fresh;
+      ScanContext freshContext;
+      std::deque<Text> queue = {Text(tree[root].name())};
+      ScanRun({options, fresh, freshContext, filters, log, ui, nullptr})
+          .Ordnerliste_Abarbeiten(queue);
+      ASSERT_FALSE(fresh.empty()) << when << ": " << toBytes(tree[root].name()) << " is missing";
+      EXPECT_EQ(described(tree, root), described(fresh, fresh.firstRoot())) << when;
+    }
+  }
+
+  bool isOver() const { return tree.empty(); }
+
+ private:
+  /// One of nine; what happens often stands more than once.
+  void act(unsigned kind) {
+    if (kind <= 2) return deleteFolders(kind == 2);
+    if (kind <= 4) return deleteFiles();
+    if (kind == 5) return renameSomeFolder();
+    if (kind == 6) return renameSomeFile();
+    if (kind == 7) return changeAndRescan();
+    if (below(6) == 0) Report_RemoveFolders(tree, pick(allNodes()), nullptr);
+  }
+
+  void fillDisk() {
+    folder.folder("source");
+    folders_ = {"source"};
+    const unsigned count = 6 + below(12);
+    while (folders_.size() <= count) {
+      const std::string name = below(3) == 0 ? "same" : "d" + std::to_string(folders_.size());
+      folders_.push_back(pick(folders_) + "/" + name);
+      folder.folder(folders_.back());
+      for (unsigned i = below(6); i > 0; --i)
+        makeEntry((below(9) == 0 ? "source" : folders_.back()) + "/f" + std::to_string(++made_));
+    }
+    for (const std::string& name : folders_) {
+      if (below(6) == 0) chmod(folder.path(name).c_str(), 0555);
+    }
+  }
+
+  void makeEntry(const std::string& name) {
+    const unsigned kind = below(8);
+    if (kind == 0) return folder.symlink(name, below(2) == 0 ? "." : "nowhere");
+    if (kind == 1 && !last_.empty()) return folder.hardlink(name, last_);
+    last_ = name + (below(3) == 0 ? ".tmp" : "");
+    folder.file(last_, below(5000));
+  }
+
+  std::vector<NodeIndex> allNodes() const {
+    std::vector<NodeIndex> nodes;
+    for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+      for (NodeIndex node = root; node != kNoNode; node = nextInSubtree(tree, node, root))
+        nodes.push_back(node);
+    }
+    return nodes;
+  }
+
+  /// Deletes what `chosen` has, at times stopped on the way, at times with objects of some digit in
+  /// their names that cannot be removed.
+  template <class Delete>
+  void sometimesFailing(unsigned objects, int error, Delete erase) {
+    isAsked_ = false;
+    stopAfter_ = below(4) == 0 ? int(below(objects)) + 1 : 0;
+    std::optional<ScopedFault> fault;
+    if (below(3) == 0)
+      fault.emplace(testing::Fault{Call::Unlinkat, std::to_string(below(9)), error});
+    erase();
+  }
+
+  void deleteFolders(bool recycle) {
+    const std::vector<NodeIndex> nodes = allNodes();
+    std::vector<NodeIndex> chosen;
+    for (unsigned i = below(3); chosen.size() <= i;) {
+      const NodeIndex node = pick(nodes);
+      // The outermost folder goes seldom, or nothing would be left to do.
+      if (tree[node].parent != kNoNode || below(8) == 0) chosen.push_back(node);
+    }
+    sometimesFailing(12, EIO, [&] { deletion(recycle).DeleteFolders(chosen); });
+  }
+
+  /// Shows the files of a folder and deletes some of them.
+  void deleteFiles() {
+    showSomeFolder();
+    Deletion::Ids chosen;
+    for (Grid::RowIndex row = 0; row < files.grid().rowCount(); ++row) {
+      if (below(2) == 0) chosen.push_back(files.grid().id(row));
+    }
+    const bool recycle = below(3) == 0;
+    sometimesFailing(4, EPERM, [&] { deletion(recycle).List_Files_DeleteFiles(files, chosen); });
+  }
+
+  void showSomeFolder() {
+    NodeIndex node = pick(allNodes());
+    if (!tree[node].has(FolderNode::IsFolder)) node = tree[node].parent;
+    Text path = Report_GetFullpathOfNode(tree, node, false, false);
+    files.clear();
+    if (!tree[node].has(FolderNode::IsJunction)) files.List_Files_ScanFolder(path, true);
+  }
+
+  void renameSomeFolder() {
+    const NodeIndex node = pick(allNodes());
+    if (!tree[node].has(FolderNode::IsFolder) || tree[node].parent == kNoNode) return;
+    // Now and then a name that something has already.
+    Text name = below(3) == 0 ? u"same" : u"renamed" + toText(std::int64_t(below(3)));
+    if (below(4) == 0) name = tree[tree[tree[node].parent].firstChild].name();
+    if (name == tree[node].name()) return;
+    renameFolder(tree, Report_GetFullpathOfNode(tree, node, false, false), name);
+  }
+
+  void renameSomeFile() {
+    if (options.FolderList_FilterFilesExclude_Active == 1) return;  // names decide what counts
+    showSomeFolder();
+    const std::vector<Text> names = texts(files.grid(), u"name");
+    if (names.empty()) return;
+    const Grid::RowIndex row = below(unsigned(names.size()));
+    const Text name = below(2) == 0 ? u"file" + toText(std::int64_t(below(4))) : pick(names);
+    renameFile(tree, files, row, name);
+  }
+
+  /// Something else writes to a folder, which is then read anew.
+  void changeAndRescan() {
+    const NodeIndex node = pick(allNodes());
+    if (!tree[node].has(FolderNode::IsFolder) || tree[node].has(FolderNode::IsJunction)) return;
+    const Text path = Report_GetFullpathOfNode(tree, node, false, false);
+    // All sources are to be as they were found, which takes one that shows the folder alone; and
+    // what a rescan leaves unchanged above is to stay the same.
+    if (foldersAt(tree, path).size() + sourcesBelow(tree, path).size() > 1) return;
+    const std::string inside = toBytes(path).substr(folder.path().size() + 1);
+    if (chmod(folder.path(inside).c_str(), 0755) != 0) return;
+    folder.file(inside + "/new" + std::to_string(++made_), below(9000));
+    const std::string sub = inside + "/sub" + std::to_string(++made_);
+    folder.folder(sub);
+    folder.file(sub + "/new", 17);
+    EXPECT_NE(Rescan(state(), nullptr).Report_Rescan(node), kNoNode);
+  }
+
+  /// All that is told of each folder of a source, in the order of their names.
+  static std::vector<std::string> described(const FolderTree& of, NodeIndex root) {
+    std::vector<std::string> lines;
+    for (NodeIndex node = root; node != kNoNode; node = nextInSubtree(of, node, root)) {
+      const FolderNode& n = of[node];
+      std::string line = toBytes(Report_GetFullpathOfNode(of, node, false, false));
+      for (const std::int64_t number :
+           {n.size, std::int64_t(n.files), std::int64_t(n.folders), std::int64_t(n.subfolders),
+            std::int64_t(n.junctions), std::int64_t(n.errors), std::int64_t(n.level),
+            std::int64_t(n.flags)})
+        line += " " + std::to_string(number);
+      lines.push_back(std::move(line));
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+  }
+
+  std::mt19937 random_;
+  std::vector<std::string> folders_;
+  std::string last_;
+  int made_ = 0;
+  bool isAsked_ = false;
+  int stopAfter_ = 0;  // objects; 0: never
+};
+
+constexpr unsigned kSequences = 100;  // of one part; the parts run side by side
+
+class TreeSequencesTest : public TestWithParam<unsigned> {};
+
+TEST_P(TreeSequencesTest, TheNumbersStayThoseOfANewScan) {
+  const ScopedUser user;  // whom read-only folders keep out
+  const unsigned first = GetParam() * kSequences;
+  for (unsigned seed = first; seed < first + kSequences && !HasFailure(); ++seed) {
+    Sequence sequence(seed);
+    std::string done = "seed " + std::to_string(seed);
+    sequence.expectTrue(done);
+    for (int step = 0; step < 8 && !sequence.isOver() && !HasFailure(); ++step) {
+      done += "\n" + sequence.step();
+      sequence.expectTrue(done);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Parts, TreeSequencesTest, Range(0U, 5U));
 
 }  // namespace
 }  // namespace ombrelian

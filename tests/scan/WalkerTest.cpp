@@ -1,3 +1,5 @@
+// What a run reads, counts, logs and feeds to its lists, and what a rescan changes.
+
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -5,19 +7,23 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <set>
+
 #include <cerrno>
 
+#include "lists/FolderReport.h"
+#include "scan/ListFeeder.h"
+#include "scan/Rescan.h"
 #include "tests/testing/Faults.h"
+#include "tests/testing/Lists.h"
 #include "tests/testing/ScanFixture.h"
 
 namespace ombrelian {
 namespace {
 
-using testing::Call;
-using testing::ScopedFault;
-using testing::TestFolder;
+using namespace ombrelian::testing;
 
-class WalkerTest : public testing::ScanFixture {};
+class WalkerTest : public ScanFixture {};
 
 TEST_F(WalkerTest, TotalsRollUp) {
   folder.file("a/one", 100);
@@ -26,14 +32,15 @@ TEST_F(WalkerTest, TotalsRollUp) {
   folder.folder("empty");
   folder.file("root file", 7);
   const NodeIndex root = scan(folder.text());
-  EXPECT_EQ(totals(root), (ScanTotals{140, 4, 3, 0, 0, 0}));
-  EXPECT_EQ(totals(find(root, u"a")), (ScanTotals{133, 3, 1, 0, 0, 0}));
-  EXPECT_EQ(totals(find(root, u"a/deep")), (ScanTotals{33, 2, 0, 0, 0, 0}));
-  EXPECT_EQ(totals(find(root, u"empty")), ScanTotals());
+  const std::pair<TextView, ScanTotals> cases[] = {{u"", {140, 4, 3, 0, 0, 0}},
+                                                   {u"a", {133, 3, 1, 0, 0, 0}},
+                                                   {u"a/deep", {33, 2, 0, 0, 0, 0}},
+                                                   {u"empty", {}}};
+  for (const auto& [path, expected] : cases)
+    EXPECT_EQ(totals(find(root, path)), expected) << toBytes(path);
   EXPECT_EQ(tree[root].subfolders, 2);
   EXPECT_EQ(tree[root].name(), folder.text());
   EXPECT_NE(tree.created(root), 0);
-
   // Direct files have a row of their own beside subfolders, and only there.
   const NodeIndex pseudo = find(root, u"a/Dateien");
   ASSERT_NE(pseudo, kNoNode);
@@ -53,52 +60,50 @@ TEST_F(WalkerTest, AnUnlistableFolderIsMarkedCountedAndLogged) {
   EXPECT_FALSE(tree.errorText(node).empty());
   EXPECT_EQ(totals(root), (ScanTotals{3, 1, 2, 1, 0, 0}));
   EXPECT_EQ(tree[node].errors, 1);
-  int errorRows = 0;
-  for (const LogRow& row : log.rows()) {
-    if (!row.isError) continue;
-    ++errorRows;
-    EXPECT_TRUE(row.text.starts_with(u"ERROR: ")) << toBytes(row.text);
-    EXPECT_TRUE(row.text.ends_with(u"(" + folder.text("denied/") + u")")) << toBytes(row.text);
+  const std::vector<LogRow>& rows = log.rows();
+  const auto isError = [](const LogRow& row) { return row.isError; };
+  ASSERT_EQ(std::count_if(rows.begin(), rows.end(), isError), 1);
+  const Text& text = std::find_if(rows.begin(), rows.end(), isError)->text;
+  EXPECT_TRUE(text.starts_with(u"ERROR: ")) << toBytes(text);
+  EXPECT_TRUE(text.ends_with(u"(" + folder.text("denied/") + u")")) << toBytes(text);
+}
+
+TEST_F(WalkerTest, WhatFailsIsCountedWhereItIsNoVanishedFolder) {
+  const TestFolder memory(TestFolder::Place::Memory);
+  memory.file("sub/file", 9);
+  memory.file("other", 1);
+  const struct {
+    testing::Fault fault;
+    ScanTotals totals;
+    const char* failed;  // the folder that is marked
+  } cases[] = {
+      {{Call::Getdents, {}, EIO}, {0, 0, 0, 1, 0, 0}, ""},
+      // Each folder takes two questions there, the source's come first; the folder's second fails.
+      {{Call::Getdents, {}, EIO, 3, 1}, {10, 2, 1, 1, 0, 0}, "sub"},
+      {{Call::Statx, "other", EACCES}, {9, 2, 1, 1, 0, 0}, nullptr},
+      {{Call::Openat, "sub", ENOENT}, {1, 1, 1, 0, 0, 0}, nullptr},
+      // A source that vanishes between the question and the walk is an error, unlike a folder.
+      {{Call::Openat, "ombrelian-test", ENOENT}, {0, 0, 0, 1, 0, 0}, ""},
+  };
+  for (const auto& c : cases) {
+    const ScopedFault fault(c.fault);
+    const NodeIndex root = scan(memory.text());
+    EXPECT_EQ(totals(root), c.totals) << &c - cases;
+    if (c.failed == nullptr) continue;
+    EXPECT_TRUE(tree[find(root, fromBytes(c.failed))].has(FolderNode::IsError)) << &c - cases;
   }
-  EXPECT_EQ(errorRows, 1);
 }
 
-TEST_F(WalkerTest, FailuresOfASource) {
-  folder.folder("source");
-  {
-    const ScopedFault io({Call::Getdents, {}, EIO});
-    const NodeIndex root = scan(folder.text("source"));
-    EXPECT_TRUE(tree[root].has(FolderNode::IsError));
-    EXPECT_EQ(tree[root].errors, 1);
-  }
-  // A source that vanishes between the question and the walk is an error, unlike a folder.
-  const ScopedFault gone({Call::Openat, "source", ENOENT});
-  const NodeIndex root = scan(folder.text("source"));
-  EXPECT_EQ(tree[root].errors, 1);
-}
-
-TEST_F(WalkerTest, AListingThatBreaksOffKeepsWhatWasRead) {
-  const testing::TestFolder memory(testing::TestFolder::Place::Memory);
-  memory.file("folder/file", 9);
-  // Each folder takes two questions there, the source's come first; the folder's second one fails.
-  const ScopedFault io({Call::Getdents, {}, EIO, 3, 1});
-  const NodeIndex root = scan(memory.text());
-  EXPECT_EQ(totals(root), (ScanTotals{9, 1, 1, 1, 0, 0}));
-  EXPECT_TRUE(tree[find(root, u"folder")].has(FolderNode::IsError));
-}
-
-TEST_F(WalkerTest, AFileThatCannotBeAskedCountsWithoutASize) {
-  folder.file("secret", 1000);
-  folder.file("other", 1);
-  const ScopedFault denied({Call::Statx, "secret", EACCES});
-  EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{1, 2, 0, 1, 0, 0}));
-}
-
-TEST_F(WalkerTest, AFolderThatVanishesUnderTheWalkIsEmpty) {
-  folder.file("gone/file", 5);
-  folder.file("here/file", 3);
-  const ScopedFault gone({Call::Openat, "gone", ENOENT});
-  EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{3, 1, 2, 0, 0, 0}));
+TEST_F(WalkerTest, ASilentRunTellsItsProgressToo) {
+  struct : QuietInterface {
+    void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override { ++told; }
+    int told = 0;
+  } counting;
+  context.SilentMode = true;
+  std::deque<Text> queue = {folder.text()};
+  folder.file("file");
+  ScanRun({options, tree, context, filters, log, counting, nullptr}).Ordnerliste_Abarbeiten(queue);
+  EXPECT_GT(counting.told, 0);
 }
 
 TEST_F(WalkerTest, LinksAreCountedNotFollowed) {
@@ -114,12 +119,8 @@ TEST_F(WalkerTest, LinksAreCountedNotFollowed) {
   EXPECT_EQ(tree.junctionTarget(link), u"real");
   EXPECT_EQ(tree[link].junctions, 1);
   EXPECT_EQ(tree[link].dateModified, 0) << "what is not entered has no dates";
-}
-
-TEST_F(WalkerTest, OptionsForJunctions) {
-  folder.file("real/file", 10);
-  folder.symlink("real/up", "..");
-  folder.symlink("toReal", "real");
+  // The dangling one aside, entered or left out by the options.
+  ASSERT_EQ(unlink(folder.path("dangling").c_str()), 0);
   options.NoHardlinks = 1;
   EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{10, 1, 1, 0, 0, 2}));
   EXPECT_EQ(find(result.lastRoot, u"toReal"), kNoNode);
@@ -127,33 +128,27 @@ TEST_F(WalkerTest, OptionsForJunctions) {
   // Entered: "toReal" once more, and in it and in "real" the link up, which leads to the source
   // itself and is not followed.
   options.ScanHardlinks = 1;
-  const NodeIndex root = scan(folder.text());
-  EXPECT_EQ(totals(root), (ScanTotals{20, 2, 4, 0, 0, 3}));
-  EXPECT_EQ(tree[find(root, u"toReal")].size, 10);
-  EXPECT_NE(tree[find(root, u"toReal")].dateModified, 0);
+  const NodeIndex entered = scan(folder.text());
+  EXPECT_EQ(totals(entered), (ScanTotals{20, 2, 4, 0, 0, 3}));
+  EXPECT_EQ(tree[find(entered, u"toReal")].size, 10);
+  EXPECT_NE(tree[find(entered, u"toReal")].dateModified, 0);
 }
 
 TEST_F(WalkerTest, HardlinksCountOnceIfAsked) {
   folder.file("a/one", 50);
   folder.hardlink("a/two", "a/one");
-  folder.folder("b");
-  folder.hardlink("b/three", "a/one");
   folder.file("b/alone", 1);
+  folder.hardlink("b/three", "a/one");
   EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{151, 4, 2, 0, 0, 0}));
   options.AddHardlinksOnlyOnce = 1;
-  // Each run counts afresh.
-  for (int run = 0; run < 2; ++run) {
+  for (int run = 0; run < 2; ++run)  // each counts afresh
     EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{51, 4, 2, 0, 3, 0}));
-  }
 }
 
 TEST_F(WalkerTest, ACancelKeepsWhatIsFinished) {
   for (int i = 0; i < 20; ++i)
     folder.file("file" + std::to_string(i), 10);
-  int entries = 0;
-  ui.onYield = [&] {
-    if (++entries == 5) context.ScanCancelState = kScanCancelRequested;
-  };
+  cancelAfter(5);
   const NodeIndex root = scan(folder.text());
   EXPECT_TRUE(result.cancelled);
   EXPECT_EQ(tree[root].size, 0) << "the files of a folder under way stay out of the tree";
@@ -162,16 +157,12 @@ TEST_F(WalkerTest, ACancelKeepsWhatIsFinished) {
   EXPECT_EQ(result.sum.Size, result.sum.Files * 10);
   EXPECT_EQ(context.ScanCancelState, kScanIdle);
   EXPECT_EQ(logTexts()[logTexts().size() - 2], u"Der Vorgang wurde vom Anwender abgebrochen!");
-}
-
-TEST_F(WalkerTest, OwnersWhereTheyAreKept) {
-  folder.file("mine/file", 1);
-  folder.folder("foreign");
-  options.ShowFolderOwner = 1;
-  if (chown(folder.path("foreign").c_str(), 3999999, 0) != 0) GTEST_SKIP() << "needs root";
-  const NodeIndex root = scan(folder.text());
-  EXPECT_EQ(tree.ownerText(tree[find(root, u"mine")].owner), u"root");
-  EXPECT_EQ(tree.ownerText(tree[find(root, u"foreign")].owner), u"-Unbekannt-");
+  // What waits is dropped.
+  cancelAfter(1);
+  std::deque<Text> queue = {folder.text(), folder.text()};
+  const RunResult cancelled = ScanRun(state()).Ordnerliste_Abarbeiten(queue);
+  EXPECT_TRUE(cancelled.cancelled && queue.empty() && !context.ScanBusy);
+  EXPECT_EQ(cancelled.sourcesScanned, 1);
 }
 
 TEST_F(WalkerTest, WhatFiltersLeaveOutIsNotThere) {
@@ -210,29 +201,18 @@ TEST_F(WalkerTest, AHundredThousandLevels) {
   EXPECT_EQ(Report_GetFullpathOfNode(tree, deepest, true, false).size(), kLevels * 2U - 1);
 }
 
-TEST_F(WalkerTest, TwoHundredThousandFilesInOneFolder) {
-  const TestFolder wide(TestFolder::Place::Memory);
-  const int fd = open(wide.path().c_str(), O_RDONLY | O_DIRECTORY);
-  for (int i = 0; i < 200'000; ++i) {
-    close(openat(fd, ("f" + std::to_string(i)).c_str(), O_WRONLY | O_CREAT, 0644));
-  }
-  close(fd);
-  EXPECT_EQ(totals(scan(wide.text())), (ScanTotals{0, 200'000, 0, 0, 0, 0}));
-}
-
 TEST_F(WalkerTest, AMountedFolderIsAJunction) {
   folder.file("real/file", 10);
   folder.folder("real/mounted");
   // In a process of its own, since a mount namespace cannot be left again.
   const pid_t child = fork();
+  constexpr int kSkipped = 77;
   if (child == 0) {
-    constexpr int kSkipped = 77;
+    const std::string real = folder.path("real");
     if (unshare(CLONE_NEWNS) != 0 ||
         mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-        mount(folder.path("real").c_str(), folder.path("real/mounted").c_str(), nullptr, MS_BIND,
-              nullptr) != 0) {
+        mount(real.c_str(), (real + "/mounted").c_str(), nullptr, MS_BIND, nullptr) != 0)
       _exit(kSkipped);
-    }
     const NodeIndex root = scan(folder.text());
     const NodeIndex node = find(root, u"real/mounted");
     const bool isRight = totals(root) == ScanTotals{10, 1, 2, 0, 0, 1} &&
@@ -245,50 +225,262 @@ TEST_F(WalkerTest, AMountedFolderIsAJunction) {
   }
   int status = 0;
   waitpid(child, &status, 0);
-  if (WEXITSTATUS(status) == 77) GTEST_SKIP() << "mounting is not allowed here";
+  if (WEXITSTATUS(status) == kSkipped) GTEST_SKIP() << "mounting is not allowed here";
   EXPECT_EQ(status, 0);
 }
 
-/// Writes down what a walk feeds.
-class RecordingLists : public DerivedLists {
- public:
-  void reset() override { events.push_back("reset"); }
-  void feedFile(const File& file) override {
-    events.push_back("file " + toBytes(file.name) + " " + std::to_string(file.size) + " links " +
-                     std::to_string(file.links));
+TEST_F(WalkerTest, LogTellsWhatWasFound) {
+  folder.file("sub/file", 2048);
+  options.CreateListOwner = 1;
+  options.CreateList100OldestFiles = 1;
+  options.CreateList100OldestFilesDate = 3;
+  scan(folder.text());
+  const std::vector<Text> expected = {
+      Text(40, u'-'),
+      u"Einlesen: " + folder.text(),
+      u"Option: Erstelle eine Liste mit den 20 ältesten Dateien (Letzter Zugriff)",
+      u"Option: Erstelle eine Liste sortiert nach Besitzern",
+      u"Ordneranzahl: 1",
+      u"Dateianzahl: 1",
+      u"Dateigröße: 2.00 KB (2,048 Bytes)",
+      u"Zeitaufwand: 00:00:00",
+  };
+  EXPECT_EQ(logTexts(), expected);
+  log.clearRows();
+  folder.folder("nothing");
+  scan(folder.text("nothing"));
+  EXPECT_EQ(logTexts().size(), 5U) << "no counts where nothing was found";
+}
+
+TEST_F(WalkerTest, SourcesOfOneRunStandSideBySide) {
+  folder.file("a/file", 1);
+  folder.file("b/file", 2);
+  std::deque<Text> queue = {folder.text("a"), folder.text("missing"), folder.text("b/")};
+  const RunResult sum = ScanRun(state()).Ordnerliste_Abarbeiten(queue);
+  EXPECT_TRUE(sum.sourcesScanned == 2 && sum.sourcesMissing == 1 && sum.sum.Size == 3);
+  EXPECT_EQ(tree[tree.firstRoot()].size, 1);
+  EXPECT_EQ(tree[tree.lastRoot()].name(), folder.text("b"));
+  // The counts of the second source's lines are those of the run.
+  const std::vector<Text> rows = logTexts();
+  EXPECT_EQ(std::count(rows.begin(), rows.end(), u"Dateianzahl: 2"), 1);
+  EXPECT_NE(log.rows().front().group, log.rows().back().group);
+}
+
+TEST_F(WalkerTest, SiblingsAreSortedBySizeAndEqualsKeepTheirOrder) {
+  folder.file("small/f", 1);
+  folder.file("large/f", 100);
+  folder.file("middle/f", 10);
+  for (const char* const name : {"e1", "e2", "e3", "e4", "e5"})
+    folder.folder(name);
+  const NodeIndex root = scan(folder.text());
+  std::vector<Text> names;
+  for (NodeIndex child = tree[root].firstChild; child != kNoNode; child = tree[child].nextSibling) {
+    if (tree[child].size > 0) names.emplace_back(tree[child].name());
+    const NodeIndex next = tree[child].nextSibling;
+    EXPECT_TRUE(tree[child].size > 0 || next == kNoNode || child < next);
+    EXPECT_TRUE(next != kNoNode || tree[root].lastChild == child);
   }
-  void feedFolder(TextView owner) override { events.push_back("owner " + toBytes(owner)); }
-  void feedJunction(const Junction& junction) override {
-    events.push_back("junction " + toBytes(junction.path.substr(junction.path.rfind(u'/') + 1)) +
-                     " -> " + toBytes(junction.target));
-  }
-  void feedFolderEnd(TextView, const ScanTotals& own) override {
-    events.push_back("end " + std::to_string(own.Size) + " " + std::to_string(own.Files));
-  }
-  void finish(const ScanTotals& total) override {
-    events.push_back("finish " + std::to_string(total.Size));
+  EXPECT_EQ(names, (std::vector<Text>{u"large", u"middle", u"small"}));
+}
+
+class RescanTest : public ScanFixture {
+ protected:
+  RescanTest() {
+    folder.file("grows/sub/file", 1000);
+    folder.file("grows/own", 10);
+    folder.file("other/file", 1010);
+    folder.symlink("link", "other");
+    root = scan(folder.text());
   }
 
-  std::vector<std::string> events;
+  NodeIndex rescan(NodeIndex node) { return Rescan(state(), nullptr).Report_Rescan(node); }
+  double percent(TextView path) { return FolderReport(tree, options).percent(find(root, path)); }
+
+  NodeIndex root = kNoNode;
 };
 
-TEST_F(WalkerTest, ListsAreFedByARunOfOneSourceOnly) {
-  folder.file("sub/file", 4);
-  folder.hardlink("sub/again", "sub/file");
-  folder.symlink("sub/link", "..");
-  options.CreateListJunction = 1;
-  options.CreateListHardlink = 1;
-  RecordingLists lists;
-  scan(folder.text(), &lists);
-  std::sort(lists.events.begin() + 1, lists.events.end() - 3);  // the disk's own order
-  EXPECT_EQ(lists.events,
-            (std::vector<std::string>{"reset", "file again 4 links 2", "file file 4 links 2",
-                                      "junction link -> ..", "end 8 2", "end 0 0", "finish 8"}));
+TEST_F(RescanTest, WhatGrewReachesAllFoldersAbove) {
+  EXPECT_EQ(percent(u"grows"), 50);
+  constexpr std::int64_t kGiga = 1'000'000'000;
+  folder.file("grows/sub/large", kGiga);
+  folder.file("grows/sub/new/file", 1);
+  const NodeIndex sub = find(root, u"grows/sub");
+  EXPECT_EQ(rescan(sub), sub);
+  EXPECT_EQ(totals(root), (ScanTotals{kGiga + 2021, 5, 5, 0, 0, 1}));
+  EXPECT_EQ(totals(find(root, u"grows")), (ScanTotals{kGiga + 1011, 4, 2, 0, 0, 0}));
+  EXPECT_GT(percent(u"grows"), 99.9);
+  EXPECT_EQ(percent(u""), 100);
+  // The row of direct files beside it stays as it was; the largest comes first.
+  EXPECT_EQ(tree[find(root, u"grows/Dateien")].size, 10);
+  EXPECT_EQ(tree[tree[find(root, u"grows")].firstChild].name(), u"sub");
+  EXPECT_EQ(context.ScanCancelState, kScanIdle);
+  EXPECT_FALSE(context.ScanBusy);
+}
 
-  lists.events.clear();
-  std::deque<Text> queue = {folder.text(), folder.text("sub")};
-  ScanRun(state(&lists)).Ordnerliste_Abarbeiten(queue);
-  EXPECT_TRUE(lists.events.empty());
+TEST_F(RescanTest, LinksAndWhatFailedAreRefusedAndWhatVanishedFails) {
+  const NodeIndex link = find(root, u"link");
+  EXPECT_EQ(rescan(link), kNoNode);
+  EXPECT_EQ(rescan(kNoNode), kNoNode);
+  const NodeIndex other = find(root, u"other");
+  ASSERT_EQ(rename(folder.path("other").c_str(), folder.path("elsewhere").c_str()), 0);
+  EXPECT_EQ(rescan(other), other);
+  EXPECT_TRUE(tree[other].has(FolderNode::IsError));
+  EXPECT_FALSE(tree.errorText(other).empty());
+  EXPECT_EQ(totals(root), (ScanTotals{1010, 2, 4, 0, 0, 1}));
+  ASSERT_EQ(rename(folder.path("elsewhere").c_str(), folder.path("other").c_str()), 0);
+  EXPECT_EQ(rescan(other), kNoNode);
+  // A link that a scan enters can be read through.
+  options.ScanHardlinks = 1;
+  folder.file("other/new", 4);
+  EXPECT_EQ(rescan(link), link);
+  EXPECT_EQ(totals(link), (ScanTotals{1014, 2, 0, 0, 0, 0}));
+}
+
+TEST_F(RescanTest, ACancelLeavesWhatWasFound) {
+  for (int i = 0; i < 50; ++i)
+    folder.file("grows/many" + std::to_string(i), 1);
+  cancelAfter(20);
+  const NodeIndex grows = find(root, u"grows");
+  EXPECT_EQ(rescan(grows), grows);
+  EXPECT_LT(totals(grows).Files, 52);
+  EXPECT_EQ(totals(root).Files, totals(grows).Files + 1);
+  EXPECT_EQ(context.ScanCancelState, kScanIdle);
+}
+
+TEST_F(RescanTest, PlacesOfNodesAndNamesAreUsedAgain) {
+  for (int i = 0; i < 400; ++i)
+    folder.folder("wide/" + std::string(200, 'n') + std::to_string(i));
+  rescan(root);
+  EXPECT_NE(tree.created(root), 0);
+  const std::uint32_t places = tree.nodeCount();
+  for (int i = 0; i < 40; ++i)
+    EXPECT_EQ(rescan(find(root, u"wide")), find(root, u"wide"));
+  EXPECT_LE(tree.nodeCount(), places + 401);
+  EXPECT_EQ(tree[tree[find(root, u"wide")].firstChild].nameLength, 203U);
+  EXPECT_EQ(tree[find(root, u"wide")].folders, 400);
+}
+
+class ListFeederTest : public ScanFixture {
+ protected:
+  ListFeederTest() { turnAllListsOn(options); }
+
+  /// All cells of a list, row after row, without dates.
+  std::vector<Text> cells(ListId list) {
+    Grid& grid = lists.grid(list);
+    const CellFormat format(grid.columns(), {}, {});
+    std::vector<Text> found;
+    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
+      for (const Column& column : grid.columns()) {
+        if (column.kind != CellKind::Timestamp) found.push_back(grid.cellText(format, row, column));
+      }
+    }
+    return found;
+  }
+
+  std::vector<std::int64_t> sizes(ListId list) { return numbers(lists.grid(list), u"size"); }
+
+  SystemFileTypes types;
+  ListFeeder lists{options, filters, types};
+};
+
+TEST_F(ListFeederTest, HardlinksCountOnceAndStandInTheirList) {
+  const TestFolder outside;
+  options.AddHardlinksOnlyOnce = 1;
+  folder.file("a/one.txt", 100);
+  folder.file("b/alone", 7);
+  folder.hardlink("b/two.txt", "a/one.txt");
+  ASSERT_EQ(link(folder.path("a/one.txt").c_str(), outside.path("three").c_str()), 0);
+  const NodeIndex root = scan(folder.text(), &lists);
+  EXPECT_EQ(tree[root].size, 107);
+  EXPECT_EQ(tree[root].files, 3);
+  const Grid& grid = lists.grid(ListId::Hardlinks);
+  ASSERT_EQ(numbers(grid, u"links"), (std::vector<std::int64_t>{3, 3}));
+  EXPECT_EQ(sizes(ListId::Hardlinks), (std::vector<std::int64_t>{100, 100}));
+  EXPECT_EQ(grid.text(0, grid.column(u"id")), grid.text(1, grid.column(u"id")));
+  const std::vector<Text> names = texts(grid, u"name");
+  const std::vector<Text> paths = texts(grid, u"path");
+  EXPECT_EQ((std::set<Text>{paths[0] + names[0], paths[1] + names[1]}),
+            (std::set<Text>{folder.text("a/one.txt"), folder.text("b/two.txt")}));
+  EXPECT_EQ(sizes(ListId::Extensions), (std::vector<std::int64_t>{200, 7}));  // all names
+}
+
+TEST_F(ListFeederTest, TwoRunsGiveTheSame) {
+  folder.file("a/x.txt", 10);
+  folder.hardlink("a/y.txt", "a/x.txt");
+  folder.file("b/empty");
+  folder.symlink("b/link", "../a");
+  options.CreateList100SmallestFilesIgnore = 1;
+  std::vector<std::vector<Text>> first;
+  for (int run = 0; run < 2; ++run) {
+    scan(folder.text(), &lists);
+    EXPECT_EQ(options.CreateList100SmallestFilesIgnoreNumber, 0);
+    std::vector<std::vector<Text>> all;
+    for (const ListId list : kDerivedLists)
+      all.push_back(cells(list));
+    if (run == 0) first = all;
+    EXPECT_EQ(all, first);
+  }
+  EXPECT_EQ(sizes(ListId::SmallestFiles), (std::vector<std::int64_t>{0, 10, 10}));
+  const Grid& junctions = lists.grid(ListId::Junctions);
+  EXPECT_EQ(texts(junctions, u"junction"), std::vector<Text>{folder.text("b/link")});
+  EXPECT_EQ(texts(junctions, u"target"), std::vector<Text>{u"../a"});
+  const Grid& owners = lists.grid(ListId::Owners);
+  if (!context.KeepsOwners) return;
+  for (const auto& [key, number] : {std::pair(u"files", 3), {u"folders", 3}, {u"size", 20}})
+    EXPECT_EQ(numbers(owners, key), std::vector<std::int64_t>{number});
+}
+
+TEST_F(ListFeederTest, RowsAreCompletedAfterTheWalk) {
+  folder.file("sub/Photo.Final.JPG", 10);
+  scan(folder.text(), &lists);
+  for (const ListId list : {ListId::LargestFiles, ListId::OldestFiles}) {
+    Grid& grid = lists.grid(list);
+    ASSERT_EQ(grid.rowCount(), 1U);
+    EXPECT_EQ(grid.text(0, grid.column(u"ext")), u"JPG");
+    EXPECT_EQ(grid.text(0, grid.column(u"path")), folder.text("sub/"));
+    EXPECT_GT(grid.real(0, grid.column(u"datemodified")), 40'000);
+    EXPECT_NE(std::uint32_t(grid.number(0, grid.column(u"attr"))), UINT32_MAX);
+  }
+  Grid& folders = lists.grid(ListId::LargestFolders);
+  ASSERT_EQ(folders.rowCount(), 1U);
+  EXPECT_EQ(folders.text(0, folders.column(u"name")), folder.text("sub"));
+  EXPECT_NE(folders.number(0, folders.column(u"attr")) & platform::kAttributeDirectory, 0);
+}
+
+TEST_F(ListFeederTest, RowsOfFilesKnowWhichFileTheyShow) {
+  constexpr int kFiles = 400;  // more than the lists hold before they are trimmed
+  std::vector<std::int64_t> all;
+  for (int i = 0; i < kFiles; ++i) {
+    all.push_back(i * 7919 % kFiles + 1);
+    folder.file("f" + std::to_string(i % 7) + "/" + std::to_string(i), all.back());
+    if (i % 20 != 0) continue;
+    folder.hardlink("f0/twin" + std::to_string(i),
+                    "f" + std::to_string(i % 7) + "/" + std::to_string(i));
+    all.push_back(all.back());
+  }
+  std::sort(all.begin(), all.end());
+  options.TopMaxCount.fill(20);
+  scan(folder.text(), &lists);
+  EXPECT_EQ(sizes(ListId::SmallestFiles), (std::vector(all.begin(), all.begin() + 20)));
+  EXPECT_EQ(sizes(ListId::LargestFiles), (std::vector(all.rbegin(), all.rbegin() + 20)));
+  for (const ListId list : kDerivedLists) {
+    const Grid& grid = lists.grid(list);
+    const bool isOfFiles = listRow(list).rows == RowKind::File;
+    if (isOfFiles) {
+      EXPECT_GE(grid.rowCount(), 20U) << toBytes(listRow(list).key);
+    }
+    for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row) {
+      platform::FileIdentity expected;
+      if (isOfFiles) {
+        struct stat told = {};
+        const Text path =
+            Text(grid.text(row, grid.column(u"path"))) + Text(grid.text(row, grid.column(u"name")));
+        ASSERT_EQ(lstat(toBytes(path).c_str(), &told), 0);
+        expected = {told.st_dev, told.st_ino};
+      }
+      EXPECT_EQ(grid.identity(row), expected) << toBytes(listRow(list).key) << " " << row;
+    }
+  }
 }
 
 }  // namespace

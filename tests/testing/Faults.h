@@ -1,5 +1,7 @@
 #pragma once
 
+#include <errno.h>
+
 #include <climits>
 #include <functional>
 #include <string>

@@ -73,6 +73,13 @@ class ScanFixture : public ::testing::Test {
     return texts;
   }
 
+  /// The user ends the scan at the entry with that number, counted from 1.
+  void cancelAfter(int entries) {
+    ui.onYield = [this, entries]() mutable {
+      if (--entries == 0) context.ScanCancelState = kScanCancelRequested;
+    };
+  }
+
   const ScopedLocale locale{"C"};  // the texts of numbers are compared
   TestFolder folder;
   Options options;

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -140,6 +141,16 @@ std::vector<Text> lines(TextView text) {
     text.remove_prefix(end == TextView::npos ? text.size() : end + 2);
   }
   return result;
+}
+
+std::string outputOf(const std::string& command) {
+  std::string output;
+  FILE* const pipe = popen(command.c_str(), "r");
+  std::array<char, 4096> buffer;
+  while (const std::size_t got = fread(buffer.data(), 1, buffer.size(), pipe))
+    output.append(buffer.data(), got);
+  EXPECT_EQ(pclose(pipe), 0) << command;
+  return output;
 }
 
 std::vector<std::string> namesIn(const std::string& path) {

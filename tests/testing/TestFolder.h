@@ -61,6 +61,9 @@ Text readReport(const std::string& path);
 /// The lines of a text, without their CR LF.
 std::vector<Text> lines(TextView text);
 
+/// What a program prints that ends without an error.
+std::string outputOf(const std::string& command);
+
 /// Names in a folder, sorted.
 std::vector<std::string> namesIn(const std::string& path);
 

@@ -1,202 +1,159 @@
-// The real window over real folders, driven as a user does it.
+// The real window over real folders, driven as a user does it; then with deleting, rescanning and
+// removing.
 
 #include "ui/MainWindow.h"
 
-#include <gtest/gtest.h>
-#include <fstream>
-
-#include <QAbstractButton>
-#include <QAbstractItemModelTester>
 #include <QAccessible>
-#include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QSignalBlocker>
-#include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
-#include <QTimer>
 
+#include "tests/testing/ScopedVariable.h"
 #include "tests/ui/WindowFixture.h"
+#include "ui/FolderCommands.h"
+#include "ui/Looks.h"
+#include "ui/OpenCommands.h"
 #include "ui/QtText.h"
+#include "ui/StatusLine.h"
 
 namespace ombrelian::ui {
 namespace {
 
-using testing::Answer;
-using testing::Program;
-using testing::TestFolder;
-using MainWindowTest = testing::WindowTest;
+using namespace Qt::StringLiterals;
+using namespace ombrelian::testing;
+using Id = CommandId;
+using MainWindowTest = WindowTest;
+using ScannedMainWindowTest = ScannedWindowTest;
+
+constexpr ListId kFolders = ListId::Folders;
 
 TEST_F(MainWindowTest, AScanFillsTreeAndLists) {
   Program run(data_);
   turnAllListsOn(run.session.options);
-  run.window->parts().sources.setEditText(QString::fromStdString(tree_.path()));
-  EXPECT_TRUE(run.window->execute(std::nullopt, CommandId::Start));
+  run.window->parts().sources.setEditText(path());
+  EXPECT_TRUE(run.execute(std::nullopt, Id::Start));
   EXPECT_FALSE(run.window->parts().scans.isScanning());
-  EXPECT_EQ(
-      run.column(ListId::Folders),
-      (QStringList{QString::fromStdString(tree_.path()), QStringLiteral("big"),
-                   QStringLiteral("Dateien"), QStringLiteral("small"), QStringLiteral("link")}));
-  EXPECT_EQ(run.column(ListId::LargestFiles)[0], QStringLiteral("a.bin"));
-  EXPECT_EQ(run.column(ListId::Hardlinks).size(), 2);
-  EXPECT_EQ(run.column(ListId::Junctions).size(), 1);
-  EXPECT_EQ(run.column(ListId::Extensions).size(), 2);
+  EXPECT_EQ(run.column(kFolders),
+            (QStringList{path(), u"big"_s, u"Dateien"_s, u"small"_s, u"link"_s}));
+  EXPECT_EQ(run.column(ListId::LargestFiles)[0], u"a.bin"_s);
+  for (const auto& [list, rows] :
+       {std::pair(ListId::Hardlinks, 2), {ListId::Junctions, 1}, {ListId::Extensions, 2}})
+    EXPECT_EQ(run.column(list).size(), rows) << int(list);
   EXPECT_FALSE(run.column(ListId::Log).isEmpty());
   // A second run of several sources leaves the lists and adds to the tree.
-  run.window->parts().scans.scan({tree_.text("big"), tree_.text("small")});
-  EXPECT_EQ(run.session.tree.nodeCount() > 8, true);
+  run.scan({tree_.text("big"), tree_.text("small")});
+  EXPECT_GT(run.session.tree.nodeCount(), 8U);
   EXPECT_EQ(run.column(ListId::Hardlinks).size(), 2);
-  run.window->execute(ListId::Folders, CommandId::ClearFolders);
-  EXPECT_TRUE(run.column(ListId::Folders).isEmpty());
+  run.execute(kFolders, Id::ClearFolders);
+  EXPECT_TRUE(run.column(kFolders).isEmpty());
 }
 
-TEST_F(MainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
-  Program run(data_);
-  run.window->parts().scans.scan({tree_.text()});
-  ListPane& pane = run.window->pane(ListId::Folders);
-  run.window->execute(ListId::Folders, CommandId::ExpandAll);
-  EXPECT_EQ(run.column(ListId::Folders).size(), 6);
+TEST_F(ScannedMainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
+  ListPane& pane = run_.pane(kFolders);
+  run_.execute(kFolders, Id::ExpandAll);
+  EXPECT_EQ(run_.column(kFolders).size(), 6);
   pane.list().goTo(1);
   const RowSource::Id big = pane.rows().id(1);
   for (int section = 1; section < pane.model().columnCount(); ++section) {
     pane.list().sortByColumn(section);
     EXPECT_EQ(pane.rows().id(pane.list().currentRow()), big) << section;
   }
-  run.window->execute(ListId::Folders, CommandId::CollapseAll);
-  EXPECT_EQ(run.column(ListId::Folders).size(), 1);
+  const std::pair<std::function<void()>, int> cases[] = {
+      {[&] { run_.window->parts().folders.expandLevels(1); }, 5},
+      {[&] { run_.window->parts().folders.expandLevels(2); }, 6},
+      {[&] { run_.execute(kFolders, Id::CollapseAll); }, 1}};
+  for (const auto& [expand, rows] : cases) {
+    expand();
+    EXPECT_EQ(run_.column(kFolders).size(), rows);
+  }
   // What is closed is found all the same, round the end, both ways.
-  run.window->execute(ListId::Folders, CommandId::Search);
+  run_.execute(kFolders, Id::Search);
   auto* const box = pane.findChild<QLineEdit*>();
-  QTest::keyClicks(box, QStringLiteral("dee"));
+  QTest::keyClicks(box, u"dee"_s);
   for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return}) {
     QTest::keyClick(box, key);
-    EXPECT_EQ(run.cell(ListId::Folders, int(pane.list().currentRow()), 1), QStringLiteral("deep"));
+    EXPECT_EQ(run_.cell(kFolders, int(pane.list().currentRow()), 1), u"deep"_s);
   }
-  box->setText(QStringLiteral("nowhere"));
+  box->setText(u"nowhere"_s);
   QTest::keyClick(box, Qt::Key_Return);
-  const QList<QLabel*> labels = pane.findChildren<QLabel*>();
-  EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
-    return label->text() == QStringLiteral("Nichts gefunden");
-  }));
+  EXPECT_TRUE(hasLabel(pane, u"Nichts gefunden"_s));
   QTest::keyClick(box, Qt::Key_Escape);
   EXPECT_FALSE(box->isVisible());
 }
 
-TEST_F(MainWindowTest, KeysWalkThroughTheTree) {
-  Program run(data_);
-  run.window->parts().scans.scan({tree_.text()});
-  ListView& list = run.window->pane(ListId::Folders).list();
-  list.goTo(3);
-  EXPECT_EQ(run.cell(ListId::Folders, 3, 1), QStringLiteral("small"));
-  QTest::keyClick(&list, Qt::Key_Right);
-  EXPECT_EQ(list.model()->rowCount(), 6);
-  QTest::keyClick(&list, Qt::Key_Right);
-  EXPECT_EQ(list.currentRow(), 4U);
-  QTest::keyClick(&list, Qt::Key_Left);
-  QTest::keyClick(&list, Qt::Key_Left);
-  EXPECT_EQ(list.model()->rowCount(), 5);
-  QTest::keyClick(&list, Qt::Key_Left);
-  EXPECT_EQ(list.currentRow(), 0U);
-}
-
-TEST_F(MainWindowTest, EnterOpensAndClosesFoldersAndF2EditsTheName) {
-  Program run(data_);
-  run.window->parts().scans.scan({tree_.text()});
-  ListView& list = run.window->pane(ListId::Folders).list();
-  list.goTo(3);
-  QTest::keyClick(&list, Qt::Key_Return);
-  EXPECT_EQ(list.model()->rowCount(), 6);
-  QTest::keyClick(&list, Qt::Key_Return);
-  EXPECT_EQ(list.model()->rowCount(), 5);
-  QTest::keyClick(&list, Qt::Key_F2);
-  auto* const field = list.viewport()->findChild<QLineEdit*>();
-  ASSERT_NE(field, nullptr);
-  EXPECT_EQ(field->text(), QStringLiteral("small"));
-  QTest::keyClick(field, Qt::Key_Escape);
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  list.goTo(0);  // a source keeps its name
-  QTest::keyClick(&list, Qt::Key_F2);
-  EXPECT_EQ(list.viewport()->findChild<QLineEdit*>(), nullptr);
-}
-
-TEST_F(MainWindowTest, RenamingMovesOnTheDiskAndAsksBeforeItReplaces) {
-  Program run(data_);
-  run.session.options.FilelistVisible = 1;
-  run.window->parts().scans.scan({tree_.text()});
-  run.window->execute(std::nullopt, CommandId::ShowFiles);
-  run.window->pane(ListId::Folders).list().goTo(1);
-  ListModel& files = run.window->pane(ListId::Files).model();
-  const auto rename = [&](const char* from, const char* to) {
-    const int row = int(run.column(ListId::Files).indexOf(QString::fromUtf8(from)));
-    return row >= 0 && files.setData(files.index(row, 1), QString::fromUtf8(to), Qt::EditRole);
+TEST_F(ScannedMainWindowTest, RenamingMovesOnTheDiskAndAsksBeforeItReplaces) {
+  run_.execute(std::nullopt, Id::ShowFiles);
+  run_.list(kFolders).goTo(1);
+  ListModel& files = run_.pane(ListId::Files).model();
+  const auto rename = [&](const QString& from, const QString& to) {
+    const int row = int(run_.column(ListId::Files).indexOf(from));
+    return row >= 0 && files.setData(files.index(row, 1), to, Qt::EditRole);
   };
-  EXPECT_TRUE(rename("a.bin", "new\nname"));
-  EXPECT_TRUE(std::ifstream(tree_.path("big/new\nname")).good());
+  EXPECT_TRUE(rename(u"a.bin"_s, u"new\nname"_s));
+  EXPECT_TRUE(QFile::exists(path("big/new\nname")));
   {
     Answer no(QMessageBox::No);
-    EXPECT_FALSE(rename("b.txt", "new\nname"));
-    EXPECT_TRUE(no.text.contains(QStringLiteral("new\nname")));
+    EXPECT_FALSE(rename(u"b.txt"_s, u"new\nname"_s));
+    EXPECT_TRUE(no.text.contains(u"new\nname"_s));
   }
   {
     Answer fault(QMessageBox::Ok);
-    EXPECT_FALSE(rename("b.txt", "no/folder/x"));
+    EXPECT_FALSE(rename(u"b.txt"_s, u"no/folder/x"_s));
     EXPECT_FALSE(fault.text.isEmpty());
   }
-  ListModel& folders = run.window->pane(ListId::Folders).model();
-  EXPECT_TRUE(folders.setData(folders.index(1, 1), QStringLiteral("renamed"), Qt::EditRole));
-  EXPECT_TRUE(std::ifstream(tree_.path("renamed/b.txt")).good());
-  EXPECT_EQ(run.session.tree[run.session.tree.firstRoot()].name(), tree_.text());
+  ListModel& folders = run_.pane(kFolders).model();
+  EXPECT_TRUE(folders.setData(folders.index(1, 1), u"renamed"_s, Qt::EditRole));
+  EXPECT_TRUE(QFile::exists(path("renamed/b.txt")));
+  EXPECT_EQ(run_.session.tree[run_.session.tree.firstRoot()].name(), tree_.text());
 }
 
 TEST_F(MainWindowTest, ARestartFindsColumnsPanesAndSourcesAsTheyWere) {
   {
     Program run(data_);
-    run.window->parts().scans.scan({tree_.text()});
-    ListView& list = run.window->pane(ListId::Folders).list();
+    run.scan({tree_.text()});
+    ListView& list = run.list(kFolders);
     for (const int section : {0, 5, 8})
       list.setColumnVisible(section, true);
     list.setColumnVisible(2, false);
     list.setColumnVisible(1, false);  // the name stays
-    list.horizontalHeader()->moveSection(list.horizontalHeader()->visualIndex(8), 2);
-    list.horizontalHeader()->moveSection(list.horizontalHeader()->visualIndex(5), 1);  // refused
-    run.window->execute(std::nullopt, CommandId::ShowTopLists);
-    run.window->execute(ListId::LargestFiles, CommandId::ShowOldestFiles);
-    run.window->execute(ListId::OldestFiles, CommandId::SizeMegabytes);
-    run.window->execute(ListId::OldestFiles, CommandId::SizeUnitText);
-    run.window->execute(std::nullopt, CommandId::NoGridLines);
-    run.window->setGeometry(40, 50, 1000, 600);
+    QHeaderView& header = *list.horizontalHeader();
+    header.moveSection(header.visualIndex(8), 2);
+    header.moveSection(header.visualIndex(5), 1);  // refused
+    run.execute(std::nullopt, Id::ShowTopLists);
+    run.execute(ListId::LargestFiles, Id::ShowOldestFiles);
+    run.execute(ListId::OldestFiles, Id::SizeMegabytes);
+    run.execute(ListId::OldestFiles, Id::SizeUnitText);
+    run.execute(std::nullopt, Id::NoGridLines);
   }
   Program run(data_);
-  ListView& list = run.window->pane(ListId::Folders).list();
-  EXPECT_TRUE(list.isColumnVisible(0));
-  EXPECT_TRUE(list.isColumnVisible(1));
-  EXPECT_FALSE(list.isColumnVisible(2));
-  EXPECT_TRUE(list.isColumnVisible(8));
+  const ListView& list = run.list(kFolders);
+  for (const auto& [section, isVisible] :
+       {std::pair(0, true), {1, true}, {2, false}, {5, true}, {8, true}})
+    EXPECT_EQ(list.isColumnVisible(section), isVisible) << section;
   EXPECT_EQ(list.horizontalHeader()->visualIndex(1), 1);
   EXPECT_EQ(list.horizontalHeader()->visualIndex(8), 2);
   EXPECT_EQ(run.window->parts().area.rightList(), ListId::OldestFiles);
-  EXPECT_EQ(run.session.options.FileSizeFormatTop[3], 2);
-  EXPECT_EQ(run.session.options.SizeFormatShowSizeTextTop[3], 1);
-  EXPECT_EQ(run.session.options.GridLineStyle, 0);
-  EXPECT_EQ(run.window->parts().sources.currentText(), QString::fromStdString(tree_.path()));
+  const Options& options = run.session.options;
+  EXPECT_EQ(options.FileSizeFormatTop[3], 2);
+  EXPECT_EQ(options.SizeFormatShowSizeTextTop[3], 1);
+  EXPECT_EQ(options.GridLineStyle, 0);
+  EXPECT_EQ(run.window->parts().sources.currentText(), path());
 }
 
-TEST_F(MainWindowTest, CopyingTakesTheSelectedRowsWithTheColumnsOnShow) {
-  Program run(data_);
-  run.window->parts().scans.scan({tree_.text()});
-  ListPane& pane = run.window->pane(ListId::Folders);
-  pane.list().goTo(1);
-  run.window->execute(ListId::Folders, CommandId::Copy);
+TEST_F(ScannedMainWindowTest, CopyingTakesTheSelectedRowsWithTheColumnsOnShow) {
+  run_.list(kFolders).goTo(1);
+  run_.execute(kFolders, Id::Copy);
   const QMimeData* const copied = QGuiApplication::clipboard()->mimeData();
-  EXPECT_EQ(copied->text(), run.cell(ListId::Folders, 1, 1) + u'\t' +
-                                run.cell(ListId::Folders, 1, 2) + QStringLiteral("\r\n"));
-  EXPECT_TRUE(copied->data(QStringLiteral("text/rtf")).startsWith("{\\rtf1 "));
-  run.window->execute(ListId::Folders, CommandId::CopyPath);
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(tree_.path("big")));
+  EXPECT_EQ(copied->text(),
+            run_.cell(kFolders, 1, 1) + u'\t' + run_.cell(kFolders, 1, 2) + u"\r\n"_s);
+  EXPECT_TRUE(copied->data(u"text/rtf"_s).startsWith("{\\rtf1 "));
+  run_.execute(kFolders, Id::CopyPath);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), path("big"));
 }
 
 TEST_F(MainWindowTest, InputIsServedWhileAScanRuns) {
@@ -204,89 +161,63 @@ TEST_F(MainWindowTest, InputIsServedWhileAScanRuns) {
   for (int i = 0; i < 20'000; ++i)
     many.file("f" + std::to_string(i % 500) + "/" + std::to_string(i));
   Program run(data_);
+  const ScanControl& scans = run.window->parts().scans;
+  const QAction& start = *run.window->commands().action(Id::Start);
   int turns = 0;
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, [&] {
-    if (!run.window->parts().scans.isScanning() || ++turns != 1) return;
+    if (!scans.isScanning() || ++turns != 1) return;
     // Nothing but stopping is possible now; closing stops.
-    EXPECT_FALSE(run.window->execute(ListId::Folders, CommandId::ExpandAll));
-    EXPECT_EQ(run.window->commands().action(CommandId::Start)->text(), QStringLiteral("Stop"));
-    EXPECT_TRUE(run.window->execute(std::nullopt, CommandId::Start));  // as of a double click
+    EXPECT_FALSE(run.execute(kFolders, Id::ExpandAll));
+    EXPECT_EQ(start.text(), u"Stop"_s);
+    EXPECT_TRUE(run.execute(std::nullopt, Id::Start));  // as of a double click
     EXPECT_EQ(run.session.context.ScanCancelState, kScanIdle);
     EXPECT_FALSE(run.window->close());
   });
   timer.start(0);
-  run.window->parts().scans.scan({many.text()});
+  run.scan({many.text()});
   EXPECT_GT(turns, 0);
-  EXPECT_FALSE(run.window->parts().scans.isScanning());
-  EXPECT_EQ(run.window->commands().action(CommandId::Start)->text(), QStringLiteral("Start"));
-  const QStringList log = run.column(ListId::Log, 2);
-  EXPECT_TRUE(log.contains(QStringLiteral("Der Vorgang wurde vom Anwender abgebrochen!")));
-  EXPECT_TRUE(run.window->execute(ListId::Folders, CommandId::ExpandAll));
+  EXPECT_FALSE(scans.isScanning());
+  EXPECT_EQ(start.text(), u"Start"_s);
+  EXPECT_TRUE(
+      run.column(ListId::Log, 2).contains(u"Der Vorgang wurde vom Anwender abgebrochen!"_s));
+  EXPECT_TRUE(run.execute(kFolders, Id::ExpandAll));
 }
 
-TEST_F(MainWindowTest, EveryCommandOfEveryBarIsThereAndTellsWhatItIs) {
+TEST_F(MainWindowTest, EveryCommandIsThereAndEveryControlHasAName) {
   Program run(data_);
-  const auto check = [](CommandSet& set, Bar bar, const std::function<bool(CommandId)>& isWanted) {
+  const auto check = [](CommandSet& set, Bar bar, const std::function<bool(Id)>& isWanted) {
     for (const BarItem& item : barItems(bar)) {
       const Command& command = commandOf(item.id);
       if (command.kind == CommandKind::Edit) continue;
       ASSERT_EQ(set.has(item.id), isWanted(item.id)) << int(item.id);
       if (!set.has(item.id)) continue;
       const QAction& action = *set.action(item.id);
-      EXPECT_FALSE(action.text().isEmpty()) << int(item.id);
-      EXPECT_FALSE(action.toolTip().isEmpty()) << int(item.id);
+      EXPECT_FALSE(action.text().isEmpty() || action.toolTip().isEmpty()) << int(item.id);
       const bool isOn = command.time == CommandTime::Idle || command.time == CommandTime::Always;
       EXPECT_EQ(action.isEnabled(), isOn) << int(item.id);
     }
   };
-  check(run.window->commands(), Bar::Main, [](CommandId) { return true; });
+  check(run.window->commands(), Bar::Main, [](Id) { return true; });
   for (const ListId list : kAllLists)
-    check(run.window->pane(list).commands(), barOf(list),
-          [list](CommandId id) { return hasCommand(list, id); });
-}
-
-/// Which list has which commands by Del, Shift+Del and F5; None: no command.
-constexpr struct {
-  ListId list;
-  CommandId show;  // the command that shows the list; None: it is on show
-  CommandId recycle = CommandId::None;
-  CommandId erase = CommandId::None;
-  CommandId refresh = CommandId::None;
-} kKeys[] = {
-    {ListId::Folders, CommandId::None, CommandId::RecycleFolders, CommandId::DeleteFolders,
-     CommandId::Rescan},
-    {ListId::Files, CommandId::ShowFiles, CommandId::RecycleFiles, CommandId::DeleteFiles,
-     CommandId::Refresh},
-    {ListId::LargestFiles, CommandId::ShowLargestFiles, CommandId::RecycleFiles,
-     CommandId::DeleteFiles},
-    {ListId::OldestFiles, CommandId::ShowOldestFiles, CommandId::RecycleFiles,
-     CommandId::DeleteFiles},
-    {ListId::LargestFolders, CommandId::ShowLargestFolders},
-    {ListId::SmallestFolders, CommandId::ShowSmallestFolders},
-    {ListId::Hardlinks, CommandId::ShowHardlinks, CommandId::RecycleFiles, CommandId::DeleteFiles},
-    {ListId::Junctions, CommandId::ShowJunctions},
-    {ListId::Owners, CommandId::ShowOwners},
-    {ListId::Extensions, CommandId::ShowExtensions},
-};
-
-void showList(Program& run, ListId list, CommandId id) {
-  if (isTopList(list)) {
-    run.window->execute(std::nullopt, CommandId::ShowTopLists);
-    run.window->execute(run.window->parts().area.rightList(), id);
-  } else if (id != CommandId::None) {
-    run.window->execute(std::nullopt, id);
+    check(run.pane(list).commands(), barOf(list), [list](Id id) { return hasCommand(list, id); });
+  for (QWidget* const widget : run.window->findChildren<QWidget*>()) {
+    if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) continue;
+    if (qobject_cast<const QSplitter*>(widget) != nullptr) continue;
+    const QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(widget);
+    ASSERT_NE(told, nullptr);
+    EXPECT_FALSE(told->text(QAccessible::Name).isEmpty()) << widget->metaObject()->className();
   }
 }
 
-/// Presses the three keys in a widget of a list, and returns which commands those were. What the
-/// window makes of them does not matter.
-std::vector<CommandId> commandsOfKeys(Program& run, ListId list, QWidget* widget) {
-  ListPane& pane = run.window->pane(list);
+/// Presses the keys for deleting in a widget of a list, and F5, and returns which commands those
+/// were. What the window makes of them does not matter.
+std::vector<Id> commandsOfKeys(Program& run, ListId list, QWidget* widget) {
+  ListPane& pane = run.pane(list);
   const QSignalBlocker keepFromWindow(&pane);
-  std::vector<CommandId> ids;
-  const QMetaObject::Connection spy = QObject::connect(
-      &pane.commands(), &CommandSet::triggered, &pane, [&ids](CommandId id) { ids.push_back(id); });
+  std::vector<Id> ids;
+  const QMetaObject::Connection spy = QObject::connect(&pane.commands(), &CommandSet::triggered,
+                                                       &pane, [&ids](Id id) { ids.push_back(id); });
   widget->setFocus();
   QTest::keyClick(widget, Qt::Key_Delete);
   QTest::keyClick(widget, Qt::Key_Delete, Qt::ShiftModifier);
@@ -295,110 +226,423 @@ std::vector<CommandId> commandsOfKeys(Program& run, ListId list, QWidget* widget
   return ids;
 }
 
+/// In a text the keys for deleting belong to the text.
+void expectKeysAreOfTheText(Program& run, ListId list, QLineEdit* field) {
+  const QString before = field->text();
+  field->home(false);
+  for (const Id id : commandsOfKeys(run, list, field))
+    EXPECT_TRUE(id == Id::Rescan || id == Id::Refresh) << int(list);
+  EXPECT_EQ(field->text(), before.mid(1)) << int(list);
+}
+
+TEST_F(ScannedMainWindowTest, KeysWalkThroughTheTreeAndEditAName) {
+  ListView& list = run_.list(kFolders);
+  list.goTo(3);
+  // A key; how many rows there are then, and which is the current one.
+  const std::tuple<Qt::Key, int, std::size_t> keys[] = {
+      {Qt::Key_Right, 6, 3}, {Qt::Key_Right, 6, 4},  {Qt::Key_Left, 6, 3},
+      {Qt::Key_Left, 5, 3},  {Qt::Key_Return, 6, 3}, {Qt::Key_Return, 5, 3}};
+  for (const auto& [key, rows, current] : keys) {
+    QTest::keyClick(&list, key);
+    EXPECT_EQ(list.model()->rowCount(), rows) << key;
+    EXPECT_EQ(list.currentRow(), current) << key;
+  }
+  QTest::keyClick(&list, Qt::Key_F2);
+  auto* const field = list.viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(field, nullptr);
+  EXPECT_EQ(field->text(), u"small"_s);
+  expectKeysAreOfTheText(run_, kFolders, field);
+  QTest::keyClick(field, Qt::Key_Escape);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QTest::keyClick(&list, Qt::Key_Left);
+  EXPECT_EQ(list.currentRow(), 0U);
+  QTest::keyClick(&list, Qt::Key_F2);
+  EXPECT_EQ(list.viewport()->findChild<QLineEdit*>(), nullptr) << "a source keeps its name";
+}
+
+void showList(Program& run, ListId list, Id id) {
+  if (isTopList(list)) {
+    run.execute(std::nullopt, Id::ShowTopLists);
+    run.execute(run.window->parts().area.rightList(), id);
+  } else if (id != Id::None) {
+    run.execute(std::nullopt, id);
+  }
+}
+
 TEST_F(MainWindowTest, DeleteKeysWorkInListsOfObjectsAndNowhereElse) {
+  const struct {
+    ListId list;
+    Id show;  // the command that shows the list; None: it is on show
+    std::vector<Id> commands;
+  } cases[] = {{kFolders, Id::None, {Id::RecycleFolders, Id::DeleteFolders, Id::Rescan}},
+               {ListId::Files, Id::ShowFiles, {Id::RecycleFiles, Id::DeleteFiles, Id::Refresh}},
+               {ListId::LargestFiles, Id::ShowLargestFiles, {Id::RecycleFiles, Id::DeleteFiles}},
+               {ListId::OldestFiles, Id::ShowOldestFiles, {Id::RecycleFiles, Id::DeleteFiles}},
+               {ListId::LargestFolders, Id::ShowLargestFolders, {}},
+               {ListId::SmallestFolders, Id::ShowSmallestFolders, {}},
+               {ListId::Hardlinks, Id::ShowHardlinks, {Id::RecycleFiles, Id::DeleteFiles}},
+               {ListId::Junctions, Id::ShowJunctions, {}},
+               {ListId::Owners, Id::ShowOwners, {}},
+               {ListId::Extensions, Id::ShowExtensions, {}}};
   for (const bool readOnly : {false, true}) {
     Program run(data_, readOnly);
     turnAllListsOn(run.session.options);
-    run.window->parts().scans.scan({tree_.text()});
-    for (const auto& keys : kKeys) {
-      showList(run, keys.list, keys.show);
-      ListPane& pane = run.window->pane(keys.list);
-      ASSERT_TRUE(pane.isVisible()) << int(keys.list);
+    run.scan({tree_.text()});
+    for (const auto& c : cases) {
+      showList(run, c.list, c.show);
+      ListPane& pane = run.pane(c.list);
+      ASSERT_TRUE(pane.isVisible()) << int(c.list);
       pane.list().goTo(0);
-      std::vector<CommandId> expected;
-      for (const CommandId id : {keys.recycle, keys.erase, keys.refresh}) {
-        if (id != CommandId::None && !(readOnly && commandOf(id).changesDisk))
-          expected.push_back(id);
-      }
-      EXPECT_EQ(commandsOfKeys(run, keys.list, &pane.list()), expected) << int(keys.list);
-      if (!pane.commands().has(CommandId::Search)) continue;
-      // In a text they belong to the text.
-      pane.commands().action(CommandId::Search)->setChecked(false);
-      pane.commands().action(CommandId::Search)->trigger();
+      std::vector<Id> expected = c.commands;
+      std::erase_if(expected, [&](Id id) { return readOnly && commandOf(id).changesDisk; });
+      EXPECT_EQ(commandsOfKeys(run, c.list, &pane.list()), expected) << int(c.list);
+      if (!pane.commands().has(Id::Search)) continue;
+      pane.commands().action(Id::Search)->setChecked(false);
+      pane.commands().action(Id::Search)->trigger();
       const QList<QLineEdit*> fields = pane.findChildren<QLineEdit*>();
       QLineEdit* const box = *std::find_if(fields.begin(), fields.end(), [](QLineEdit* field) {
-        return field->accessibleName() == QStringLiteral("Suchtext");
+        return field->accessibleName() == u"Suchtext"_s;
       });
       ASSERT_TRUE(box->isVisible());
-      box->setText(QStringLiteral("text"));
-      box->home(false);
-      std::vector<CommandId> inText = commandsOfKeys(run, keys.list, box);
-      std::erase(inText, keys.refresh);
-      EXPECT_EQ(inText, std::vector<CommandId>()) << int(keys.list);
-      EXPECT_EQ(box->text(), QStringLiteral("ext"));
+      box->setText(u"text"_s);
+      expectKeysAreOfTheText(run, c.list, box);
     }
   }
 }
 
-TEST_F(MainWindowTest, ANameInEditTakesTheDeleteKeys) {
-  Program run(data_);
-  run.window->parts().scans.scan({tree_.text()});
-  ListView& list = run.window->pane(ListId::Folders).list();
-  list.goTo(3);
-  QTest::keyClick(&list, Qt::Key_F2);
-  auto* const field = list.viewport()->findChild<QLineEdit*>();
-  ASSERT_NE(field, nullptr);
-  QTest::keyClick(field, Qt::Key_Home);
-  std::vector<CommandId> inText = commandsOfKeys(run, ListId::Folders, field);
-  std::erase(inText, CommandId::Rescan);
-  EXPECT_EQ(inText, std::vector<CommandId>());
-  EXPECT_EQ(field->text(), QStringLiteral("mall"));
-}
-
 TEST_F(MainWindowTest, AReadOnlyWindowSaysSoAndChangesNothingOnTheDisk) {
   Program run(data_, true);
-  EXPECT_TRUE(run.window->windowTitle().endsWith(QStringLiteral(" \u2013 nur Lesen")));
-  const QList<QLabel*> labels = run.window->statusBar()->findChildren<QLabel*>();
-  EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
-    return label->isVisible() && label->text() == QStringLiteral("nur Lesen");
-  }));
+  EXPECT_TRUE(run.window->windowTitle().endsWith(u" \u2013 nur Lesen"_s));
+  EXPECT_TRUE(hasLabel(*run.window->statusBar(), u"nur Lesen"_s));
   turnAllListsOn(run.session.options);
-  run.window->execute(std::nullopt, CommandId::ShowFiles);
-  run.window->parts().scans.scan({tree_.text()});
-  run.window->execute(ListId::Folders, CommandId::ExpandAll);
-  run.window->pane(ListId::Folders).list().goTo(1);
+  run.execute(std::nullopt, Id::ShowFiles);
+  run.scan({tree_.text()});
+  run.execute(kFolders, Id::ExpandAll);
+  run.list(kFolders).goTo(1);
   ASSERT_EQ(run.column(ListId::Files).size(), 3);
   for (const ListId list : kAllLists) {
-    ListPane& pane = run.window->pane(list);
+    ListPane& pane = run.pane(list);
     pane.commands().update();
     pane.commands().setBusy(false);
     for (const Command& command : commandTable()) {
-      if (command.changesDisk) {
-        EXPECT_FALSE(run.window->execute(list, command.id)) << int(command.id);
-      }
+      if (command.changesDisk) EXPECT_FALSE(run.execute(list, command.id)) << int(command.id);
       if (!pane.commands().has(command.id)) continue;
       const QAction* const action = pane.commands().action(command.id);
       EXPECT_EQ(action->isEnabled(), !command.changesDisk && command.time == CommandTime::Idle)
           << int(list) << " " << int(command.id);
-      EXPECT_EQ(action->toolTip().contains(QStringLiteral("(nur Lesen)")), command.changesDisk);
+      EXPECT_EQ(action->toolTip().contains(u"(nur Lesen)"_s), command.changesDisk);
     }
     ListModel& model = pane.model();
-    for (int row = 0; row < model.rowCount(); ++row) {
-      for (int section = 0; section < model.columnCount(); ++section) {
-        const QModelIndex index = model.index(row, section);
-        EXPECT_FALSE(model.flags(index) & Qt::ItemIsEditable);
-        EXPECT_FALSE(model.setData(index, QStringLiteral("new"), Qt::EditRole));
-      }
+    for (int cell = 0; cell < model.rowCount() * model.columnCount(); ++cell) {
+      const QModelIndex index = model.index(cell / model.columnCount(), cell % model.columnCount());
+      EXPECT_FALSE(model.flags(index) & Qt::ItemIsEditable);
+      EXPECT_FALSE(model.setData(index, u"new"_s, Qt::EditRole));
     }
     pane.list().goTo(0);
     pane.list().editName();
     EXPECT_EQ(pane.list().viewport()->findChild<QLineEdit*>(), nullptr);
   }
-  std::vector<std::string> names = testing::namesIn(tree_.path("big"));
-  std::sort(names.begin(), names.end());
-  EXPECT_EQ(names, (std::vector<std::string>{"a.bin", "b.txt", "b2.txt"}));
+  EXPECT_EQ(QDir(path("big")).entryList(QDir::Files),
+            (QStringList{u"a.bin"_s, u"b.txt"_s, u"b2.txt"_s}));
 }
 
-TEST_F(MainWindowTest, EveryButtonAndFieldHasAName) {
-  Program run(data_);
-  for (const QWidget* const widget : run.window->findChildren<QWidget*>()) {
-    if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) continue;
-    if (qobject_cast<const QSplitter*>(widget) != nullptr) continue;
-    const QAccessibleInterface* const told =
-        QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
-    ASSERT_NE(told, nullptr);
-    EXPECT_FALSE(told->text(QAccessible::Name).isEmpty()) << widget->metaObject()->className();
+class MainWindowDeleteTest : public ScannedWindowTest {
+ protected:
+  void select(ListId view, const QStringList& names) {
+    ListView& list = run_.list(view);
+    list.clearSelection();
+    const QStringList rows = run_.column(view);
+    for (const QString& name : names) {
+      ASSERT_TRUE(rows.contains(name)) << name.toStdString();
+      const QModelIndex index = list.model()->index(int(rows.indexOf(name)), 1);
+      list.selectionModel()->setCurrentIndex(
+          index, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
   }
+
+  QStringList folders() { return run_.column(kFolders); }
+  QString files(const QString& folder) {
+    return run_.cell(kFolders, int(folders().indexOf(folder)), FolderColumnId::Files);
+  }
+  bool hasLogged(const QString& line) { return run_.column(ListId::Log, 2).contains(line); }
+
+  const ScopedVariable bin_{"XDG_DATA_HOME", data_.path()};
+};
+
+TEST_F(MainWindowDeleteTest, FoldersGoAfterAQuestionThatTellsWhatGoes) {
+  select(kFolders, {u"big"_s, u"link"_s});
+  const QStringList before = folders();
+  const qsizetype logged = run_.column(ListId::Log).size();
+  {
+    Answer no(QMessageBox::No);
+    EXPECT_TRUE(run_.execute(kFolders, Id::DeleteFolders));
+    EXPECT_EQ(no.text, u"Sollen die ausgewählten Ordner wirklich gelöscht werden?"_s);
+    EXPECT_EQ(no.defaultText.remove(u'&'), u"No"_s);
+    const QString plain = no.details.remove(QChar(0x200B));
+    for (const QString& part : {path("big"), u"Dateien: 3, Ordner: 2"_s, u"Verknüpfungen: 1"_s,
+                                u"2 Namen von Hardlinks; 200"_s})
+      EXPECT_TRUE(plain.contains(part)) << plain.toStdString();
+  }
+  EXPECT_EQ(folders(), before);
+  EXPECT_EQ(run_.column(ListId::Log).size(), logged);
+  Answer yes(QMessageBox::Yes);
+  EXPECT_TRUE(run_.execute(kFolders, Id::DeleteFolders));
+  EXPECT_EQ(folders(), (QStringList{path(), u"Dateien"_s, u"small"_s}));
+  EXPECT_EQ(files(path()), u"3"_s);
+  EXPECT_EQ(namesIn(tree_.path()).size(), 2U);
+  EXPECT_TRUE(hasLogged(u"GELÖSCHT: "_s + path("big/")));
+  EXPECT_EQ(run_.column(ListId::Hardlinks).size(), 2) << "a list beside the tree is the last run";
+  // The keyboard goes on where the first of the rows was.
+  EXPECT_TRUE(run_.list(kFolders).selectionModel()->hasSelection());
+}
+
+TEST_F(MainWindowDeleteTest, AFolderInTheBinComesBackAndARescanFindsIt) {
+  select(kFolders, {u"small"_s});
+  {
+    Answer yes(QMessageBox::Yes);
+    EXPECT_TRUE(run_.execute(kFolders, Id::RecycleFolders));
+    EXPECT_TRUE(yes.details.contains(u"Papierkorb"_s));
+  }
+  EXPECT_EQ(files(path()), u"4"_s);
+  EXPECT_TRUE(hasLogged(u"PAPIERKORB: "_s + path("small/")));
+  ASSERT_EQ(rename(data_.path("Trash/files/small").c_str(), tree_.path("small").c_str()), 0);
+  run_.list(kFolders).goTo(0);
+  EXPECT_TRUE(run_.execute(kFolders, Id::Rescan));
+  EXPECT_EQ(files(path()), u"6"_s);
+  EXPECT_TRUE(folders().contains(u"small"_s));
+  EXPECT_EQ(run_.list(kFolders).currentRow(), 0U);
+}
+
+TEST_F(MainWindowDeleteTest, ARescanKeepsWhatIsOpenAndTheOrder) {
+  run_.execute(kFolders, Id::ExpandAll);
+  run_.list(kFolders).sortByColumn(FolderColumnId::Name);
+  const QStringList before = folders();
+  ASSERT_TRUE(before.contains(u"deep"_s));
+  run_.list(kFolders).goTo(0);
+  EXPECT_TRUE(run_.execute(kFolders, Id::Rescan));
+  EXPECT_EQ(folders(), before);
+  // Of the row of direct files the folder above is read.
+  tree_.file("new.txt", 7);
+  select(kFolders, {u"Dateien"_s});
+  EXPECT_TRUE(run_.execute(kFolders, Id::Rescan));
+  EXPECT_EQ(files(path()), u"7"_s);
+}
+
+TEST_F(MainWindowDeleteTest, FilesGoFromTheirListAndFromTheTreeOnlyIfItShowsTheirFolder) {
+  select(ListId::LargestFiles, {u"needle.txt"_s});
+  Answer yes(QMessageBox::Yes);
+  EXPECT_TRUE(run_.execute(ListId::LargestFiles, Id::DeleteFiles));
+  EXPECT_FALSE(run_.column(ListId::LargestFiles).contains(u"needle.txt"_s));
+  EXPECT_NE(access(tree_.path("small/deep/needle.txt").c_str(), F_OK), 0);
+  EXPECT_EQ(files(path()), u"6"_s);
+  run_.execute(std::nullopt, Id::ShowFiles);
+  select(kFolders, {u"big"_s});
+  ASSERT_EQ(run_.column(ListId::Files).size(), 3);
+  select(ListId::Files, {u"a.bin"_s, u"b2.txt"_s});
+  EXPECT_TRUE(run_.execute(ListId::Files, Id::DeleteFiles));
+  EXPECT_EQ(run_.column(ListId::Files), QStringList{u"b.txt"_s});
+  EXPECT_EQ(files(u"big"_s), u"1"_s);
+  EXPECT_EQ(files(path()), u"4"_s);
+  EXPECT_EQ(run_.list(ListId::Files).currentRow(), 0U);
+}
+
+TEST_F(MainWindowDeleteTest, ASourceIsTakenOffTheListAndStaysOnTheDisk) {
+  run_.scan({tree_.text("small")});
+  select(kFolders, {u"big"_s});
+  EXPECT_TRUE(run_.execute(kFolders, Id::RemoveSourceRows));
+  EXPECT_EQ(folders()[0], path("small"));
+  EXPECT_FALSE(folders().contains(u"big"_s));
+  EXPECT_EQ(namesIn(tree_.path()).size(), 4U);
+  EXPECT_TRUE(run_.column(ListId::Files).isEmpty());
+  run_.list(kFolders).goTo(0);
+  EXPECT_TRUE(run_.execute(kFolders, Id::RemoveSourceRows));
+  EXPECT_TRUE(folders().isEmpty());
+  EXPECT_EQ(run_.session.tree.MaxFolderDepth(), 0U);
+}
+
+/// The parts of the window, each through its own interface.
+class PartsTest : public WindowTest {
+ protected:
+  ListPane& pane(ListId list) { return run_.pane(list); }
+  QStringList names(ListId list) { return run_.column(list); }
+
+  Program run_{data_};
+  const Parts& parts_ = run_.window->parts();
+  Session& session_ = run_.session;
+};
+
+TEST_F(PartsTest, ASourceIsOfferedOnceAndKeptForTheNextStart) {
+  const int drives = parts_.sources.count();
+  for (const Text& path : {tree_.text() + u"/", tree_.text("big"), tree_.text()})
+    parts_.sources.AddNewSearchPath(path);
+  EXPECT_EQ(parts_.sources.count(), drives + 2);
+  EXPECT_EQ(parts_.sources.path(), tree_.text());
+  parts_.sources.store();
+  run_.startUp->settings().flush();
+  WindowState state(session_, run_.startUp->settings());
+  SourceBox next(state, nullptr);
+  next.load();
+  EXPECT_EQ(next.count(), drives + 2);
+  EXPECT_EQ(next.path(), tree_.text());
+  next.Quelle_Entfernen();
+  EXPECT_EQ(next.count(), drives + 1);
+  next.AddNewSearchPath(u"/");
+  const int all = next.count();
+  next.Quelle_Entfernen();
+  EXPECT_EQ(next.count(), all) << "a drive stays";
+}
+
+TEST_F(PartsTest, EachButtonShowsItsListAndNoOther) {
+  PaneArea& area = parts_.area;
+  const auto pressed = [this] {
+    std::vector<Id> ids;
+    for (CommandSet* const set : run_.window->findChildren<CommandSet*>())
+      for (const BarItem& item : barItems(Bar::Header))
+        if (set->has(Id::ShowHardlinks) && set->action(item.id)->isChecked())
+          ids.push_back(item.id);
+    return ids;
+  };
+  const std::pair<ListId, Id> lists[] = {{ListId::Files, Id::ShowFiles},
+                                         {ListId::NewestFiles, Id::ShowTopLists},
+                                         {ListId::Hardlinks, Id::ShowHardlinks},
+                                         {ListId::Log, Id::ShowLog}};
+  for (const auto& [list, command] : lists) {
+    area.Change_ButtonHeaderActive(list);
+    EXPECT_EQ(area.rightList(), list);
+    EXPECT_TRUE(pane(list).isVisible());
+    EXPECT_EQ(pressed(), std::vector<Id>{command});
+  }
+  area.showTopLists();
+  EXPECT_EQ(area.rightList(), ListId::NewestFiles) << "the top list that was shown last";
+  CommandSet& top = pane(ListId::NewestFiles).commands();
+  EXPECT_EQ(top.action(Id::TopListMenu)->text(), u"Neuste Dateien"_s);
+  EXPECT_TRUE(top.action(Id::ShowNewestFiles)->isChecked());
+  EXPECT_FALSE(top.action(Id::ShowOldestFiles)->isChecked());
+  area.showSides(true, false);
+  EXPECT_TRUE(pressed().empty() && !area.isRightVisible());
+  EXPECT_EQ(area.focusedList(), ListId::Folders);
+  area.showSides(false, true);
+  EXPECT_EQ(area.focusedList(), ListId::NewestFiles);
+  EXPECT_FALSE(pane(ListId::Folders).isVisible());
+}
+
+TEST_F(PartsTest, FilesFollowTheSelectedFolderWhileTheirListIsVisible) {
+  run_.scan({tree_.text()});
+  parts_.area.Change_ButtonHeaderActive(ListId::Log);
+  run_.list(ListId::Folders).goTo(1);
+  parts_.files.selectedFolderChanged();
+  EXPECT_TRUE(names(ListId::Files).isEmpty()) << "another list is visible";
+  parts_.area.Change_ButtonHeaderActive(ListId::Files);
+  parts_.files.selectedFolderChanged();
+  EXPECT_EQ(names(ListId::Files).size(), 3);
+  tree_.file("big/late", 1);
+  parts_.files.showFiles(false);
+  parts_.files.filterChanged(std::nullopt);
+  EXPECT_EQ(names(ListId::Files).size(), 3) << "the folder is shown already";
+  session_.options.FileList_Filter_Active = 1;
+  session_.options.FileList_Filter_Text = u"late";
+  parts_.files.filterChanged(ListId::Files);
+  EXPECT_EQ(names(ListId::Files), QStringList(u"late"_s));
+  EXPECT_EQ(pane(ListId::Files).findChild<ElidedLabel*>()->toolTip(), path("big"));
+  parts_.files.hideFiles();
+  EXPECT_TRUE(names(ListId::Files).isEmpty());
+}
+
+TEST_F(PartsTest, AnOwnerThatIsReadLateIsTheOneOfTheWalk) {
+  run_.list(ListId::Folders).setColumnVisible(FolderColumnId::Owner, true);
+  const auto owner = [&](int row) {
+    return run_.cell(ListId::Folders, row, FolderColumnId::Owner);
+  };
+  session_.options.ShowFolderOwner = 1;
+  run_.scan({tree_.text()});
+  const QStringList walked = {owner(0), owner(1)};
+  EXPECT_FALSE(walked[0].isEmpty()) << "a source has its owner too";
+  run_.execute(ListId::Folders, Id::ClearFolders);
+  session_.options.ShowFolderOwner = 0;
+  run_.scan({tree_.text()});
+  EXPECT_TRUE(owner(1).isEmpty());
+  for (const int row : {0, 1}) {
+    run_.list(ListId::Folders).goTo(std::size_t(row));
+    parts_.files.selectedFolderChanged();
+    EXPECT_EQ(owner(row), walked[row]);
+  }
+}
+
+TEST_F(PartsTest, EveryListKnowsThePathsOfItsRows) {
+  turnAllListsOn(session_.options);
+  run_.scan({tree_.text()});
+  const std::pair<ListId, const char*> firsts[] = {{ListId::LargestFiles, "big/a.bin"},
+                                                   {ListId::LargestFolders, "big"},
+                                                   {ListId::SmallestFolders, "small/deep"},
+                                                   {ListId::Junctions, "link"}};
+  for (const auto& [list, path] : firsts)
+    EXPECT_EQ(pane(list).rows().path(0), tree_.text(path)) << int(list);
+  for (const auto& [list, row] : {std::pair(ListId::LargestFiles, 0U), {ListId::Folders, 1U}}) {
+    RowSource& rows = pane(list).rows();
+    const Text before = rows.path(row);
+    EXPECT_FALSE(rows.rename(row, u"../elsewhere").empty());
+    EXPECT_EQ(rows.path(row), before);
+  }
+}
+
+TEST_F(PartsTest, SizesOfTheMainBarAreThoseOfAllLists) {
+  Options& options = session_.options;
+  options.FileSizeFormatHardlinks = kUnitKB;
+  parts_.looks.changeSizes(ListId::Hardlinks);
+  EXPECT_EQ(options.FileSizeFormatOwner, kUnitMB) << "a list alone changes no other";
+  options.FileSizeFormat = kUnitGB;
+  options.SizeFormatShowSizeTextFolders = 1;
+  options.SizeFormatNachkommastellenFolders = 0;
+  parts_.looks.changeSizes(std::nullopt);
+  for (const ListId list : kAllLists) {
+    if (listSettings(options, list).unit == nullptr) continue;
+    const SizeSettings sizes = listSizes(options, list);
+    EXPECT_EQ(sizes.unit, kUnitGB) << int(list);
+    EXPECT_TRUE(sizes.unitText && !sizes.decimals) << int(list);
+  }
+  EXPECT_TRUE(run_.window->commands().action(Id::SizeGigabytes)->isChecked());
+  for (const auto& [change, size] : {std::pair(-100, 6), {100, 32}}) {
+    parts_.looks.ChangeFontSize(change);
+    EXPECT_EQ(options.FontSize, size);
+  }
+}
+
+TEST_F(PartsTest, ManyFilesAreOpenedOnlyAfterAQuestion) {
+  for (int i = 0; i < 11; ++i)
+    tree_.file("many/" + std::to_string(i), 1);
+  run_.scan({tree_.text("many")});
+  parts_.area.Change_ButtonHeaderActive(ListId::Files);
+  parts_.files.showFiles(true);
+  run_.list(ListId::Files).selectAll();
+  Answer no(QMessageBox::No);
+  parts_.opening.openPaths(ListId::Files);
+  EXPECT_TRUE(no.text.contains(u"11"_s)) << no.text.toStdString();
+}
+
+TEST_F(PartsTest, TheStatusLineDescribesTheVisibleListUnlessSomethingRuns) {
+  QStatusBar bar;
+  WindowState state(session_, run_.startUp->settings());
+  StatusLine line(state, parts_.panes, parts_.area, bar);
+  const auto text = [&](int label) {
+    line.StatusbarSetTextRightAUTO();
+    return bar.findChildren<QLabel*>()[label]->text();
+  };
+  run_.scan({tree_.text()});
+  parts_.area.Change_ButtonHeaderActive(ListId::Log);
+  EXPECT_TRUE(text(0).startsWith(u'1')) << text(0).toStdString();
+  EXPECT_TRUE(text(1).startsWith(QString::number(session_.log.rows().size())));
+  line.showProgress(u"reading"_s);
+  session_.context.ScanBusy = true;
+  EXPECT_EQ(text(1), u"reading"_s);
+  session_.context.ScanBusy = false;
+  parts_.area.showSides(true, false);
+  EXPECT_EQ(text(1), QString());
+}
+
+TEST(QtTextTest, NamesOfAnyKindSurviveAndTakeOneLine) {
+  const Text name = Text(u"a\nb\tc\x7F") + char16_t(0xDC80) + u"\U0001F4C1";
+  EXPECT_EQ(ombrelian::ui::toText(toQString(name)), name);
+  EXPECT_EQ(shownOnOneLine(u"a\nb\tc\x7F"), toQString(u"a\u240Ab\u2409c\u2421"));
 }
 
 }  // namespace

@@ -1,32 +1,21 @@
 #include "ui/SaveDialog.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QCheckBox>
 #include <QDesktopServices>
 #include <QFileDialog>
-#include <QProcess>
+#include <QHeaderView>
 #include <QRadioButton>
-#include <QRegularExpression>
 
-#include "export/FolderSave.h"
 #include "settings/Optionen.h"
-#include "tests/testing/ScopedLocale.h"
-#include "tests/testing/TestFolder.h"
+#include "tests/testing/SaveFixture.h"
 #include "tests/ui/WindowFixture.h"
-#include "ui/Panes.h"
 #include "ui/QtText.h"
-#include "ui/ScanControl.h"
 
 namespace ombrelian::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-using testing::TestFolder;
-
-constexpr ReportFormat kFormats[] = {ReportFormat::TXT, ReportFormat::CSV, ReportFormat::HTML,
-                                     ReportFormat::XML, ReportFormat::XLSX};
+using namespace ombrelian::testing;
 
 template <class Control>
 Control* find(const QDialog& dialog, const char* name) {
@@ -37,202 +26,130 @@ void press(const QDialog& dialog, const char* button) {
   find<QPushButton>(dialog, button)->click();
 }
 
-void choose(const QDialog& dialog, ReportFormat format) {
-  find<QComboBox>(dialog, "cboFormat")->setCurrentIndex(int(format));
-}
-
 /// The radio button `number`: 0 all sources, 1 the selected one, 2 to 4 the choices of levels.
 QRadioButton* radio(const QDialog& dialog, int number) {
   return dialog.findChildren<QRadioButton*>()[number];
 }
 
-/// Answers every question for a file with `path`.
-SaveDialog::ChooseFile answer(const QString& path) {
-  return [path](QWidget*, const FileQuestion&) { return path; };
+/// Chooses a format, and answers every question for a file with `path`.
+void choose(SaveDialog& dialog, ReportFormat format, const QString& path = {}) {
+  find<QComboBox>(dialog, "cboFormat")->setCurrentIndex(int(format));
+  if (path.isEmpty()) return;
+  dialog.setChooseFile([path](QWidget*, const FileQuestion&) { return path; });
 }
 
 QString pathIn(const TestFolder& folder, ReportFormat format) {
-  return toQString(folder.text("report." + toBytes(fileExtension(format))));
+  return toQString(folder.text(nameOf(format)));
 }
 
-/// The text of a report; for a workbook, the text of its sheet.
+/// The text of a report; for a workbook, the text of its sheet, whose checksum is compared.
 QString contents(const QString& path) {
-  if (!path.endsWith(u".xlsx"_s)) return toQString(testing::readReport(path.toStdString()));
-  QProcess python;
-  // The command also compares the checksum of the sheet.
-  python.start(u"/usr/bin/python3"_s,
-               {u"-c"_s,
-                u"import sys, zipfile; sys.stdout.buffer.write(zipfile.ZipFile(sys.argv[1])"
-                ".read('xl/worksheets/sheet1.xml'))"_s,
-                path});
-  EXPECT_TRUE(python.waitForFinished());
-  EXPECT_EQ(python.exitCode(), 0) << python.readAllStandardError().constData();
-  return QString::fromUtf8(python.readAllStandardOutput());
+  if (!path.endsWith(u".xlsx"_s)) return toQString(readReport(path.toStdString()));
+  return QString::fromStdString(
+      outputOf("/usr/bin/python3 -c \"import zipfile; print(zipfile.ZipFile('" +
+               path.toStdString() + "').read('xl/worksheets/sheet1.xml').decode(), end='')\""));
 }
 
-/// A window over the scanned sample tree, which shows two lists with three columns each.
-class SaveFromWindowTest : public testing::WindowTest {
+class SaveFromWindowTest : public ScannedWindowTest {
  protected:
-  SaveFromWindowTest() {
-    Options& options = program.session.options;
-    options.CreateList100LargestFiles = 1;
-    options.FileSizeFormatTop[0] = 0;
-    options.FolderColumnVisible.fill(0);
-    options.TopColumnVisible[0].fill(0);
-    for (const int shown : {FolderColumnId::Name, FolderColumnId::Files, FolderColumnId::Size})
-      options.FolderColumnVisible[std::size_t(shown)] = 1;
-    std::swap(options.FolderColumnIndex[FolderColumnId::Files],
-              options.FolderColumnIndex[FolderColumnId::Size]);
-    for (const int shown : {1, 2, 4})
-      options.TopColumnVisible[0][std::size_t(shown)] = 1;
-    std::swap(options.TopColumnIndex[0][2], options.TopColumnIndex[0][4]);
-    program.session.folderReport.applySettings();
-    window.parts().scans.scan({tree_.text()});
-  }
-
-  const Column& column(ListId view, TextView key) {
-    const Columns columns = window.pane(view).rows().columns();
-    return *std::find_if(columns.begin(), columns.end(),
-                         [key](const Column& column) { return column.key == key; });
-  }
-
-  /// Name and size of each row from top to bottom, without separators of thousands.
-  QStringList shownRows(ListId view) {
-    RowSource& rows = window.pane(view).rows();
-    QStringList shown;
-    for (std::size_t row = 0; row < rows.count(); ++row)
-      for (const TextView key : {u"name", u"size"})
-        shown << toQString(rows.shown(row, column(view, key))).trimmed().remove(u',');
-    return shown;
-  }
-
   /// Opens the dialog of a list, lets `prepare` do what a user would, and saves.
   QString saved(ListId view, ReportFormat format,
                 const std::function<void(SaveDialog&)>& prepare = {}) {
     const QString path = pathIn(data_, format);
     bool isMet = false;
-    QTimer::singleShot(0, &window, [&] {
+    QTimer::singleShot(0, run_.window.get(), [&] {
       auto* const dialog = qobject_cast<SaveDialog*>(QApplication::activeModalWidget());
       ASSERT_NE(dialog, nullptr);
       isMet = true;
-      choose(*dialog, format);
+      choose(*dialog, format, path);
       if (prepare) prepare(*dialog);
-      dialog->setChooseFile(answer(path));
       press(*dialog, "OKButton");
       EXPECT_EQ(toQString(dialog->target()), path);
     });
-    window.execute(view, CommandId::Save);
+    run_.execute(view, CommandId::Save);
     EXPECT_TRUE(isMet);
     return contents(path);
   }
 
   const ScopedLocale locale{"C"};
-  testing::Program program{data_};
-  MainWindow& window{*program.window};
 };
 
 /// Whether the texts follow each other in `report`.
-bool inOrder(const QString& report, QStringList texts) {
-  for (QString& text : texts)
-    text = QRegularExpression::escape(text);
-  return report.contains(QRegularExpression(
-      texts.join(u".*?"_s),
-      QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption));
+bool inOrder(const QString& report, const QStringList& texts) {
+  qsizetype at = 0;
+  for (const QString& text : texts) {
+    at = report.indexOf(text, at, Qt::CaseInsensitive);
+    if (at < 0) return false;
+    at += text.size();
+  }
+  return true;
 }
 
 TEST_F(SaveFromWindowTest, EveryFormatHasTheRowsAndColumnsThatAreShown) {
-  window.execute(ListId::Folders, CommandId::ExpandAll);
-  for (const auto& [view, key] :
-       {std::pair(ListId::Folders, u"name"), {ListId::LargestFiles, u"size"}})
-    window.pane(view).list().sortByColumn(column(view, key).id);
-  ASSERT_EQ(shownRows(ListId::Folders).size(), 2 * 6);
-  ASSERT_EQ(shownRows(ListId::Folders)[2], u"big"_s);
-  ASSERT_EQ(shownRows(ListId::LargestFiles).first(), u"needle.txt"_s);
-
-  const struct {
-    ListId view;
-    QString captions;
-    QString keys;
-    QString hidden;
-  } lists[] = {
-      {ListId::Folders, u"Name Dateien Größe"_s, u"<name> <files> <size>"_s, u"percent|prozent"_s},
-      {ListId::LargestFiles, u"Dateiname Typ Größe"_s, u"<name> <type> <size>"_s,
-       u"<ext|endung"_s}};
-  for (const auto& list : lists)
-    for (const ReportFormat format : kFormats) {
-      const QString report = saved(list.view, format).remove(u',');
-      const QString& heads = format == ReportFormat::XML ? list.keys : list.captions;
-      EXPECT_TRUE(inOrder(report, heads.split(u' '))) << qPrintable(report);
-      EXPECT_TRUE(inOrder(report, shownRows(list.view))) << qPrintable(report);
-      EXPECT_FALSE(report.contains(
-          QRegularExpression(list.hidden, QRegularExpression::CaseInsensitiveOption)))
-          << int(format);
+  run_.execute(ListId::Folders, CommandId::ExpandAll);
+  for (const ListId view : {ListId::Folders, ListId::LargestFiles}) {
+    ListView& list = run_.list(view);
+    for (int section = 0; section < list.model()->columnCount(); ++section)
+      list.setColumnVisible(section, section == 1 || section == 2 || section == 4);
+    QHeaderView& header = *list.horizontalHeader();
+    header.moveSection(header.visualIndex(4), header.visualIndex(2));
+    list.sortByColumn(1);
+    QStringList keys;
+    QStringList captions;
+    for (const int section : {1, 4, 2, 3}) {
+      keys << u'<' + toQString(run_.pane(view).rows().columns()[std::size_t(section - 1)].key);
+      captions << list.model()->headerData(section, Qt::Horizontal).toString().section(u' ', 0, 0);
     }
-}
-
-TEST_F(SaveFromWindowTest, TheSelectedRowAloneAndWhatIsExpandedInIt) {
-  ListPane& folders = window.pane(ListId::Folders);
-  const qsizetype small = shownRows(ListId::Folders).indexOf(u"small"_s) / 2;
-  folders.list().goTo(std::size_t(small));
-  ASSERT_EQ(shownRows(ListId::Folders).size(), 2 * 5) << "the source is expanded, no more";
-  const std::tuple<int, int, const char*, int> cases[] = {
-      {0, 2, "", 5}, {0, 0, "", 6}, {0, 1, "1", 5}, {1, 2, "", 1}, {1, 0, "", 2}, {0, 1, "x", 6}};
-  for (const auto& [source, levels, number, rows] : cases) {
-    const QString report =
-        saved(ListId::Folders, ReportFormat::CSV,
-              [source = source, levels = levels, number = number](SaveDialog& dialog) {
-                radio(dialog, source)->click();
-                radio(dialog, 2 + levels)->click();
-                find<QLineEdit>(dialog, "txtLevels")->setText(QString::fromLatin1(number));
-              });
-    EXPECT_EQ(report.count(u'\n') - 1, rows) << source << levels << number;
+    for (const ReportFormat format : kFormats) {
+      const QString report = saved(view, format);
+      QStringList heads = format == ReportFormat::XML ? keys : captions;
+      EXPECT_FALSE(report.contains(heads.takeLast(), Qt::CaseInsensitive)) << int(format);
+      EXPECT_TRUE(inOrder(report, heads)) << qPrintable(heads.join(u' ') + u'\n' + report);
+      EXPECT_TRUE(inOrder(report, run_.column(view))) << qPrintable(report);
+    }
   }
-  folders.list().clearSelection();
-  saved(ListId::Folders, ReportFormat::CSV, [](SaveDialog& dialog) {
-    EXPECT_FALSE(radio(dialog, 1)->isEnabled());
-    EXPECT_TRUE(radio(dialog, 0)->isChecked());
-  });
 }
 
 TEST_F(SaveFromWindowTest, AListTellsWhereItComesFromAndAnEmptyOneIsNotSaved) {
-  window.execute(std::nullopt, CommandId::ShowFiles);
-  const QString path = u"Pfad: "_s;
+  run_.execute(std::nullopt, CommandId::ShowFiles);
   const std::tuple<ListId, QString, QString> cases[] = {
-      {ListId::Files, u"Dateiliste"_s, toQString(tree_.text())},
-      {ListId::LargestFiles, u"Liste mit den größten Dateien"_s, toQString(tree_.text())},
+      {ListId::Files, u"Dateiliste"_s, path()},
+      {ListId::LargestFiles, u"Liste mit den größten Dateien"_s, path()},
       {ListId::Log, u"Protokoll"_s, {}}};
   for (const auto& [view, title, source] : cases) {
     const QString report = saved(view, ReportFormat::TXT);
     EXPECT_TRUE(report.startsWith(u"Ombrelian - "_s + title + u'\r'));
-    EXPECT_EQ(report.section(path, 1, 1).section(u'\r', 0, 0), source);
+    EXPECT_EQ(report.section(u"Pfad: "_s, 1, 1).section(u'\r', 0, 0), source);
   }
-  QTimer::singleShot(0, &window, [] { EXPECT_EQ(QApplication::activeModalWidget(), nullptr); });
-  window.execute(ListId::Owners, CommandId::Save);
+  run_.list(ListId::Folders).clearSelection();
+  saved(ListId::Folders, ReportFormat::CSV, [](SaveDialog& dialog) {
+    EXPECT_TRUE(radio(dialog, 0)->isChecked());
+    EXPECT_FALSE(radio(dialog, 1)->isEnabled()) << "no row is selected";
+  });
+  run_.execute(ListId::Folders, CommandId::ClearFolders);
+  QTimer::singleShot(0, run_.window.get(),
+                     [] { EXPECT_EQ(QApplication::activeModalWidget(), nullptr); });
+  run_.execute(ListId::Folders, CommandId::Save);
   QApplication::processEvents();
 }
 
 /// A dialog without a window, for a tree that is made by hand.
-class SaveDialogTest : public ::testing::Test {
+class SaveDialogTest : public SaveFixture {
  protected:
-  SaveDialogTest() { root = tree.addRoot(u"/tree"); }
-
   /// A dialog in which a format is chosen, and which saves to the file that `pathIn` names.
   std::unique_ptr<SaveDialog> open(ReportFormat format, bool isTree = true) {
-    return open(isTree ? folderSaveChoices(options) : listSaveChoices(options), settings, format);
+    auto dialog = make(options, settings, isTree);
+    choose(*dialog, format, pathIn(out, format));
+    return dialog;
   }
 
-  std::unique_ptr<SaveDialog> open(const SaveChoices& choices, IniStore& ini,
-                                   std::optional<ReportFormat> format) {
+  std::unique_ptr<SaveDialog> make(Options& remembered, IniStore& ini, bool isTree = true) {
     auto dialog = std::make_unique<SaveDialog>(
-        choices, true,
-        [this](ReportFormat chosen, const Text& target, UserInterface& ui) {
-          return FolderSave(report, options, ui).saveAs(chosen, target);
+        isTree ? folderSaveChoices(remembered) : listSaveChoices(remembered), true,
+        [this](ReportFormat chosen, const Text& target, UserInterface& user) {
+          return FolderSave(report, options, user).saveAs(chosen, target);
         },
         ini);
-    if (format) {
-      choose(*dialog, *format);
-      dialog->setChooseFile(answer(pathIn(out, *format)));
-    }
     dialog->show();
     return dialog;
   }
@@ -243,12 +160,8 @@ class SaveDialogTest : public ::testing::Test {
   }
 
   const ScopedLocale locale{"C"};
-  TestFolder out;
   IniStore settings{out.text("settings.ini")};
-  Options options;
-  FolderTree tree;
-  FolderReport report{tree, options};
-  NodeIndex root;
+  const NodeIndex root = add(kNoNode, u"/tree");
 };
 
 TEST_F(SaveDialogTest, WhatIsChosenComesBack) {
@@ -256,7 +169,7 @@ TEST_F(SaveDialogTest, WhatIsChosenComesBack) {
     QPoint place;
     {
       const auto dialog = open(ReportFormat::TXT, isTree);
-      dialog->setChooseFile(answer(u"/proc/none/my.list.txt"_s));
+      choose(*dialog, ReportFormat::TXT, u"/proc/none/my.list.txt"_s);
       find<QComboBox>(*dialog, "cboDelimiter")->setCurrentIndex(4);
       find<QLineEdit>(*dialog, "txtDelimiters")->setText(u" ; "_s);
       for (QCheckBox* const box : dialog->findChildren<QCheckBox*>())
@@ -268,15 +181,14 @@ TEST_F(SaveDialogTest, WhatIsChosenComesBack) {
       }
       dialog->move(123, 77);
       place = dialog->pos();
-      testing::Answer message(QMessageBox::Ok);
+      Answer message(QMessageBox::Ok);
       press(*dialog, "OKButton");
       EXPECT_FALSE(message.text.isEmpty()) << "nothing can be saved there";
       dialog->close();
     }
     Options fresh;
     IniStore again(settings.path());
-    const auto dialog =
-        open(isTree ? folderSaveChoices(fresh) : listSaveChoices(fresh), again, std::nullopt);
+    const auto dialog = make(fresh, again, isTree);
     EXPECT_EQ(find<QComboBox>(*dialog, "cboFormat")->currentText(), u"TXT"_s);
     EXPECT_EQ(find<QComboBox>(*dialog, "cboDelimiter")->currentIndex(), 4);
     EXPECT_EQ(find<QLineEdit>(*dialog, "txtDelimiters")->text(), u" ; "_s);
@@ -295,28 +207,24 @@ TEST_F(SaveDialogTest, WhatIsChosenComesBack) {
 }
 
 TEST_F(SaveDialogTest, OptionsThatAFormatDoesNotHaveAreDisabled) {
-  const struct {
-    ReportFormat format;
-    int delimiter;
-    bool hasDelimiter, hasCustom, hasLines;
-  } cases[] = {
+  // A format and a delimiter; whether it has delimiters, one of the user's own, and lines.
+  const std::tuple<ReportFormat, int, bool, bool, bool> cases[] = {
       {ReportFormat::TXT, 4, true, true, true},    {ReportFormat::CSV, 4, true, true, false},
       {ReportFormat::TXT, 2, true, false, true},   {ReportFormat::HTML, 4, false, false, false},
       {ReportFormat::XML, 4, false, false, false}, {ReportFormat::XLSX, 0, false, false, false}};
   for (const bool isTree : {true, false}) {
     const auto dialog = open(ReportFormat::TXT, isTree);
-    for (const auto& c : cases) {
+    for (const auto& [format, delimiter, hasDelimiter, hasCustom, hasLines] : cases) {
       choose(*dialog, ReportFormat::TXT);
       for (QCheckBox* const box : dialog->findChildren<QCheckBox*>())
         box->setChecked(true);
-      find<QComboBox>(*dialog, "cboDelimiter")->setCurrentIndex(c.delimiter);
-      choose(*dialog, c.format);
-      EXPECT_EQ(find<QComboBox>(*dialog, "cboDelimiter")->isEnabled(), c.hasDelimiter);
-      EXPECT_EQ(find<QLineEdit>(*dialog, "txtDelimiters")->isEnabled(), c.hasCustom);
+      find<QComboBox>(*dialog, "cboDelimiter")->setCurrentIndex(delimiter);
+      choose(*dialog, format);
+      EXPECT_EQ(find<QComboBox>(*dialog, "cboDelimiter")->isEnabled(), hasDelimiter);
+      EXPECT_EQ(find<QLineEdit>(*dialog, "txtDelimiters")->isEnabled(), hasCustom);
       for (const QCheckBox* const box : dialog->findChildren<QCheckBox*>()) {
-        const bool isOn = c.hasLines || box->objectName() == u"chkOpenFile";
-        EXPECT_EQ(box->isEnabled(), isOn);
-        EXPECT_EQ(box->isChecked(), isOn);
+        const bool isOn = hasLines || box->objectName() == u"chkOpenFile";
+        EXPECT_TRUE(box->isEnabled() == isOn && box->isChecked() == isOn) << int(format);
       }
     }
   }
@@ -331,10 +239,8 @@ TEST_F(SaveDialogTest, TheQuestionForAFileBeginsWhereTheLastReportWent) {
     return QString();
   });
   press(*dialog, "OKButton");
-  EXPECT_EQ(asked.folder, toQString(out.text()));
-  EXPECT_EQ(asked.name, u"weekly.xlsx"_s);
-  EXPECT_EQ(asked.filter, u"XLSX (*.xlsx)"_s);
-  EXPECT_EQ(asked.extension, u"xlsx"_s);
+  EXPECT_EQ((QStringList{asked.folder, asked.name, asked.filter, asked.extension}),
+            (QStringList{toQString(out.text()), u"weekly.xlsx"_s, u"XLSX (*.xlsx)"_s, u"xlsx"_s}));
   EXPECT_TRUE(dialog->isVisible()) << "no file was chosen";
 }
 
@@ -351,10 +257,10 @@ TEST_F(SaveDialogTest, TheDesktopsDialogAddsTheEndingAndAsksBeforeItReplaces) {
   rememberFolder();
   out.file("named.xml");
   for (const bool isReadOnly : {false, true}) {
-    const auto dialog = open(folderSaveChoices(options), settings, std::nullopt);
+    const auto dialog = make(options, settings);
     if (isReadOnly) dialog->setReadOnly();
     choose(*dialog, ReportFormat::XML);
-    testing::Answer question(QMessageBox::No);
+    Answer question(QMessageBox::No);
     QTimer::singleShot(0, dialog.get(), [&] {
       type("named", isReadOnly);
       EXPECT_TRUE(question.text.contains(u"named.xml"_s));
@@ -362,7 +268,7 @@ TEST_F(SaveDialogTest, TheDesktopsDialogAddsTheEndingAndAsksBeforeItReplaces) {
     });
     press(*dialog, "OKButton");
     EXPECT_EQ(dialog->target(), out.text(isReadOnly ? "third.xml" : "other.xml"));
-    EXPECT_TRUE(testing::readFile(out.path("named.xml")).empty()) << "it was not to be replaced";
+    EXPECT_TRUE(readFile(out.path("named.xml")).empty()) << "it was not to be replaced";
     EXPECT_TRUE(contents(toQString(dialog->target())).contains(u"<list>"_s));
   }
 }
@@ -370,7 +276,7 @@ TEST_F(SaveDialogTest, TheDesktopsDialogAddsTheEndingAndAsksBeforeItReplaces) {
 TEST_F(SaveDialogTest, ASaveThatIsEndedLeavesAWholeFile) {
   constexpr int kRows = 400'000;  // so many that a save takes a while on any machine
   for (int i = 0; i < kRows; ++i)
-    tree[tree.addChild(root, u"folder" + ombrelian::toText(i), true)].size = i;
+    add(root, u"folder" + ombrelian::toText(i), i);
   options.FolderColumnVisible.fill(1);
   report.applySettings();
   const QString ends[] = {u"\r\n"_s, u"\r\n"_s, u"</html>\r\n"_s, u"</list>\r\n"_s,
@@ -403,8 +309,8 @@ TEST_F(SaveDialogTest, ASaveThatIsEndedLeavesAWholeFile) {
 TEST_F(SaveDialogTest, AfterAFailureAnotherNameCanBeChosenAndAFileThatNobodyOpensIsReported) {
   const auto dialog = open(ReportFormat::HTML);
   const QString impossible = u"/proc/none/report.html"_s;
-  testing::Answer message(QMessageBox::Ok);
-  dialog->setChooseFile(answer(impossible));
+  Answer message(QMessageBox::Ok);
+  choose(*dialog, ReportFormat::HTML, impossible);
   press(*dialog, "OKButton");
   EXPECT_TRUE(message.text.contains(impossible)) << qPrintable(message.text);
   EXPECT_TRUE(dialog->isVisible());
@@ -414,7 +320,7 @@ TEST_F(SaveDialogTest, AfterAFailureAnotherNameCanBeChosenAndAFileThatNobodyOpen
   QObject nobody;
   QDesktopServices::setUrlHandler(u"file"_s, &nobody, "open");
   find<QCheckBox>(*dialog, "chkOpenFile")->setChecked(true);
-  dialog->setChooseFile(answer(pathIn(out, ReportFormat::HTML)));
+  choose(*dialog, ReportFormat::HTML, pathIn(out, ReportFormat::HTML));
   press(*dialog, "OKButton");
   QDesktopServices::unsetUrlHandler(u"file"_s);
   EXPECT_TRUE(message.text.contains(pathIn(out, ReportFormat::HTML)));

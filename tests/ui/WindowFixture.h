@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -39,13 +40,18 @@ struct Program {
     testers.clear();
   }
 
+  ListPane& pane(ListId view) { return window->pane(view); }
+  ListView& list(ListId view) { return pane(view).list(); }
+  bool execute(std::optional<ListId> view, CommandId id) { return window->execute(view, id); }
+  void scan(const std::deque<Text>& sources) { window->parts().scans.scan(sources); }
+
   QString cell(ListId view, int row, int section) {
-    return window->pane(view).model().index(row, section).data().toString();
+    return pane(view).model().index(row, section).data().toString();
   }
 
   QStringList column(ListId view, int section = 1) {
     QStringList cells;
-    for (int row = 0; row < window->pane(view).model().rowCount(); ++row)
+    for (int row = 0; row < pane(view).model().rowCount(); ++row)
       cells.append(cell(view, row, section));
     return cells;
   }
@@ -96,8 +102,32 @@ class WindowTest : public ::testing::Test {
     tree_.symlink("link", "big");
   }
 
+  /// A path in the tree; without a name, of the tree itself.
+  QString path(std::string_view name = {}) const {
+    return QString::fromStdString(name.empty() ? tree_.path() : tree_.path(name));
+  }
+
   const TestFolder data_;
   const TestFolder tree_;
 };
+
+/// A program that scanned the tree, with all lists on.
+class ScannedWindowTest : public WindowTest {
+ protected:
+  ScannedWindowTest() {
+    turnAllListsOn(run_.session.options);
+    run_.scan({tree_.text()});
+  }
+
+  Program run_{data_};
+};
+
+/// Whether one of the labels in a widget shows the text.
+inline bool hasLabel(const QWidget& widget, const QString& text) {
+  const QList<QLabel*> labels = widget.findChildren<QLabel*>();
+  return std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
+    return label->isVisible() && label->text() == text;
+  });
+}
 
 }  // namespace ombrelian::testing
