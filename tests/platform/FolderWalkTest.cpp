@@ -19,9 +19,8 @@ std::map<std::string, FindData> listFolder(const Text& path) {
   std::map<std::string, FindData> entries;
   FolderWalk walk;
   EXPECT_EQ(walk.openSource(path), kSuccess);
-  while (const FindData* const entry = walk.nextEntry()) {
+  while (const FindData* const entry = walk.nextEntry())
     entries[toBytes(walk.name())] = *entry;
-  }
   EXPECT_EQ(walk.listError(), kSuccess);
   return entries;
 }

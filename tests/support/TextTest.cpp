@@ -9,10 +9,7 @@ namespace ombrelian {
 namespace {
 
 TEST(TextTest, DecodesWellFormedAndEscapesTheRest) {
-  const struct {
-    const char* bytes;
-    const char16_t* text;
-  } cases[] = {
+  const std::pair<const char*, const char16_t*> cases[] = {
       {"abc", u"abc"},
       {"gr\xC3\xBC\xC3\x9F", u"gr\u00FC\u00DF"},
       {"\xE2\x82\xAC", u"\u20AC"},
@@ -24,9 +21,9 @@ TEST(TextTest, DecodesWellFormedAndEscapesTheRest) {
       {"\xF4\x90\x80\x80", u"\xDCF4\xDC90\xDC80\xDC80"},  // beyond U+10FFFF
       {"\xE2\x82x", u"\xDCE2\xDC82x"},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(fromBytes(c.bytes), c.text) << c.bytes;
-    EXPECT_EQ(toBytes(c.text), c.bytes);
+  for (const auto& [bytes, text] : cases) {
+    EXPECT_EQ(fromBytes(bytes), text) << bytes;
+    EXPECT_EQ(toBytes(text), bytes);
   }
 }
 
@@ -47,9 +44,8 @@ TEST(TextTest, ParsesWholeNumbersOnly) {
   std::int64_t value = 7;
   EXPECT_TRUE(parseNumber(u"-42", value));
   EXPECT_EQ(value, -42);
-  for (const TextView text : {u"", u"4x", u" 4", u"99999999999999999999", u"\u0664"}) {
+  for (const TextView text : {u"", u"4x", u" 4", u"99999999999999999999", u"\u0664"})
     EXPECT_FALSE(parseNumber(text, value));
-  }
   EXPECT_EQ(value, -42);
 }
 
