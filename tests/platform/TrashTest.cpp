@@ -159,27 +159,25 @@ TEST_F(TrashTest, FailureLeavesTheObjectAndNoRecord) {
 }
 
 TEST_F(TrashTest, BinOfAnotherOrBehindALinkIsRefused) {
-  const auto asLink = [&](const std::string& part) {
+  const std::function<void()> asFile = [&] { folder_.file("data/Trash"); };
+  const std::function<void()> asAnothers = [&] {
     makeBin();
-    folder_.rename(part, "elsewhere");
-    folder_.symlink(part, folder_.path("elsewhere"));
+    if (chown(bin("").c_str(), 12345, 12345) != 0) folder_.chmod("data/Trash/files", 0500);
   };
-  const std::function<void()> cases[] = {
-      [&] { asLink("data/Trash"); },
-      [&] { asLink("data/Trash/files"); },
-      [&] { asLink("data/Trash/info"); },
-      [&] { folder_.file("data/Trash"); },
-      [&] {
-        makeBin();
-        if (chown(bin("").c_str(), 12345, 12345) != 0) folder_.chmod("data/Trash/files", 0500);
-      },
-  };
+  std::vector<std::function<void()>> cases = {asFile, asAnothers};
+  for (const char* const part : {"data/Trash", "data/Trash/files", "data/Trash/info"}) {
+    cases.push_back([&, part] {
+      makeBin();
+      folder_.rename(part, "elsewhere");
+      folder_.symlink(part, folder_.path("elsewhere"));
+    });
+  }
   folder_.file("object");
   for (const auto& prepare : cases) {
     std::filesystem::remove_all(folder_.path("data"));
     std::filesystem::remove_all(folder_.path("elsewhere"));
     prepare();
-    EXPECT_TRUE((recycle("object") & kOfBin) != 0) << &prepare - cases;
+    EXPECT_TRUE((recycle("object") & kOfBin) != 0) << &prepare - cases.data();
     EXPECT_EQ(toBytes(detail_), folder_.path("data/Trash"));
     EXPECT_TRUE(folder_.has("object"));
   }

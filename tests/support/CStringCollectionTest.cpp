@@ -137,8 +137,7 @@ TEST_F(CStringCollectionTest, InsertsBesideAnotherItem) {
   for (std::int32_t i = 0; i < 4; ++i)
     EXPECT_EQ(*collection.Item(i + 1), toText(i));
   EXPECT_EQ(*collection.Item(u"2"), u"3");
-  EXPECT_EQ(*collection.Item(0), u"");
-  EXPECT_EQ(*collection.Item(5), u"");
+  EXPECT_TRUE(collection.Item(0)->empty() && collection.Item(5)->empty());
   EXPECT_TRUE(collection.verify());
 
   // An unknown neighbour takes the position but adds nothing.
@@ -172,8 +171,7 @@ TEST_F(CStringCollectionTest, ErrorsNameWhatWasAskedFor) {
 
   EXPECT_EQ(*c.Item(u"no"), u"");
   EXPECT_EQ(*c.Tag(u"no"), -1);
-  EXPECT_FALSE(c.setTag(u"no", false, 1));
-  EXPECT_FALSE(c.Remove(u"no"));
+  EXPECT_FALSE(c.setTag(u"no", false, 1) || c.Remove(u"no"));
   c.setRaiseError(true);
   EXPECT_EQ(told(c.Item(u"no").error()), u"2 Get Item, Key: no");
   EXPECT_EQ(told(c.Tag(u"no").error()), u"2 Get Tag, Key: no");

@@ -10,7 +10,6 @@ namespace {
 
 TEST(TextTest, DecodesWellFormedAndEscapesTheRest) {
   const std::pair<const char*, const char16_t*> cases[] = {
-      {"abc", u"abc"},
       {"gr\xC3\xBC\xC3\x9F", u"gr\u00FC\u00DF"},
       {"\xE2\x82\xAC", u"\u20AC"},
       {"\xF0\x9F\x98\x80", u"\U0001F600"},
@@ -61,9 +60,7 @@ TEST(DateTest, EverySecondOfABorderComesBack) {
     for (int second = 0; second < 86400; second += 7) {
       const DateParts parts{year, 2, 28, second / 3600, second / 60 % 60, second % 60};
       const DateParts back = toParts(toDate(parts));
-      ASSERT_EQ(back.year, parts.year);
-      ASSERT_EQ(back.month, 2);
-      ASSERT_EQ(back.day, 28);
+      ASSERT_TRUE(back.year == year && back.month == 2 && back.day == 28) << year;
       ASSERT_EQ(back.hour * 3600 + back.minute * 60 + back.second, second);
     }
   }
