@@ -39,7 +39,6 @@ class RemoveTreeTest : public ::testing::Test {
     return RemoveTree(object, progress);
   }
   Removal removeTop() { return remove({folder.text("top")}); }
-
   ShownObject shown(const char* name, std::size_t linksUpTo = Text::npos) const {
     FindData data;
     EXPECT_EQ(FindFirstFileW(folder.text(name), data), kSuccess);
