@@ -176,9 +176,8 @@ TEST_F(CompareTest, AMalformedPatternIsToldOnceARunAndLeavesNothingOut) {
   filters.SetFileFilter(options);
   filters.startRun();
   EXPECT_TRUE(filters.Check_FolderList_FileFilter(u"x.tmp", u"/x.tmp"));
-  for (int i = 0; i < 3; ++i) {
+  for (int i = 0; i < 3; ++i)
     EXPECT_FALSE(filters.Check_FolderList_FileFilter(u"x.bak", u"/x.bak"));
-  }
   EXPECT_EQ(sink.texts, std::vector<Text>{u"Invalid pattern string: [abc"});
   filters.startRun();
   filters.Check_FolderList_FileFilter(u"x", u"/x");

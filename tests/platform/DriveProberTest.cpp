@@ -91,12 +91,9 @@ TEST_F(DriveProberTest, AllDrivesAreAskedAtOnce) {
 }
 
 TEST_F(DriveProberTest, AHungDriveCostsTheLimitOnceAndTheOthersNothing) {
-  auto told = prober.ask({"/hung", "/good"}, 50ms);
-  EXPECT_EQ(told[0].error, kTimeout);
-  EXPECT_EQ(told[1].error, kSuccess);
-  for (int i = 0; i < 3; ++i) {
+  for (const auto limit : {50ms, 20'000ms, 20'000ms}) {
     const auto begin = std::chrono::steady_clock::now();
-    told = prober.ask({"/hung", "/good"}, 20s);
+    const auto told = prober.ask({"/hung", "/good"}, limit);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
     EXPECT_EQ(told[0].error, kTimeout);
     EXPECT_EQ(told[1].error, kSuccess);
@@ -165,7 +162,6 @@ TEST(VolumesTest, SpaceIsThatOfTheFileSystem) {
   const TestFolder folder;
   ASSERT_EQ(statvfs(folder.path().c_str(), &told), 0);
   const auto answers = ProbeDrives({folder.text(), folder.text("missing")}, 10'000);
-  ASSERT_EQ(answers.size(), 2U);
   EXPECT_EQ(answers[0].error, kSuccess);
   EXPECT_EQ(answers[0].space.totalBytes, std::int64_t(told.f_blocks * told.f_frsize));
   EXPECT_EQ(answers[0].space.clusterBytes, std::int64_t(told.f_frsize));

@@ -19,9 +19,9 @@ std::map<std::string, FindData> listFolder(const Text& path) {
   std::map<std::string, FindData> entries;
   FolderWalk walk;
   EXPECT_EQ(walk.openSource(path), kSuccess);
-  while (const FindData* const entry = walk.nextEntry()) {
+  if (walk.depth() == 0) return entries;
+  while (const FindData* const entry = walk.nextEntry())
     entries[toBytes(walk.name())] = *entry;
-  }
   EXPECT_EQ(walk.listError(), kSuccess);
   return entries;
 }

@@ -30,7 +30,6 @@ struct Progress : RemovalProgress {
 class RemoveTreeTest : public ::testing::Test {
  protected:
   RemoveTreeTest() {
-    folder.folder("outside");
     folder.file("outside/precious", 3);
     folder.folder("top");
   }
@@ -40,7 +39,6 @@ class RemoveTreeTest : public ::testing::Test {
     return RemoveTree(object, progress);
   }
   Removal removeTop() { return remove({folder.text("top")}); }
-
   ShownObject shown(const char* name, std::size_t linksUpTo = Text::npos) const {
     FindData data;
     EXPECT_EQ(FindFirstFileW(folder.text(name), data), kSuccess);
@@ -58,8 +56,7 @@ TEST_F(RemoveTreeTest, EverythingGoesAndLinksAreNotFollowed) {
     tree.symlink("to outside", folder.path("outside"));
     const Removal removal = remove({tree.text()});
     EXPECT_TRUE(removal.isGone);
-    EXPECT_GT(removal.files, 2500U);
-    EXPECT_GT(removal.folders, 150U);
+    EXPECT_TRUE(removal.files > 2500 && removal.folders > 150);
     EXPECT_NE(access(tree.path().c_str(), F_OK), 0);
     EXPECT_THAT(progress.failures, IsEmpty());
   }
@@ -83,12 +80,9 @@ TEST_F(RemoveTreeTest, NoDepthIsTooDeepAndNoFolderTooLarge) {
 }
 
 TEST_F(RemoveTreeTest, WhatTookThePlaceOfAnObjectStays) {
-  folder.folder("source/a/b");
   folder.file("source/a/b/file");
-  const std::size_t source = folder.text("source").size();
-  const ShownObject chosen = shown("source/a/b", source);
+  const ShownObject chosen = shown("source/a/b", folder.text("source").size());
   // A folder on the way is a link by now, to where a folder of that very name lies.
-  folder.folder("outside/b");
   folder.file("outside/b/precious");
   folder.rename("source/a", "moved");
   folder.symlink("source/a", folder.path("outside"));
@@ -116,16 +110,14 @@ TEST_F(RemoveTreeTest, WhatTookThePlaceOfAnObjectStays) {
 TEST_F(RemoveTreeTest, ALinkThatAppearsWhileItGoesIsNotFollowed) {
   folder.folder("top/a");
   folder.folder("top/b");
-  bool isSwapped = false;
   folder.file("top/file");
+  bool isSwapped = false;
   // The subfolders were listed when the first file goes.
   progress.onObject = [&](std::uint64_t files, std::uint64_t) {
-    if (files == 1 && !isSwapped) {
-      isSwapped = true;
-      for (const char* const name : {"top/a", "top/b"}) {
-        EXPECT_EQ(rmdir(folder.path(name).c_str()), 0);
-        folder.symlink(name, folder.path("outside"));
-      }
+    if (files != 1 || std::exchange(isSwapped, true)) return true;
+    for (const char* const name : {"top/a", "top/b"}) {
+      EXPECT_EQ(rmdir(folder.path(name).c_str()), 0);
+      folder.symlink(name, folder.path("outside"));
     }
     return true;
   };
@@ -210,8 +202,7 @@ TEST_F(RemoveTreeTest, AStopLeavesTheRestWhole) {
     folder.file("top/sub" + std::to_string(i / 10) + "/file" + std::to_string(i));
   progress.onObject = [](std::uint64_t files, std::uint64_t) { return files < 35; };
   const Removal removal = removeTop();
-  EXPECT_TRUE(removal.wasStopped);
-  EXPECT_FALSE(removal.isGone);
+  EXPECT_TRUE(removal.wasStopped && !removal.isGone);
   EXPECT_EQ(removal.files, 35U);
   EXPECT_EQ(removal.folders, 3U);
   EXPECT_EQ(namesIn(folder.path("top")).size(), 7U);
