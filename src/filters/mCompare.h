@@ -4,8 +4,7 @@
 #include <vector>
 
 #include "filters/LikePattern.h"
-#include "settings/Options.h"
-#include "tree/WalkFilters.h"
+#include "settings/WalkFilters.h"
 
 namespace ombrelian {
 
@@ -81,8 +80,5 @@ class mCompare {
   Text search_;              // search text of passes(); kept to reuse its memory
   std::set<Text> reported_;  // malformed patterns of this run
 };
-
-/// The filters of walks that are on in the options.
-WalkFilters walkFilters(const Options& options);
 
 }  // namespace ombrelian

@@ -15,19 +15,20 @@ struct CommandLine {
   enum class Mode { Interactive, Silent, Lists, Restart, Help, Version, Commands, Invalid };
 
   Mode mode = Mode::Interactive;
-  bool translatorMode = false;         // the line contained "-TLMODUS"
-  bool readOnly = false;               // "--read-only": the window changes nothing on the disk
-  std::deque<Text> sources;            // sources in the order of the line
-  Text target;                         // Silent: the report to write
-  std::int32_t levels = -1;            // Silent: deepest level with rows; -1: all
-  std::int32_t delimiter = -1;         // Silent: entry of the delimiter list; -1: the stored choice
-  Text customDelimiter;                // Silent: used instead of the entry unless empty
-  bool json = false;                   // Lists: the output is JSON
-  Text saveFolder;                     // Lists: folder for the saved lists; empty: they are printed
-  std::optional<ReportFormat> format;  // Lists: format of the saved lists; none: the stored choice
-  std::int32_t rows = -1;              // Lists: rows of each list; -1: the default of the output
+  bool translatorMode = false;    // the line contained "-TLMODUS"
+  bool readOnly = false;          // "--read-only": the window changes nothing on the disk
+  std::deque<Text> sources = {};  // sources in the order of the line
+  Text target = {};               // Silent: the report to write
+  std::int32_t levels = -1;       // Silent: deepest level with rows; -1: all
+  std::int32_t delimiter = -1;    // Silent: entry of the delimiter list; -1: the stored choice
+  Text customDelimiter = {};      // Silent: used instead of the entry unless empty
+  bool json = false;              // Lists: the output is JSON
+  Text saveFolder = {};           // Lists: folder for the saved lists; empty: they are printed
+  std::optional<ReportFormat> format =
+      {};                  // Lists: format of the saved lists; none: the stored choice
+  std::int32_t rows = -1;  // Lists: rows of each list; -1: the default of the output
   int helpers = platform::kHelpersByDevice;  // number of threads that read ahead
-  Text error;                                // Invalid: message for the user
+  Text error = {};                           // Invalid: message for the user
 };
 
 /// Whether the arguments request translator mode. It must be known before an error text is needed.

@@ -142,8 +142,7 @@ void Walker::countSize(const FindData& entry, std::int64_t size, std::int32_t li
 
 void Walker::feedFile(const FindData& entry, std::int64_t size, std::int32_t links) {
   TextView owner;
-  if (options_.CreateListOwner == 1 && context_.KeepsOwners)
-    owner = owners_.of(true, entry);
+  if (options_.CreateListOwner == 1 && context_.KeepsOwners) owner = owners_.of(true, entry);
   lists_->feedFile({walk_.name(), path_, entry, size, links, owner});
 }
 

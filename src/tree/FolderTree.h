@@ -3,6 +3,7 @@
 #include <unordered_map>
 
 #include "platform/FindData.h"
+#include "settings/WalkFilters.h"
 #include "support/Date.h"
 #include "support/Text.h"
 #include "tree/HardlinkNames.h"
@@ -10,7 +11,6 @@
 #include "tree/NodeIndex.h"
 #include "tree/ScanTotals.h"
 #include "tree/SegmentedArray.h"
-#include "tree/WalkFilters.h"
 
 namespace ombrelian {
 /// One folder, or the pseudo folder for the direct files of its parent. Rare values are stored

@@ -83,8 +83,15 @@ TEST(FilesystemTest, AnOwnerIsAnAccountUnknownOrEveryone) {
   EXPECT_EQ(owners.of(true, Text(u"someone")), u"someone");
   EXPECT_EQ(owners.of(true, Text()), u"-Unbekannt-");
   EXPECT_EQ(owners.of(false, Text(u"someone")), u"Jeder");
-  EXPECT_EQ(owners.of(true, 0xFFFFFFF0U), u"-Unbekannt-") << "no account has that number";
-  EXPECT_EQ(owners.of(false, 0U), u"Jeder");
+  platform::FindData data;
+  data.ownerId = getuid();
+  EXPECT_EQ(owners.of(true, data), platform::GetUserNameW());
+  EXPECT_EQ(owners.of(false, data), u"Jeder");
+  data.statError = platform::kAccessDenied;
+  EXPECT_EQ(owners.of(true, data), u"-Unbekannt-") << "nothing is known of the entry";
+  data = {};
+  data.ownerId = 0xFFFFFFF0U;
+  EXPECT_EQ(owners.of(true, data), u"-Unbekannt-") << "no account has that number";
   const TestFolder folder;
   EXPECT_EQ(owners.at(folder.text(), true), platform::GetUserNameW());
   EXPECT_EQ(owners.at(folder.text("missing"), true), u"-Unbekannt-");

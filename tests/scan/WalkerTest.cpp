@@ -1,21 +1,19 @@
 // What a run reads, counts, logs and feeds to its lists, and what a rescan changes.
 
 #include <fcntl.h>
-#include <sched.h>
-#include <sys/mount.h>
+#include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <set>
-
 #include <cerrno>
+#include <set>
 
 #include "lists/FolderReport.h"
 #include "scan/ListFeeder.h"
 #include "scan/Rescan.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/Lists.h"
+#include "tests/testing/OwnMounts.h"
 #include "tests/testing/ScanFixture.h"
 
 namespace ombrelian {
@@ -132,6 +130,15 @@ TEST_F(WalkerTest, LinksAreCountedNotFollowed) {
   EXPECT_EQ(totals(entered), (ScanTotals{20, 2, 4, 0, 0, 3}));
   EXPECT_EQ(tree[find(entered, u"toReal")].size, 10);
   EXPECT_NE(tree[find(entered, u"toReal")].dateModified, 0);
+
+  // Neither a scan of a folder nor a rescan enters a link to a folder above it, whichever way leads
+  // there.
+  folder.symlink("real/back", folder.path("toReal"));
+  EXPECT_EQ(totals(scan(folder.text("toReal"))), (ScanTotals{10, 1, 2, 0, 0, 2}));
+  const NodeIndex again = find(scan(folder.text()), u"toReal");
+  const ScanTotals before = totals(again);
+  Rescan(state(), nullptr).Report_Rescan(again);
+  EXPECT_EQ(totals(again), before);
 }
 
 TEST_F(WalkerTest, HardlinksCountOnceIfAsked) {
@@ -201,32 +208,51 @@ TEST_F(WalkerTest, AHundredThousandLevels) {
   EXPECT_EQ(Report_GetFullpathOfNode(tree, deepest, true, false).size(), kLevels * 2U - 1);
 }
 
-TEST_F(WalkerTest, AMountedFolderIsAJunction) {
+TEST_F(WalkerTest, WhatSomethingIsMountedOnIsAJunction) {
   folder.file("real/file", 10);
+  folder.file("real/hosts", 3);
   folder.folder("real/mounted");
-  // In a process of its own, since a mount namespace cannot be left again.
-  const pid_t child = fork();
-  constexpr int kSkipped = 77;
-  if (child == 0) {
-    const std::string real = folder.path("real");
-    if (unshare(CLONE_NEWNS) != 0 ||
-        mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-        mount(real.c_str(), (real + "/mounted").c_str(), nullptr, MS_BIND, nullptr) != 0)
-      _exit(kSkipped);
-    const NodeIndex root = scan(folder.text());
-    const NodeIndex node = find(root, u"real/mounted");
-    const bool isRight = totals(root) == ScanTotals{10, 1, 2, 0, 0, 1} &&
-                         tree[node].has(FolderNode::IsMountPoint) &&
-                         tree.junctionTarget(node).ends_with(folder.text("real]"));
+  runWithOwnMounts([&] {
+    mountAt(folder.path("real/mounted"), folder.path("real"));
+    mountAt(folder.path("real/hosts"), folder.path("real/file"));
+    options.CreateListJunction = options.CreateList100LargestFiles = 1;
+    SystemFileTypes types;
+    ListFeeder lists(options, filters, types);
+    const NodeIndex root = scan(folder.text(), &lists);
+    // The mounted file counts, but not with the size of what it is covered by.
+    const ScanTotals expected = {10, 2, 2, 0, 0, 2};
+    EXPECT_EQ(totals(root), expected);
+    EXPECT_EQ(numbers(lists.grid(ListId::LargestFiles), u"size"), std::vector<std::int64_t>{10});
+    const Grid& junctions = lists.grid(ListId::Junctions);
+    EXPECT_THAT(
+        texts(junctions, u"junction"),
+        ::testing::UnorderedElementsAre(folder.text("real/hosts"), folder.text("real/mounted")));
+    for (const Text& target : texts(junctions, u"target"))
+      EXPECT_TRUE(target.ends_with(u"]")) << toBytes(target);
+    EXPECT_TRUE(tree[find(root, u"real/mounted")].has(FolderNode::IsMountPoint));
     // Entered, the bind mount leads back to its own ancestor.
     options.ScanHardlinks = 1;
-    const NodeIndex entered = scan(folder.text());
-    _exit(isRight && totals(entered) == ScanTotals{10, 1, 2, 0, 0, 1} ? 0 : 1);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (WEXITSTATUS(status) == kSkipped) GTEST_SKIP() << "mounting is not allowed here";
-  EXPECT_EQ(status, 0);
+    EXPECT_EQ(totals(scan(folder.text())), expected);
+  });
+}
+
+TEST_F(WalkerTest, EntriesWithoutFactsAreOneErrorOfTheirFolderAndInNoListByFacts) {
+  folder.file("a/known", 10);
+  for (const char* name : {"a/hidden1", "a/hidden2"})
+    folder.file(name, 5);
+  for (const ListId list : kDerivedLists)
+    options.*listRow(list).isOn = 1;
+  options.CreateList100OldestFilesDate = 1;
+  SystemFileTypes types;
+  ListFeeder lists(options, filters, types);
+  const ScopedFault denied({Call::Statx, "hidden", EACCES});
+  const NodeIndex root = scan(folder.text(), &lists);
+  EXPECT_EQ(totals(root), (ScanTotals{10, 3, 1, 1, 0, 0}));
+  EXPECT_FALSE(tree.errorText(find(root, u"a")).empty());
+  for (const ListId list :
+       {ListId::LargestFiles, ListId::SmallestFiles, ListId::NewestFiles, ListId::OldestFiles})
+    EXPECT_EQ(texts(lists.grid(list), u"name"), std::vector<Text>{u"known"});
+  EXPECT_THAT(texts(lists.grid(ListId::Owners), u"owner"), ::testing::Contains(u"-Unbekannt-"));
 }
 
 TEST_F(WalkerTest, LogTellsWhatWasFound) {

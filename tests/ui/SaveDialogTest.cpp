@@ -302,7 +302,7 @@ TEST_F(SaveDialogTest, ASaveThatIsEndedLeavesAWholeFile) {
     EXPECT_FALSE(dialog->isVisible());
     const QString written = contents(pathIn(out, format));
     EXPECT_TRUE(written.endsWith(ends[int(format)])) << int(format);
-    EXPECT_LT(written.count(u"folder"_s), kRows);
+    EXPECT_FALSE(written.contains(u"folder%1"_s.arg(kRows - 1))) << int(format);
   }
 }
 

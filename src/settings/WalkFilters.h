@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/Text.h"
+#include "settings/Options.h"
 
 namespace ombrelian {
 
@@ -11,5 +11,8 @@ struct WalkFilters {
   Text includedFiles;
   Text excludedFiles;
 };
+
+/// The filters that are on in the options.
+WalkFilters walkFilters(const Options& options);
 
 }  // namespace ombrelian
