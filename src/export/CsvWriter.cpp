@@ -18,7 +18,10 @@ void CsvWriter::row(const ReportRow& row) {
   line_.clear();
   for (const Column* const column : list_.columns) {
     openCell();
-    cells_.appendNamed(list_.shape.csvCell, row, *column, line_);
+    value_.clear();
+    cells_.appendNamed(list_.shape.csvCell, row, *column, value_);
+    for (const char16_t unit : value_)
+      line_.append(unit == u'"' ? 2 : 1, unit);
     line_ += u'"';
   }
   writeRowLine(line_);

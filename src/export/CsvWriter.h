@@ -17,7 +17,8 @@ class CsvWriter : public TextReport {
  private:
   void openCell();
 
-  Text line_;  // text of the current row
+  Text line_;   // text of the current row
+  Text value_;  // text of the current cell
 };
 
 }  // namespace ombrelian

@@ -15,8 +15,9 @@ void FolderFeed::feed(ReportSink& sink) const {
 /// Gives one source with its rows; false: the sink wants no more.
 bool FolderFeed::giveSource(Walk& walk, NodeIndex source) const {
   const Text name = startName(source);
-  if (!walk.sink.beginSource({name, report_.tree().created(sourceOf(report_.tree(), source))}))
-    return false;
+  const FolderTree& tree = report_.tree();
+  const NodeIndex root = sourceOf(tree, source);
+  if (!walk.sink.beginSource({name, tree.facts(root).created, notesOn(tree, root)})) return false;
   const bool goesOn = giveRow(walk, source, name, true) && giveChildren(walk, source, name);
   walk.sink.endSource();
   return goesOn;

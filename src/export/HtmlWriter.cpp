@@ -11,6 +11,10 @@
 namespace ombrelian {
 namespace {
 
+// The page runs no script but its own and loads nothing.
+constexpr TextView kContentPolicy =
+    u"<meta http-equiv='Content-Security-Policy' content=\"default-src 'none'; "
+    u"style-src 'unsafe-inline'; script-src '" OMBRELIAN_SORT_SCRIPT_HASH u"'\">";
 constexpr TextView kScriptBegin = u"<script type='text/javascript'>";
 constexpr TextView kScriptEnd = u"</script>";
 constexpr TextView kAscending = u"<span id='sorttable_sortfwdind'>&nbsp;&#x25B4;</span>";
@@ -33,6 +37,20 @@ void appendExact(double value, Text& out) {
   out.append(std::begin(digits), end.ptr);
 }
 
+/// Appends a value so that a name cannot contain an element. Ampersands stay as they are, because
+/// readers have always received them like that.
+void appendValue(TextView value, Text& out) {
+  for (const char16_t unit : value) {
+    if (unit == u'<') {
+      out += u"&lt;";
+    } else if (unit == u'>') {
+      out += u"&gt;";
+    } else {
+      out += unit;
+    }
+  }
+}
+
 }  // namespace
 
 void HtmlWriter::beginSource(const ReportSource& source) {
@@ -47,6 +65,7 @@ void HtmlWriter::endDocument() {
 
 void HtmlWriter::SaveHtmlHeader(const ReportSource& source) {
   line_ = u"<!DOCTYPE html><html><head>";
+  line_ += kContentPolicy;
   writeLine(line_.append(kScriptBegin).append(kSortScript).append(kScriptEnd));
   writeLine(GetTableHtmlStyles());
   writeLine(u"</head><body>");
@@ -65,11 +84,12 @@ void HtmlWriter::writeTitleRow(const ReportSource& source) {
       .append(list_.title)
       .append(u"<span style=\"font-size:12px;\">");
   if (!source.path.empty()) {
-    line_.append(u"<br>").append(TL(2245, u"Pfad: %1", {describeSource(source.path, true)}));
+    appendValue(TL(2245, u"Pfad: %1", {describeSource(source.path, true)}), line_.append(u"<br>"));
   }
-  line_.append(u"<br>")
-      .append(TL(2246, u"Erstellt: %1", {formatGeneralDate(source.created)}))
-      .append(u"</span></th></tr>");
+  line_.append(u"<br>").append(TL(2246, u"Erstellt: %1", {formatGeneralDate(source.created)}));
+  for (const Text& note : source.notes)
+    appendValue(note, line_.append(u"<br>"));
+  line_.append(u"</span></th></tr>");
   writeLine(line_);
 }
 
@@ -111,7 +131,7 @@ void HtmlWriter::appendCell(const ReportRow& row, const Column& column) {
   } else if (!column.isLeftAligned() && column.kind != CellKind::Percent) {
     appendNumberKey(row, column);
   }
-  line_.append(u">").append(value_);
+  appendValue(value_, line_ += u'>');
 }
 
 void HtmlWriter::appendDateKey(const ReportRow& row, const Column& column) {

@@ -2,6 +2,7 @@
 
 #include "fs/z_Filesystem.h"
 #include "platform/Volumes.h"
+#include "support/Translate.h"
 
 namespace ombrelian {
 
@@ -22,6 +23,16 @@ Text driveLabelOf(const Text& path) {
   Text ignored;
   return platform::IsDriveRoot(path) ? xGetDriveLabelW(path, ignored) : Text();
 }
+
+std::vector<Text> notesOn(const FolderTree& tree, NodeIndex source) {
+  std::vector<Text> notes;
+  if (tree[source].has(FolderNode::IsIncomplete)) notes.push_back(incompleteNote());
+  for (const Text& filter : describeFilters(tree.facts(source).filters))
+    notes.push_back(filter);
+  return notes;
+}
+
+Text incompleteNote() { return TL(9704, u"Unvollständig: Das Einlesen wurde abgebrochen."); }
 
 Text describeSource(const Text& path, bool labelsDrives) {
   Text described = xRemoveBackslash(path);

@@ -2,6 +2,7 @@
 
 #include "export/ReportShape.h"
 #include "lists/CellFormat.h"
+#include "tree/FolderTree.h"
 
 namespace ombrelian {
 
@@ -20,9 +21,15 @@ struct ReportList {
 
 /// Data for the head of a report, or of one source in it.
 struct ReportSource {
-  Text path;         // path of the source; empty: the list has none
-  Date created = 0;  // time when the values were read
+  Text path;                     // path of the source; empty: the list has none
+  Date created = 0;              // time when the values were read
+  std::vector<Text> notes = {};  // remarks on what is missing, such as the filters of the scan
 };
+
+/// Remarks on what is missing in a source: what its scan left out, and whether it was stopped.
+std::vector<Text> notesOn(const FolderTree& tree, NodeIndex source);
+
+Text incompleteNote();
 
 /// One row of a report.
 struct ReportRow {

@@ -11,6 +11,8 @@
 namespace ombrelian {
 namespace {
 
+constexpr std::size_t kWidest = 200;  // code units; longer cells are not filled up
+
 void trimEnd(Text& line) { line.erase(line.find_last_not_of(u' ') + 1); }
 
 }  // namespace
@@ -33,10 +35,8 @@ TxtWriter::TxtWriter(const ReportList& list, SaveSettings settings)
 
 void TxtWriter::measure(const ReportRow& row) {
   for (Slot& slot : slots_) {
-    cell_.clear();
-    cells_.appendNamed(list_.shape.txtCell, row, *slot.column, cell_);
-    const std::size_t indent = ReportCells::hasName(row, *slot.column) ? indentOf(row) : 0;
-    slot.width = std::max(slot.width, cell_.size() + indent);
+    readCell(slot, row);
+    slot.width = std::max(slot.width, std::min(cell_.size() + indentOf(slot, row), kWidest));
   }
 }
 
@@ -77,9 +77,13 @@ void TxtWriter::beginSource(const ReportSource& source) {
     writeTitle();
   }
   if (!source.path.empty()) {
-    writeLine(TL(2245, u"Pfad: %1", {describeSource(source.path, list_.shape.labelsDrives)}));
+    writeLine(
+        onOneLine(TL(2245, u"Pfad: %1", {describeSource(source.path, list_.shape.labelsDrives)})));
   }
-  writeLine(TL(2246, u"Erstellt: %1", {formatGeneralDate(source.created)}) + u"\r\n");
+  writeLine(TL(2246, u"Erstellt: %1", {formatGeneralDate(source.created)}));
+  for (const Text& note : source.notes)
+    writeLine(note);
+  writeLine({});
   writeLine(composeHeader());
   if (settings_.dividingLine) writeLine(dividingLine_);
 }
@@ -105,11 +109,23 @@ void TxtWriter::appendCell(const Slot& slot, const ReportRow& row) {
     line_ += xFormatFileSizeWithSpacer(percent, std::int32_t(slot.width));
     return;
   }
-  const std::size_t indent = ReportCells::hasName(row, *slot.column) ? indentOf(row) : 0;
+  const std::size_t indent = indentOf(slot, row);
+  readCell(slot, row);
+  line_.append(indent, u' ');
+  const std::size_t room = slot.width - std::min(indent, slot.width);
+  FormatTextWithSpacer(cell_, room, slot.column->isLeftAligned(), line_);
+}
+
+/// Reads a cell into cell_. A name that contains a line feed takes only one line.
+void TxtWriter::readCell(const Slot& slot, const ReportRow& row) {
   cell_.clear();
   cells_.appendNamed(list_.shape.txtCell, row, *slot.column, cell_);
-  line_.append(indent, u' ');
-  FormatTextWithSpacer(cell_, slot.width - indent, slot.column->isLeftAligned(), line_);
+  if (cell_.find_first_of(u"\n\r") != Text::npos) cell_ = onOneLine(cell_);
+}
+
+/// The blanks in front of a name, which show its level.
+std::size_t TxtWriter::indentOf(const Slot& slot, const ReportRow& row) const {
+  return settings_.indent && ReportCells::hasName(row, *slot.column) ? row.level : 0;
 }
 
 }  // namespace ombrelian

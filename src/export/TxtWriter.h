@@ -23,7 +23,8 @@ class TxtWriter : public TextReport {
     std::size_t width;  // UTF-16 code units
   };
 
-  std::size_t indentOf(const ReportRow& row) const { return settings_.indent ? row.level : 0; }
+  std::size_t indentOf(const Slot& slot, const ReportRow& row) const;
+  void readCell(const Slot& slot, const ReportRow& row);
   bool isWholePercent(const Column& column) const {
     return list_.shape.wholePercents && column.kind == CellKind::Percent;
   }

@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "format/DatePattern.h"
+#include "support/Surrogates.h"
 
 namespace ombrelian {
 namespace {
@@ -13,15 +14,25 @@ constexpr TextView kSpecial = u"<>&'\"";
 constexpr TextView kEntities[] = {u"&amp;lt;", u"&amp;gt;", u"&amp;", u"&apos;", u"&quot;"};
 static_assert(std::size(kEntities) == kSpecial.size());
 
+/// Whether XML 1.0 can contain the unit at `at`, alone or as a part of a pair of surrogates.
+bool isAllowed(TextView text, std::size_t at) {
+  const char16_t unit = text[at];
+  if (unit < 0x20) return unit == u'\t' || unit == u'\n' || unit == u'\r';
+  if (isHighSurrogate(unit)) return at + 1 < text.size() && isLowSurrogate(text[at + 1]);
+  if (isLowSurrogate(unit)) return at > 0 && isHighSurrogate(text[at - 1]);
+  return unit < 0xFFFE;
+}
+
 }  // namespace
 
 void XML_replace_illegal_chars(TextView text, Text& out) {
-  for (;;) {
-    const auto at = text.find_first_of(kSpecial);
-    out += text.substr(0, at);
-    if (at == TextView::npos) return;
-    out += kEntities[kSpecial.find(text[at])];
-    text.remove_prefix(at + 1);
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto special = kSpecial.find(text[at]);
+    if (special != TextView::npos) {
+      out += kEntities[special];
+    } else {
+      out += isAllowed(text, at) ? text[at] : u'\uFFFD';
+    }
   }
 }
 
@@ -30,7 +41,8 @@ void XmlWriter::beginDocument() { writeLine(u"<?xml version=\"1.0\" encoding=\"U
 void XmlWriter::beginSource(const ReportSource& source) {
   const auto writeFact = [this](TextView key, TextView value) {
     line_ = u"\t<";
-    line_.append(key).append(u">").append(value).append(u"</").append(key).append(u">");
+    XML_replace_illegal_chars(value, line_.append(key).append(u">"));
+    line_.append(u"</").append(key).append(u">");
     writeLine(line_);
   };
   writeLine(u"<list>");
@@ -39,6 +51,8 @@ void XmlWriter::beginSource(const ReportSource& source) {
   writeFact(u"source", source.path);
   const Text label = list_.shape.tellsDriveName ? driveLabelOf(source.path) : Text();
   if (!label.empty()) writeFact(u"drivename", label);
+  for (const Text& note : source.notes)
+    writeFact(u"note", note);
 }
 
 void XmlWriter::row(const ReportRow& row) {

@@ -82,7 +82,8 @@ class ListSaver {
   /// Saves all lists, even if some fail. Returns whether all were saved.
   bool saveAll(Session& session, ListFeeder& lists, NodeIndex root) const {
     bool isSaved = saveFolders(session);
-    const ReportSource source = {Text(session.tree[root].name()), session.tree.created(root)};
+    const ReportSource source = {Text(session.tree[root].name()), session.tree.facts(root).created,
+                                 notesOn(session.tree, root)};
     for (const ListId list : kDerivedLists)
       isSaved &= save(list, lists.list(list), source);
     return save(ListId::Log, session.log, {}) && isSaved;

@@ -22,7 +22,7 @@ constexpr Column kColumns[] = {
 void Log::LogProtokoll(TextView text, bool isError) {
   Guarded(u"basMain", u"LogProtokoll",
           [&] {
-            LogRow row{toDate(platform::GetLocalTime()), Text(text), isError, group_};
+            LogRow row{toDate(platform::GetLocalTime()), onOneLine(text), isError, group_};
             if (options_.DontCreateLogFile != 1 && !file_.empty()) appendToFile(row);
             rows_.push_back(std::move(row));
             addToGrid(rows_.back());

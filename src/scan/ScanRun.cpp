@@ -147,6 +147,7 @@ NodeIndex ScanRun::Quelle_Einlesen(TextView path, NodeIndex existing) {
         ++state_.context.Total.Errors;
         state_.tree[root].errors = state_.context.Total.Errors;
         state_.tree[root].set(FolderNode::IsError);
+        cutOff(state_.tree[root]);
         logFault(state_, error);
         state_.tree.setErrorText(root, errorTextOf(error));
       },

@@ -55,7 +55,11 @@ void Walker::walk() {
       if (!isLeftOut(*entry)) visit(*entry);
       continue;
     }
-    if (!cancelled) finishFolder();
+    if (cancelled) {
+      cutOff(tree_[frames_.back().node]);
+    } else {
+      finishFolder();
+    }
     if (frames_.back().isOpen) walk_.goOut();
     if (frames_.size() == 1) return;
     leaveFolder();

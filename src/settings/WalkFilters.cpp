@@ -1,6 +1,20 @@
 #include "settings/WalkFilters.h"
 
+#include "support/Translate.h"
+
 namespace ombrelian {
+
+std::vector<Text> describeFilters(const WalkFilters& filters) {
+  std::vector<Text> lines;
+  const auto add = [&](const Text& caption, const Text& patterns) {
+    if (!patterns.empty()) lines.push_back(caption + u" " + patterns);
+  };
+  add(TL(9091, u"Nur diese Dateien einlesen:"), filters.includedFiles);
+  add(TL(9092, u"Diese Dateien nicht einlesen:"), filters.excludedFiles);
+  add(TL(9093, u"Nur diese Ordner einlesen:"), filters.includedFolders);
+  add(TL(9094, u"Diese Ordner nicht einlesen:"), filters.excludedFolders);
+  return lines;
+}
 
 WalkFilters walkFilters(const Options& options) {
   const auto textIfOn = [](std::uint8_t active, const Text& text) {

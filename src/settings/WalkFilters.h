@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "settings/Options.h"
 
 namespace ombrelian {
@@ -11,6 +13,9 @@ struct WalkFilters {
   Text includedFiles;
   Text excludedFiles;
 };
+
+/// One line for each filter that leaves something out: its caption and its patterns.
+std::vector<Text> describeFilters(const WalkFilters& filters);
 
 /// The filters that are on in the options.
 WalkFilters walkFilters(const Options& options);

@@ -168,6 +168,14 @@ Text replaceAll(TextView text, TextView from, TextView to) {
   }
 }
 
+Text onOneLine(TextView text) {
+  Text line(text);
+  for (char16_t& unit : line) {
+    if (unit == u'\n' || unit == u'\r') unit = u'\u2424';
+  }
+  return line;
+}
+
 char16_t asciiLower(char16_t unit) {
   return unit >= u'A' && unit <= u'Z' ? char16_t(unit + 32) : unit;
 }

@@ -42,6 +42,9 @@ TextView trimBlanks(TextView text);
 /// `text` with every `from` replaced by `to`, left to right; an empty `from` replaces nothing.
 Text replaceAll(TextView text, TextView from, TextView to);
 
+/// `text` with U+2424 in place of each line feed and carriage return.
+Text onOneLine(TextView text);
+
 /// Upper and lower case of the 26 ASCII letters; everything else stays.
 char16_t asciiLower(char16_t unit);
 Text asciiLower(TextView text);

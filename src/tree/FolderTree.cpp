@@ -191,9 +191,10 @@ void FolderTree::setJunctionTarget(NodeIndex node, Text target) {
   junctionTargets_[node] = std::move(target);
 }
 
-Date FolderTree::created(NodeIndex root) const {
+const SourceFacts& FolderTree::facts(NodeIndex root) const {
+  static const SourceFacts none;
   const auto hit = facts_.find(root);
-  return hit == facts_.end() ? 0 : hit->second.created;
+  return hit == facts_.end() ? none : hit->second;
 }
 
 void FolderTree::orderChildren(NodeIndex parent, const std::vector<NodeIndex>& order) {

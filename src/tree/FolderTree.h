@@ -26,12 +26,14 @@ namespace ombrelian {
 /// 104  inode                                                        8
 struct FolderNode {
   enum Flag : std::uint32_t {
-    IsFolder = 1,      // not set: the pseudo folder for the direct files of its parent
-    IsError = 2,       // its listing failed, completely or in part
-    IsJunction = 4,    // a reparse folder
-    IsMountPoint = 8,  // with IsJunction: a mount point; IsJunction alone: a link
-    HasOwner = 16,     // the owner was read
-    IsFree = 32,       // not in the tree; the place is free for another folder
+    IsFolder = 1,        // not set: the pseudo folder for the direct files of its parent
+    IsError = 2,         // its listing failed, completely or in part
+    IsJunction = 4,      // a reparse folder
+    IsMountPoint = 8,    // with IsJunction: a mount point; IsJunction alone: a link
+    HasOwner = 16,       // the owner was read
+    IsFree = 32,         // not in the tree; the place is free for another folder
+    IsCutOff = 64,       // its listing was stopped
+    IsIncomplete = 128,  // it or a folder below was cut off
   };
 
   NodeIndex parent = kNoNode;
@@ -66,6 +68,7 @@ struct FolderNode {
   TextView name() const { return {nameUnits, nameLength}; }
   bool has(Flag flag) const { return (flags & flag) != 0; }
   void set(Flag flag) { flags |= flag; }
+  void set(Flag flag, bool on) { flags = on ? flags | flag : flags & ~std::uint32_t(flag); }
 };
 static_assert(sizeof(FolderNode) <= 112, "a million folders should fit 112 MB");
 
@@ -131,7 +134,7 @@ class FolderTree {
   void setJunctionTarget(NodeIndex node, Text target);
 
   SourceFacts& facts(NodeIndex root) { return facts_[root]; }
-  Date created(NodeIndex root) const;
+  const SourceFacts& facts(NodeIndex root) const;
 
   /// The names that the scans counted once; empty unless they did.
   HardlinkNames& HardlinkSeen() { return hardlinkNames_; }

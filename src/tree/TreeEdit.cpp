@@ -74,6 +74,18 @@ ScanTotals totalsWithItself(const FolderNode& folder) {
   return totals;
 }
 
+/// Corrects the mark of every folder above a folder that was read again or removed.
+void markIncompleteAbove(FolderTree& tree, NodeIndex above) {
+  for (; above != kNoNode; above = tree[above].parent) {
+    bool isIncomplete = tree[above].has(FolderNode::IsCutOff);
+    for (NodeIndex child = tree[above].firstChild; child != kNoNode && !isIncomplete;
+         child = tree[child].nextSibling)
+      isIncomplete = tree[child].has(FolderNode::IsIncomplete);
+    if (tree[above].has(FolderNode::IsIncomplete) == isIncomplete) return;
+    tree[above].set(FolderNode::IsIncomplete, isIncomplete);
+  }
+}
+
 /// Forgets the names of hardlinks in folders and below them.
 void forgetNames(FolderTree& tree, const std::vector<NodeIndex>& folders) {
   if (tree.HardlinkSeen().empty()) return;
@@ -114,6 +126,8 @@ void takeOutFolders(FolderTree& tree, const std::vector<NodeIndex>& folders) {
     if (hasOnlyPseudoFolder(tree, parent)) pseudoFolders.push_back(tree[parent].firstChild);
   }
   if (!pseudoFolders.empty()) tree.remove(pseudoFolders);
+  for (const NodeIndex parent : parents)
+    markIncompleteAbove(tree, parent);
   settleNames(tree);
 }
 
@@ -150,6 +164,7 @@ void putInPlace(FolderTree& tree, NodeIndex folder, NodeIndex twin, bool follows
     lower(node.junctions, old.junctions - fresh.junctions);
     lower(node.errors, old.errors - fresh.errors);
   }
+  markIncompleteAbove(tree, old.parent);
   settleNames(tree);
 }
 

@@ -20,6 +20,11 @@ void Report_SetNodeSizeAndFilecount(FolderNode& node, std::int64_t size, std::in
   node.files = files;
 }
 
+void cutOff(FolderNode& node) {
+  node.set(FolderNode::IsCutOff);
+  node.set(FolderNode::IsIncomplete);
+}
+
 void Report_Folder_Sort_All(FolderTree& tree, const std::function<void()>& serve) {
   for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
     for (NodeIndex node = root; node != kNoNode; node = nextInSubtree(tree, node, root)) {

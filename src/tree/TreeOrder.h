@@ -10,6 +10,9 @@ namespace ombrelian {
 /// Gives a folder the totals of its finished subtree.
 void Report_SetNodeSizeAndFilecount(FolderNode& node, std::int64_t size, std::int32_t files);
 
+/// Marks a folder whose listing was stopped.
+void cutOff(FolderNode& node);
+
 /// Sorts the children of every folder by size, with the largest first. Sources keep their order.
 /// Equal folders keep the order in which they were read. `serve` is called between folders.
 void Report_Folder_Sort_All(FolderTree& tree, const std::function<void()>& serve = {});

@@ -70,7 +70,7 @@ Text FolderRows::rootCaption(NodeIndex root) const {
     const Text label = driveLabelOf(caption);
     if (!label.empty()) caption.append(u" (").append(label).append(u")");
   }
-  if (const Date created = tree_.created(root);
+  if (const Date created = tree_.facts(root).created;
       options_.FolderShowCreateDate == 1 && created != 0) {
     const Text pattern = options_.DateFormat.empty() ? defaultDateFormat() : options_.DateFormat;
     caption.append(u" (").append(DatePattern(pattern).format(created)).append(u")");
@@ -81,15 +81,19 @@ Text FolderRows::rootCaption(NodeIndex root) const {
 Text FolderRows::shown(std::size_t row, const Column& column) const {
   const NodeIndex node = shown_.node(row);
   if (!isName(column)) return RowSource::shown(row, column);
-  if (tree_[node].parent == kNoNode) return rootCaption(node);
-  return Text(tree_[node].name());
+  Text name = tree_[node].parent == kNoNode ? rootCaption(node) : Text(tree_[node].name());
+  if (tree_[node].has(FolderNode::IsIncomplete)) {
+    name.append(u" \u2013 ").append(TL(9705, u"unvollständig"));
+  }
+  return name;
 }
 
 Text FolderRows::toolTip(std::size_t row, const Column& column) const {
   if (!isName(column)) return RowSource::toolTip(row, column);
   const NodeIndex index = shown_.node(row);
   const FolderNode& node = tree_[index];
-  if (node.has(FolderNode::IsError)) return Text(tree_.errorText(index));
+  if (!tree_.errorText(index).empty() && !node.has(FolderNode::IsJunction))
+    return Text(tree_.errorText(index));
   if (!node.has(FolderNode::IsJunction)) return path(row);
   return TL(2224, u"Junction Zielordner").append(u":\r\n").append(tree_.junctionTarget(index));
 }

@@ -23,6 +23,7 @@
 #include "ui/Saving.h"
 #include "ui/StatusLine.h"
 #include "ui/WindowMenus.h"
+#include "ui/WindowTitle.h"
 
 namespace ombrelian::ui {
 namespace {
@@ -69,7 +70,7 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
     : state_(session, settings),
       main_(new CommandSet(Bar::Main, std::nullopt, session.options, this)),
       header_(new CommandSet(Bar::Header, std::nullopt, session.options, this)) {
-  setWindowTitle(toQString(u"Ombrelian " + versionText()));
+  setWindowTitle(ui::windowTitle(session));
   setWindowIcon(icon("app"));
   setAcceptDrops(true);
   auto* const middle = new QWidget(this);
@@ -134,7 +135,8 @@ void MainWindow::connectParts() {
   connect(&o.scans, &ScanControl::starting, this, [&o] {
     if (!o.area->isLeftVisible()) o.area->showSides(true, true);
   });
-  connect(&o.scans, &ScanControl::finished, this, [&o](bool single) {
+  connect(&o.scans, &ScanControl::finished, this, [this, &o](bool single) {
+    setWindowTitle(ui::windowTitle(state_.session));
     if (single) o.files.showFiles(true);
     o.drives.readDrivesOnce();
     o.panes.pane(o.area->rightList()).list().fitColumns();
@@ -195,7 +197,7 @@ void MainWindow::setBusy(bool busy) {
 void MainWindow::showReadOnly() {
   owned_->panes.setReadOnly();
   owned_->status.showReadOnly();
-  setWindowTitle(windowTitle() + QStringLiteral(" \u2013 ") + toQString(TL(9640, u"nur Lesen")));
+  setWindowTitle(ui::windowTitle(state_.session));
 }
 
 void MainWindow::storeSettings() {

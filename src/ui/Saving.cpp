@@ -17,7 +17,10 @@ ReportSource allSources(const FolderTree& tree) {
   for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
     if (!all.path.empty()) all.path += u", ";
     all.path += tree[root].name();
-    all.created = std::max(all.created, tree.created(root));
+    for (Text& note : notesOn(tree, root))
+      if (std::find(all.notes.begin(), all.notes.end(), note) == all.notes.end())
+        all.notes.push_back(std::move(note));
+    all.created = std::max(all.created, tree.facts(root).created);
   }
   return all;
 }

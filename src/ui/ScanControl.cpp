@@ -56,7 +56,10 @@ void ScanControl::Ordnerliste_Abarbeiten() {
     if (result.lastRoot != kNoNode) session.folderReport.setExpanded(result.lastRoot, true);
     panes_.folders().treeChanged();
   });
-  if (fillsLists) panes_.setDerivedFrozen(false);
+  if (fillsLists) {
+    panes_.setDerivedFrozen(false);
+    state_.listsAreIncomplete = result.cancelled || result.failed;
+  }
   folders.rowsReplaced();
   if (result.lastRoot != kNoNode) folders.selectRow(result.lastRoot);
   Q_EMIT finished(fillsLists);

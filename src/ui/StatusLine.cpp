@@ -1,5 +1,7 @@
 #include "ui/StatusLine.h"
 
+#include "format/Sizes.h"
+#include "lists/ListStatus.h"
 #include "support/Translate.h"
 #include "ui/QtText.h"
 
@@ -7,6 +9,35 @@ namespace ombrelian::ui {
 namespace {
 
 constexpr int kNoteMs = 8000;
+
+constexpr TextView kBetween = u"  \u00B7  ";
+
+Text incompleteText() { return TL(9705, u"unvollständig"); }
+
+/// The number of sources, and the sums of all of them.
+Text describeSources(const FolderTree& tree, const Options& options) {
+  std::int64_t roots = 0;
+  ScanTotals sum;
+  bool isIncomplete = false;
+  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+    const FolderNode& node = tree[root];
+    ++roots;
+    sum += {node.size, node.files, node.folders, node.errors, node.hardlinks, node.junctions};
+    isIncomplete = isIncomplete || node.has(FolderNode::IsIncomplete);
+  }
+  Text text = TL(9041, u"Quellen: %1", {statusCount(roots)});
+  const auto add = [&text](const Text& part) { text.append(kBetween).append(part); };
+  if (roots > 0) {
+    add(TL(
+        9613, u"Dateien: %1, Ordner: %2, Größe: %3",
+        {statusCount(sum.Files), statusCount(sum.Folders), xFormatFileSizeAuto(sum.Size, true)}));
+  }
+  if (sum.Errors > 0) add(TL(9706, u"Fehler: %1", {statusCount(sum.Errors)}));
+  if (isIncomplete) add(incompleteText());
+  if (const int filters = filtersOfScan(options); filters > 0)
+    add(TL(9700, u"Filter eingeschaltet: %1", {statusCount(filters)}));
+  return text;
+}
 
 QLabel* makeLabel(QStatusBar& bar) {
   auto* const label = new QLabel(&bar);
@@ -33,15 +64,17 @@ StatusLine::StatusLine(WindowState& state, Panes& panes, PaneArea& area, QStatus
 void StatusLine::StatusbarSetTextRightAUTO() {
   if (state_.isBusy()) return;
   const FolderTree& tree = state_.session.tree;
-  std::int64_t roots = 0;
-  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling)
-    ++roots;
-  Text sources = TL(9041, u"%1 Quellordner", {ombrelian::toText(roots)});
-  if (const int filters = filtersOfScan(state_.session.options); filters > 0)
-    sources.append(u"  \u00B7  ")
-        .append(TL(9700, u"Filter eingeschaltet: %1", {ombrelian::toText(filters)}));
-  left_->setText(toQString(sources));
-  right_->setText(area_.isRightVisible() ? toQString(panes_.status(area_.rightList())) : QString());
+  left_->setText(toQString(describeSources(tree, state_.session.options)));
+  right_->setText(area_.isRightVisible() ? toQString(statusOf(area_.rightList())) : QString());
+}
+
+/// The description of a list; a list of a scan that was stopped says so.
+Text StatusLine::statusOf(ListId list) const {
+  Text text = panes_.status(list);
+  const bool isDerived = std::find(std::begin(kDerivedLists), std::end(kDerivedLists), list) !=
+                         std::end(kDerivedLists);
+  if (isDerived && state_.listsAreIncomplete) text.append(kBetween).append(incompleteText());
+  return text;
 }
 
 void StatusLine::showNote(const QString& text) { bar_.showMessage(text, kNoteMs); }

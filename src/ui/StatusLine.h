@@ -29,6 +29,8 @@ class StatusLine : public QObject {
   void showReadOnly();
 
  private:
+  Text statusOf(ListId list) const;
+
   WindowState& state_;
   Panes& panes_;
   PaneArea& area_;

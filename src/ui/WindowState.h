@@ -34,6 +34,7 @@ struct WindowState {
   ListFeeder found;
   FileList files;
   DriveList drives;
+  bool listsAreIncomplete = false;  // the scan that filled the lists was stopped
 };
 
 }  // namespace ombrelian::ui

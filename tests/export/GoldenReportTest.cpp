@@ -60,6 +60,8 @@ class GoldenFolderTest : public GoldenTest {
     tree.facts(root).created = toDate({2026, 11, 22, 13, 14, 15});
     const NodeIndex other = add(kNoNode, u"/other & more", 0);
     tree.facts(other).created = toDate({2026, 11, 23});
+    tree.facts(other).filters.excludedFiles = u"*.tmp,<b>&";
+    cutOff(tree[other]);
     FolderNode& node = tree[deep];
     node.folders = node.subfolders = 1;
     node.hardlinks = 1234;

@@ -38,7 +38,7 @@ TEST_F(WalkerTest, TotalsRollUp) {
     EXPECT_EQ(totals(find(root, path)), expected) << toBytes(path);
   EXPECT_EQ(tree[root].subfolders, 2);
   EXPECT_EQ(tree[root].name(), folder.text());
-  EXPECT_NE(tree.created(root), 0);
+  EXPECT_NE(tree.facts(root).created, 0);
   // Direct files have a row of their own beside subfolders, and only there.
   const NodeIndex pseudo = find(root, u"a/Dateien");
   ASSERT_NE(pseudo, kNoNode);
@@ -158,6 +158,7 @@ TEST_F(WalkerTest, ACancelKeepsWhatIsFinished) {
   cancelAfter(5);
   const NodeIndex root = scan(folder.text());
   EXPECT_TRUE(result.cancelled);
+  EXPECT_TRUE(tree[root].has(FolderNode::IsIncomplete));
   EXPECT_EQ(tree[root].size, 0) << "the files of a folder under way stay out of the tree";
   EXPECT_GT(result.sum.Files, 0);
   EXPECT_LT(result.sum.Files, 20);
@@ -371,13 +372,20 @@ TEST_F(RescanTest, ACancelLeavesWhatWasFound) {
   EXPECT_LT(totals(grows).Files, 52);
   EXPECT_EQ(totals(root).Files, totals(grows).Files + 1);
   EXPECT_EQ(context.ScanCancelState, kScanIdle);
+  // What was not read to its end is marked up to the source until it is.
+  EXPECT_TRUE(tree[grows].has(FolderNode::IsIncomplete) &&
+              tree[root].has(FolderNode::IsIncomplete));
+  ui.onYield = {};
+  rescan(grows);
+  EXPECT_FALSE(tree[grows].has(FolderNode::IsIncomplete) ||
+               tree[root].has(FolderNode::IsIncomplete));
 }
 
 TEST_F(RescanTest, PlacesOfNodesAndNamesAreUsedAgain) {
   for (int i = 0; i < 400; ++i)
     folder.folder("wide/" + std::string(200, 'n') + std::to_string(i));
   rescan(root);
-  EXPECT_NE(tree.created(root), 0);
+  EXPECT_NE(tree.facts(root).created, 0);
   const std::uint32_t places = tree.nodeCount();
   for (int i = 0; i < 40; ++i)
     EXPECT_EQ(rescan(find(root, u"wide")), find(root, u"wide"));
