@@ -11,8 +11,11 @@
 #include "export/HtmlWriter.h"
 #include "export/ListSave.h"
 #include "export/SortScript.h"
+#include "frame/CommandTable.h"
 #include "lists/Log.h"
 #include "platform/FindData.h"
+#include "settings/SettingsTable.h"
+#include "settings/z_Translate.h"
 #include "tests/testing/SaveFixture.h"
 #include "tests/testing/ScopedZone.h"
 
@@ -46,6 +49,27 @@ class GoldenTest : public SaveFixture {
 
   const ScopedZone zone{"UTC"};
 };
+
+TEST_F(GoldenTest, DefaultsOfAllSettings) {
+  std::string all;
+  for (const SettingRow& row : settingsTable()) {
+    forEachKey(row, [&](int list, int column) {
+      all += toBytes(Text(row.section) + u"/" + settingKey(row, list, column) + u"=" +
+                     settingText(row, Options(), list, column)) +
+             "\n";
+      return true;
+    });
+  }
+  compare("defaults.txt", all);
+}
+
+TEST_F(GoldenTest, TheTableOfCommandsInTheManual) {
+  Translation english;
+  EXPECT_EQ(english.Init_Sprache({fromBytes(OMBRELIAN_SOURCE_DIR), 9, false}), u"");
+  setLanguageTexts(&english);
+  compare("../../../docs/commands.md", toBytes(commandPage()));
+  setLanguageTexts(nullptr);
+}
 
 class GoldenFolderTest : public GoldenTest {
  protected:

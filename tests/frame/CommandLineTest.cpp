@@ -195,6 +195,10 @@ TEST(CommandTableTest, CommandsNameListsAndNumbers) {
   EXPECT_EQ(commandCaption(commandOf(CommandId::MakeSmallestFiles), options),
             u"Erstelle eine Liste mit den 77 kleinsten Dateien");
   EXPECT_EQ(commandCaption(commandOf(CommandId::ExpandLevel3), options), u"Bis Ebene 3 aufklappen");
+  const Command& megabytes = commandOf(CommandId::SizeMegabytes);
+  EXPECT_EQ(commandTip(megabytes, Bar::Main), u"Bei allen Listen die Größe in Megabytes anzeigen");
+  EXPECT_EQ(commandTip(megabytes, Bar::Files), u"");
+  EXPECT_NE(commandTip(commandOf(CommandId::Save), Bar::Files), u"");
   // A filter of the list of files is another one than that of a scan.
   const auto flag = [&](std::optional<ListId> list) {
     return commandState(options, list, CommandId::OnlyTheseFiles).flag;

@@ -130,6 +130,7 @@ TEST(FilesystemTest, HardlinksHaveOneIdentity) {
   EXPECT_EQ(first, second);
   EXPECT_NE(first, single);
   EXPECT_EQ(xGetHardlinkCount(folder.text("none"), nullptr, error), 0);
+  EXPECT_NE(error.find(u": #2 - "), Text::npos) << toBytes(error);
   EXPECT_TRUE(error.starts_with(u"Die Datei '" + folder.text("none") + u"' konnte nicht"));
 
   platform::FindData data;
@@ -158,6 +159,7 @@ TEST(PathTextTest, WindowsRule) {
   EXPECT_EQ(xRemoveBackslash(u" C:\\a", u'\\'), u" C:\\a");
   EXPECT_EQ(xGetFileNameWithoutExtension(u"C:\\a.b\\c.tar.gz", u'\\'), u"c.tar");
   EXPECT_EQ(xGetFileName(u"C:\\a/b", u'\\'), u"a/b");
+  EXPECT_EQ(xCutAtNull(TextView(u"ab\0c", 4)), u"ab");
 }
 
 TEST(PathTextTest, PosixRule) {
