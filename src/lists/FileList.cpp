@@ -14,6 +14,7 @@
 #include "platform/Time.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
+#include "tree/ScanTotals.h"
 
 namespace ombrelian {
 namespace {
@@ -137,7 +138,7 @@ class FileList::Reader {
   void setFacts(Grid::RowIndex row, const FindData& entry) {
     Grid& grid = read_.grid;
     const std::int64_t size = xGetFileSizeByWFD_W(entry);
-    read_.sum += size;
+    read_.sum = addSizes(read_.sum, size);
     grid.setIdentity(row, entry.identity);
     grid.set(row, kSize, size);
     grid.set(row, kAttributes, std::int64_t(entry.dwFileAttributes));
@@ -251,7 +252,7 @@ void FileList::removeRows(const std::vector<std::uint32_t>& ids) {
   grid.removeRows(ids);
   shown_.sum = 0;
   for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
-    shown_.sum += grid.number(row, kSize);
+    shown_.sum = addSizes(shown_.sum, grid.number(row, kSize));
 }
 
 bool FileList::nameIsTaken(Grid::RowIndex row, TextView newName) const {

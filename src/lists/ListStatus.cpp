@@ -1,6 +1,7 @@
 #include "lists/ListStatus.h"
 
 #include "support/Translate.h"
+#include "tree/ScanTotals.h"
 
 namespace ombrelian {
 
@@ -22,7 +23,7 @@ std::int64_t sumOfSizes(const Grid& grid, const std::vector<Grid::RowIndex>& row
   const Column& size = grid.column(u"size");
   std::int64_t sum = 0;
   for (const Grid::RowIndex row : rows)
-    sum += grid.number(row, size);
+    sum = addSizes(sum, grid.number(row, size));
   return sum;
 }
 

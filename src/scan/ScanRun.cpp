@@ -9,6 +9,7 @@
 #include "scan/RunScope.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
+#include "tree/TreeEdit.h"
 #include "tree/TreeOrder.h"
 
 namespace ombrelian {
@@ -24,6 +25,14 @@ Date now() { return toDate(platform::GetLocalTime()); }
 
 /// The name of the root node for a source with this path.
 Text rootName(TextView path) { return xRemoveBackslash(path); }
+
+/// The source with this name; kNoNode: none.
+NodeIndex sourceNamed(const FolderTree& tree, TextView name) {
+  NodeIndex root = tree.firstRoot();
+  while (root != kNoNode && tree[root].name() != name)
+    root = tree[root].nextSibling;
+  return root;
+}
 
 }  // namespace
 
@@ -76,7 +85,8 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   const Date started = now();
   const std::uint64_t startTick = platform::GetTickCount();
   useFiltersOfOptions();
-  const NodeIndex root = Quelle_Einlesen(path);
+  const NodeIndex shown = sourceNamed(state_.tree, rootName(path));
+  const NodeIndex root = shown == kNoNode ? Quelle_Einlesen(path) : replaceSource(path, shown);
   state_.tree.facts(root) = {started, state_.context.run, walkFilters(state_.options)};
   result.lastRoot = root;
   ++result.sourcesScanned;
@@ -100,6 +110,18 @@ void ScanRun::prepareSource(bool isOnlySource) {
   state_.filters.SetTopFilesExtFilter(state_.options);
   if (state_.lists != nullptr) state_.lists->reset();
   logOptions();
+}
+
+/// Reads a source that is in the tree already; its row keeps its place.
+NodeIndex ScanRun::replaceSource(TextView path, NodeIndex source) {
+  FolderTree& tree = state_.tree;
+  forgetHardlinks(tree, source);
+  const NodeIndex twin = Quelle_Einlesen(path, tree.addTwin(source));
+  rows_.change([&] {
+    rows_.willReplace(source, twin);
+    putInPlace(tree, source, twin, true);
+  });
+  return source;
 }
 
 void ScanRun::useFiltersOfOptions() {
@@ -189,11 +211,13 @@ void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   // A source that is a mount point is a drive, not a junction.
   node.attributes = data.dwFileAttributes & ~platform::kAttributeReparsePoint;
   // If the source was reached by a link, a deletion removes this link.
-  if (findObject(path, data) == platform::kSuccess) {
-    state_.tree.setIdentity(root, data.identity);
+  platform::FindData named;
+  if (findObject(path, named) == platform::kSuccess) {
+    state_.tree.setIdentity(root, named.identity);
   }
   if (state_.options.ShowFolderOwner != 1) return;
-  node.owner = state_.tree.ownerNumber(OwnerTexts().at(path, state_.context.KeepsOwners));
+  const OwnerTexts owners;
+  node.owner = state_.tree.ownerNumber(owners.of(state_.context.KeepsOwners, data));
   node.set(FolderNode::HasOwner);
 }
 

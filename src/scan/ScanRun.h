@@ -2,6 +2,7 @@
 
 #include <deque>
 
+#include "scan/RowsOnShow.h"
 #include "scan/Walker.h"
 
 namespace ombrelian {
@@ -25,7 +26,9 @@ struct RunResult {
 /// only one source.
 class ScanRun {
  public:
-  explicit ScanRun(const ScanState& state) : state_(state) {}
+  /// `state` and `rows` are kept; `rows` may be null.
+  explicit ScanRun(const ScanState& state, RowsOnShow* rows = nullptr)
+      : state_(state), rows_(orNobody(rows)) {}
 
   /// Consumes the queue, which may grow meanwhile. The sources of a run are side by side in the
   /// tree. Only a run that never has more than one source fills the lists.
@@ -37,6 +40,7 @@ class ScanRun {
  private:
   void scanSource(const Text& path, bool isOnlySource, RunResult& result);
   void prepareSource(bool isOnlySource);
+  NodeIndex replaceSource(TextView path, NodeIndex source);
   void useFiltersOfOptions();
   void logOptions();
   void logCounts(const ScanTotals& counts);
@@ -47,6 +51,7 @@ class ScanRun {
   DerivedLists* listsOfRun() const;
 
   const ScanState state_;
+  RowsOnShow& rows_;
 };
 
 }  // namespace ombrelian

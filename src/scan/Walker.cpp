@@ -140,8 +140,9 @@ void Walker::countSize(const FindData& entry, std::int64_t size, std::int32_t li
     HardlinkNames& seen = tree_.HardlinkSeen();
     if (!seen.add(context_.run, entry.identity, frames_.back().node, size)) return;
   }
-  frames_.back().own.Size += size;
-  context_.Total.Size += size;
+  std::int64_t& own = frames_.back().own.Size;
+  own = addSizes(own, size);
+  context_.Total.Size = addSizes(context_.Total.Size, size);
 }
 
 void Walker::feedFile(const FindData& entry, std::int64_t size, std::int32_t links) {

@@ -4,6 +4,13 @@
 
 namespace ombrelian {
 
+/// The sum of two sizes, at most the largest number: sparse files can be larger together than any
+/// disk.
+constexpr std::int64_t addSizes(std::int64_t a, std::int64_t b) {
+  constexpr std::int64_t kLargest = INT64_MAX;
+  return b > 0 && a > kLargest - b ? kLargest : a + b;
+}
+
 /// Sums of a scan below one folder; copied by value.
 struct ScanTotals {
   std::int64_t Size = 0;  // bytes, logical length
@@ -14,7 +21,7 @@ struct ScanTotals {
   std::int32_t Junctions = 0;  // reparse folders
 
   ScanTotals& operator+=(const ScanTotals& other) {
-    Size += other.Size;
+    Size = addSizes(Size, other.Size);
     Files += other.Files;
     Folders += other.Folders;
     Errors += other.Errors;

@@ -100,10 +100,10 @@ void forgetNames(FolderTree& tree, const std::vector<NodeIndex>& folders) {
 void settleNames(FolderTree& tree) {
   for (const auto& [folder, size] : tree.HardlinkSeen().settle()) {
     if (const NodeIndex pseudo = pseudoFolderOf(tree, folder); pseudo != kNoNode) {
-      tree[pseudo].size += size;
+      tree[pseudo].size = addSizes(tree[pseudo].size, size);
     }
     for (NodeIndex node = folder; node != kNoNode; node = tree[node].parent)
-      tree[node].size += size;
+      tree[node].size = addSizes(tree[node].size, size);
   }
 }
 

@@ -9,6 +9,26 @@ namespace {
 /// A second click on the button within this time belongs to the first.
 constexpr qint64 kDoubleClickMs = 1000;
 
+/// The rows of the tree while a source in it is read again.
+class RowsOfTree : public RowsOnShow {
+ public:
+  RowsOfTree(Panes& panes, FolderReport& report) : panes_(panes), report_(report) {}
+
+  void change(const std::function<void()>& change) override {
+    ListPane& folders = panes_.pane(ListId::Folders);
+    folders.list().clearSelection();
+    folders.model().rearrange([&] {
+      change();
+      panes_.folders().nodesWent();
+    });
+  }
+  void willReplace(NodeIndex node, NodeIndex twin) override { report_.carryExpanded(node, twin); }
+
+ private:
+  Panes& panes_;
+  FolderReport& report_;
+};
+
 }  // namespace
 
 ScanControl::ScanControl(WindowState& state, WindowDialogs& dialogs, Panes& panes,
@@ -49,11 +69,12 @@ void ScanControl::Ordnerliste_Abarbeiten() {
   // A run with one source fills the lists again; no view may read them meanwhile.
   const bool fillsLists = session.SourceQueue.size() == 1;
   if (fillsLists) panes_.setDerivedFrozen(true);
-  ScanRun run(session.scanState(dialogs_, &state_.found));
+  RowsOfTree rows(panes_, session.folderReport);
+  ScanRun run(session.scanState(dialogs_, &state_.found), &rows);
   const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
   ListPane& folders = panes_.pane(ListId::Folders);
   folders.model().replace([&] {
-    if (result.lastRoot != kNoNode) session.folderReport.setExpanded(result.lastRoot, true);
+    expandNewSources();
     panes_.folders().treeChanged();
   });
   if (fillsLists) {
@@ -63,6 +84,15 @@ void ScanControl::Ordnerliste_Abarbeiten() {
   folders.rowsReplaced();
   if (result.lastRoot != kNoNode) folders.selectRow(result.lastRoot);
   Q_EMIT finished(fillsLists);
+}
+
+/// Expands every source that the last run read.
+void ScanControl::expandNewSources() {
+  FolderTree& tree = state_.session.tree;
+  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+    if (tree.facts(root).run == state_.session.context.run)
+      state_.session.folderReport.setExpanded(root, true);
+  }
 }
 
 }  // namespace ombrelian::ui

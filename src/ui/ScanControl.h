@@ -42,6 +42,7 @@ class ScanControl : public QObject {
 
  private:
   void StartSearchViaToolbar();
+  void expandNewSources();
 
   WindowState& state_;
   WindowDialogs& dialogs_;

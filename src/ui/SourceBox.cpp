@@ -8,6 +8,7 @@
 
 #include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
+#include "platform/Files.h"
 #include "platform/Volumes.h"
 #include "settings/SavedFolders.h"
 #include "support/Translate.h"
@@ -56,7 +57,12 @@ QCompleter* SourceBox::makeCompleter() {
   return completer;
 }
 
-Text SourceBox::path() const { return toText(currentText()); }
+Text SourceBox::path() const {
+  Text typed = toText(currentText());
+  // A name may begin or end with blanks, but most blanks come with a copied path.
+  if (!xExistFolder_W(typed)) typed = Text(trimBlanks(typed));
+  return typed.empty() ? typed : platform::GetFullPathNameW(typed);
+}
 
 void SourceBox::AddNewSearchPath(const Text& path) {
   const QString text = toQString(xRemoveBackslash(path));
@@ -110,7 +116,7 @@ void SourceBox::load() {
 }
 
 void SourceBox::store() const {
-  state_.session.options.ComboText = path();
+  state_.session.options.ComboText = toText(currentText());
   std::vector<Text> sources;
   sources.reserve(std::size_t(count()));
   for (int i = 0; i < count(); ++i)

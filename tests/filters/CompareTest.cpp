@@ -26,7 +26,7 @@ void expectLike(bool matches, TextView pairs) {
 TEST(LikePatternTest, Elements) {
   expectLike(
       true,
-      u"temp~TEMP|TEMP~temp|~|~*|abc~a?c|x7~x#|a.b~*.*|/a/cache/b~*/cache/*|"
+      u"temp~TEMP|TEMP~temp|~|~*|abc~a?c|x7~x#|x0~x#|x9~x#|a.b~*.*|/a/cache/b~*/cache/*|"
       u"mississippi~m*iss*ip*i|b~[a-f]|B~[a-f]|g~[!a-f]|-~[a-]|-~[-a]|*~[*]|!~[!]|ab~a[]b|"
       u"a]~a]|[~[[]|back\\slash~back\\slash|new\nline~new?line|"
       u"\U0001F600~?|\xDCFF\xDC80~??|"  // one character of two units; bytes that are no UTF-8

@@ -174,7 +174,8 @@ TEST_F(DeletionTest, WhatIsSwappedWhileTheQuestionStandsIsLeftAlone) {
   EXPECT_THAT(asked.messages, SizeIs(3));
   for (const LogRow& row : log.rows()) {
     EXPECT_TRUE(row.isError);
-    EXPECT_THAT(toBytes(row.text), HasSubstr("inzwischen etwas anderes"));
+    EXPECT_THAT(toBytes(row.text),
+                AllOf(HasSubstr("inzwischen etwas anderes"), HasSubstr("#1006")));
   }
   EXPECT_EQ(totals(root), (ScanTotals{4123, 4, 3, 0, 0, 0}));
 }

@@ -9,6 +9,7 @@
 #include <set>
 
 #include "lists/FolderReport.h"
+#include "platform/Accounts.h"
 #include "scan/ListFeeder.h"
 #include "scan/Rescan.h"
 #include "tests/testing/Faults.h"
@@ -39,6 +40,11 @@ TEST_F(WalkerTest, TotalsRollUp) {
   EXPECT_EQ(tree[root].subfolders, 2);
   EXPECT_EQ(tree[root].name(), folder.text());
   EXPECT_NE(tree.facts(root).created, 0);
+  EXPECT_FALSE(tree[root].has(FolderNode::HasOwner));
+  options.ShowFolderOwner = 1;
+  const NodeIndex owned = scan(folder.text());
+  for (const NodeIndex node : {owned, find(owned, u"a")})
+    EXPECT_EQ(tree.ownerText(tree[node].owner), platform::GetUserNameW());
   // Direct files have a row of their own beside subfolders, and only there.
   const NodeIndex pseudo = find(root, u"a/Dateien");
   ASSERT_NE(pseudo, kNoNode);
@@ -277,6 +283,28 @@ TEST_F(WalkerTest, LogTellsWhatWasFound) {
   folder.folder("nothing");
   scan(folder.text("nothing"));
   EXPECT_EQ(logTexts().size(), 5U) << "no counts where nothing was found";
+}
+
+TEST_F(WalkerTest, ASourceThatIsInTheTreeIsReplacedInItsPlace) {
+  folder.file("one/a/file", 10);
+  folder.file("two/file", 5);
+  const NodeIndex one = scan(folder.text("one"));
+  const NodeIndex two = scan(folder.text("two"));
+  folder.file("one/b/more", 7);
+  EXPECT_EQ(scan(folder.text("one") + u"/"), one);
+  EXPECT_EQ(tree.firstRoot(), one);
+  EXPECT_EQ(tree.lastRoot(), two);
+  EXPECT_EQ(totals(one), (ScanTotals{17, 2, 2, 0, 0, 0}));
+  EXPECT_EQ(totals(two), (ScanTotals{5, 1, 0, 0, 0, 0}));
+}
+
+TEST_F(WalkerTest, SumsThatNoNumberHoldsStayAtTheLargest) {
+  const TestFolder sparse(TestFolder::Place::Memory);
+  for (const char* name : {"a", "b/c"})
+    sparse.file(name, INT64_MAX);
+  const NodeIndex root = scan(sparse.text());
+  EXPECT_EQ(tree[root].size, INT64_MAX);
+  EXPECT_EQ(context.Total.Size, INT64_MAX);
 }
 
 TEST_F(WalkerTest, SourcesOfOneRunStandSideBySide) {
