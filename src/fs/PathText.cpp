@@ -9,6 +9,12 @@ TextView trimmed(TextView path, char16_t separator) {
   return separator == u'\\' ? trimBlanks(path) : path;
 }
 
+/// Position of the dot before the extension; npos: none. The dot of a hidden name is none.
+std::size_t dotOfExtension(TextView name) {
+  const auto dot = name.rfind(u'.');
+  return dot == 0 ? TextView::npos : dot;
+}
+
 }  // namespace
 
 Text LongPathPrefix(TextView path, char16_t separator) {
@@ -31,13 +37,13 @@ TextView xGetFileName(TextView path, char16_t separator) {
 }
 
 TextView xGetExtension(TextView name) {
-  const auto dot = name.rfind(u'.');
+  const auto dot = dotOfExtension(name);
   return dot == TextView::npos ? TextView() : name.substr(dot + 1);
 }
 
 TextView xGetFileNameWithoutExtension(TextView path, char16_t separator) {
   const TextView name = xGetFileName(path, separator);
-  return name.substr(0, name.rfind(u'.'));
+  return name.substr(0, dotOfExtension(name));
 }
 
 Text& xAddBackslash(Text& path, char16_t separator) {

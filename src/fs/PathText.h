@@ -22,7 +22,8 @@ TextView xGetPath(TextView path, char16_t separator = platform::kNativeSeparator
 /// The text after the last separator; the whole text if there is none.
 TextView xGetFileName(TextView path, char16_t separator = platform::kNativeSeparator);
 
-/// The text after the last ".", as typed; empty if there is none. Give it a name, not a path.
+/// The text after the last ".", as typed; empty if there is none, or if the name begins with its
+/// only dot. Give it a name, not a path.
 TextView xGetExtension(TextView name);
 
 /// xGetFileName, cut before its last ".".

@@ -178,6 +178,20 @@ TEST(VolumesTest, DrivesAreMountedFileSystems) {
     EXPECT_TRUE(IsDriveRoot(drive)) << toBytes(drive);
   EXPECT_EQ(WNetGetConnectionW(u"/"), u"");
   EXPECT_EQ(FindNetworkDrive(u"//no-such-server/share"), u"");
+  // A device that is mounted twice is one drive; memory of the system is none.
+  const TestFolder folder;
+  for (const char* name : {"once", "once/more"})
+    folder.folder(name);
+  runWithOwnMounts([&] {
+    mountAt("/dev/shm");
+    mountAt(folder.path("once"));
+    folder.folder("once/more");
+    mountAt(folder.path("once/more"), folder.path("once"));
+    const std::vector<Text> mounted = GetLogicalDriveStringsW();
+    EXPECT_EQ(std::count(mounted.begin(), mounted.end(), folder.text("once")), 1);
+    EXPECT_EQ(std::count(mounted.begin(), mounted.end(), folder.text("once/more")), 0);
+    EXPECT_EQ(std::count(mounted.begin(), mounted.end(), u"/dev/shm"), 0);
+  });
 }
 
 }  // namespace

@@ -78,9 +78,21 @@ DriveProber& drives() {
   return prober;
 }
 
+/// Whether the mount belongs to the running system: memory in which the system keeps its state.
+bool isOfSystem(const Mount& mount) {
+  if (mount.type != "tmpfs" && mount.type != "ramfs" && mount.type != "devtmpfs") return false;
+  const std::string_view places[] = {"/sys", "/proc", "/dev", "/run"};
+  return std::any_of(std::begin(places), std::end(places), [&](std::string_view place) {
+    const std::string_view point = mount.mountPoint;
+    return point.starts_with(place) && (point.size() == place.size() || point[place.size()] == '/');
+  });
+}
+
 /// Whether the mount can be a drive: a whole file system of a suitable type can, a mounted part of
 /// one cannot.
-bool canBeDrive(const Mount& mount) { return mount.root == "/" && !isPseudoFileSystem(mount.type); }
+bool canBeDrive(const Mount& mount) {
+  return mount.root == "/" && !isPseudoFileSystem(mount.type) && !isOfSystem(mount);
+}
 
 /// Whether the report of a mount allows a drive there. A mount is not a drive if it is hidden by
 /// another mount or by a folder without access, or if it is a single file, as in containers. A
@@ -147,12 +159,22 @@ std::vector<Text> GetLogicalDriveStringsW() {
   std::transform(mounts.begin(), mounts.end(), points.begin(),
                  [](const Mount& mount) { return mount.mountPoint; });
   const std::vector<DriveReport> told = drives().ask(points, kLimit);
-  std::vector<Text> roots;
+  std::vector<const Mount*> found;  // one for each device: the mount with the shortest path
   for (std::size_t i = 0; i < mounts.size(); ++i) {
-    const Text root = fromBytes(points[i]);
-    const bool isNew = std::find(roots.begin(), roots.end(), root) == roots.end();
-    if (isNew && isDrive(mounts[i], told[i])) roots.push_back(root);
+    const Mount& mount = mounts[i];
+    if (!isDrive(mount, told[i])) continue;
+    const auto same = std::find_if(found.begin(), found.end(), [&](const Mount* known) {
+      return known->device == mount.device || known->mountPoint == mount.mountPoint;
+    });
+    if (same == found.end()) {
+      found.push_back(&mount);
+    } else if (mount.mountPoint.size() < (*same)->mountPoint.size()) {
+      *same = &mount;
+    }
   }
+  std::vector<Text> roots(found.size());
+  std::transform(found.begin(), found.end(), roots.begin(),
+                 [](const Mount* mount) { return fromBytes(mount->mountPoint); });
   // If the root was changed (chroot), its own mount may be missing from the table, or may be only a
   // part of a file system.
   if (std::find(roots.begin(), roots.end(), u"/") == roots.end()) roots.insert(roots.begin(), u"/");
