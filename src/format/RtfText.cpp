@@ -5,7 +5,7 @@ namespace {
 
 void appendHexadecimal(unsigned value, Text& out) {
   constexpr TextView kDigits = u"0123456789ABCDEF";
-  if (value >= 16) out += kDigits[value / 16];
+  out += kDigits[value / 16];
   out += kDigits[value % 16];
 }
 
@@ -14,7 +14,9 @@ void appendHexadecimal(unsigned value, Text& out) {
 Text GetRtfUnicodeEscapedString2(TextView text, bool wrap) {
   Text escaped;
   for (const char16_t unit : text) {
-    if (unit <= 255) {
+    if (unit == u'\t') {
+      escaped += u"\\tab ";
+    } else if (unit <= 255) {
       escaped += u"\\'";
       appendHexadecimal(unit, escaped);
     } else {

@@ -87,7 +87,10 @@ class ArgumentReader {
       if (option.size() > 2) line_.levels = toLevels(TextView(option).substr(2));
       return true;
     }
-    if (option.starts_with(u"-d") && option.size() > 2 && isDigit(option[2])) {
+    if (option.starts_with(u"-d")) {
+      if (option.size() < 3 || option[2] < u'0' || option[2] > u'4') {
+        return fail(TL(9708, u"Hinter '-d' muss eine Ziffer von 0 bis 4 stehen."));
+      }
       line_.delimiter = option[2] - u'0';
       line_.customDelimiter = option.substr(3);
       return true;

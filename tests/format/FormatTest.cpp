@@ -118,8 +118,8 @@ TEST(AttributesTest, LettersComeInTheirFixedOrder) {
 
 TEST(RtfTextTest, EscapesEveryUnit) {
   const auto plain = [](TextView text) { return GetRtfUnicodeEscapedString2(text, false); };
-  EXPECT_EQ(each(fields(u"A\t|ä|\u20AC|\U0001F600"), plain),
-            u"\\'41\\'9|\\'E4|\\uc1\\u8364?|\\uc1\\u-10179?\\uc1\\u-8704?");
+  EXPECT_EQ(each(fields(u"A\t\x0F|ä|\u20AC|\U0001F600"), plain),
+            u"\\'41\\tab \\'0F|\\'E4|\\uc1\\u8364?|\\uc1\\u-10179?\\uc1\\u-8704?");
   EXPECT_EQ(GetRtfUnicodeEscapedString2(u"", true), u"{\\rtf1}");
   EXPECT_EQ(GetRtfUnicodeEscapedString2(u"x", true), u"{\\rtf1\\'78}");
 }

@@ -93,7 +93,7 @@ TEST(CommandLineTest, WhatMakesNoJob) {
       u"--lists /a /b;--lists /a --rows;--lists --rows -1 /a;--lists --rows x /a;--json /a;"
       u"-s --lists /t /a;--lists --save /out --format htm /a;--lists --save /out --json /a;"
       u"--lists --format csv /a;--lists /a --save;--save /out /a;--lists --helpers 65 /a;"
-      u"--lists /a --helpers;--read-only=no";
+      u"--lists /a --helpers;--read-only=no;-s -d5 /t /a;-s -d /t /a;-s -d9 /t /a";
   for (const Text& typed : split(all, u';')) {
     const CommandLine line = parseArguments(split(typed));
     EXPECT_EQ(line.mode, Mode::Invalid) << toBytes(typed);
