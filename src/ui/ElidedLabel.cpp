@@ -1,4 +1,5 @@
 #include "ui/ElidedLabel.h"
+#include "ui/Messages.h"
 
 namespace ombrelian::ui {
 namespace {
@@ -15,7 +16,7 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
 
 void ElidedLabel::setFullText(const QString& text) {
   full_ = text;
-  setToolTip(text);
+  setToolTip(plainToolTip(text));
   setAccessibleName(text);
   elide();
 }

@@ -8,6 +8,7 @@
 #include "support/Translate.h"
 #include "ui/Desktop.h"
 #include "ui/Icons.h"
+#include "ui/Messages.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -38,7 +39,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
       return shown == nullptr ? QVariant()
                               : toQString(rows_.cells().text(rows_.cellRow(row), *shown));
     case Qt::ToolTipRole:
-      return shown == nullptr ? QVariant() : toQString(rows_.toolTip(row, *shown)).remove(u'\r');
+      return shown == nullptr ? QVariant()
+                              : plainToolTip(toQString(rows_.toolTip(row, *shown)).remove(u'\r'));
     case Qt::TextAlignmentRole:
       return int(shown != nullptr && shown->isLeftAligned() ? Qt::AlignLeft | Qt::AlignVCenter
                                                             : Qt::AlignRight | Qt::AlignVCenter);

@@ -4,12 +4,12 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QVBoxLayout>
 
 #include "format/RtfText.h"
 #include "support/Translate.h"
+#include "ui/Messages.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -67,15 +67,14 @@ void ListPane::addRowCommands() {
 
 void ListPane::connectModel() {
   connect(model_, &ListModel::nameTaken, this, [this](const QString& name, bool* answer) {
-    *answer = QMessageBox::question(
-                  this, QStringLiteral("Ombrelian"),
-                  toQString(TL(9545, u"'%1' gibt es dort schon. Soll es ersetzt werden?",
-                               {toTextView(name)})),
-                  QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+    *answer = askQuestion(this,
+                          toQString(TL(9545, u"'%1' gibt es dort schon. Soll es ersetzt werden?",
+                                       {toTextView(name)})),
+                          QMessageBox::No);
     list_->setFocus();
   });
   connect(model_, &ListModel::renameFailed, this, [this](const QString& error) {
-    QMessageBox::warning(this, QStringLiteral("Ombrelian"), error);
+    showMessage(this, QMessageBox::Warning, error);
     list_->setFocus();  // otherwise another list gets the focus, and the next key acts on it
   });
 }

@@ -1,13 +1,13 @@
 #include "ui/SaveProgress.h"
 
 #include <QApplication>
-#include <QMessageBox>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "format/Sizes.h"
 #include "platform/Time.h"
 #include "support/Translate.h"
+#include "ui/Messages.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -89,17 +89,13 @@ bool SaveProgress::GetInputState() {
 }
 
 void SaveProgress::message(TextView text, Severity severity) {
-  QMessageBox box(severity == Severity::Information ? QMessageBox::Information
-                  : severity == Severity::Warning   ? QMessageBox::Warning
-                                                    : QMessageBox::Critical,
-                  window()->windowTitle(), toQString(text), QMessageBox::Ok, window());
-  box.setTextFormat(Qt::PlainText);
-  box.exec();
+  showMessage(window(),
+              severity == Severity::Information ? QMessageBox::Information
+              : severity == Severity::Warning   ? QMessageBox::Warning
+                                                : QMessageBox::Critical,
+              toQString(text));
 }
 
-bool SaveProgress::ask(TextView question) {
-  return QMessageBox::question(window(), window()->windowTitle(), toQString(question)) ==
-         QMessageBox::Yes;
-}
+bool SaveProgress::ask(TextView question) { return askQuestion(window(), toQString(question)); }
 
 }  // namespace ombrelian::ui

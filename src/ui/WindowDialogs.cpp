@@ -4,6 +4,7 @@
 #include <QMessageBox>
 
 #include "platform/Time.h"
+#include "ui/Messages.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -54,20 +55,14 @@ bool WindowDialogs::GetInputState() {
 }
 
 void WindowDialogs::message(TextView text, Severity severity) {
-  QMessageBox box(&window_);
-  box.setWindowTitle(QStringLiteral("Ombrelian"));
-  box.setIcon(severity == Severity::Information ? QMessageBox::Information
+  showMessage(&window_,
+              severity == Severity::Information ? QMessageBox::Information
               : severity == Severity::Warning   ? QMessageBox::Warning
-                                                : QMessageBox::Critical);
-  box.setTextFormat(Qt::PlainText);
-  box.setText(shownLines(toQString(text).split(u'\n')));
-  box.exec();
+                                                : QMessageBox::Critical,
+              shownLines(toQString(text).split(u'\n')));
 }
 
-bool WindowDialogs::ask(TextView question) {
-  return QMessageBox::question(&window_, QStringLiteral("Ombrelian"), toQString(question)) ==
-         QMessageBox::Yes;
-}
+bool WindowDialogs::ask(TextView question) { return askQuestion(&window_, toQString(question)); }
 
 bool WindowDialogs::confirm(TextView question, const std::vector<Text>& details) {
   QMessageBox box(QMessageBox::Question, QStringLiteral("Ombrelian"), shownInMessage(question),

@@ -1,0 +1,25 @@
+#include "ui/Messages.h"
+
+#include <QTextDocument>
+
+namespace ombrelian::ui {
+
+void showMessage(QWidget* parent, QMessageBox::Icon icon, const QString& text) {
+  QMessageBox box(icon, QStringLiteral("Ombrelian"), text, QMessageBox::Ok, parent);
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
+}
+
+bool askQuestion(QWidget* parent, const QString& question, QMessageBox::StandardButton standard) {
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Ombrelian"), question,
+                  QMessageBox::Yes | QMessageBox::No, parent);
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(standard);
+  return box.exec() == QMessageBox::Yes;
+}
+
+QString plainToolTip(const QString& text) {
+  return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+}
+
+}  // namespace ombrelian::ui
