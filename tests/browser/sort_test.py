@@ -17,7 +17,7 @@ from pathlib import Path
 
 PROGRAM = None
 
-# Runs the steps and leaves what each found in the title. A step is [table, column, action].
+# Runs the steps and writes their results into the title. A step is [table, column, action].
 DRIVER = """
 <script>
 window.addEventListener("load", () => {
@@ -78,7 +78,7 @@ class SortTest(unittest.TestCase):
         digest = base64.b64encode(hashlib.sha256(script.encode()).digest()).decode()
         page = page.replace("script-src ", f"script-src 'sha256-{digest}' ")
         target.write_bytes(b"\xff\xfe" + (page + driver).encode("utf-16-le", "surrogatepass"))
-        # Not through a pipe, which processes that outlive the browser would hold open.
+        # The output is not a pipe, because processes that outlive the browser would keep it open.
         with open(self.work / "dom", "wb") as out:
             subprocess.run(
                 ["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage",
@@ -172,7 +172,7 @@ class SortTest(unittest.TestCase):
         told = self.browse(page_with_rows(self.script(), headers, rows), steps)
         self.assertTrue(told["focusable"])
         orders = ["".join(result["order"]) for result in told["results"]]
-        # "b" and "e" are equal as texts and keep the order that the sort before left.
+        # "b" and "e" are equal as texts and keep the order of the previous sort.
         expected = ["cbead", "daebc", "cdaeb", "beadc", "dcabe", "dcabe", "cbdae", "cbdae"]
         self.assertEqual(orders, expected)
 

@@ -1,5 +1,5 @@
-// Saving what a tree shows; and a disk that takes no more, and a sheet that holds no more: whatever
-// stands under the report's name afterwards is whole. And lists as JSON and as text.
+// Tests of saved reports: the rows of a tree, and a full disk or sheet, after which the file with
+// the name of the report must be complete, and lists as JSON and as text.
 
 #include "export/FolderSave.h"
 
@@ -23,7 +23,7 @@ using Names = std::vector<Text>;
 
 class FolderSaveTest : public SaveFixture {
  protected:
-  /// "/src" with "deep" (and "inner" in it), files of its own, and a second source.
+  /// A source "/src" with "deep" (with "inner" in it) and its own files, and a second source.
   FolderSaveTest() {
     root = add(kNoNode, u"/src", 3000);
     deep = add(root, u"deep", 2000);
@@ -58,13 +58,13 @@ TEST_F(FolderSaveTest, LevelsDecideWhichRowsAreWritten) {
       {2, all},
       {1, first},
       {0, none},
-      // What the stored settings choose: what is expanded.
+      // The stored settings choose the expanded folders.
       {kKeepLevels, {u"/src", u"/"}},
       {kKeepLevels, first, [&] { report.setExpanded(root, true); }},
       {kKeepLevels, none, [&] { options.LevelOpt = 1, options.Levels = 0; }},
-      // Only the selected row's source, which needs a selected row.
+      // Only the source of the selected row is saved. Without a selected row no source is saved.
       {0, none, [&] { options.FolderOpt = 1; }},
-      // A selected row that is no source stands with its full path, and only what is below it.
+      // A selected row that is no source is saved with its full path and its subfolders only.
       {kAllLevels,
        {u"/src/deep", u"/src/deep/inner", u"/src/deep/[Dateien]"},
        [&] { report.select(deep); }},
@@ -107,7 +107,7 @@ TEST(ReportFormatTest, TheNamesEndDecides) {
     EXPECT_EQ(formatOfFileName(name), format) << toBytes(name);
 }
 
-/// While it lives, no file of this process grows beyond `bytes`.
+/// Limits the size of all files of this process to `bytes` during its life.
 class ScopedFileLimit {
  public:
   explicit ScopedFileLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {
@@ -140,7 +140,7 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
   ASSERT_FALSE(save(name).has_value());
   const std::string whole = readFile(path);
   int failures = 0;
-  // Past the report's own size too: a workbook passes through larger files.
+  // The limits exceed the size of the report, because a workbook needs larger temporary files.
   for (rlim_t limit = 0; limit < 8 * whole.size(); limit += 1 + limit / 23) {
     std::ofstream(path) << "old";
     Failure failure;
@@ -148,7 +148,7 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
       const ScopedFileLimit full(limit);
       failure = save(name);
     }
-    // Not EXPECT_EQ, which would print both.
+    // EXPECT_EQ would print both contents.
     EXPECT_TRUE(readFile(path) == (failure ? "old" : whole)) << "limit " << limit;
     EXPECT_EQ(namesIn(out.path()), std::vector<std::string>{name});
     failures += failure.has_value();
@@ -162,7 +162,7 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
     std::ofstream(path) << "old";
     const ScopedFault fault(makeFail);
     const Failure failure = save(name);
-    // A workbook is written by other calls, to which the limits above apply.
+    // A workbook is written by other calls. The limits above apply to those.
     const bool isMet = fault.hits() > 0;
     EXPECT_TRUE(isMet || (GetParam() == ReportFormat::XLSX && makeFail.call == Call::Write));
     EXPECT_EQ(failure.has_value(), isMet) << int(makeFail.call);
@@ -237,7 +237,7 @@ std::string json(const Grid& grid, std::size_t limit) {
   return out;
 }
 
-/// What a reader of JSON that is not ours finds, written in ASCII.
+/// The values that an independent JSON reader finds, written in ASCII.
 std::string readBack(const std::string& json) {
   const TestFolder folder;
   std::ofstream(folder.path("json"), std::ios::binary) << json;

@@ -1,10 +1,10 @@
-// Whole reports against files that were read by eye. After a wanted change
+// Compares whole reports with files that a person has checked. After an intended change
 //
 //   scripts/golden.sh
 //
-// writes them anew; look at the difference before it is committed. The files are UTF-8, their line
-// ends are plain (a line feed that is no line end stands as "\n"), the script and the style of a
-// page are left out, and a workbook stands there as what a reader that is not ours finds in it.
+// writes the files again; check the difference before you commit it. The files are UTF-8 with plain
+// line ends (a line feed inside a line is written as "\n"). The script and the style of a page are
+// left out, and a workbook is stored as the output of an independent reader.
 
 #include <fstream>
 
@@ -26,7 +26,7 @@ using namespace ombrelian::testing;
 
 const std::string kFolder = std::string(OMBRELIAN_SOURCE_DIR) + "/tests/export/golden/";
 
-/// A report as a golden file has it.
+/// A report in the form of a golden file.
 std::string readReportOf(const std::string& path, ReportFormat format) {
   if (format == ReportFormat::XLSX)
     return outputOf("/usr/bin/python3 '" + kFolder + "../dump_xlsx.py' '" + path + "'");
@@ -38,7 +38,7 @@ std::string readReportOf(const std::string& path, ReportFormat format) {
 
 class GoldenTest : public SaveFixture {
  protected:
-  /// Compares with the golden file of the same name; that of a workbook is a dump.
+  /// Compares with the golden file of the same name; for a workbook, this is a dump.
   void compare(const std::string& name, const std::string& written) {
     const std::string path = kFolder + name + (name.ends_with(".xlsx") ? ".dump" : "");
     if (std::getenv("OMBRELIAN_WRITE_GOLDEN") != nullptr) {
@@ -99,7 +99,7 @@ class GoldenFolderTest : public GoldenTest {
     tree.setJunctionTarget(deep, u"/else \"where\"");
   }
 
-  /// Saves in each of the formats, and compares.
+  /// Saves in each of the formats and compares.
   void check(const std::string& name, const std::vector<ReportFormat>& formats,
              std::int32_t levels) {
     for (const ReportFormat format : formats) {
@@ -140,8 +140,8 @@ TEST_F(GoldenFolderTest, ASelectedRowWithIndentAndLines) {
 
 TEST_F(GoldenFolderTest, WhatIsExpanded) {
   const ScopedLocale posix("C");
-  options.FolderColumnVisible = {1, 0, 0, 1, 1};  // hidden sizes; the name stays
-  options.FolderColumnIndex[4] = 1;               // files stand in front
+  options.FolderColumnVisible = {1, 0, 0, 1, 1};  // hidden sizes; the name cannot be hidden
+  options.FolderColumnIndex[4] = 1;               // files are the first column
   options.LevelOpt = 2;
   report.setExpanded(root, true);
   report.setExpanded(odd, true);
@@ -156,10 +156,10 @@ TEST_F(GoldenFolderTest, ACancelledSaveIsWellFormed) {
   }
 }
 
-/// One file a format with every list in it, one below the other.
+/// Tests of one file for each format with all lists, one below the other.
 class GoldenListTest : public GoldenTest {
  protected:
-  /// Two rows in which every column has a value that tells it from the others.
+  /// Two rows with a different value in every column.
   Grid sample(ListId list) {
     Grid grid(listRow(list).columns());
     for (int i = 0; i < 2; ++i) {

@@ -15,7 +15,7 @@ bool like(TextView subject, TextView pattern) {
   return compiled.matches(subject);
 }
 
-/// Of each text in `pairs`, which has the subject before a "~" and the pattern behind it.
+/// Expects the result for each text in `pairs`: the subject, a "~" and the pattern.
 void expectLike(bool matches, TextView pairs) {
   for (const TextView pair : testing::fields(pairs)) {
     const auto middle = pair.find(u'~');
@@ -29,7 +29,7 @@ TEST(LikePatternTest, Elements) {
       u"temp~TEMP|TEMP~temp|~|~*|abc~a?c|x7~x#|x0~x#|x9~x#|a.b~*.*|/a/cache/b~*/cache/*|"
       u"mississippi~m*iss*ip*i|b~[a-f]|B~[a-f]|g~[!a-f]|-~[a-]|-~[-a]|*~[*]|!~[!]|ab~a[]b|"
       u"a]~a]|[~[[]|back\\slash~back\\slash|new\nline~new?line|"
-      u"\U0001F600~?|\xDCFF\xDC80~??|"  // one character of two units; bytes that are no UTF-8
+      u"\U0001F600~?|\xDCFF\xDC80~??|"  // one character of two units; bytes that are not UTF-8
       u"\xDCFF~[\xDC80-\xDCFF]");
   expectLike(false,
              u"temporary~temp|a~|ac~a?c|x\u0667~x#|noext~*.*|mississippi~m*iss*iss*iss*|g~[a-f]|"
@@ -51,7 +51,7 @@ TEST(LikePatternTest, CaseOfEveryScriptByTheLocale) {
   }
 }
 
-/// The plainest matcher there is, for "?" and "*" alone.
+/// The simplest possible matcher, for "?" and "*" only.
 bool naive(TextView subject, TextView pattern) {
   if (pattern.empty()) return subject.empty();
   if (pattern[0] == u'*') {
@@ -76,7 +76,7 @@ TEST(LikePatternTest, AgreesWithThePlainestMatcher) {
     ASSERT_EQ(like(subject, pattern), naive(subject, pattern))
         << toBytes(subject) << " like " << toBytes(pattern);
   }
-  // Many runs stay quick: no exponential search.
+  // Many stars must not cause an exponential search.
   EXPECT_FALSE(like(Text(20000, u'a'), u"*a*a*a*a*a*a*a*a*a*b"));
 }
 
@@ -95,15 +95,15 @@ TEST_F(CompareTest, ExcludeAndIncludeListsOfFolders) {
       {u"temp", u"", u"temp2", u"/a/temp2", false},
       {u"*/temp", u"", u"temp", u"/a/temp", true},
       {u"/a/temp", u"", u"temp", u"/b/temp", false},
-      {u"  temp  ", u"", u"temp", u"/temp", true},  // outer blanks of the list go
-      {u"x, temp", u"", u"temp", u"/temp", false},  // those of a piece stay
+      {u"  temp  ", u"", u"temp", u"/temp", true},  // blanks at both ends of the list are removed
+      {u"x, temp", u"", u"temp", u"/temp", false},  // blanks of a piece are kept
       {u"x,,temp", u"", u"temp", u"/temp", false},  // the first empty piece ends the list
       {u"", u"Data", u"Data", u"/Data", false},
       {u"", u"Data", u"Other", u"/Other", true},
       {u"", u"D*,*ta", u"Data", u"/Data", false},
       {u"", u"D*,X*", u"Data", u"/Data", true},  // all patterns must fit
       {u"", u"D*,*/root/*", u"Data", u"/root/Data", false},
-      {u"other", u"Data", u"Misc", u"/Misc", false},  // with both on, exclude alone counts
+      {u"other", u"Data", u"Misc", u"/Misc", false},  // if both are on, only exclude counts
   };
   for (const auto& c : cases) {
     options.FolderList_FilterFolderExclude_Active = c.exclude.empty() ? 0 : 1;
@@ -116,7 +116,7 @@ TEST_F(CompareTest, ExcludeAndIncludeListsOfFolders) {
         << toBytes(c.exclude) << " | " << toBytes(c.include) << " | " << toBytes(c.path);
     EXPECT_EQ(options.FolderList_FilterFolderExclude_Text, trimBlanks(c.exclude));
   }
-  // On, but empty: nothing is left out, and nothing need be asked.
+  // An active filter without a text excludes nothing and needs no check.
   options = {};
   options.FolderList_FilterFolderInclude_Active = 1;
   filters.SetFolderFilterExclude(options);

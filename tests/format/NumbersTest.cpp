@@ -54,7 +54,7 @@ TEST(MaskTest, RoundsFractionsAsTheyPrint) {
   const ScopedLocale locale("C");
   const auto whole = [](double value) { return formatNumber(u"##0", value); };
   const auto cents = [](double value) { return formatNumber(u"###,##0.00", value); };
-  // 1.005 is, as a double, a little less, and negative values round away from zero too.
+  // As a double, 1.005 is a little less. Negative values are rounded away from zero too.
   EXPECT_EQ(each({1.005, -1.005, 99.995, 0.049, 1e-300, 9007199254740993.0}, cents),
             u"1.01|-1.01|100.00|0.05|0.00|9,007,199,254,740,992.00");
   EXPECT_EQ(each({0.5, 2.5, -0.4, 99.995, 9.2e18, std::nan(""), 1e300}, whole),
@@ -66,9 +66,9 @@ TEST(MaskTest, DividesExactly) {
   for (int round = 0; round < 200000; ++round) {
     const int shift = int(random() % 5) * 10;
     auto value = std::int64_t(random()) >> (random() % 63);
-    // Every fourth value lies on a tie: an odd multiple of a two-hundredth is a multiple of 1/8.
+    // Every fourth value is a tie: an odd multiple of 1/200 is a multiple of 1/8.
     if (round % 4 == 0 && shift > 3) value = (value >> 3 | 1) * (std::int64_t(1) << (shift - 3));
-    // Once without decimals, once with two.
+    // The units stand for no decimals and two decimals.
     for (const int unit : {1, 100}) {
       const Wide scaled = (value < 0 ? -Wide(value) : Wide(value)) * unit;
       const Wide divisor = Wide(1) << shift;
@@ -127,7 +127,7 @@ TEST(SizesTest, StatusTextInEveryFormat) {
   const struct {
     std::int64_t size;
     bool withUnit, shortBytes;
-    TextView texts;  // in each format
+    TextView texts;  // texts of the sizes, one for each format
   } cases[] = {
       {1234567, true, false, u"1.234.567 Bytes|1.205,63 KB|1,18 MB|0,00 GB|1,18 MB|0,00 TB|"},
       {1234567, false, true, u"1.234.567|1.205,63|1,18|0,00|1,18 MB|0,00|"},

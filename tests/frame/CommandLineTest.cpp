@@ -1,4 +1,4 @@
-// What the program can be told to do: in its command line, and by the commands of its window.
+// Tests of the command line and of the commands of the window.
 
 #include "frame/CommandLine.h"
 
@@ -17,7 +17,7 @@ namespace {
 using Mode = CommandLine::Mode;
 using Sources = std::deque<Text>;
 
-/// All that a line says. What has an error differs from all that has none.
+/// All values of a line. A line with an error differs from all lines without one.
 std::string said(const CommandLine& line) {
   Text all = toText(int(line.mode)) + (line.readOnly ? u" read-only" : u"") +
              (line.json ? u" json " : u" ") + toText(line.levels) + u" " + toText(line.delimiter) +
@@ -62,7 +62,7 @@ TEST(CommandLineTest, Arguments) {
         .customDelimiter = u"||"}},
       {u"-s99999999999999999999 /t /a",
        {.mode = Mode::Silent, .sources = {u"/a"}, .target = u"/t", .levels = INT32_MAX}},
-      // Whatever a path can hold; behind "--" also a leading hyphen, which then is no root.
+      // Paths may contain any character; after "--" also a leading hyphen.
       {u"-s /t /\"q\"\n\xDCFF -TLMODUS -- /-s",
        {.mode = Mode::Silent, .sources = {u"/\"q\"\n\xDCFF", u"/-s"}, .target = u"/t"}},
       {u"--lists /a", lists},
@@ -154,7 +154,7 @@ TEST(CommandTableTest, BarsHoldKnownCommandsInKnownMenus) {
   }
 }
 
-/// A key that two commands of one bar, or of a list and the main bar, want does nothing.
+/// A key that is used twice on one bar, or on a list's bar and the main bar, has no effect.
 TEST(CommandTableTest, NoKeyMeansTwoThings) {
   std::map<std::string, std::set<CommandId>> ofMain;
   for (int bar = 0; bar < kBars; ++bar) {

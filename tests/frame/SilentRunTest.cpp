@@ -1,4 +1,4 @@
-// Runs without a window.
+// Tests of runs without a window.
 
 #include "frame/SilentRun.h"
 
@@ -27,12 +27,12 @@ Outcome run(const std::vector<Text>& arguments) { return runOnConsole(runSilentl
 
 class SilentRunTest : public ::testing::Test {
  protected:
-  const ScopedLocale locale{"C"};  // the texts of numbers are compared
+  const ScopedLocale locale{"C"};  // the tests compare texts of numbers
   TestFolder source;
   TestFolder out;
 };
 
-/// Counts of the summary line, by the order in which it names them.
+/// Counts of the summary line in the order of the line.
 std::array<long long, 3> filesFoldersBytes(const std::string& output) {
   std::array<long long, 3> counts = {-1, -1, -1};
   std::sscanf(output.c_str(), "Dateien %lld, Ordner %lld, Bytes %lld", &counts[0], &counts[1],
@@ -96,7 +96,7 @@ TEST_F(SilentRunTest, StatusTellsWhatWasMissed) {
   const Outcome nothing = run({u"-s", out.text("n.txt"), source.text("nowhere")});
   EXPECT_EQ(nothing.status, kExitNothing);
   EXPECT_EQ(nothing.output, "");
-  // A target that cannot be is told before the scan.
+  // An impossible target is reported before the scan.
   out.folder("folder.txt");
   ASSERT_EQ(mkfifo(out.path("pipe.txt").c_str(), 0600), 0);
   for (const char* const name : {"folder.txt", "pipe.txt", "missing/r.xlsx"}) {
@@ -127,8 +127,8 @@ TEST_F(SilentRunTest, FiveThousandLevelsSaveWhole) {
   EXPECT_GE(report.back().size(), deep.path().size() + 10000);
 }
 
-/// What find counts: a link to a folder is a folder of its own, every other object that is no
-/// folder a file, of which only plain files and links have a size.
+/// Counts as `find` does: a link to a folder is a folder, and every other object except a folder is
+/// a file. Only plain files and links have a size.
 std::array<long long, 3> countWithFind(const std::string& path) {
   std::array<long long, 3> counts = {0, -1, 0};
   std::istringstream found(outputOf("find '" + path + "' -xdev -printf '%y%Y %s\\n'"));
@@ -237,7 +237,7 @@ TEST_F(ListRunTest, SavesEveryListUnderItsName) {
   EXPECT_EQ(lines(readReport(path + "folders.csv")).size(), 4U);
   EXPECT_GT(lines(readReport(path + "log.csv")).size(), 2U);
 
-  // What cannot be written is told before the scan, or list by list.
+  // Write errors are reported before the scan, or for each list.
   const Outcome missing = lists({u"--lists", u"--save", out.text("no/such"), source.text()});
   EXPECT_EQ(missing.status, kExitNothing);
   EXPECT_NE(missing.errors.find("no/such"), std::string::npos) << missing.errors;

@@ -14,7 +14,7 @@
 namespace ombrelian {
 namespace {
 
-/// Start-ups of a user whose home is a new folder.
+/// Starts of the program by a user whose home is a new folder.
 class StartUpTest : public ::testing::Test {
  protected:
   std::string dataFile(const char* name) const {
@@ -42,7 +42,7 @@ TEST_F(StartUpTest, ANewUserGetsAFolderAndASettingsFile) {
 
 TEST_F(StartUpTest, ANewUserKeepsTwoSettingsOfTheOlderVersion) {
   const std::tuple<const char*, TextView, bool> cases[] = {
-      // The older file, the file that is made of it, and whether that is a first start.
+      // The older file, the file made from it, and whether this is a first start.
       {"[Optionen]\r\nKontextmenu=0\r\nBigIcons=1\r\n[Allgemein]\r\nLang=12\r\n",
        u"[Optionen]\r\nKontextmenu=0\r\n[Allgemein]\r\nLang=12\r\n", false},
       {"[Allgemein]\nLang=\n", u"[Allgemein]\r\nLang=12\r\n[Optionen]\r\nKontextmenu=1\r\n", true},

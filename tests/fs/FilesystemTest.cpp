@@ -59,7 +59,7 @@ TEST(FilesystemTest, MakingFolders) {
   EXPECT_EQ(xCreatePath(u"relative/path").value_or(Error()).text,
             u"Der Ordnerpfad 'relative/path' ist ungültig und kann nicht erstellt werden!");
   ASSERT_TRUE(xCreatePath(u"/").has_value());
-  // By the other rule a share is there already, and a drive's root cannot be made.
+  // With the rules of Windows a share exists already, and the root of a drive cannot be made.
   EXPECT_FALSE(xCreatePath(u"\\\\srv\\share", u'\\').has_value());
   EXPECT_TRUE(xCreatePath(u"C:\\", u'\\').has_value());
 }

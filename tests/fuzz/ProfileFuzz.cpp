@@ -1,5 +1,5 @@
-// Takes the input as a profile file, changes it and asks whether the changes can be read and the
-// rest is still what it was.
+// Reads the input as a profile file, changes it, and checks that the changes can be read and that
+// the rest is unchanged.
 
 #include <cstdint>
 #include <string_view>

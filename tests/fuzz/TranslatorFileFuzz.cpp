@@ -1,4 +1,4 @@
-// Reads each line of the input as a record of a language file, and the whole as such a file.
+// Reads each line of the input as a record of a language file, and the whole input as such a file.
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-// The list of drives: this machine's own, with answers that a test makes up.
+// The list of drives of this machine, with answers that a test defines.
 
 #include "lists/DriveList.h"
 
@@ -20,7 +20,7 @@ constexpr std::int64_t kGB = std::int64_t(1) << 30;
 
 class DriveListTest : public ::testing::Test {
  protected:
-  /// Remembers what was asked; "/" gives `answer`, all others hang.
+  /// Records the queried drives. The answer for "/" is `answer`; all other drives hang.
   std::vector<DriveAnswer> probe(const std::vector<Text>& roots) {
     asked.push_back(roots);
     std::vector<DriveAnswer> answers(roots.size());
@@ -72,7 +72,7 @@ TEST_F(DriveListTest, ADriveTellsItsSpaceInThreeColumns) {
   EXPECT_FALSE(list.hasError(row));
   EXPECT_EQ(list.folderOf(row), u"/");
   EXPECT_GT(list.readAt(), 0);
-  EXPECT_EQ(asked.size(), 1U);  // all at once
+  EXPECT_EQ(asked.size(), 1U);  // one query for all drives
   EXPECT_EQ(progress.size(), list.grid().rowCount());
   EXPECT_EQ(progress.front(), u"Laufwerk " + text(0, u"drive") + u" (1/" + toText(progress.size()) +
                                   u") wird untersucht...");
@@ -137,7 +137,7 @@ TEST_F(DriveListTest, DrivesWithoutValuesComeFirstInOrder) {
     EXPECT_EQ(text(0, u"drive"), u"/");
   }
   list.Drives_GetAllDrives(file);
-  EXPECT_EQ(text(0, u"drive"), u"/");  // the order stays
+  EXPECT_EQ(text(0, u"drive"), u"/");  // the order is kept
 }
 
 TEST_F(DriveListTest, OnlyNetworkPathsAreAdded) {
@@ -145,7 +145,7 @@ TEST_F(DriveListTest, OnlyNetworkPathsAreAdded) {
   const Text drives = toText(list.grid().rowCount()) + u" Laufwerk(e)";
   EXPECT_EQ(list.List_Drives_ShowStat(), drives);
   const std::pair<TextView, TextView> cases[] = {
-      // What is typed, and the drive that it becomes; none: it is refused.
+      // The typed path, and the resulting drive; empty: the path is refused.
       {u"", u""},
       {u"//", u""},
       {u"\\\\", u""},
@@ -171,7 +171,7 @@ TEST_F(DriveListTest, OnlyNetworkPathsAreAdded) {
 
 TEST_F(DriveListTest, RememberedPathsComeBackAndAreLostOnlyWhenRemoved) {
   Optionen_Speichern_Drives_SaveNetworkFolders({u"//a/b/", u"//a/b/", u"host:/d/"}, file);
-  // Before anything was read, nothing may be forgotten.
+  // Stored paths must not be lost if the list was not read yet.
   list.Optionen_Speichern_Drives_SaveNetworkFolders(file);
   EXPECT_TRUE(list.Drives_AddUNCpath(u"//new/x", file));
   const std::vector<Text> all = {u"//a/b/", u"//a/b/", u"host:/d/", u"//new/x/"};

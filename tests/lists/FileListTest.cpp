@@ -1,4 +1,4 @@
-// The list of the files in one folder, over real folders.
+// The list of the files in one folder, with real folders.
 
 #include "lists/FileList.h"
 #include "lists/ListTable.h"
@@ -44,7 +44,7 @@ class FileListTest : public Test {
     return Grid::RowIndex(std::find(all.begin(), all.end(), name) - all.begin());
   }
 
-  /// What the system says the file of a row is.
+  /// The identity of the file of a row according to the system.
   platform::FileIdentity identityOnDisk(Grid::RowIndex row) {
     struct stat told = {};
     EXPECT_EQ(lstat(toBytes(list.fullPath(row)).c_str(), &told), 0);
@@ -79,9 +79,9 @@ TEST_F(FileListTest, FilesAloneAreListedTheLargestFirst) {
   EXPECT_EQ(text(2, u"ext"), u"TXT");
   EXPECT_EQ(texts(list.grid(), u"type"),
             (std::vector<Text>{u"type txt", u"type txt", u"type txt", u"type txt", u"type "}));
-  EXPECT_EQ(types.questions, 3);  // "txt" in two spellings, and none
+  EXPECT_EQ(types.questions, 3);  // "txt" in two spellings, and no extension
   const Grid& grid = list.grid();
-  EXPECT_EQ(grid.number(0, grid.column(u"attr")), 0x200);  // no block is written
+  EXPECT_EQ(grid.number(0, grid.column(u"attr")), 0x200);  // the file has no blocks
   EXPECT_EQ(grid.number(1, grid.column(u"attr")) & 0x400, 0x400);
   EXPECT_FALSE(list.failure());
 }

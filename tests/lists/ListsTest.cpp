@@ -1,5 +1,5 @@
-// The grid, the top lists, the lists that keep all they are fed: sums by extension and owner,
-// links; and the log.
+// The grid, the top lists, the lists without a limit (sums by extension and owner, links), and the
+// log.
 
 #include <gmock/gmock.h>
 
@@ -48,9 +48,9 @@ TEST_F(ListsTest, RowsAreOrderedByRawValue) {
       {u"B", 1LL << 53, 0, 0x2}};
   const std::tuple<TextView, bool, Names> cases[] = {
       {u"size", false, {u"b", u"A", u"B", u"c"}},   {u"size", true, {u"c", u"B", u"A", u"b"}},
-      {u"percent", true, {u"c", u"b", u"A", u"B"}},  // equals stay as they were
-      {u"name", false, {u"A", u"b", u"B", u"c"}},    // by the locale, without case
-      {u"attr", false, {u"b", u"c", u"B", u"A"}},    // A, A, H, R
+      {u"percent", true, {u"c", u"b", u"A", u"B"}},  // equal rows keep their order
+      {u"name", false, {u"A", u"b", u"B", u"c"}},    // in the order of the locale, without case
+      {u"attr", false, {u"b", u"c", u"B", u"A"}},    // the texts are A, A, H, R
   };
   for (const auto& [key, descending, expected] : cases) {
     grid.clear();
@@ -67,7 +67,7 @@ TEST_F(ListsTest, RowsAreOrderedByRawValue) {
   }
 }
 
-/// A row as the grid must hold it.
+/// The expected contents of a row of the grid.
 struct ModelRow {
   std::uint32_t id;
   std::int64_t size;
@@ -126,7 +126,7 @@ TEST_F(ListsTest, RowsKeepAllThatIsTheirsThroughSortsAndRemovals) {
       grid.removeRow(row);
       takeOut(rows[row].id);
     } else if (choice < 399) {
-      // Some twice, some gone already, some that never were.
+      // Some ids are repeated, some were removed already, and some never existed.
       std::vector<std::uint32_t> ids = {1'000'000};
       for (auto i = random() % 12; i > 0; --i)
         ids.push_back(std::uint32_t(random() % (rows.size() + gone.size() + 1)));
@@ -159,7 +159,7 @@ TEST_F(ListsTest, ManyExtensionsLoseNothing) {
   const std::vector<std::int64_t> sizes = numbers(list.grid(), u"size");
   ASSERT_EQ(sizes.size(), std::size_t(kExtensions));
   for (std::size_t row = 0; row < sizes.size(); ++row) {
-    const std::int64_t i = kExtensions - 1 - std::int64_t(row);  // the largest come first
+    const std::int64_t i = kExtensions - 1 - std::int64_t(row);  // the largest are first
     ASSERT_EQ(extensions[row], u".X" + toText(i));
     ASSERT_EQ(sizes[row], i << 31);
   }
@@ -209,7 +209,7 @@ TEST_F(ListsTest, OwnersKnowCaseAndCountFolders) {
   EXPECT_EQ(numbers(grid, u"size"), (std::vector<std::int64_t>{10, 3, 0}));
   EXPECT_EQ(numbers(grid, u"files"), (std::vector<std::int64_t>{2, 1, 0}));
   EXPECT_EQ(numbers(grid, u"folders"), (std::vector<std::int64_t>{1, 0, 1}));
-  EXPECT_EQ(grid.real(0, grid.column(u"percent")), 0);  // of nothing
+  EXPECT_EQ(grid.real(0, grid.column(u"percent")), 0);  // the total is 0
 }
 
 TEST_F(ListsTest, BandsSetFilesApart) {
@@ -275,7 +275,7 @@ TEST_F(LogTest, ALineForEachEntryByTheFormOfDates) {
   EXPECT_THAT(file(), ::testing::MatchesRegex(
                           "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2} - first \xFF\n"
                           "[0-9]{2}\\.[0-9]{2}\\.[0-9]{4} - second\n"));
-  // The form of dates shows in the rows that are there already, not in the lines.
+  // The date format changes in the rows of the list, not in the lines of the file.
   EXPECT_EQ(log.dateText(log.rows()[0]), log.dateText(log.rows()[1]));
   EXPECT_EQ(log.Show_Log(), folder.text("Ombrelian.log"));
   EXPECT_EQ(log.List_Log_ShowStat(), u"2 Einträge");
@@ -292,7 +292,7 @@ TEST_F(LogTest, TheListGoesOnWithoutAFile) {
   EXPECT_EQ(log.Show_Log(), u"");
 }
 
-using Object = std::pair<std::int64_t, Text>;  // what it is sorted by, and its name
+using Object = std::pair<std::int64_t, Text>;  // sort key and name
 
 std::vector<Object> objects(const std::vector<std::int64_t>& keys) {
   std::vector<Object> result;
@@ -301,7 +301,7 @@ std::vector<Object> objects(const std::vector<std::int64_t>& keys) {
   return result;
 }
 
-/// What the list must hold in the end: everything sorted, and cut.
+/// The expected contents of the list: the first objects of the sorted ones.
 std::vector<Object> sorted(std::vector<Object> all, bool largest, std::size_t limit) {
   std::stable_sort(all.begin(), all.end(), [&](const Object& a, const Object& b) {
     return largest ? a.first > b.first : a.first < b.first;
@@ -354,7 +354,7 @@ TEST(TopListsTest, TheClockAgreesWithTheSystem) {
     LocalClock clock;
     std::mt19937_64 random(1);
     for (int i = 0; i < 60'000; ++i) {
-      // From 1960 on, in steps that meet every change of the clocks' year; and at random.
+      // Times from 1960 on in steps that include every change of the clocks, and random times.
       const std::int64_t unix =
           i % 2 != 0 ? std::int64_t(random() % 3'000'000'000U) - 300'000'000
                      : (std::int64_t(i) - 5000) * 5 * kHour + std::int64_t(random() % 1800);
@@ -382,7 +382,7 @@ class TopListsFeedTest : public ::testing::Test {
     return texts(lists.grid(list), u"name");
   }
 
-  const ScopedZone zone{"UTC"};  // where time never goes back
+  const ScopedZone zone{"UTC"};  // a zone in which local time never goes back
   const ScopedLocale locale{"C"};
   Options options;
   mCompare filters{platform::localeTextRules()};

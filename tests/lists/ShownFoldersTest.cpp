@@ -15,7 +15,7 @@ namespace {
 
 class ShownFoldersTest : public ::testing::Test {
  protected:
-  /// Three sources with folders below them at random; names and sizes repeat.
+  /// Three sources with random folders below them; names and sizes repeat.
   void grow(std::size_t folders) {
     for (const TextView root : {u"/b", u"/a", u"/c"})
       nodes_.push_back(tree_.addRoot(root));
@@ -29,7 +29,7 @@ class ShownFoldersTest : public ::testing::Test {
     }
   }
 
-  /// What has to be on show, told by the rule alone.
+  /// The rows that must be visible, computed only from the rule.
   std::vector<NodeIndex> expected() const {
     std::vector<NodeIndex> rows;
     const std::function<void(NodeIndex)> add = [&](NodeIndex first) {

@@ -19,9 +19,9 @@ namespace {
 using namespace std::chrono_literals;
 using namespace ombrelian::testing;
 
-/// What the questions of a test share with it; outlives both.
+/// Data that the queries of a test share with the test; it outlives both.
 struct Desk {
-  /// Counts a question, and holds it until the gate is open if it is about a hung drive.
+  /// Counts a query, and delays the query of a hung drive until the gate is open.
   DriveReport answer(const std::string& root) {
     std::unique_lock lock(mutex);
     ++begun[root];
@@ -100,7 +100,7 @@ TEST_F(DriveProberTest, AHungDriveCostsTheLimitOnceAndTheOthersNothing) {
   }
   EXPECT_EQ(desk->count("/hung"), 1);
   desk->openGate();
-  // The thread may still be about to hand its answer in.
+  // The thread may not have stored its answer yet.
   for (int i = 0; i < 1000 && prober.ask({"/hung"}, 20s)[0].error != kSuccess; ++i)
     std::this_thread::sleep_for(1ms);
   EXPECT_EQ(prober.ask({"/hung"}, 20s)[0].error, kSuccess);
@@ -132,7 +132,7 @@ TEST(DriveProberDeathTest, NobodyWaitsForAHungDriveAtTheEnd) {
 int lookAtHungMount() {
   const TestFolder folder;
   runWithOwnMounts([&] {
-    // A network file system that never answers.
+    // A mounted network file system that never answers.
     const int device = open("/dev/fuse", O_RDWR | O_CLOEXEC);
     const std::string options =
         "fd=" + std::to_string(device) + ",rootmode=40000,user_id=0,group_id=0";
@@ -165,7 +165,7 @@ TEST(VolumesTest, SpaceIsThatOfTheFileSystem) {
   EXPECT_EQ(answers[0].error, kSuccess);
   EXPECT_EQ(answers[0].space.totalBytes, std::int64_t(told.f_blocks * told.f_frsize));
   EXPECT_EQ(answers[0].space.clusterBytes, std::int64_t(told.f_frsize));
-  // Others write meanwhile.
+  // Other programs may write meanwhile.
   EXPECT_NEAR(double(answers[0].space.freeBytes), double(told.f_bfree * told.f_frsize), 1e9);
   EXPECT_EQ(answers[1].error, kFileNotFound);
 }

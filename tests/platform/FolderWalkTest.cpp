@@ -39,7 +39,7 @@ TEST(FolderWalkTest, TellsEachKindOfEntry) {
   ASSERT_EQ(mknod(folder.path("socket").c_str(), S_IFSOCK | 0600, 0), 0);
 
   const auto entries = listFolder(folder.text());
-  std::map<std::string, std::pair<std::uint64_t, std::uint32_t>> told;  // size and attributes
+  std::map<std::string, std::pair<std::uint64_t, std::uint32_t>> told;  // size, attributes
   for (const auto& [name, data] : entries)
     told[name] = {std::uint64_t(data.nFileSizeHigh) << 32 | data.nFileSizeLow,
                   data.dwFileAttributes};
@@ -94,8 +94,8 @@ int countFiles(FolderWalk& walk, std::size_t depth) {
   }
 }
 
-// Files on both sides of the subfolder in each level, so that every level is read on after the
-// walk came back from far below.
+// Each level has files on both sides of its subfolder, so that every level is read further after
+// the walk returned from far below.
 TEST(FolderWalkTest, GoesDeepWithFewDescriptors) {
   const TestFolder folder;
   constexpr int kLevels = 400;
@@ -115,8 +115,8 @@ TEST(FolderWalkTest, GoesDeepWithFewDescriptors) {
   setrlimit(RLIMIT_NOFILE, &before);
 }
 
-// Behind a link ".." is another folder; the level above must be found again by its names. If it is
-// gone, its listing is over, which is an error only where something was left in it.
+// Behind a link ".." is another folder, so the level above must be found by its path. If that level
+// is gone, its listing ends, which is an error only if entries were left in it.
 TEST(FolderWalkTest, ComesBackFromBehindALink) {
   const TestFolder elsewhere;
   close(elsewhere.chain("e", 100));
@@ -200,7 +200,7 @@ TEST(FolderWalkTest, HelpersLeaveSubfoldersOfAOneFolderWalkAlone) {
   while (walk.nextEntry() != nullptr) {
     EXPECT_EQ(walk.goIn(), kAccessDenied);
     ++entries;
-    EXPECT_EQ(opened.hits(), entries);  // by the walk itself
+    EXPECT_EQ(opened.hits(), entries);  // opened by the walk itself
   }
   EXPECT_EQ(entries, 50);
 }

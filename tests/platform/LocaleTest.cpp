@@ -1,4 +1,4 @@
-// What depends on the locale and the zone: notations, names of types, local times.
+// Texts that depend on the locale and the zone: formats, names of types, local times.
 #include "platform/Locale.h"
 
 #include <filesystem>
@@ -13,8 +13,8 @@ namespace ombrelian::platform {
 namespace {
 
 TEST(LocaleTest, WritesNumbersAndDatesAsTheLocaleDoes) {
-  // Decimal sign, grouping sign, sizes of the groups, digits that stay together beyond the last
-  // group, short date, time, March, Sunday.
+  // Decimal sign, grouping sign, sizes of the groups, digits before the first separator,
+  // short date, time, March, Sunday.
   const std::pair<const char*, TextView> cases[] = {
       {"C.UTF-8", u".|,|3|3|1|yyyy-MM-dd|HH:mm:ss|March|Sun"},
       {"POSIX", u".|,|3|3|1|yyyy-MM-dd|HH:mm:ss|March|Sun"},
@@ -111,7 +111,7 @@ TEST(FileTypesTest, TheDatabaseNamesTypesByExtension) {
   if (!std::filesystem::exists("/usr/share/mime/globs2")) GTEST_SKIP() << "no database here";
   EXPECT_EQ(GetFileTypeIcon(u"txt"), u"text-plain");
   EXPECT_EQ(GetFileTypeIcon(u"tar.gz"), u"application-x-compressed-tar");
-  // What the names are is the database's business, but for each language there is one.
+  // The names are defined by the database; each language must have one.
   const auto nameIn = [](const char* language) {
     const ScopedLocale locale(language);
     return GetFileTypeName(u"txt");
@@ -131,11 +131,11 @@ TEST(FileTypesTest, WhatNobodyKnowsIsEmpty) {
 TEST(TimeTest, FileDatesAroundTheChangesOfTheClock) {
   const testing::ScopedZone zone{"CET-1CEST,M3.5.0,M10.5.0/3"};
   const std::pair<std::int64_t, TextView> cases[] = {
-      {1792888200, u"2026-10-25 02:30:00"},  // the first time
-      {1792891800, u"2026-10-25 02:30:00"},  // an hour later the same once more
+      {1792888200, u"2026-10-25 02:30:00"},  // first occurrence
+      {1792891800, u"2026-10-25 02:30:00"},  // second occurrence, an hour later
       {1792895400, u"2026-10-25 03:30:00"},
       {1774745999, u"2026-03-29 01:59:59"},
-      {1774746000, u"2026-03-29 03:00:00"},  // what is between them was skipped
+      {1774746000, u"2026-03-29 03:00:00"},  // the hour before this was skipped
       {-1, u"1970-01-01 00:59:59"},
       {-11644473601, u"1601-01-01 00:59:59"},  // before the first file time
   };

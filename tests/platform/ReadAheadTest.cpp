@@ -18,15 +18,15 @@ namespace {
 
 using namespace ombrelian::testing;
 
-/// What one entry told, and at which depth.
+/// The data of one entry, with its depth.
 std::string line(const FindData& entry, const std::string& name, std::size_t depth) {
   return std::to_string(depth) + " " + name + " " + std::to_string(entry.dwFileAttributes) + " " +
          std::to_string(entry.nFileSizeLow) + " " + std::to_string(entry.linkCount) + " " +
          std::to_string(entry.identity.index) + " " + std::to_string(entry.statError);
 }
 
-/// Walks the source and writes down all it hears. By their names some folders are passed by and
-/// some listings are left early, as filters and a cancel do it.
+/// Walks the source and records all results. Depending on their names, some folders are skipped and
+/// some listings are left early, as by filters and by a cancel.
 std::vector<std::string> diaryOf(const Text& source, int helpers) {
   std::vector<std::string> diary;
   FolderWalk walk(helpers);
@@ -55,15 +55,15 @@ std::size_t countIn(const char* folder) {
                                    std::filesystem::directory_iterator()));
 }
 
-/// The threads of the program, once those are gone that were joined: the kernel takes a thread out
-/// of the list a moment after that. A sanitizer adds one of its own beside the first that is made.
+/// Number of threads of the program. The kernel removes a joined thread from its list a bit later,
+/// and a sanitizer adds a thread of its own with the first thread.
 std::size_t countThreads() {
   std::thread([] {}).join();
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
   return countIn("/proc/self/task");
 }
 
-/// That a test leaves as many threads and descriptors as it found.
+/// Checks that a test leaves no threads and no descriptors behind.
 class ReadAheadTest : public ::testing::Test {
  protected:
   ~ReadAheadTest() override {
@@ -109,7 +109,7 @@ TEST_F(ReadAheadTest, ABrokenListingKeepsWhatWasRead) {
   for (int i = 0; i < 5000; ++i)
     folder.file("wide/" + std::string(30, 'f') + std::to_string(i));
   for (const int helpers : {0, 2}) {
-    const ScopedFault fault({Call::Getdents, {}, EIO, 5, 1});  // the source takes two questions
+    const ScopedFault fault({Call::Getdents, {}, EIO, 5, 1});  // the source needs two calls
     FolderWalk walk(helpers);
     ASSERT_EQ(walk.openSource(folder.text()), kSuccess);
     ASSERT_NE(walk.nextEntry(), nullptr);
@@ -122,7 +122,7 @@ TEST_F(ReadAheadTest, ABrokenListingKeepsWhatWasRead) {
   }
 }
 
-// What helpers cannot open for want of descriptors, the walk, which closes far levels, still can.
+// The walk closes outer levels, so it can open folders that helpers cannot open.
 TEST_F(ReadAheadTest, AShortageOfHelpersIsNoneOfTheWalk) {
   const TestFolder folder;
   makeRandomTree(folder, 5);
@@ -171,7 +171,7 @@ TEST_F(ReadAheadTest, BoundsHoldBackTheHelpersAlone) {
       std::size_t most = 0;
       const ReadPlan plan = {.helpers = 4, .memory = memory, .descriptors = descriptors};
       EXPECT_EQ(readAll(folder.path(), plan, most), 2 * kFolders);
-      // Those of the program itself, one more for each thread, and those that the stack holds.
+      // Descriptors of the program, one for each thread, and those of the stack.
       EXPECT_LT(most, 40U + kFolders / 2) << memory << " " << descriptors;
     }
   }
@@ -198,8 +198,8 @@ TEST_F(ReadAheadTest, QuestionsInInodeOrderBringTheSameAnswer) {
   EXPECT_EQ(linesOf(reader.ask(open.get(), 0, true), ""), linesOf(plain, "f33"));
 }
 
-/// Changes a tree until it is told to stop: names come, go and move, folders turn into files and
-/// back.
+/// Changes a tree until `isDone`: names are made, removed and moved, folders become files and files
+/// become folders.
 void vandalize(const std::string& folder, const std::atomic<bool>& isDone) {
   std::mt19937 random;
   const auto name = [&] {
@@ -219,7 +219,7 @@ void vandalize(const std::string& folder, const std::atomic<bool>& isDone) {
   }
 }
 
-// Every walk comes to an end, and leaves nothing behind when it is broken off anywhere.
+// Every walk ends, and leaves nothing behind if it is ended at any point.
 TEST_F(ReadAheadTest, ATreeThatChangesUnderTheWalk) {
   const TestFolder folder(TestFolder::Place::Memory);
   makeRandomTree(folder, 9);
@@ -247,7 +247,7 @@ TEST_F(ReadAheadTest, ATreeThatChangesUnderTheWalk) {
     vandal.join();
 }
 
-/// A disk as sysfs describes it.
+/// A disk in the form of sysfs.
 void makeDisk(const TestFolder& sys, const std::string& name, const char* rotational,
               const char* vendor) {
   sys.write(name + "/queue/rotational", std::string(rotational) + "\n");

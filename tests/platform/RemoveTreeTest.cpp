@@ -14,7 +14,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
 
-/// Keeps what was told.
+/// Records the reported failures.
 struct Progress : RemovalProgress {
   bool goOn(std::uint64_t files, std::uint64_t folders) override {
     return !onObject || onObject(files, folders);
@@ -60,7 +60,7 @@ TEST_F(RemoveTreeTest, EverythingGoesAndLinksAreNotFollowed) {
     EXPECT_NE(access(tree.path().c_str(), F_OK), 0);
     EXPECT_THAT(progress.failures, IsEmpty());
   }
-  // A link that was chosen itself is all that goes; what is not there counts as gone.
+  // If a link is chosen, only the link is removed. A missing object counts as removed.
   folder.symlink("link", folder.path("outside"));
   EXPECT_TRUE(remove({folder.text("link")}).isGone);
   EXPECT_TRUE(remove({folder.text("link")}).isGone);
@@ -82,18 +82,18 @@ TEST_F(RemoveTreeTest, NoDepthIsTooDeepAndNoFolderTooLarge) {
 TEST_F(RemoveTreeTest, WhatTookThePlaceOfAnObjectStays) {
   folder.file("source/a/b/file");
   const ShownObject chosen = shown("source/a/b", folder.text("source").size());
-  // A folder on the way is a link by now, to where a folder of that very name lies.
+  // A folder on the path becomes a link to a folder that contains the same name.
   folder.file("outside/b/precious");
   folder.rename("source/a", "moved");
   folder.symlink("source/a", folder.path("outside"));
   EXPECT_FALSE(remove(chosen).isGone);
   EXPECT_THAT(progress.failures, ElementsAre(Pair(folder.path("source/a/b"), kObjectReplaced)));
-  // Even the object itself, reached by a way that was not there.
+  // The object itself is refused too if the path to it is new.
   folder.rename("source/a", "other link");
   folder.symlink("source/a", folder.path("moved"));
   EXPECT_FALSE(remove(chosen).isGone);
   EXPECT_TRUE(folder.has("moved/b/file"));
-  // Another folder, a link, and a file of that name.
+  // A folder, a link and a file with the name of the object are refused.
   const ShownObject top = shown("top");
   folder.rename("top", "old top");
   folder.folder("top/new");
@@ -112,7 +112,7 @@ TEST_F(RemoveTreeTest, ALinkThatAppearsWhileItGoesIsNotFollowed) {
   folder.folder("top/b");
   folder.file("top/file");
   bool isSwapped = false;
-  // The subfolders were listed when the first file goes.
+  // The subfolders are listed before the first file is removed.
   progress.onObject = [&](std::uint64_t files, std::uint64_t) {
     if (files != 1 || std::exchange(isSwapped, true)) return true;
     for (const char* const name : {"top/a", "top/b"}) {
@@ -152,7 +152,7 @@ TEST_F(RemoveTreeTest, RightsAreHadForTheMomentAndGivenBack) {
   own.chmod("parent/closed/deep", 0);
   own.chmod("parent/closed", 0500);
   own.chmod("parent", 0555);
-  // While one thing cannot go, every folder around it gets its mode back.
+  // If one object cannot be removed, every folder around it gets its mode back.
   {
     const ScopedFault fault({Call::Unlinkat, "deep", EIO});
     EXPECT_FALSE(remove({own.text("parent/closed")}).isGone);
@@ -169,9 +169,9 @@ TEST_F(RemoveTreeTest, RightsAreHadForTheMomentAndGivenBack) {
 TEST_F(RemoveTreeTest, EachFailureStaysAloneAndIsTold) {
   const struct {
     Fault fault;
-    const char* stays;  // path that is told
+    const char* stays;  // reported path
     ErrorCode told;
-    std::uint64_t files;  // that go
+    std::uint64_t files;  // number of removed files
   } cases[] = {
       {{Call::Unlinkat, "stuck", EIO}, "top/sub/stuck", kInputOutputError, 2},
       {{Call::Unlinkat, "stuck", EPERM}, "top/sub/stuck", kAccessDenied, 2},
@@ -180,7 +180,7 @@ TEST_F(RemoveTreeTest, EachFailureStaysAloneAndIsTold) {
       {{Call::Openat, "sub", EMFILE}, "top/sub", kTooManyOpenFiles, 1},
       {{Call::Openat, "sub", EACCES}, "top/sub", kAccessDenied, 1},
       {{Call::Getdents, {}, EIO}, "top", kInputOutputError, 0},
-      {{Call::Statx, "stuck", EIO}, nullptr, 0, 3},  // nobody asks about it
+      {{Call::Statx, "stuck", EIO}, nullptr, 0, 3},  // files are removed without this call
   };
   for (const auto& c : cases) {
     for (const char* const name : {"top/file", "top/sub/first", "top/sub/stuck"})
@@ -213,7 +213,7 @@ TEST_F(RemoveTreeTest, AFolderThatIsFilledMeanwhileGoesToo) {
   folder.folder("top/sub");
   int added = 0;
   progress.onObject = [&](std::uint64_t, std::uint64_t) {
-    // `sub` was listed once it is asked whether to leave it.
+    // `top` is already listed when a removal is reported.
     if (++added <= 4) folder.file("top/added" + std::to_string(added));
     return true;
   };

@@ -21,13 +21,13 @@ using ::testing::ElementsAre;
 
 constexpr ErrorCode kOfBin = kShellErrorOnDestination;
 
-/// Value behind "key=" in a record.
+/// Value after "key=" in a record.
 std::string valueOf(const std::string& record, const std::string& key) {
   const auto begin = record.find("\n" + key + "=") + key.size() + 2;
   return record.substr(begin, record.find('\n', begin) - begin);
 }
 
-/// Every object in and below `path` with its kind and content, one a line.
+/// Every object in and below `path` with its kind and content, one on each line.
 std::string describe(const std::filesystem::path& path) {
   if (is_symlink(path)) return "link to " + read_symlink(path).string() + "\n";
   if (!is_directory(path)) return "file of " + readFile(path) + "\n";
@@ -53,7 +53,7 @@ class TrashTest : public ::testing::Test {
     folder_.folder("data/Trash/info");
   }
 
-  /// Puts the only object in the bin back by what the bin itself tells.
+  /// Restores the only object in the bin from the data of the bin.
   void restoreOnly() const {
     const auto records = namesIn(bin("info"));
     ASSERT_EQ(records.size(), 1U);
@@ -225,7 +225,7 @@ TEST_F(TrashTest, WhatIsSwappedAtTheLastMomentIsPutBack) {
   EXPECT_TRUE(namesIn(bin("files")).empty() && namesIn(bin("info")).empty());
 }
 
-/// Makes an object so deep below `base` that the kernel takes no such path; returns its path.
+/// Makes an object so deep below `base` that its path is too long for the kernel; returns the path.
 std::string deepObject(const TestFolder& folder, const std::string& base) {
   const std::string step(200, 'd');
   const int fd = folder.chain(step, 30, base);
@@ -291,7 +291,7 @@ TEST(TrashFolderTest, TopFolderHasASafeSharedBinOrThisUsersOwn) {
   const std::string user = std::to_string(geteuid());
   const struct {
     const char* what;
-    std::string folder, sticky, link;  // made; the link leads to "other" beside it
+    std::string folder, sticky, link;  // names to make; the link points to "other" beside it
     bool isShared = false;
     ErrorCode code = kSuccess;
   } cases[] = {
@@ -335,9 +335,9 @@ TEST(TrashFolderTest, NamesInTheBinAreShortenedBetweenCharacters) {
       {"a." + std::string(31, 'x'), 2, "a.2." + std::string(31, 'x')},
       {"a." + std::string(32, 'x'), 2, "a." + std::string(32, 'x') + ".2"},
       {std::string(255, 'x'), 1, std::string(245, 'x')},
-      {euros(83) + ".txt", 1, euros(80) + ".txt"},  // 241 bytes are left for the name
+      {euros(83) + ".txt", 1, euros(80) + ".txt"},  // the name has 241 bytes at most
       {euros(83), 10, euros(80) + ".10"},
-      {std::string(255, '\x80'), 1, std::string(241, '\x80')},  // no UTF-8
+      {std::string(255, '\x80'), 1, std::string(241, '\x80')},  // not UTF-8
   };
   for (const auto& c : cases)
     EXPECT_EQ(trashName(c.name, c.number), c.inBin) << c.name;

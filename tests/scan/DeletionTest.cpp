@@ -1,5 +1,5 @@
-// Deleting: case by case, and among all that a user does to a scanned tree, whose numbers are those
-// of a new scan whatever it is.
+// Tests of single deletions, and of random sequences of everything that a user does with a scanned
+// tree. Its sums must always be equal to those of a new scan.
 
 #include "scan/Deletion.h"
 
@@ -26,7 +26,7 @@ namespace {
 using namespace ombrelian::testing;
 using namespace ::testing;
 
-/// Answers the question, and may do something while it stands.
+/// Answers the question, and can change something before the answer.
 struct Asked : QuietInterface {
   bool confirm(TextView text, const std::vector<Text>& lines) override {
     question = text;
@@ -41,7 +41,7 @@ struct Asked : QuietInterface {
   }
 
   bool answer = true;
-  std::vector<Text> progress;  // the paths that it told of
+  std::vector<Text> progress;  // reported paths
   std::function<void()> whileAsked;
   Text question;
   std::string details;
@@ -96,7 +96,7 @@ class DeletionTest : public DeletionFixture {
 };
 
 TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
-  // What filters left out of the scan, or came since, goes as well.
+  // Files that filters excluded from the scan, and new files, are deleted too.
   folder.file("source/a/new", 1000);
   folder.hardlink("source/a/half", "source/b/three");
   folder.hardlink("source/a/whole1", "source/a/one");
@@ -108,12 +108,12 @@ TEST_F(DeletionTest, TheQuestionCountsWhatTheDiskHasNow) {
   deleteFolders({node(u"a")});
   EXPECT_EQ(asked.question,
             u"Soll der Ordner '" + folder.text("source/a") + u"' wirklich gelöscht werden?");
-  // One name of two of 3 bytes stays; both names of 100 bytes go, which comes free once.
+  // One of two names of 3 bytes remains. Both names of 100 bytes are removed; 100 bytes are freed.
   EXPECT_THAT(asked.details,
               AllOf(HasSubstr("Dateien: 5, Ordner: 3, Größe: 1.19 KB"),
                     HasSubstr("3 Namen von Hardlinks; 103 Bytes werden darum nicht frei"),
                     HasSubstr("Verknüpfungen: 1."), HasSubstr("nicht rückgängig")));
-  // What cannot go is left out.
+  // An object that cannot be deleted is not counted.
   ASSERT_EQ(rename(folder.path("source/a").c_str(), folder.path("moved").c_str()), 0);
   folder.file("source/a/another", 777);
   deleteFolders({node(u"a"), node(u"b")});
@@ -141,7 +141,7 @@ TEST_F(DeletionTest, AFolderIsDeletedOnceWithItsChild) {
   EXPECT_THAT(logTexts(), ElementsAre(u"GELÖSCHT: " + folder.text("source/a/")));
   EXPECT_EQ(totals(root), (ScanTotals{4003, 2, 1, 0, 0, 0}));
   EXPECT_EQ(tree[root].subfolders, 1);
-  // The last subfolder takes the row for direct files with it.
+  // The row for direct files is removed with the last subfolder.
   EXPECT_TRUE(deleteFolders({node(u"b")}));
   EXPECT_FALSE(tree[root].hasChildren());
   EXPECT_EQ(totals(root), (ScanTotals{4000, 1, 0, 0, 0, 0}));
@@ -155,13 +155,13 @@ TEST_F(DeletionTest, WhatIsSwappedWhileTheQuestionStandsIsLeftAlone) {
   folder.file("outside/sub/precious");
   folder.file("outside/three");
   asked.whileAsked = [&] {
-    // One time the folder itself, one time the way to it.
+    // The path to the folder is replaced, and later the path to a file.
     EXPECT_EQ(rename(folder.path("source/a").c_str(), folder.path("moved").c_str()), 0);
     folder.symlink("source/a", folder.path("outside"));
   };
   EXPECT_FALSE(deleteFolders({node(u"a/sub")}));
   asked.whileAsked = {};
-  EXPECT_FALSE(deleteFolders({node(u"a")}));  // now it is found before anything is asked
+  EXPECT_FALSE(deleteFolders({node(u"a")}));  // now this is noticed before the question
   asked.whileAsked = [&] {
     EXPECT_EQ(rename(folder.path("source/b").c_str(), folder.path("moved b").c_str()), 0);
     folder.symlink("source/b", folder.path("outside"));
@@ -185,7 +185,7 @@ TEST_F(DeletionTest, EachFailureIsToldAndStaysInTheSums) {
       {{Call::Unlinkat, "two", EIO}, false, "two (#1117"},
       {{Call::Unlinkat, "sub", EBUSY}, false, "sub (#32"},
       {{Call::Statx, "a", EIO}, false, "#1117"},
-      {{Call::Mkdirat, "Trash", EROFS}, true, "Trash"},  // the bin is not there yet
+      {{Call::Mkdirat, "Trash", EROFS}, true, "Trash"},  // the bin does not exist yet
       {{Call::Renameat2, "a", EACCES}, true, "(120)"},
       {{Call::Write, "", ENOSPC}, true, "Trash"},
   };
@@ -207,7 +207,7 @@ TEST_F(DeletionTest, EachFailureIsToldAndStaysInTheSums) {
                 AllOf(HasSubstr(inText), HasSubstr(folder.path("source/a"))));
     EXPECT_EQ(asked.messages, std::vector<Text>{log.rows()[0].text});
     EXPECT_NE(node(u"a"), kNoNode);
-    // What went in part is counted anew, to what a new scan finds.
+    // A folder that was removed in part has the sums of a new scan.
     const ScanTotals shown = totals(root);
     EXPECT_EQ(shown, totals(scan(folder.text("source")))) << inText;
   }
@@ -219,13 +219,13 @@ TEST_F(DeletionTest, FilesGoFromTheListAndFromWhatTheScanCounted) {
   options.FolderList_FilterFilesExclude_Text = u"*.tmp";
   tree.clear();
   root = scan(folder.text("source"));
-  options.FolderList_FilterFilesExclude_Active = 0;  // what the scan left out counts, not this
+  options.FolderList_FilterFilesExclude_Active = 0;  // the filters of the scan count, not these
   const Deletion::Ids ids = show("source/b", {u"three", u"hidden.tmp"});
   {
     const ScopedFault fault({Call::Unlinkat, "three", EPERM});
     EXPECT_TRUE(deletion().List_Files_DeleteFiles(files, ids));
   }
-  // What the scan had left out changes no sum; what failed stays.
+  // A file that the scan excluded changes no sum; a file that failed remains.
   EXPECT_EQ(totals(root), (ScanTotals{4123, 4, 3, 0, 0, 0}));
   EXPECT_EQ(files.grid().rowCount(), 1U);
   EXPECT_TRUE(deletion().List_Files_DeleteFiles(files, ids));
@@ -233,7 +233,7 @@ TEST_F(DeletionTest, FilesGoFromTheListAndFromWhatTheScanCounted) {
   EXPECT_EQ(files.grid().rowCount(), 0U);
   EXPECT_EQ(files.sum(), 0);
   EXPECT_THAT(asked.progress, Not(IsEmpty()));
-  // Files go from the last row to the first, and each step is told before it is done.
+  // Files are removed from the last row to the first, and each step is reported before it begins.
   folder.file("many/x", 1);
   folder.file("many/y", 3);
   folder.file("many/z", 2);
@@ -266,7 +266,7 @@ TEST_F(DeletionTest, ListsOfTheLastRunLoseNoRowsButTheirOwn) {
   EXPECT_EQ(totals(root), (ScanTotals{123, 3, 3, 0, 1, 0})) << "the sums of the tree follow";
   EXPECT_EQ(rows(ListId::LargestFiles), 4U);
   EXPECT_EQ(rows(ListId::Hardlinks), 1U);
-  // Neither folders that go nor a rescan touch them.
+  // The deletion of folders and a rescan do not change the lists.
   EXPECT_TRUE(deleteFolders({node(u"a")}));
   EXPECT_EQ(Rescan(state(&lists), nullptr).Report_Rescan(root), root);
   EXPECT_EQ(totals(root), (ScanTotals{3, 1, 1, 0, 0, 0}));
@@ -275,7 +275,7 @@ TEST_F(DeletionTest, ListsOfTheLastRunLoseNoRowsButTheirOwn) {
   EXPECT_GT(rows(ListId::Extensions), 0U);
 }
 
-/// One real folder, a tree that was scanned from it, and things that happen to both.
+/// A real folder, a tree scanned from it, and random changes of both.
 class Sequence : public DeletionFixture {
   unsigned below(unsigned limit) { return unsigned(random_() % limit); }
 
@@ -301,11 +301,11 @@ class Sequence : public DeletionFixture {
     }
     fillDisk();
     scan(folder.text("source"));
-    // A source within another shows the same folders.
+    // A source inside another one shows the same folders.
     if (below(3) == 0 && !folders_.empty()) scan(folder.text(pick(folders_)));
   }
 
-  /// Returns what was done, for who looks for the reason of a difference.
+  /// Does one step and returns its log, which helps to find the reason of a difference.
   std::string step() {
     log.clearRows();
     act(below(9));
@@ -315,7 +315,7 @@ class Sequence : public DeletionFixture {
     return said;
   }
 
-  /// Compares each source that is in the tree with a scan of it into another.
+  /// Compares each source of the tree with a new scan of it.
   void expectTrue(const std::string& when) {
     for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
       FolderTree fresh;
@@ -331,7 +331,7 @@ class Sequence : public DeletionFixture {
   bool isOver() const { return tree.empty(); }
 
  private:
-  /// One of nine; what happens often stands more than once.
+  /// One of nine actions; frequent actions have more than one number.
   void act(unsigned kind) {
     if (kind <= 2) return deleteFolders(kind == 2);
     if (kind <= 4) return deleteFiles();
@@ -374,8 +374,8 @@ class Sequence : public DeletionFixture {
     return nodes;
   }
 
-  /// Deletes what `chosen` has, at times stopped on the way, at times with objects of some digit in
-  /// their names that cannot be removed.
+  /// Deletes the chosen objects. Sometimes the deletion is stopped, and sometimes objects with a
+  /// certain digit in their names cannot be removed.
   template <class Delete>
   void sometimesFailing(unsigned objects, int error, Delete erase) {
     isAsked_ = false;
@@ -391,7 +391,7 @@ class Sequence : public DeletionFixture {
     std::vector<NodeIndex> chosen;
     for (unsigned i = below(3); chosen.size() <= i;) {
       const NodeIndex node = pick(nodes);
-      // The outermost folder goes seldom, or nothing would be left to do.
+      // The outermost folder is chosen rarely, because nothing remains after it.
       if (tree[node].parent != kNoNode || below(8) == 0) chosen.push_back(node);
     }
     sometimesFailing(12, EIO, [&] { deletion(recycle).DeleteFolders(chosen); });
@@ -425,7 +425,7 @@ class Sequence : public DeletionFixture {
   void renameSomeFolder() {
     const NodeIndex node = pick(allNodes());
     if (!tree[node].has(FolderNode::IsFolder) || tree[node].parent == kNoNode) return;
-    // Now and then a name that something has already.
+    // Sometimes the new name exists already.
     Text name = below(3) == 0 ? u"same" : u"renamed" + toText(std::int64_t(below(3)));
     if (below(4) == 0) name = tree[tree[tree[node].parent].firstChild].name();
     if (name == tree[node].name()) return;
@@ -433,7 +433,7 @@ class Sequence : public DeletionFixture {
   }
 
   void renameSomeFile() {
-    if (options.FolderList_FilterFilesExclude_Active == 1) return;  // names decide what counts
+    if (options.FolderList_FilterFilesExclude_Active == 1) return;  // names decide about the sums
     showSomeFolder();
     const std::vector<Text> names = texts(files.grid(), u"name");
     if (names.empty()) return;
@@ -442,13 +442,13 @@ class Sequence : public DeletionFixture {
     renameFile(tree, files, row, name);
   }
 
-  /// Something else writes to a folder, which is then read anew.
+  /// Simulates another program that writes to a folder, and reads the folder again.
   void changeAndRescan() {
     const NodeIndex node = pick(allNodes());
     if (!tree[node].has(FolderNode::IsFolder) || tree[node].has(FolderNode::IsJunction)) return;
     const Text path = Report_GetFullpathOfNode(tree, node, false, false);
-    // All sources are to be as they were found, which takes one that shows the folder alone; and
-    // what a rescan leaves unchanged above is to stay the same.
+    // The sums of all sources must be as they were scanned, so only one source may show the folder;
+    // the folders above must be unchanged by a rescan.
     if (foldersAt(tree, path).size() + sourcesBelow(tree, path).size() > 1) return;
     const std::string inside = toBytes(path).substr(folder.path().size() + 1);
     if (chmod(folder.path(inside).c_str(), 0755) != 0) return;
@@ -459,9 +459,9 @@ class Sequence : public DeletionFixture {
     EXPECT_NE(Rescan(state(), nullptr).Report_Rescan(node), kNoNode);
   }
 
-  /// All that is told of each folder of a source, in the order of their names. Which name of a
-  /// hardlink counts is a matter of chance, so with these counted once only the sum of all is told,
-  /// and that each folder has what its parts have.
+  /// All data of each folder of a source, in the order of their names. If hardlinks count once, the
+  /// counted name depends on chance, so only the sum of all folders is included, and the check that
+  /// each folder is the sum of its parts.
   std::vector<std::string> described(const FolderTree& of, NodeIndex root) const {
     std::vector<std::string> lines;
     for (NodeIndex node = root; node != kNoNode; node = nextInSubtree(of, node, root)) {
@@ -490,15 +490,15 @@ class Sequence : public DeletionFixture {
   std::string last_;
   int made_ = 0;
   bool isAsked_ = false;
-  int stopAfter_ = 0;  // objects; 0: never
+  int stopAfter_ = 0;  // number of objects; 0: no stop
 };
 
-constexpr unsigned kSequences = 100;  // of one part; the parts run side by side
+constexpr unsigned kSequences = 100;  // sequences in one part; the parts run in parallel
 
 class TreeSequencesTest : public TestWithParam<unsigned> {};
 
 TEST_P(TreeSequencesTest, TheNumbersStayThoseOfANewScan) {
-  const ScopedUser user;  // whom read-only folders keep out
+  const ScopedUser user;  // a user without access to read-only folders
   const unsigned first = GetParam() * kSequences;
   for (unsigned seed = first; seed < first + kSequences && !HasFailure(); ++seed) {
     Sequence sequence(seed);

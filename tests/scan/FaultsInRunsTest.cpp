@@ -1,4 +1,4 @@
-// What escapes a procedure is a failure that its caller hears of, wherever it happened.
+// Every exception in a procedure is a failure that the caller gets, at any place in the procedure.
 
 #include "export/ListSave.h"
 #include "fs/Deleting.h"
@@ -22,7 +22,7 @@ struct Thrown : std::exception {
   const char* what() const noexcept override { return "thrown by the test"; }
 };
 
-/// Throws where a test wants it, and counts the runs.
+/// Throws at chosen calls, and counts the runs.
 struct Faulty : QuietInterface {
   void scanBegins() override { ++begun, throwIf(atBegin); }
   void scanEnds() override { ++ended; }
@@ -96,8 +96,8 @@ TEST_F(FaultsInRunsTest, RescanAndDeletionEndTheirRunsToo) {
   EXPECT_NE(window.messages[0].find(u"thrown by the test"), Text::npos);
 }
 
-/// Every procedure whose empty answer means success, with each of its allocations failing once. The
-/// answer must be a failure, or what was asked for must be done.
+/// Makes each allocation fail once, in every procedure whose empty result means success. The result
+/// must be a failure, or the action must be complete.
 TEST_F(FaultsInRunsTest, NoLackOfMemoryIsTakenForSuccess) {
   const auto at = [&](const char* name) { return folder.text(name); };
   const char* const kName = "a name that no short text holds, one";
@@ -113,8 +113,8 @@ TEST_F(FaultsInRunsTest, NoLackOfMemoryIsTakenForSuccess) {
   const struct {
     const char* name;
     std::function<void()> prepare;
-    std::function<bool()> succeeds;  // what the procedure answers
-    std::function<bool()> isDone;    // what is on the disk
+    std::function<bool()> succeeds;  // result of the procedure
+    std::function<bool()> isDone;    // state of the disk
   } procedures[] = {
       {"xMoveFile_W", [&] { makeFile(kName); },
        [&] { return xMoveFile_W(at(kName), at(kOther)).empty(); },
@@ -150,7 +150,7 @@ TEST_F(FaultsInRunsTest, NoLackOfMemoryIsTakenForSuccess) {
         const FailingAllocation failing(number);
         try {
           answer = procedure.succeeds();
-        } catch (const std::bad_alloc&) {  // of the arguments, before the procedure began
+        } catch (const std::bad_alloc&) {  // thrown by the arguments, before the procedure
         }
         isThrough = !failing.hasFailed();
       }

@@ -1,4 +1,4 @@
-// What a run reads, counts, logs and feeds to its lists, and what a rescan changes.
+// Tests what a run reads, counts, logs and adds to its lists, and what a rescan changes.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -79,14 +79,14 @@ TEST_F(WalkerTest, WhatFailsIsCountedWhereItIsNoVanishedFolder) {
   const struct {
     testing::Fault fault;
     ScanTotals totals;
-    const char* failed;  // the folder that is marked
+    const char* failed;  // folder that is marked; null: none
   } cases[] = {
       {{Call::Getdents, {}, EIO}, {0, 0, 0, 1, 0, 0}, ""},
-      // Each folder takes two questions there, the source's come first; the folder's second fails.
+      // Each folder needs two calls here, first the source; the second call for "sub" fails.
       {{Call::Getdents, {}, EIO, 3, 1}, {10, 2, 1, 1, 0, 0}, "sub"},
       {{Call::Statx, "other", EACCES}, {9, 2, 1, 1, 0, 0}, nullptr},
       {{Call::Openat, "sub", ENOENT}, {1, 1, 1, 0, 0, 0}, nullptr},
-      // A source that vanishes between the question and the walk is an error, unlike a folder.
+      // If a source vanishes after its check, this is an error; for a folder it is not.
       {{Call::Openat, "ombrelian-test", ENOENT}, {0, 0, 0, 1, 0, 0}, ""},
   };
   for (const auto& c : cases) {
@@ -116,29 +116,29 @@ TEST_F(WalkerTest, LinksAreCountedNotFollowed) {
   folder.symlink("toReal", "real");
   folder.symlink("dangling", "nowhere");
   const NodeIndex root = scan(folder.text());
-  // A link to a folder is a junction; a dangling one is a file of the link's own length.
+  // A link to a folder is a junction; a dangling link is a file with the length of the link.
   EXPECT_EQ(totals(root), (ScanTotals{17, 2, 3, 0, 0, 2}));
   const NodeIndex link = find(root, u"toReal");
   EXPECT_TRUE(tree[link].has(FolderNode::IsJunction));
   EXPECT_EQ(tree.junctionTarget(link), u"real");
   EXPECT_EQ(tree[link].junctions, 1);
   EXPECT_EQ(tree[link].dateModified, 0) << "what is not entered has no dates";
-  // The dangling one aside, entered or left out by the options.
+  // Without the dangling link; the junctions are hidden by an option.
   ASSERT_EQ(unlink(folder.path("dangling").c_str()), 0);
   options.NoHardlinks = 1;
   EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{10, 1, 1, 0, 0, 2}));
   EXPECT_EQ(find(result.lastRoot, u"toReal"), kNoNode);
 
-  // Entered: "toReal" once more, and in it and in "real" the link up, which leads to the source
-  // itself and is not followed.
+  // With followed links, "toReal" is counted too. The links to the source in "real" and in "toReal"
+  // are not followed.
   options.ScanHardlinks = 1;
   const NodeIndex entered = scan(folder.text());
   EXPECT_EQ(totals(entered), (ScanTotals{20, 2, 4, 0, 0, 3}));
   EXPECT_EQ(tree[find(entered, u"toReal")].size, 10);
   EXPECT_NE(tree[find(entered, u"toReal")].dateModified, 0);
 
-  // Neither a scan of a folder nor a rescan enters a link to a folder above it, whichever way leads
-  // there.
+  // Neither a scan of a folder nor a rescan enters a link to a folder above, on any path to that
+  // folder.
   folder.symlink("real/back", folder.path("toReal"));
   EXPECT_EQ(totals(scan(folder.text("toReal"))), (ScanTotals{10, 1, 2, 0, 0, 2}));
   const NodeIndex again = find(scan(folder.text()), u"toReal");
@@ -154,7 +154,7 @@ TEST_F(WalkerTest, HardlinksCountOnceIfAsked) {
   folder.hardlink("b/three", "a/one");
   EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{151, 4, 2, 0, 0, 0}));
   options.AddHardlinksOnlyOnce = 1;
-  for (int run = 0; run < 2; ++run)  // each counts afresh
+  for (int run = 0; run < 2; ++run)  // each run counts from zero
     EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{51, 4, 2, 0, 3, 0}));
 }
 
@@ -171,7 +171,7 @@ TEST_F(WalkerTest, ACancelKeepsWhatIsFinished) {
   EXPECT_EQ(result.sum.Size, result.sum.Files * 10);
   EXPECT_EQ(context.ScanCancelState, kScanIdle);
   EXPECT_EQ(logTexts()[logTexts().size() - 2], u"Der Vorgang wurde vom Anwender abgebrochen!");
-  // What waits is dropped.
+  // The sources that still wait are dropped.
   cancelAfter(1);
   std::deque<Text> queue = {folder.text(), folder.text()};
   const RunResult cancelled = ScanRun(state()).Ordnerliste_Abarbeiten(queue);
@@ -191,7 +191,7 @@ TEST_F(WalkerTest, WhatFiltersLeaveOutIsNotThere) {
   NodeIndex root = scan(folder.text());
   EXPECT_EQ(totals(root), (ScanTotals{101, 2, 3, 0, 0, 0}));
   EXPECT_EQ(find(root, u"keep/deep/cache"), kNoNode);
-  // A change takes effect with the next source.
+  // A changed option applies from the next source on.
   options.FolderList_FilterFolderExclude_Text = u"cache";
   options.FolderList_FilterFilesExclude_Active = 0;
   EXPECT_EQ(totals(scan(folder.text())), (ScanTotals{11, 2, 2, 0, 0, 0}));
@@ -226,7 +226,7 @@ TEST_F(WalkerTest, WhatSomethingIsMountedOnIsAJunction) {
     SystemFileTypes types;
     ListFeeder lists(options, filters, types);
     const NodeIndex root = scan(folder.text(), &lists);
-    // The mounted file counts, but not with the size of what it is covered by.
+    // The mounted file counts, but without the size of the file that it covers.
     const ScanTotals expected = {10, 2, 2, 0, 0, 2};
     EXPECT_EQ(totals(root), expected);
     EXPECT_EQ(numbers(lists.grid(ListId::LargestFiles), u"size"), std::vector<std::int64_t>{10});
@@ -237,7 +237,7 @@ TEST_F(WalkerTest, WhatSomethingIsMountedOnIsAJunction) {
     for (const Text& target : texts(junctions, u"target"))
       EXPECT_TRUE(target.ends_with(u"]")) << toBytes(target);
     EXPECT_TRUE(tree[find(root, u"real/mounted")].has(FolderNode::IsMountPoint));
-    // Entered, the bind mount leads back to its own ancestor.
+    // With followed links, the bind mount is a folder above itself.
     options.ScanHardlinks = 1;
     EXPECT_EQ(totals(scan(folder.text())), expected);
   });
@@ -315,7 +315,7 @@ TEST_F(WalkerTest, SourcesOfOneRunStandSideBySide) {
   EXPECT_TRUE(sum.sourcesScanned == 2 && sum.sourcesMissing == 1 && sum.sum.Size == 3);
   EXPECT_EQ(tree[tree.firstRoot()].size, 1);
   EXPECT_EQ(tree[tree.lastRoot()].name(), folder.text("b"));
-  // The counts of the second source's lines are those of the run.
+  // The counts in the lines of the second source are those of the run.
   const std::vector<Text> rows = logTexts();
   EXPECT_EQ(std::count(rows.begin(), rows.end(), u"Dateianzahl: 2"), 1);
   EXPECT_NE(log.rows().front().group, log.rows().back().group);
@@ -365,7 +365,7 @@ TEST_F(RescanTest, WhatGrewReachesAllFoldersAbove) {
   EXPECT_EQ(totals(find(root, u"grows")), (ScanTotals{kGiga + 1011, 4, 2, 0, 0, 0}));
   EXPECT_GT(percent(u"grows"), 99.9);
   EXPECT_EQ(percent(u""), 100);
-  // The row of direct files beside it stays as it was; the largest comes first.
+  // The row of direct files beside it is unchanged; the largest row is first.
   EXPECT_EQ(tree[find(root, u"grows/Dateien")].size, 10);
   EXPECT_EQ(tree[tree[find(root, u"grows")].firstChild].name(), u"sub");
   EXPECT_EQ(context.ScanCancelState, kScanIdle);
@@ -384,7 +384,7 @@ TEST_F(RescanTest, LinksAndWhatFailedAreRefusedAndWhatVanishedFails) {
   EXPECT_EQ(totals(root), (ScanTotals{1010, 2, 4, 0, 0, 1}));
   ASSERT_EQ(rename(folder.path("elsewhere").c_str(), folder.path("other").c_str()), 0);
   EXPECT_EQ(rescan(other), kNoNode);
-  // A link that a scan enters can be read through.
+  // A link that a scan enters can be read again.
   options.ScanHardlinks = 1;
   folder.file("other/new", 4);
   EXPECT_EQ(rescan(link), link);
@@ -463,7 +463,7 @@ TEST_F(ListFeederTest, HardlinksCountOnceAndStandInTheirList) {
   const std::vector<Text> paths = texts(grid, u"path");
   EXPECT_EQ((std::set<Text>{paths[0] + names[0], paths[1] + names[1]}),
             (std::set<Text>{folder.text("a/one.txt"), folder.text("b/two.txt")}));
-  EXPECT_EQ(sizes(ListId::Extensions), (std::vector<std::int64_t>{200, 7}));  // all names
+  EXPECT_EQ(sizes(ListId::Extensions), (std::vector<std::int64_t>{200, 7}));  // every extension
 }
 
 TEST_F(ListFeederTest, TwoRunsGiveTheSame) {
@@ -510,7 +510,7 @@ TEST_F(ListFeederTest, RowsAreCompletedAfterTheWalk) {
 }
 
 TEST_F(ListFeederTest, RowsOfFilesKnowWhichFileTheyShow) {
-  constexpr int kFiles = 400;  // more than the lists hold before they are trimmed
+  constexpr int kFiles = 400;  // more than the lists store before they are cut
   std::vector<std::int64_t> all;
   for (int i = 0; i < kFiles; ++i) {
     all.push_back(i * 7919 % kFiles + 1);

@@ -82,14 +82,14 @@ TEST_F(IniTest, WritingLeavesTheRestAsItWas) {
       u"; mine\n\n[A]\nx = 1\n; about y\ny=2\r\nY=second\nodd\n\n; about B\n[B]\nz=\"3\"\n"
       u"[a]\nw=4\n[Gone]\n;inside\nv=5\n[gonE]\nt=7\n\n; after\n[End]\nu=6";
   const struct {
-    std::vector<TextView> writes;  // section, key, value; a section alone is deleted
+    std::vector<TextView> writes;  // section, key, value; a section without a key is deleted
     Text from, to;
   } cases[] = {
       {{u"a|Y|2", u"A|x\r|1", u"A|x|1\n[B]\nz=evil"}, u"", u""},
-      {{u"a|Y|new"}, u"y=2\r\n", u"y=new\r\n"},         // keeps its line end and spelling
-      {{u"A|n|1"}, u"Y=second\n", u"Y=second\nn=1\n"},  // goes behind the last key
+      {{u"a|Y|new"}, u"y=2\r\n", u"y=new\r\n"},         // the line end and the spelling are kept
+      {{u"A|n|1"}, u"Y=second\n", u"Y=second\nn=1\n"},  // a new key is added after the last key
       {{u"B|n|1", u"B|m|2", u"B|n|3"}, u"z=\"3\"\n", u"z=\"3\"\nn=3\nm=2\n"},
-      {{u"End|n|1"}, u"u=6", u"u=6\nn=1\n"},  // the line gets the end that it lacked
+      {{u"End|n|1"}, u"u=6", u"u=6\nn=1\n"},  // a missing line end is added
       {{u"New|n|1"}, u"u=6", u"u=6\n[New]\nn=1\n"},
       {{u"gone"}, u"[Gone]\n;inside\nv=5\n[gonE]\nt=7\n", u""},
       {{u"Gone", u"Gone|n|1"}, u"[Gone]\n;inside\nv=5\n[gonE]\nt=7\n", u"[Gone]\nn=1\n"},
@@ -103,7 +103,7 @@ TEST_F(IniTest, WritingLeavesTheRestAsItWas) {
         if (write.size() == 1) store.INI_DeleteSection(write[0]);
         if (write.size() == 3) store.INI_WriteString(write[0], write[1], write[2]);
       }
-      store.INI_WriteString(u"A", u"y", TextView(u"\0", 1));  // no line holds that
+      store.INI_WriteString(u"A", u"y", TextView(u"\0", 1));  // a line cannot contain this
     }
     Text expected = before;
     expected.replace(before.find(c.from), c.from.size(), c.to);
@@ -111,7 +111,7 @@ TEST_F(IniTest, WritingLeavesTheRestAsItWas) {
   }
 }
 
-/// Keys and values that a file can hold, read again and again against a map.
+/// Random keys and values that a file can contain, compared with a map after each reading.
 TEST_F(IniTest, AgreesWithAMapOverRandomChanges) {
   std::mt19937 random(20261122);
   const std::vector<Text> parts =
@@ -125,7 +125,7 @@ TEST_F(IniTest, AgreesWithAMapOverRandomChanges) {
   std::map<std::pair<Text, Text>, Text> model;
   auto store = std::make_unique<IniStore>(path);
   for (int step = 0; step < 6000; ++step) {
-    // Names in one spelling a value: the map knows no case.
+    // Each value has one spelling of its name, because the map compares with case.
     const Text section = u"S" + asciiLower(text(1, 2));
     const Text key = u"K" + asciiLower(text(2, 2)) + toText(std::int64_t(random() % 4));
     const auto deed = random() % 40;
@@ -135,7 +135,7 @@ TEST_F(IniTest, AgreesWithAMapOverRandomChanges) {
     } else if (deed == 1) {
       ASSERT_FALSE(store->flush());
     } else if (deed == 2) {
-      store = nullptr;  // before the file is read again
+      store = nullptr;  // writes the file before it is read again
       store = std::make_unique<IniStore>(path);
     } else {
       const Text value = text(6, parts.size());
@@ -195,7 +195,7 @@ TEST_F(IniTest, AFailedWriteKeepsTheOldFileAndTheChanges) {
   store.INI_WriteString(u"S", u"a", u"new");
   const Fault faults[] = {
       {.call = Call::Write, .error = ENOSPC},
-      {.call = Call::Close, .error = EDQUOT, .skip = 1},  // behind the look at the old file
+      {.call = Call::Close, .error = EDQUOT, .skip = 1},  // the first close is that of the old file
       {.call = Call::Renameat, .name = "f.ini", .error = EACCES},
       {.call = Call::Openat, .name = "f.ini", .error = EACCES},
       {.call = Call::Statx, .name = "f.ini", .error = EACCES},
@@ -227,7 +227,7 @@ TEST_F(IniTest, ReadOnlyMissingAndUnreadable) {
   nowhere.INI_WriteString(u"S", u"a", u"1");
   EXPECT_TRUE(nowhere.flush());
 
-  // What could not be read must not be replaced by what little is known.
+  // A file that could not be read must not be replaced by the few known values.
   folder.chmod("f.ini", 0644);
   std::optional<ScopedFault> denied(Fault{.call = Call::Openat, .name = "f.ini", .error = EACCES});
   IniStore store(path);
@@ -248,8 +248,8 @@ TEST_F(IniTest, KeepsModeAndLink) {
   EXPECT_EQ(folder.modeOf("link.ini"), 0777U) << "it is a link still";
 }
 
-/// A file that was cut anywhere, odd lengths included, or has a bad byte anywhere opens, keeps what
-/// is whole, and can be written.
+/// A file that is cut at any length or has a wrong byte at any place can be opened and written, and
+/// the undamaged part is kept.
 TEST_F(IniTest, DamageAtEveryByte) {
   const std::string whole = utf16(u"[S]\r\na=1\r\n\r\n;\r\n[T]\r\nb=\"2\"\r\nc=\xD83D\xDE00\r\n");
   const std::size_t aIsWhole = utf16(u"[S]\r\na=1").size();

@@ -16,7 +16,7 @@ constexpr TextView kOptionen = u"Optionen";
 
 class OptionenTest : public ::testing::Test {
  protected:
-  /// Sets keys of section "Optionen", each as "key=value", and reads the options.
+  /// Sets keys of the section "Optionen", each given as "key=value", and reads the options.
   Options load(TextView settings) {
     store.INI_DeleteSection(kOptionen);
     for (const TextView setting : testing::fields(settings)) {
@@ -36,7 +36,7 @@ class OptionenTest : public ::testing::Test {
   testing::RecordingSink sink;
 };
 
-/// Another value than `text`, for every kind of field; positions trade places in pairs.
+/// A value different from `text`, for every kind of field; positions are exchanged in pairs.
 Text anotherValue(const SettingRow& row, const Text& text, int column) {
   if (row.form == SettingForm::NotZero) return text == u"0" ? u"1" : u"0";
   if (row.form == SettingForm::Position) {
@@ -174,7 +174,7 @@ TEST_F(OptionenTest, AFaultyValueEndsTheReadAndIsNamed) {
 
 TEST_F(OptionenTest, ALayoutIsTakenWholeOrNotAtAll) {
   const struct {
-    TextView values;  // of the three columns; empty: no key
+    TextView values;  // values of the three columns; empty: no key
     bool isWhole = false;
     std::size_t faults = 0;
   } cases[] = {{u"3|1|2", true}, {u"|1|2"},  {u"3|1|"},  {u"3|-1|2"},

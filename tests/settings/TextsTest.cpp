@@ -1,5 +1,5 @@
-// The texts of the program against each other: what the code says, the list of German texts, and
-// the translations; and how these are read and chosen.
+// Compares the texts in the code with the German list and with the translations, and tests how
+// translations are read and chosen.
 
 #include <filesystem>
 #include <map>
@@ -20,7 +20,7 @@ struct Record {
   Text german;
   Text translation;
 
-  /// Numbers and German texts are the same in all files.
+  /// Numbers and German texts must be the same in all files.
   bool operator==(const Record& other) const { return id == other.id && german == other.german; }
 };
 
@@ -49,8 +49,8 @@ const std::vector<Record>& germanTexts() {
   return records;
 }
 
-/// What a translation must share with its original: the placeholders, the number of line breaks,
-/// and the blanks at both ends.
+/// The parts that a translation has in common with its original: the placeholders, the number of
+/// line breaks, and the blanks at both ends.
 Text shapeOf(const Text& text) {
   Text shape = text.starts_with(u' ') ? u"_" : u"";
   for (const char16_t digit : TextView(u"123456789"))
@@ -80,7 +80,7 @@ TEST(TextsTest, EveryTranslationIsComplete) {
       EXPECT_FALSE(text.translation.empty()) << entry.path() << " " << text.id;
       EXPECT_EQ(shapeOf(text.translation), shapeOf(text.german)) << entry.path() << " " << text.id;
     }
-    Translation translation;  // and the program reads of it what stands there
+    Translation translation;  // the program must read the same texts
     translation.LoadTextFromFile(fromBytes(entry.path().string()));
     for (const Record& text : texts)
       EXPECT_EQ(translation.text(text.id), text.translation);
@@ -88,8 +88,8 @@ TEST(TextsTest, EveryTranslationIsComplete) {
   EXPECT_GT(translations, 0U);
 }
 
-/// The texts in a source: a number of four digits, a comma, and UTF-16 literals, which are one text
-/// when they are adjacent.
+/// The texts in a source: a number of four digits, a comma, and UTF-16 literals. Adjacent literals
+/// are one text.
 std::vector<Record> textsIn(const std::string& source) {
   static const std::regex head("(^|[^\\w'])(\\d{4}),\\s*(//[^\n]*\\s*)?(?=u\")");
   std::vector<Record> found;
@@ -170,13 +170,13 @@ TEST(TranslationTest, ReadsATranslatorsFile) {
 
   program.write("second.txt", "8, \"a\", \"%1%!\"\n");
   translation.LoadTextFromFile(program.text("second.txt"));
-  EXPECT_EQ(translation.text(3), u"");  // the first file is gone
+  EXPECT_EQ(translation.text(3), u"");  // the first file was replaced
   EXPECT_EQ(translation.TL_Caption(u"8"), u"%1%!");
 }
 
 TEST(TranslationTest, ChoosesTheLanguage) {
   const testing::TestFolder program;
-  Translation none;  // without English texts all is German
+  Translation none;  // without English texts, all texts are German
   EXPECT_EQ(none.Init_Sprache({program.text(), 9, false}), program.text("lang/eng.txt"));
   EXPECT_EQ(none.LanguageId(), kGerman);
   program.write("lang/eng.txt", "1, \"a\", \"english\"\n");
@@ -188,8 +188,8 @@ TEST(TranslationTest, ChoosesTheLanguage) {
     const char* locale;
     std::optional<int> stored;
     int languageId;
-    TextView text = u"";     // of number 1; empty: the German one shows
-    TextView missing = u"";  // file that is told
+    TextView text = u"";     // text with number 1; empty: German
+    TextView missing = u"";  // reported file
   } const cases[] = {
       {"de_DE.UTF-8", kNone, 7},
       {"C", kNone, 9, u"english"},
@@ -200,9 +200,9 @@ TEST(TranslationTest, ChoosesTheLanguage) {
       {"de_DE.UTF-8", 9, 9, u"english"},
       {"de_DE.UTF-8", 12, 12, u"français"},
       {"de_DE.UTF-8", 17, 9, u"english"},
-      {"sv_SE.UTF-8", kNone, 9, u"english"},  // there is no Swedish pack
-      // A stored language without its texts: English does not stand in at once, the next start
-      // has it.
+      {"sv_SE.UTF-8", kNone, 9, u"english"},  // there is no Swedish file
+      // The texts of the stored language are missing: this start is in German, and the next one in
+      // English.
       {"C", 16, 9, u"", u"ita.txt"},
       {"C", 25, 9, u"", u"rus.txt"},
   };
@@ -230,7 +230,7 @@ TEST(TranslationTest, TranslatorModeReplacesAllTexts) {
         EXPECT_EQ(translation.Init_Sprache({program.text(), language, isAsked}), u"");
         EXPECT_EQ(translation.TranslatorMode(), isAsked);
         EXPECT_EQ(translation.LanguageId(), language);
-        const bool isMine = hasFile && isAsked;  // what it lacks is German, whatever the language
+        const bool isMine = hasFile && isAsked;  // missing texts are German in every language
         const bool isEnglish = !isMine && language == 9;
         EXPECT_EQ(translation.text(1), isMine ? u"mine" : isEnglish ? u"english" : u"");
         EXPECT_EQ(translation.text(2), isEnglish ? u"two" : u"");

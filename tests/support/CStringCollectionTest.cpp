@@ -22,7 +22,7 @@ class CStringCollectionTest : public ::testing::Test {
 };
 
 TEST_F(CStringCollectionTest, KeepsItsRulesWithManyKeysInAnyOrderOfArrival) {
-  for (const int stride : {1, 7919, 9999}) {  // rising, scattered, falling
+  for (const int stride : {1, 7919, 9999}) {  // rising, scattered and falling keys
     collection.Clear();
     for (std::int64_t i = 0; i < 10000; ++i)
       collection.Add({}, Text(u"key").append(toText(i * stride % 10000)), std::int32_t(i));
@@ -127,7 +127,7 @@ TEST_F(CStringCollectionTest, SortsItemsAndKeepsEqualOnesInTheirOrder) {
 
 TEST_F(CStringCollectionTest, InsertsBesideAnotherItem) {
   collection.Add(u"1", u"one", 0);
-  collection.Add(u"3", u"2", 0);  // a key, though of digits alone
+  collection.Add(u"3", u"2", 0);  // a key may consist of digits
   CStringCollection::AddOptions options;
   options.After = u"ONE";
   collection.Add(u"2", u"two", 0, options);
@@ -140,7 +140,7 @@ TEST_F(CStringCollectionTest, InsertsBesideAnotherItem) {
   EXPECT_TRUE(collection.Item(0)->empty() && collection.Item(5)->empty());
   EXPECT_TRUE(collection.verify());
 
-  // An unknown neighbour takes the position but adds nothing.
+  // An unknown neighbour gives the position without a new entry.
   options.Before = u"nowhere";
   const auto quiet = collection.Add(u"x", u"x", 0, options);
   EXPECT_EQ(quiet.NewNode, 0);
@@ -193,7 +193,7 @@ TEST_F(CStringCollectionTest, ErrorsNameWhatWasAskedFor) {
   EXPECT_FALSE(c.setKey(2, u"Key"));
 }
 
-/// The same operations on a collection and on a plain list; what both answer is compared.
+/// Compares the results of the same operations on a collection and on a plain list.
 void compareWithList(bool duplicates, std::int32_t mode, unsigned keys) {
   struct Entry {
     Text key, item;
@@ -204,7 +204,7 @@ void compareWithList(bool duplicates, std::int32_t mode, unsigned keys) {
   CStringCollection collection(rules);
   collection.AllowDuplicates = duplicates;
   collection.setCompareMode(mode);
-  collection.Init(3, 1.1);  // grows by single slots at first
+  collection.Init(3, 1.1);  // at first the collection grows by single slots
   const auto fold = [&](TextView key) { return mode != 0 ? rules.lower(key) : Text(key); };
   std::mt19937 random(20261122);
   for (std::int32_t step = 1; step <= 50000; ++step) {
@@ -213,7 +213,7 @@ void compareWithList(bool duplicates, std::int32_t mode, unsigned keys) {
     const auto hasKey = [&, folded = fold(key)](const Entry& e) { return fold(e.key) == folded; };
     const auto holder = std::find_if(list.begin(), list.end(), hasKey);
     ASSERT_EQ(collection.ExistKey(key), holder != list.end());
-    // Phases of growth and of decline, so that the tree is emptied and filled again.
+    // The collection grows and shrinks in phases, so that the tree is emptied and filled again.
     const auto deed = random() % 100;
     const bool isGrowing = step / 5000 % 2 == 0;
     const std::size_t at = list.empty() ? 0 : random() % list.size();
@@ -229,7 +229,7 @@ void compareWithList(bool duplicates, std::int32_t mode, unsigned keys) {
         list.push_back({key, toText(step), step});
       }
     } else if (deed < 85 && deed % 2 == 0 && holder != list.end()) {
-      const std::int32_t tag = *collection.Tag(key);  // of equal keys, the one that a lookup finds
+      const std::int32_t tag = *collection.Tag(key);  // the entry that is found
       ASSERT_FALSE(collection.Remove(key));
       ASSERT_EQ(std::erase_if(list, [&](const Entry& e) { return e.tag == tag && hasKey(e); }), 1U);
     } else if (deed < 85 && !list.empty()) {

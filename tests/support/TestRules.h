@@ -4,8 +4,8 @@
 
 namespace ombrelian {
 
-/// Lowers ASCII and a few letters beyond it. As in Turkish when told: capital I lowers to a letter
-/// beyond ASCII unless a dot above follows.
+/// Lowers ASCII and a few other letters. With the Turkish option, capital I becomes a letter beyond
+/// ASCII unless a dot above follows.
 class TestRules : public TextRules {
  public:
   explicit TestRules(bool turkish = false) : turkish_(turkish) {}

@@ -1,4 +1,4 @@
-// Texts, dates and translated texts.
+// Tests of texts, dates and translated texts.
 #include <random>
 
 #include "support/Date.h"
@@ -13,10 +13,10 @@ TEST(TextTest, DecodesWellFormedAndEscapesTheRest) {
       {"gr\xC3\xBC\xC3\x9F", u"gr\u00FC\u00DF"},
       {"\xE2\x82\xAC", u"\u20AC"},
       {"\xF0\x9F\x98\x80", u"\U0001F600"},
-      {"\xFF\x80", u"\xDCFF\xDC80"},                      // never in UTF-8
-      {"\xC3", u"\xDCC3"},                                // cut off
-      {"\xC0\xAF", u"\xDCC0\xDCAF"},                      // longer than needed
-      {"\xED\xB2\x80", u"\xDCED\xDCB2\xDC80"},            // a surrogate written as bytes
+      {"\xFF\x80", u"\xDCFF\xDC80"},                      // bytes that UTF-8 never has
+      {"\xC3", u"\xDCC3"},                                // an incomplete sequence
+      {"\xC0\xAF", u"\xDCC0\xDCAF"},                      // longer than necessary
+      {"\xED\xB2\x80", u"\xDCED\xDCB2\xDC80"},            // a surrogate in UTF-8
       {"\xF4\x90\x80\x80", u"\xDCF4\xDC90\xDC80\xDC80"},  // beyond U+10FFFF
       {"\xE2\x82x", u"\xDCE2\xDC82x"},
   };
@@ -28,7 +28,7 @@ TEST(TextTest, DecodesWellFormedAndEscapesTheRest) {
 
 TEST(TextTest, AnyBytesComeBack) {
   std::mt19937 random(20261122);
-  // Bytes that begin, continue or break sequences, so that every border is met often.
+  // Bytes that start, continue or break sequences, so that all limits occur often.
   const unsigned char pool[] = {'a',  '/',  0x7F, 0x80, 0xA0, 0xBF, 0xC2, 0xC3, 0xDF, 0xE0,
                                 0xED, 0xEF, 0xB2, 0x9F, 0x90, 0xF0, 0xF4, 0xF5, 0xFE, 0xFF};
   for (int round = 0; round < 20000; ++round) {
@@ -79,9 +79,9 @@ TEST(TranslateTest, TheGermanTextStandsInForAMissingOne) {
 TEST(TranslateTest, ReplacesPlaceholdersOneAfterTheOther) {
   const testing::FewTexts texts({{1, u"%2 of %1%!%2"}, {2, u"%1 %2"}, {3, u"%1%10"}});
   EXPECT_EQ(TL(1, u"%1 von %2", {u"a", u"b"}), u"b of a\r\nb");
-  EXPECT_EQ(TL(2, u"", {u"[%2]", u"x"}), u"[x] x");   // the next pass reaches into an argument
-  EXPECT_EQ(TL(2, u"", {u"x", u"[%1]"}), u"x [%1]");  // no pass goes back
-  EXPECT_EQ(TL(2, u"", {u"100%!", u""}), u"100%! ");  // line breaks come first
+  EXPECT_EQ(TL(2, u"", {u"[%2]", u"x"}), u"[x] x");   // the next pass also replaces in an argument
+  EXPECT_EQ(TL(2, u"", {u"x", u"[%1]"}), u"x [%1]");  // a pass does not go back to earlier marks
+  EXPECT_EQ(TL(2, u"", {u"100%!", u""}), u"100%! ");  // line breaks are replaced first
   EXPECT_EQ(TL(3, u"", {u"a"}), u"aa0");
   EXPECT_EQ(TL(2, u"", {u"a"}), u"a %2");
 }

@@ -5,7 +5,7 @@
 
 namespace {
 
-thread_local std::int64_t untilFailure = 0;  // allocations to go; 0: none fails
+thread_local std::int64_t untilFailure = 0;  // number of allocations left; 0: none fails
 thread_local bool failed = false;
 
 }  // namespace
@@ -19,7 +19,7 @@ void* operator new(std::size_t size) {
   throw std::bad_alloc();
 }
 
-// All forms are replaced, as a sanitizer has its own of each and compares them.
+// All forms are replaced, because a sanitizer has its own versions and checks that they match.
 void* operator new[](std::size_t size) { return operator new(size); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   try {

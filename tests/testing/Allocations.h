@@ -4,7 +4,7 @@
 
 namespace ombrelian::testing {
 
-/// While it lives, one allocation of this thread fails: the one with that number, counted from 1.
+/// Makes one allocation of this thread fail, the one with the given number, counted from 1.
 class FailingAllocation {
  public:
   explicit FailingAllocation(std::int64_t number);
@@ -12,7 +12,7 @@ class FailingAllocation {
   FailingAllocation(const FailingAllocation&) = delete;
   FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-  /// Whether there were so many allocations.
+  /// Whether the number of allocations was reached.
   bool hasFailed() const;
 };
 

@@ -6,14 +6,14 @@
 
 namespace ombrelian::testing {
 
-/// What a run without a window left behind.
+/// Result of a run without a window.
 struct Outcome {
   int status = -1;
   std::string output;
   std::string errors;
 };
 
-/// A run in a session of its own by `runner`, runSilently or its like; what it prints is kept.
+/// Starts `runner` (such as runSilently) in a session of its own and keeps its output.
 inline Outcome runOnConsole(int (*runner)(const CommandLine&, Session&, Console&),
                             const std::vector<Text>& arguments) {
   ::testing::internal::CaptureStdout();

@@ -26,13 +26,13 @@ std::vector<Active>& actives() {
   return list;
 }
 
-/// The program's threads come here while a test sets faults and takes them away.
+/// Several threads use the faults while a test sets and removes them.
 std::mutex& guard() {
   static std::mutex mutex;
   return mutex;
 }
 
-/// errno that the call is to fail with; 0: it goes through.
+/// The error with which the call must fail; 0: the call is executed.
 int faultFor(Call call, const char* name) {
   std::unique_lock lock(guard());
   for (Active& active : actives()) {
@@ -51,7 +51,7 @@ int faultFor(Call call, const char* name) {
   return 0;
 }
 
-/// -1 with errno set if the call is to fail, else what `real` answers.
+/// Returns -1 with errno set if the call must fail; otherwise the result of `real`.
 template <class Real>
 auto guarded(Call call, const char* name, Real real) -> decltype(real()) {
   if (const int error = faultFor(call, name); error != 0) {

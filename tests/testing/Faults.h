@@ -22,18 +22,18 @@ enum class Call {
   Fchmodat
 };
 
-/// Which calls fail, and how.
+/// A kind of call that fails, and the error.
 struct Fault {
   Call call;
-  std::string name = {};  // part of the name argument; empty: any. Calls on descriptors have none
-  int error = 0;          // errno that the call answers with; 0: it goes through and counts
-  int skip = 0;           // matching calls that go through first
-  int times = INT_MAX;    // calls that fail after those
-  int exceptThread = 0;   // whose calls go through, as gettid() tells it; 0: none's
-  std::function<void()> meanwhile = {};  // done just before the call, as another program may
+  std::string name = {};  // part of the name argument; empty: any. Calls on descriptors: none
+  int error = 0;          // errno of the call; 0: the call is executed and counted
+  int skip = 0;           // number of matching calls that succeed first
+  int times = INT_MAX;    // number of calls that fail after those
+  int exceptThread = 0;   // id of a thread whose calls succeed, as from gettid(); 0: no thread
+  std::function<void()> meanwhile = {};  // a change by another program, made just before the call
 };
 
-/// Lets calls fail while it lives.
+/// Makes calls fail during its life.
 class ScopedFault {
  public:
   explicit ScopedFault(Fault fault);
@@ -41,7 +41,7 @@ class ScopedFault {
   ScopedFault(const ScopedFault&) = delete;
   ScopedFault& operator=(const ScopedFault&) = delete;
 
-  /// Calls that failed so far.
+  /// Number of failed calls so far.
   int hits() const;
 
  private:

@@ -6,7 +6,7 @@
 
 namespace ombrelian::testing {
 
-/// The texts of a language, in force while it lives.
+/// The texts of a language, in use during the life of the object.
 class FewTexts : public LanguageTexts {
  public:
   explicit FewTexts(std::map<int, Text> texts) : texts_(std::move(texts)) {

@@ -5,7 +5,7 @@
 
 namespace ombrelian::testing {
 
-/// The texts of a column, row after row.
+/// The texts of a column in the order of rows.
 inline std::vector<Text> texts(const Grid& grid, TextView key) {
   std::vector<Text> all;
   for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
@@ -13,7 +13,7 @@ inline std::vector<Text> texts(const Grid& grid, TextView key) {
   return all;
 }
 
-/// The numbers of a column, row after row.
+/// The numbers of a column in the order of rows.
 inline std::vector<std::int64_t> numbers(const Grid& grid, TextView key) {
   std::vector<std::int64_t> all;
   for (Grid::RowIndex row = 0; row < grid.rowCount(); ++row)
@@ -21,7 +21,7 @@ inline std::vector<std::int64_t> numbers(const Grid& grid, TextView key) {
   return all;
 }
 
-/// Makes texts up from the extension, and counts the questions.
+/// Makes texts from the extension, and counts the queries.
 class MadeUpTypes : public FileTypes {
  public:
   Text typeText(TextView extension) override {

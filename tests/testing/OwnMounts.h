@@ -10,8 +10,8 @@
 
 namespace ombrelian::testing {
 
-/// Runs `body` in a process that alone sees the mounts it makes. Where the user may not mount, the
-/// test counts as skipped.
+/// Runs `body` in a process that has mounts of its own. If the user must not mount, the test is
+/// skipped.
 template <class Body>
 void runWithOwnMounts(Body body) {
   constexpr int kNotAllowed = 77;
@@ -29,7 +29,7 @@ void runWithOwnMounts(Body body) {
   EXPECT_EQ(WEXITSTATUS(status), 0) << "see the failures above";
 }
 
-/// Shows the folder `what` at `where` too; empty: a new file system in memory.
+/// Mounts the folder `what` at `where`; empty: a new file system in memory.
 inline void mountAt(const std::string& where, const std::string& what = {}) {
   ASSERT_EQ(what.empty() ? mount("none", where.c_str(), "tmpfs", 0, nullptr)
                          : mount(what.c_str(), where.c_str(), nullptr, MS_BIND, nullptr),

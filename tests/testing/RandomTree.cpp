@@ -59,7 +59,7 @@ class Maker {
   const TestFolder& folder_;
   std::mt19937 random_;
   int made_ = 0;
-  std::string last_;  // a file that hardlinks lead to
+  std::string last_;  // the file that hardlinks refer to
 };
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 namespace ombrelian::testing {
 
-/// Keeps what procedures report while it lives.
+/// Records the reports of procedures during its life.
 class RecordingSink : public FaultSink {
  public:
   RecordingSink() { setFaultSink(this); }
@@ -20,7 +20,7 @@ class RecordingSink : public FaultSink {
   }
 
   std::vector<Text> faults;
-  std::vector<Text> texts;  // of the faults
+  std::vector<Text> texts;  // texts of the faults
   std::vector<Text> lines;
   std::vector<Text> trace;
 };

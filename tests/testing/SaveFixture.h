@@ -9,12 +9,12 @@ inline constexpr ReportFormat kFormats[] = {ReportFormat::TXT, ReportFormat::CSV
                                             ReportFormat::HTML, ReportFormat::XML,
                                             ReportFormat::XLSX};
 
-/// "report.csv" and its like.
+/// Names such as "report.csv".
 inline std::string nameOf(ReportFormat format, const std::string& name = "report") {
   return name + "." + toBytes(fileExtension(format));
 }
 
-/// Saves a tree that is made by hand, so that every value is known.
+/// Saves a tree with known values.
 class SaveFixture : public ::testing::Test {
  protected:
   NodeIndex add(NodeIndex parent, TextView name, std::int64_t size = 0, bool isFolder = true) {

@@ -10,7 +10,7 @@
 
 namespace ombrelian::testing {
 
-/// A user interface that does nothing but cancel where a test says so.
+/// A user interface without effect; a test can make it cancel.
 class QuietInterface : public UserInterface {
  public:
   void scanBegins() override {}
@@ -28,15 +28,15 @@ class QuietInterface : public UserInterface {
   void message(TextView text, Severity) override { messages.emplace_back(text); }
   bool ask(TextView) override { return false; }
 
-  std::function<void()> onYield;      // set: every entry of a walk yields
-  int asksUntilSaveIsCancelled = -1;  // -1: it is not
+  std::function<void()> onYield;      // set: the walk calls it for every entry
+  int asksUntilSaveIsCancelled = -1;  // -1: no cancel
   std::vector<Text> messages;
 };
 
-/// Everything that a scan needs, and shortcuts to what it left.
+/// All parts that a scan needs, and functions to read its results.
 class ScanFixture : public ::testing::Test {
  protected:
-  /// Scans one source as a run of its own; returns its root.
+  /// Scans one source in a run of its own; returns the root.
   NodeIndex scan(const Text& path, DerivedLists* lists = nullptr) {
     std::deque<Text> queue = {path};
     result = ScanRun(state(lists)).Ordnerliste_Abarbeiten(queue);
@@ -48,7 +48,7 @@ class ScanFixture : public ::testing::Test {
     return {options, tree, context, filters, log, ui, lists};
   }
 
-  /// The node with that path below the source's root, names joined by "/"; kNoNode: none.
+  /// The node with the path below the root of the source, with names joined by "/"; kNoNode: none.
   NodeIndex find(NodeIndex root, TextView path) const {
     while (!path.empty() && root != kNoNode) {
       const TextView name = path.substr(0, path.find(u'/'));
@@ -73,14 +73,14 @@ class ScanFixture : public ::testing::Test {
     return texts;
   }
 
-  /// The user ends the scan at the entry with that number, counted from 1.
+  /// Makes the user cancel the scan at the entry with the given number, counted from 1.
   void cancelAfter(int entries) {
     ui.onYield = [this, entries]() mutable {
       if (--entries == 0) context.ScanCancelState = kScanCancelRequested;
     };
   }
 
-  const ScopedLocale locale{"C"};  // the texts of numbers are compared
+  const ScopedLocale locale{"C"};  // the tests compare texts of numbers
   TestFolder folder;
   Options options;
   FolderTree tree;

@@ -5,7 +5,7 @@
 
 namespace ombrelian {
 
-/// Puts a locale in force for the life of the object, by an environment variable.
+/// Sets a locale in an environment variable during the life of the object.
 class ScopedLocale {
  public:
   explicit ScopedLocale(const char* name, const char* variable = "LC_ALL") {

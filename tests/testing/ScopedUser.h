@@ -4,8 +4,8 @@
 
 namespace ombrelian::testing {
 
-/// Takes the rights of the administrator from a test that runs with them, for as long as it lives:
-/// what rights forbid is then forbidden. An ordinary user stays who it is.
+/// Takes the rights of the administrator from a test during its life, so that missing rights have
+/// an effect. An ordinary user is not changed.
 class ScopedUser {
  public:
   ScopedUser() {

@@ -6,7 +6,7 @@
 
 namespace ombrelian::testing {
 
-/// Sets an environment variable while it lives.
+/// Sets an environment variable during its life.
 class ScopedVariable {
  public:
   ScopedVariable(const char* name, const std::string& value) : name_(name) {

@@ -6,7 +6,7 @@
 
 namespace ombrelian::testing {
 
-/// Sets the time zone while it lives.
+/// Sets the time zone during its life.
 class ScopedZone {
  public:
   explicit ScopedZone(const char* zone) {

@@ -6,7 +6,7 @@
 
 namespace ombrelian::testing {
 
-/// What stands between the bars of a line.
+/// The texts between the bars of a line.
 inline std::vector<Text> fields(TextView line) {
   std::vector<Text> result;
   for (auto bar = line.find(u'|'); bar != TextView::npos; bar = line.find(u'|')) {
@@ -17,7 +17,7 @@ inline std::vector<Text> fields(TextView line) {
   return result;
 }
 
-/// What `write` makes of each value, with bars between.
+/// The results of `write` for all values, with bars between them.
 template <class Values, class Write>
 Text each(const Values& values, Write write) {
   Text line;

@@ -26,7 +26,7 @@ std::string makeFolder(TestFolder::Place place) {
   return pattern;
 }
 
-/// Exit status of a program, which says nothing; not 0 where it could not be started either.
+/// Exit status of a program without output; not 0 if the program could not be started.
 int run(std::vector<std::string> words) {
   std::vector<char*> arguments;
   for (std::string& word : words)
@@ -49,7 +49,7 @@ int run(std::vector<std::string> words) {
 TestFolder::TestFolder(Place place) : path_(makeFolder(place)) {}
 
 TestFolder::~TestFolder() {
-  // Trees as deep as some tests make them are beyond what std::filesystem removes.
+  // Some tests make trees that are too deep for std::filesystem.
   if (run({"rm", "-rf", "--", path_}) == 0) return;
   run({"chmod", "-R", "u+rwX", "--", path_});
   run({"rm", "-rf", "--", path_});

@@ -8,10 +8,10 @@
 
 namespace ombrelian::testing {
 
-/// A new folder that goes with all it holds when the test ends. Names are bytes, relative to it.
+/// A new folder that is removed with all its contents at the end. Names are bytes, relative to it.
 class TestFolder {
  public:
-  /// Where a folder is made: among other files, or, for many entries, where making them is quick.
+  /// The place of the folder: on the disk, or in memory, where many entries are made quickly.
   enum class Place { Disk, Memory };
 
   explicit TestFolder(Place place = Place::Disk);
@@ -24,13 +24,13 @@ class TestFolder {
   Text text() const { return fromBytes(path_); }
   Text text(std::string_view name) const { return fromBytes(path(name)); }
 
-  /// Makes a folder and those above it.
+  /// Makes a folder and all folders above it.
   void folder(std::string_view name) const;
 
-  /// Makes a file of `size` bytes that takes no room on the disk, and the folders above it.
+  /// Makes a file of `size` bytes without blocks on the disk, and the folders above it.
   void file(std::string_view name, std::int64_t size = 0) const;
 
-  /// Makes a file with that content, and the folders above it, or writes over one.
+  /// Makes or overwrites a file with the given content, and makes the folders above it.
   void write(std::string_view name, std::string_view content) const;
 
   void symlink(std::string_view name, std::string_view target) const;
@@ -38,33 +38,33 @@ class TestFolder {
   void rename(std::string_view from, std::string_view to) const;
   void chmod(std::string_view name, unsigned mode) const;
 
-  /// Whether something is there; where a link leads to counts.
+  /// Whether an object exists; a link counts if its target exists.
   bool has(std::string_view name) const;
 
-  /// The rights of what is there itself.
+  /// The mode of the object itself.
   unsigned modeOf(std::string_view name) const;
 
-  /// Makes `levels` folders called `name`, each in the one before, from `base` on; returns the
-  /// descriptor of the innermost, to be closed by the caller.
+  /// Makes `levels` folders with the name `name`, each in the previous one, from `base` on. Returns
+  /// the descriptor of the innermost folder, which the caller must close.
   int chain(std::string_view name, int levels, std::string_view base = {}) const;
 
  private:
   std::string path_;
 };
 
-/// Bytes of a whole file; empty if it cannot be read.
+/// The bytes of a whole file; empty if it cannot be read.
 std::string readFile(const std::string& path);
 
-/// A report as text: checks the byte order mark and takes it off.
+/// A report as text; the byte order mark is checked and removed.
 Text readReport(const std::string& path);
 
-/// The lines of a text, without their CR LF.
+/// The lines of a text without CR LF.
 std::vector<Text> lines(TextView text);
 
-/// What a program prints that ends without an error.
+/// The output of a program that ends without an error.
 std::string outputOf(const std::string& command);
 
-/// Names in a folder, sorted.
+/// The sorted names in a folder.
 std::vector<std::string> namesIn(const std::string& path);
 
 }  // namespace ombrelian::testing

@@ -1,4 +1,4 @@
-// What nearly every test needs.
+// Declarations that nearly every test needs.
 #pragma once
 
 #include <errno.h>

@@ -1,4 +1,4 @@
-// What is painted: icons, the style, the designs, and whether the desktop is a dark one.
+// Tests of painting: icons, the style, the designs, and the detection of a dark desktop.
 
 #include <gmock/gmock.h>
 
@@ -35,8 +35,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Restores the palette of the application at the end of a test, which may begin with that of a
-/// light or a dark platform.
+/// Restores the palette of the application at the end of a test. The first palette of the test can
+/// be that of a light or of a dark platform.
 class PlatformPalette {
  public:
   PlatformPalette() : saved_(QApplication::palette()) {}
@@ -66,7 +66,7 @@ std::map<QRgb, int> opaqueColors(const QImage& image) {
 }
 
 TEST(IconsTest, EveryFileDrawsItsOwnPictureWithTheCommonColoursAlone) {
-  icon("app");  // loads the resource that is listed below
+  icon("app");  // loads the resource in the list below
   const QRegularExpression colors(u"(?:stroke|fill)=\"([^\"]+)\""_s);
   const QStringList common{u"none"_s, u"currentColor"_s, u"#3a7bd5"_s, u"#d13b4a"_s, u"#c98a00"_s};
   std::set<QByteArray> pictures;
@@ -91,7 +91,7 @@ TEST(IconsTest, EveryFileDrawsItsOwnPictureWithTheCommonColoursAlone) {
 
 TEST(IconsTest, EachModeHasTheColoursOfThePaletteInForce) {
   const PlatformPalette restored;
-  constexpr int kHighContrast = 9;  // its selection is solid and takes the accent away
+  constexpr int kHighContrast = 9;  // a solid selection without an accent
   const QString name = u"rename"_s;
   for (const bool isDark : {false, true})
     for (const int number : {0, 7, kHighContrast}) {
@@ -110,7 +110,7 @@ TEST(IconsTest, EachModeHasTheColoursOfThePaletteInForce) {
 
 TEST(IconsTest, IsPaintedOnWholeDevicePixelsAtAnyScale) {
   for (const qreal scale : {1.0, 1.25, 1.5, 2.0})
-    for (const int at : {0, 3, 5}) {  // at some scales these are no whole device pixels
+    for (const int at : {0, 3, 5}) {  // at some scales these are not whole device pixels
       const QPixmap exact = icon("save").pixmap(QSize(16, 16), scale);
       const int side = qRound(16 * scale);
       ASSERT_EQ(exact.size(), QSize(side, side));
@@ -137,7 +137,7 @@ QImage canvas(int width, int height, qreal scale) {
   return image;
 }
 
-/// How many pixels of the row or column through the middle have exactly `color`.
+/// Number of pixels in the middle row or column that have exactly the colour `color`.
 int pixelsOf(const QImage& image, const QColor& color, Qt::Orientation orientation) {
   const bool isRow = orientation == Qt::Horizontal;
   int count = 0;
@@ -217,7 +217,7 @@ TEST(StyleTest, ThePartsOfAScrollBarFillItAtEveryPosition) {
   const struct {
     int maximum, page, at;
     bool isVertical;
-    int slider;  // the expected position of the slider
+    int slider;  // expected position of the slider
   } cases[] = {{100, 10, 0, true, 0},
                {100, 10, 100, false, 200 - 28},
                {1, 1000, 1, true, 1},
@@ -260,7 +260,7 @@ struct Pair {
   double least;
 };
 
-/// The colours of a design that are seen on each other, and the contrast that they need.
+/// The colours of a design that touch each other, and the contrast that they need.
 std::vector<Pair> pairsOf(const QPalette& palette) {
   using P = QPalette;
   const auto color = [&](P::ColorRole role, P::ColorGroup group = P::Active) {
@@ -294,14 +294,14 @@ std::vector<Pair> pairsOf(const QPalette& palette) {
     pairs.push_back({"link", color(P::Link), band, 4.5});
     pairs.push_back({"disabled row", color(P::Text, P::Disabled), band, 2.2});
   }
-  if (color(P::HighlightedText) == color(P::Text))  // a selection that leaves the text as it is
+  if (color(P::HighlightedText) == color(P::Text))  // a selection that does not change the text
     pairs.push_back({"selected error", color(P::BrightText), color(P::Highlight), 4.5});
   return pairs;
 }
 
 TEST(ThemesTest, EverythingCanBeReadInTenDesignsOfWhichSomeFollowTheDesktop) {
   std::set<std::pair<QRgb, QRgb>> looks;
-  int kinds[3] = {};  // always light, following the desktop, always dark
+  int kinds[3] = {};  // always light, as the desktop, always dark
   for (int number = 0; number < kThemes; ++number) {
     ++kinds[makeTheme(number, false).isDark + makeTheme(number, true).isDark];
     for (const bool isDark : {false, true}) {
@@ -349,7 +349,7 @@ TEST(DesktopSchemeTest, WithoutABusThePaletteOfThePlatformDecidesAndIsFollowed) 
   const QPalette own = QApplication::palette();
 
   QWindow windows[2];
-  QEvent event(QEvent::ThemeChange);  // the platform of the tests is light by itself
+  QEvent event(QEvent::ThemeChange);  // the platform of the tests is light at first
   for (QWindow& window : windows)
     QCoreApplication::sendEvent(&window, &event);
   ASSERT_TRUE(changed.count() == 1 || changed.wait(1000));
@@ -359,7 +359,7 @@ TEST(DesktopSchemeTest, WithoutABusThePaletteOfThePlatformDecidesAndIsFollowed) 
   EXPECT_EQ(changed.count(), 1);
 }
 
-/// A portal that answers "Read" as the real one does, or with an error.
+/// A portal that answers "Read" like the real one, or with an error.
 class FakePortal : public QDBusVirtualObject {
  public:
   static inline const QString kPath = u"/org/freedesktop/portal/desktop"_s;

@@ -1,4 +1,4 @@
-// The real window over real folders, driven as a user does it; then with deleting, rescanning and
+// The real window with real folders and the actions of a user, and then deleting, rescanning and
 // removing.
 
 #include "ui/MainWindow.h"
@@ -45,7 +45,7 @@ TEST_F(MainWindowTest, AScanFillsTreeAndLists) {
        {std::pair(ListId::Hardlinks, 2), {ListId::Junctions, 1}, {ListId::Extensions, 2}})
     EXPECT_EQ(run.column(list).size(), rows) << int(list);
   EXPECT_FALSE(run.column(ListId::Log).isEmpty());
-  // A second run of several sources leaves the lists and adds to the tree.
+  // A second run of several sources keeps the lists and adds to the tree.
   run.scan({tree_.text("big"), tree_.text("small")});
   EXPECT_GT(run.session.tree.nodeCount(), 8U);
   EXPECT_EQ(run.column(ListId::Hardlinks).size(), 2);
@@ -71,7 +71,7 @@ TEST_F(ScannedMainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
     expand();
     EXPECT_EQ(run_.column(kFolders).size(), rows);
   }
-  // What is closed is found all the same, round the end, both ways.
+  // Rows in closed folders are found too, past the end, in both directions.
   run_.execute(kFolders, Id::Search);
   auto* const box = pane.findChild<QLineEdit*>();
   QTest::keyClicks(box, u"dee"_s);
@@ -120,10 +120,10 @@ TEST_F(MainWindowTest, ARestartFindsColumnsPanesAndSourcesAsTheyWere) {
     for (const int section : {0, 5, 8})
       list.setColumnVisible(section, true);
     list.setColumnVisible(2, false);
-    list.setColumnVisible(1, false);  // the name stays
+    list.setColumnVisible(1, false);  // the name cannot be hidden
     QHeaderView& header = *list.horizontalHeader();
     header.moveSection(header.visualIndex(8), 2);
-    header.moveSection(header.visualIndex(5), 1);  // refused
+    header.moveSection(header.visualIndex(5), 1);  // the move is refused
     run.execute(std::nullopt, Id::ShowTopLists);
     run.execute(ListId::LargestFiles, Id::ShowOldestFiles);
     run.execute(ListId::OldestFiles, Id::SizeMegabytes);
@@ -167,10 +167,10 @@ TEST_F(MainWindowTest, InputIsServedWhileAScanRuns) {
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, [&] {
     if (!scans.isScanning() || ++turns != 1) return;
-    // Nothing but stopping is possible now; closing stops.
+    // Only stopping is possible now; closing the window stops the scan.
     EXPECT_FALSE(run.execute(kFolders, Id::ExpandAll));
     EXPECT_EQ(start.text(), u"Stop"_s);
-    EXPECT_TRUE(run.execute(std::nullopt, Id::Start));  // as of a double click
+    EXPECT_TRUE(run.execute(std::nullopt, Id::Start));  // like the second click of a double click
     EXPECT_EQ(run.session.context.ScanCancelState, kScanIdle);
     EXPECT_FALSE(run.window->close());
   });
@@ -210,8 +210,8 @@ TEST_F(MainWindowTest, EveryCommandIsThereAndEveryControlHasAName) {
   }
 }
 
-/// Presses the keys for deleting in a widget of a list, and F5, and returns which commands those
-/// were. What the window makes of them does not matter.
+/// Presses the keys for deleting and F5 in a widget of a list, and returns the commands that were
+/// triggered. The window does not execute them.
 std::vector<Id> commandsOfKeys(Program& run, ListId list, QWidget* widget) {
   ListPane& pane = run.pane(list);
   const QSignalBlocker keepFromWindow(&pane);
@@ -226,7 +226,7 @@ std::vector<Id> commandsOfKeys(Program& run, ListId list, QWidget* widget) {
   return ids;
 }
 
-/// In a text the keys for deleting belong to the text.
+/// In a text field, the keys for deleting change the text.
 void expectKeysAreOfTheText(Program& run, ListId list, QLineEdit* field) {
   const QString before = field->text();
   field->home(false);
@@ -238,7 +238,7 @@ void expectKeysAreOfTheText(Program& run, ListId list, QLineEdit* field) {
 TEST_F(ScannedMainWindowTest, KeysWalkThroughTheTreeAndEditAName) {
   ListView& list = run_.list(kFolders);
   list.goTo(3);
-  // A key; how many rows there are then, and which is the current one.
+  // A key, the number of rows after it, and the current row.
   const std::tuple<Qt::Key, int, std::size_t> keys[] = {
       {Qt::Key_Right, 6, 3}, {Qt::Key_Right, 6, 4},  {Qt::Key_Left, 6, 3},
       {Qt::Key_Left, 5, 3},  {Qt::Key_Return, 6, 3}, {Qt::Key_Return, 5, 3}};
@@ -272,7 +272,7 @@ void showList(Program& run, ListId list, Id id) {
 TEST_F(MainWindowTest, DeleteKeysWorkInListsOfObjectsAndNowhereElse) {
   const struct {
     ListId list;
-    Id show;  // the command that shows the list; None: it is on show
+    Id show;  // the command that shows the list; None: it is visible already
     std::vector<Id> commands;
   } cases[] = {{kFolders, Id::None, {Id::RecycleFolders, Id::DeleteFolders, Id::Rescan}},
                {ListId::Files, Id::ShowFiles, {Id::RecycleFiles, Id::DeleteFiles, Id::Refresh}},
@@ -392,7 +392,7 @@ TEST_F(MainWindowDeleteTest, FoldersGoAfterAQuestionThatTellsWhatGoes) {
   EXPECT_EQ(namesIn(tree_.path()).size(), 2U);
   EXPECT_TRUE(hasLogged(u"GELÖSCHT: "_s + path("big/")));
   EXPECT_EQ(run_.column(ListId::Hardlinks).size(), 2) << "a list beside the tree is the last run";
-  // The keyboard goes on where the first of the rows was.
+  // The keyboard focus remains at the first of the rows.
   EXPECT_TRUE(run_.list(kFolders).selectionModel()->hasSelection());
 }
 
@@ -421,7 +421,7 @@ TEST_F(MainWindowDeleteTest, ARescanKeepsWhatIsOpenAndTheOrder) {
   run_.list(kFolders).goTo(0);
   EXPECT_TRUE(run_.execute(kFolders, Id::Rescan));
   EXPECT_EQ(folders(), before);
-  // Of the row of direct files the folder above is read.
+  // For the row of direct files, the folder above is read again.
   tree_.file("new.txt", 7);
   select(kFolders, {u"Dateien"_s});
   EXPECT_TRUE(run_.execute(kFolders, Id::Rescan));
@@ -460,7 +460,7 @@ TEST_F(MainWindowDeleteTest, ASourceIsTakenOffTheListAndStaysOnTheDisk) {
   EXPECT_EQ(run_.session.tree.MaxFolderDepth(), 0U);
 }
 
-/// The parts of the window, each through its own interface.
+/// The parts of the window, each tested through its own interface.
 class PartsTest : public WindowTest {
  protected:
   ListPane& pane(ListId list) { return run_.pane(list); }

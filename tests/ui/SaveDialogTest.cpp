@@ -31,7 +31,7 @@ QRadioButton* radio(const QDialog& dialog, int number) {
   return dialog.findChildren<QRadioButton*>()[number];
 }
 
-/// Chooses a format, and answers every question for a file with `path`.
+/// Chooses a format, and `path` as the answer to every question for a file.
 void choose(SaveDialog& dialog, ReportFormat format, const QString& path = {}) {
   find<QComboBox>(dialog, "cboFormat")->setCurrentIndex(int(format));
   if (path.isEmpty()) return;
@@ -42,7 +42,7 @@ QString pathIn(const TestFolder& folder, ReportFormat format) {
   return toQString(folder.text(nameOf(format)));
 }
 
-/// The text of a report; for a workbook, the text of its sheet, whose checksum is compared.
+/// The text of a report; for a workbook, the text of its sheet.
 QString contents(const QString& path) {
   if (!path.endsWith(u".xlsx"_s)) return toQString(readReport(path.toStdString()));
   return QString::fromStdString(
@@ -52,7 +52,7 @@ QString contents(const QString& path) {
 
 class SaveFromWindowTest : public ScannedWindowTest {
  protected:
-  /// Opens the dialog of a list, lets `prepare` do what a user would, and saves.
+  /// Opens the dialog of a list, makes the inputs in `prepare`, and saves.
   QString saved(ListId view, ReportFormat format,
                 const std::function<void(SaveDialog&)>& prepare = {}) {
     const QString path = pathIn(data_, format);
@@ -74,7 +74,7 @@ class SaveFromWindowTest : public ScannedWindowTest {
   const ScopedLocale locale{"C"};
 };
 
-/// Whether the texts follow each other in `report`.
+/// Whether the texts occur in `report` in this order.
 bool inOrder(const QString& report, const QStringList& texts) {
   qsizetype at = 0;
   for (const QString& text : texts) {
@@ -133,10 +133,10 @@ TEST_F(SaveFromWindowTest, AListTellsWhereItComesFromAndAnEmptyOneIsNotSaved) {
   QApplication::processEvents();
 }
 
-/// A dialog without a window, for a tree that is made by hand.
+/// A dialog without a window, for a made tree.
 class SaveDialogTest : public SaveFixture {
  protected:
-  /// A dialog in which a format is chosen, and which saves to the file that `pathIn` names.
+  /// A dialog with a chosen format; it saves to the file of `pathIn`.
   std::unique_ptr<SaveDialog> open(ReportFormat format, bool isTree = true) {
     auto dialog = make(options, settings, isTree);
     choose(*dialog, format, pathIn(out, format));
@@ -207,7 +207,7 @@ TEST_F(SaveDialogTest, WhatIsChosenComesBack) {
 }
 
 TEST_F(SaveDialogTest, OptionsThatAFormatDoesNotHaveAreDisabled) {
-  // A format and a delimiter; whether it has delimiters, one of the user's own, and lines.
+  // Format and delimiter; whether it has delimiters, a delimiter of the user, and lines.
   const std::tuple<ReportFormat, int, bool, bool, bool> cases[] = {
       {ReportFormat::TXT, 4, true, true, true},    {ReportFormat::CSV, 4, true, true, false},
       {ReportFormat::TXT, 2, true, false, true},   {ReportFormat::HTML, 4, false, false, false},
@@ -274,7 +274,7 @@ TEST_F(SaveDialogTest, TheDesktopsDialogAddsTheEndingAndAsksBeforeItReplaces) {
 }
 
 TEST_F(SaveDialogTest, ASaveThatIsEndedLeavesAWholeFile) {
-  constexpr int kRows = 400'000;  // so many that a save takes a while on any machine
+  constexpr int kRows = 400'000;  // a number of rows for which a save takes time on every machine
   for (int i = 0; i < kRows; ++i)
     add(root, u"folder" + ombrelian::toText(i), i);
   options.FolderColumnVisible.fill(1);

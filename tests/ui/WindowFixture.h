@@ -62,8 +62,8 @@ struct Program {
   std::vector<std::unique_ptr<QAbstractItemModelTester>> testers;
 };
 
-/// Answers each message box with a button, or with its first button if it lacks that one, and keeps
-/// the texts of the last box.
+/// Answers each message box with a button, or with its first button if that one is missing, and
+/// records the texts of the last box.
 class Answer {
  public:
   explicit Answer(QMessageBox::StandardButton button) {
@@ -102,7 +102,7 @@ class WindowTest : public ::testing::Test {
     tree_.symlink("link", "big");
   }
 
-  /// A path in the tree; without a name, of the tree itself.
+  /// A path in the tree; without a name, the path of the tree.
   QString path(std::string_view name = {}) const {
     return QString::fromStdString(name.empty() ? tree_.path() : tree_.path(name));
   }
