@@ -224,7 +224,7 @@ bool Deletion::survey(Targets& targets, Survey& survey) {
     const auto goOn = [&](std::uint64_t count) { return goesOn(path, count); };
     if ((isThere && !survey.add(path, data, goOn)) || !goOn(survey.objects())) return false;
     target.file.isHardlink = hardlinkCount(data) > 0;
-    target.file.identity = data.identity;
+    target.file.identity = isThere ? data.identity : target.object.identity;
     target.objects = survey.objects() - before;
     left.push_back(std::move(target));
   }

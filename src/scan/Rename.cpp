@@ -1,22 +1,31 @@
 #include "scan/Rename.h"
 
+#include "filters/mCompare.h"
 #include "fs/Links.h"
 #include "fs/PathText.h"
 #include "fs/Renaming.h"
 #include "fs/z_Filesystem.h"
+#include "platform/Locale.h"
 #include "support/Guard.h"
 #include "tree/TreeEdit.h"
+#include "tree/TreeOrder.h"
 
 namespace ombrelian {
 namespace {
 
 constexpr TextView kModule = u"frmMain";
 
-/// Subtracts a direct file of `folder` that was replaced.
-void takeOutFile(FolderTree& tree, TextView folder, const platform::FindData& file) {
+/// Subtracts a direct file of `folder` that was replaced, unless the scan left it out.
+void takeOutFile(FolderTree& tree, TextView folder, TextView name, const platform::FindData& file) {
+  Text path(folder);
+  appendName(path, name);
   const GoneFile gone = {xGetFileSizeByWFD_W(file), hardlinkCount(file) > 0, file.identity};
-  for (const NodeIndex node : foldersAt(tree, folder))
-    takeOutFiles(tree, node, {gone});
+  mCompare filters(platform::localeTextRules());
+  for (const NodeIndex node : foldersAt(tree, folder)) {
+    filters.setWalkFilters(tree.facts(sourceOf(tree, node)).filters);
+    if (!filters.filtersFiles() || !filters.Check_FolderList_FileFilter(name, path))
+      takeOutFiles(tree, node, {gone});
+  }
 }
 
 void renameNodes(FolderTree& tree, TextView path, TextView newPath, TextView name) {
@@ -44,7 +53,7 @@ Text renameFolder(FolderTree& tree, TextView path, TextView name) {
             findObject(newPath, replaced) == platform::kSuccess && !replaced.isFolder();
         if (Text error = renameInFolder(path, name); !error.empty()) return error;
         if (replacesFile) {
-          takeOutFile(tree, folder, replaced);
+          takeOutFile(tree, folder, name, replaced);
         } else if (const auto nodes = foldersAt(tree, newPath); !nodes.empty()) {
           takeOutFolders(tree, nodes);
         }
@@ -57,7 +66,7 @@ Text renameFolder(FolderTree& tree, TextView path, TextView name) {
 Text renameFile(FolderTree& tree, FileList& files, Grid::RowIndex row, TextView name) {
   const Text folder = xRemoveBackslash(files.folder());
   const FileList::Renaming renaming = files.rename(row, name);
-  if (renaming.replaced) takeOutFile(tree, folder, *renaming.replaced);
+  if (renaming.replaced) takeOutFile(tree, folder, name, *renaming.replaced);
   return renaming.error;
 }
 

@@ -23,8 +23,10 @@ NodeIndex Rescan::Report_Rescan(NodeIndex selected) {
         NodeIndex folder = selected;
         if (!tree[folder].has(FolderNode::IsFolder)) folder = tree[folder].parent;
         const FolderNode& node = tree[folder];
-        const bool isNotEntered =
-            node.has(FolderNode::IsJunction) && state_.options.ScanHardlinks == 0;
+        const Text path = Report_GetFullpathOfNode(tree, folder, false, false);
+        const bool isNotEntered = node.has(FolderNode::IsJunction) &&
+                                  (state_.options.ScanHardlinks == 0 ||
+                                   platform::CheckReparseFolder(path) != platform::kSuccess);
         if (isNotEntered || node.has(FolderNode::IsError)) return kNoNode;
         const RunScope scope(state_);
         read(folder, false);

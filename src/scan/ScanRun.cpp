@@ -215,7 +215,7 @@ void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   if (findObject(path, named) == platform::kSuccess) {
     state_.tree.setIdentity(root, named.identity);
   }
-  if (state_.options.ShowFolderOwner != 1) return;
+  if (state_.options.ShowFolderOwner == 0 && state_.options.CreateListOwner == 0) return;
   const OwnerTexts owners;
   node.owner = state_.tree.ownerNumber(owners.of(state_.context.KeepsOwners, data));
   node.set(FolderNode::HasOwner);

@@ -1,5 +1,7 @@
 #include "scan/Walker.h"
 
+#include <unordered_set>
+
 #include "fs/Links.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Time.h"
@@ -56,6 +58,7 @@ void Walker::walk() {
       continue;
     }
     if (cancelled) {
+      forgetHardlinksOfFrames();
       cutOff(tree_[frames_.back().node]);
     } else {
       finishFolder();
@@ -64,6 +67,16 @@ void Walker::walk() {
     if (frames_.size() == 1) return;
     leaveFolder();
   }
+}
+
+/// The files of a folder that was cut off are in no sum, so other names of them must count.
+void Walker::forgetHardlinksOfFrames() {
+  if (wereForgotten_ || tree_.HardlinkSeen().empty()) return;
+  wereForgotten_ = true;
+  std::unordered_set<NodeIndex> nodes;
+  for (const Frame& frame : frames_)
+    nodes.insert(frame.node);
+  tree_.HardlinkSeen().removeFolders([&](NodeIndex folder) { return nodes.contains(folder); });
 }
 
 void Walker::visit(const FindData& entry) {

@@ -36,6 +36,7 @@ class Walker {
   bool isCancelled();
   void showProgress(std::uint64_t interval);
 
+  void forgetHardlinksOfFrames();
   void visit(const platform::FindData& entry);
   bool isLeftOut(const platform::FindData& entry);
   void visitFile(const platform::FindData& entry);
@@ -73,6 +74,7 @@ class Walker {
   Text path_;  // path of the innermost frame, ends in a separator
   std::uint64_t lastProgressTick_ = 0;
   unsigned entriesUntilProgress_ = 0;
+  bool wereForgotten_ = false;  // see forgetHardlinksOfFrames
 };
 
 }  // namespace ombrelian

@@ -1,6 +1,7 @@
 #include "tree/TreeEdit.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "tree/TreeOrder.h"
@@ -98,7 +99,10 @@ void forgetNames(FolderTree& tree, const std::vector<NodeIndex>& folders) {
 
 /// Adds the sizes of hardlinks that lost their counted name to the folders of other names.
 void settleNames(FolderTree& tree) {
-  for (const auto& [folder, size] : tree.HardlinkSeen().settle()) {
+  std::unordered_map<NodeIndex, std::int64_t> sizes;
+  for (const auto& [folder, size] : tree.HardlinkSeen().settle())
+    sizes[folder] = addSizes(sizes[folder], size);
+  for (const auto& [folder, size] : sizes) {
     if (const NodeIndex pseudo = pseudoFolderOf(tree, folder); pseudo != kNoNode) {
       tree[pseudo].size = addSizes(tree[pseudo].size, size);
     }

@@ -2,6 +2,7 @@
 
 #include <QMimeData>
 #include <QUrl>
+#include <exception>
 #include <set>
 #include <unordered_map>
 
@@ -141,7 +142,13 @@ void ListModel::rearrange(const std::function<void()>& change) {
   std::vector<RowSource::Id> ids;
   for (const QModelIndex& index : before)
     ids.push_back(rows_.id(std::size_t(index.row())));
-  change();
+  // The views must hear of the end of the change even if it failed.
+  std::exception_ptr failure;
+  try {
+    change();
+  } catch (...) {
+    failure = std::current_exception();
+  }
   QModelIndexList after;
   std::unordered_map<RowSource::Id, std::size_t> places;
   for (qsizetype i = 0; i < before.size(); ++i) {
@@ -153,6 +160,7 @@ void ListModel::rearrange(const std::function<void()>& change) {
   }
   changePersistentIndexList(before, after);
   Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+  if (failure) std::rethrow_exception(failure);
 }
 
 void ListModel::sortBy(const Column& column, bool descending) {

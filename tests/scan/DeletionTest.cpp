@@ -275,6 +275,28 @@ TEST_F(DeletionTest, ListsOfTheLastRunLoseNoRowsButTheirOwn) {
   EXPECT_GT(rows(ListId::Extensions), 0U);
 }
 
+TEST_F(DeletionTest, WhatDidNotCountIsNotSubtracted) {
+  options.AddHardlinksOnlyOnce = 1;
+  folder.hardlink("source/b/twin", "source/a/one");
+  root = scan(folder.text("source"));
+  // The name that was counted or the other one: it is gone from the disk before it is deleted here.
+  for (const char* name : {"one", "twin"}) {
+    const std::string where = name == std::string("one") ? "source/a" : "source/b";
+    const Deletion::Ids ids = show(where.c_str(), {fromBytes(name)});
+    ASSERT_EQ(unlink(folder.path(where + "/" + name).c_str()), 0);
+    EXPECT_TRUE(deletion().List_Files_DeleteFiles(files, ids));
+    EXPECT_EQ(tree[root].size, name == std::string("one") ? 4123 : 4023);
+  }
+  // A file that the scan left out is replaced by a rename.
+  options.FolderList_FilterFilesExclude_Active = 1;
+  options.FolderList_FilterFilesExclude_Text = u"*.tmp";
+  folder.file("source/b/left.tmp", 50);
+  root = scan(folder.text("source"));
+  show("source/b", {u"three"});
+  EXPECT_EQ(renameFile(tree, files, 1, u"left.tmp"), u"");
+  EXPECT_EQ(tree[root].size, 4023);
+}
+
 /// A real folder, a tree scanned from it, and random changes of both.
 class Sequence : public DeletionFixture {
   unsigned below(unsigned limit) { return unsigned(random_() % limit); }

@@ -41,7 +41,7 @@ TEST_F(WalkerTest, TotalsRollUp) {
   EXPECT_EQ(tree[root].name(), folder.text());
   EXPECT_NE(tree.facts(root).created, 0);
   EXPECT_FALSE(tree[root].has(FolderNode::HasOwner));
-  options.ShowFolderOwner = 1;
+  options.CreateListOwner = 1;
   const NodeIndex owned = scan(folder.text());
   for (const NodeIndex node : {owned, find(owned, u"a")})
     EXPECT_EQ(tree.ownerText(tree[node].owner), platform::GetUserNameW());
@@ -145,6 +145,8 @@ TEST_F(WalkerTest, LinksAreCountedNotFollowed) {
   const ScanTotals before = totals(again);
   Rescan(state(), nullptr).Report_Rescan(again);
   EXPECT_EQ(totals(again), before);
+  const NodeIndex refused = find(again, u"up");
+  EXPECT_EQ(Rescan(state(), nullptr).Report_Rescan(refused), kNoNode);
 }
 
 TEST_F(WalkerTest, HardlinksCountOnceIfAsked) {

@@ -33,6 +33,14 @@ struct Level : OpenLevel {
   bool isPartRead() const { return entry == parts.front().batch.entries().size(); }
 };
 
+/// kNotSupported: the file system of the device holds no files of its own.
+ErrorCode checkDevice(std::uint64_t device) {
+  for (const Mount& mount : readMounts()) {
+    if (mount.device == device && isPseudoFileSystem(mount.type)) return kNotSupported;
+  }
+  return kSuccess;
+}
+
 }  // namespace
 
 class FolderWalk::Implementation {
@@ -187,12 +195,7 @@ ErrorCode FolderWalk::Implementation::checkReparse(const Level& level) const {
   const bool isAbove = std::find(above_.begin(), above_.end(), level.identity) != above_.end();
   if (isOnTheWay || isAbove) return kLinkLoop;
   if (level.identity.device == levels_.back().identity.device) return kSuccess;
-  for (const Mount& mount : readMounts()) {
-    if (mount.device == level.identity.device && isPseudoFileSystem(mount.type)) {
-      return kNotSupported;
-    }
-  }
-  return kSuccess;
+  return checkDevice(level.identity.device);
 }
 
 const FindData* FolderWalk::Implementation::next() {
@@ -290,6 +293,19 @@ std::size_t FolderWalk::depth() const { return implementation_->depth(); }
 
 Text FolderWalk::reparseTarget(TextView path, ErrorCode& error) const {
   return implementation_->reparseTarget(path, error);
+}
+
+ErrorCode CheckReparseFolder(TextView path) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  const Descriptor folder(openat(at.folder(), at.name(), kOpenLevel));
+  if (!folder) return translateErrno(errno);
+  FileIdentity identity;
+  if (const int error = readIdentity(folder.get(), identity); error != 0)
+    return translateErrno(error);
+  const std::vector<FileIdentity> above = foldersAbove(toBytes(path), folder.get());
+  const bool isAbove = std::find(above.begin(), above.end(), identity) != above.end();
+  return isAbove ? ErrorCode(kLinkLoop) : checkDevice(identity.device);
 }
 
 }  // namespace ombrelian::platform

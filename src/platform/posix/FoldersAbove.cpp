@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <string_view>
 
 #include "platform/posix/Descriptor.h"
