@@ -280,13 +280,13 @@ FileList::Renaming FileList::rename(Grid::RowIndex row, TextView newName) {
       kModule, u"lvwFiles_GridCellAfterEditing",
       [&]() -> Renaming {
         if (newName.empty() || newName == shown_.grid.text(row, kName)) return {};
-        std::optional<FindData> replaced = otherNamed(row, newName);
+        const std::optional<FindData> replaced = otherNamed(row, newName);
         if (Text error = renameInFolder(fullPath(row), newName); !error.empty())
           return {std::move(error), {}};
         const std::uint32_t id = shown_.grid.id(row);
         removeReplaced(row, newName);
         setName(shown_.grid.rowOf(id), newName);
-        return {{}, std::move(replaced)};
+        return {{}, replaced};
       },
       [](const Error& error) {
         return Renaming{errorTextOf(error), {}};
