@@ -66,8 +66,8 @@ class FolderWalk {
   std::unique_ptr<Implementation> implementation_;
 };
 
-/// Whether a walk that comes to the reparse folder at `path` (absolute) would enter it: kSuccess, or
-/// the error that FolderWalk::goIn would return.
+/// Whether a walk that comes to the reparse folder at `path` (absolute) would enter it: kSuccess,
+/// or the error that FolderWalk::goIn would return.
 ErrorCode CheckReparseFolder(TextView path);
 
 }  // namespace ombrelian::platform
