@@ -12,6 +12,7 @@
 #include "lists/ListStatus.h"
 #include "platform/Files.h"
 #include "platform/Time.h"
+#include "scan/GoneFiles.h"
 #include "scan/Rescan.h"
 #include "scan/RunScope.h"
 #include "support/Guard.h"
@@ -347,28 +348,11 @@ bool Deletion::List_Files_DeleteFiles(FileList& files, const Ids& selected) {
 
 /// Subtracts deleted files from the numbers of the folders that contained them.
 void Deletion::takeOffFiles(const Targets& gone) {
-  std::map<TextView, std::vector<const Target*>> byFolder;
+  std::map<TextView, std::vector<GoneFileAt>> byFolder;
   for (const Target& target : gone)
-    byFolder[xGetPath(target.object.path)].push_back(&target);
+    byFolder[xGetPath(target.object.path)].push_back({target.object.path, target.file});
   for (const auto& [folder, files] : byFolder)
-    takeOffFolder(folder, files);
-}
-
-/// Subtracts only files that passed the filters of the scan, because it counted only these.
-void Deletion::takeOffFolder(TextView folder, const std::vector<const Target*>& gone) {
-  FolderTree& tree = state_.tree;
-  mCompare& filters = state_.filters;
-  for (const NodeIndex node : foldersAt(tree, folder)) {
-    filters.setWalkFilters(tree.facts(sourceOf(tree, node)).filters);
-    std::vector<GoneFile> files;
-    for (const Target* const target : gone) {
-      const Text& path = target->object.path;
-      const bool wasLeftOut =
-          filters.filtersFiles() && filters.Check_FolderList_FileFilter(xGetFileName(path), path);
-      if (!wasLeftOut) files.push_back(target->file);
-    }
-    takeOutFiles(tree, node, files);
-  }
+    ombrelian::takeOffFiles(state_.tree, state_.filters, folder, files);
 }
 
 Deletion::Ids Deletion::idsOf(const Targets& targets) {

@@ -63,7 +63,6 @@ class Deletion {
   bool Delete_Files(const platform::ShownObject& file);
   void correctTree(const Targets& gone, const Targets& touched);
   void takeOffFiles(const Targets& gone);
-  void takeOffFolder(TextView folder, const std::vector<const Target*>& gone);
   void logGone(const Text& path);
   void fail(const Text& line);
   void tellFailures();

@@ -1,14 +1,12 @@
 #include "scan/Rename.h"
 
-#include "filters/mCompare.h"
 #include "fs/Links.h"
 #include "fs/PathText.h"
 #include "fs/Renaming.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Locale.h"
+#include "scan/GoneFiles.h"
 #include "support/Guard.h"
-#include "tree/TreeEdit.h"
-#include "tree/TreeOrder.h"
 
 namespace ombrelian {
 namespace {
@@ -19,13 +17,9 @@ constexpr TextView kModule = u"frmMain";
 void takeOutFile(FolderTree& tree, TextView folder, TextView name, const platform::FindData& file) {
   Text path(folder);
   appendName(path, name);
-  const GoneFile gone = {xGetFileSizeByWFD_W(file), hardlinkCount(file) > 0, file.identity};
   mCompare filters(platform::localeTextRules());
-  for (const NodeIndex node : foldersAt(tree, folder)) {
-    filters.setWalkFilters(tree.facts(sourceOf(tree, node)).filters);
-    if (!filters.filtersFiles() || !filters.Check_FolderList_FileFilter(name, path))
-      takeOutFiles(tree, node, {gone});
-  }
+  takeOffFiles(tree, filters, folder,
+               {{path, {xGetFileSizeByWFD_W(file), hardlinkCount(file) > 0, file.identity}}});
 }
 
 void renameNodes(FolderTree& tree, TextView path, TextView newPath, TextView name) {

@@ -23,11 +23,8 @@ NodeIndex Rescan::Report_Rescan(NodeIndex selected) {
         NodeIndex folder = selected;
         if (!tree[folder].has(FolderNode::IsFolder)) folder = tree[folder].parent;
         const FolderNode& node = tree[folder];
-        const Text path = Report_GetFullpathOfNode(tree, folder, false, false);
-        const bool isNotEntered = node.has(FolderNode::IsJunction) &&
-                                  (state_.options.ScanHardlinks == 0 ||
-                                   platform::CheckReparseFolder(path) != platform::kSuccess);
-        if (isNotEntered || node.has(FolderNode::IsError)) return kNoNode;
+        if (node.has(FolderNode::IsError)) return kNoNode;
+        if (node.has(FolderNode::IsJunction) && !entersJunction(folder)) return kNoNode;
         const RunScope scope(state_);
         read(folder, false);
         Report_Folder_Sort_All(tree);
@@ -39,6 +36,13 @@ NodeIndex Rescan::Report_Rescan(NodeIndex selected) {
       });
 }
 
+/// Whether a scan that came to the junction would enter it.
+bool Rescan::entersJunction(NodeIndex junction) const {
+  const Text path = Report_GetFullpathOfNode(state_.tree, junction, false, false);
+  return state_.options.ScanHardlinks != 0 &&
+         platform::CheckReparseFolder(path) == platform::kSuccess;
+}
+
 void Rescan::readRest(NodeIndex folder) { read(folder, true); }
 
 void Rescan::read(NodeIndex folder, bool isRest) {
@@ -48,15 +52,10 @@ void Rescan::read(NodeIndex folder, bool isRest) {
   state_.context.run = facts.run;
   state_.filters.startRun();
   state_.filters.setWalkFilters(facts.filters);
-  forgetHardlinks(tree, folder);
   const Text path = Report_GetFullpathOfNode(tree, folder, false, true);
   state_.context.IgnoresCancel = isRest;
-  const NodeIndex twin = ScanRun(state_).Quelle_Einlesen(path, tree.addTwin(folder));
+  ScanRun(state_, &rows_).readAgain(path, folder, isRest);
   state_.context.IgnoresCancel = false;
-  rows_.change([&] {
-    rows_.willReplace(folder, twin);
-    putInPlace(tree, folder, twin, isRest);
-  });
 }
 
 Text Report_RemoveFolders(FolderTree& tree, NodeIndex selected, RowsOnShow* rows) {

@@ -24,6 +24,7 @@ class Rescan {
   void readRest(NodeIndex folder);
 
  private:
+  bool entersJunction(NodeIndex junction) const;
   void read(NodeIndex folder, bool isRest);
 
   const ScanState state_;

@@ -85,8 +85,12 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   const Date started = now();
   const std::uint64_t startTick = platform::GetTickCount();
   useFiltersOfOptions();
-  const NodeIndex shown = sourceNamed(state_.tree, rootName(path));
-  const NodeIndex root = shown == kNoNode ? Quelle_Einlesen(path) : replaceSource(path, shown);
+  NodeIndex root = sourceNamed(state_.tree, rootName(path));
+  if (root == kNoNode) {
+    root = Quelle_Einlesen(path);
+  } else {
+    readAgain(path, root, true);
+  }
   state_.tree.facts(root) = {started, state_.context.run, walkFilters(state_.options)};
   result.lastRoot = root;
   ++result.sourcesScanned;
@@ -112,16 +116,14 @@ void ScanRun::prepareSource(bool isOnlySource) {
   logOptions();
 }
 
-/// Reads a source that is in the tree already; its row keeps its place.
-NodeIndex ScanRun::replaceSource(TextView path, NodeIndex source) {
+void ScanRun::readAgain(TextView path, NodeIndex folder, bool followsAll) {
   FolderTree& tree = state_.tree;
-  forgetHardlinks(tree, source);
-  const NodeIndex twin = Quelle_Einlesen(path, tree.addTwin(source));
+  forgetHardlinks(tree, folder);
+  const NodeIndex twin = Quelle_Einlesen(path, tree.addTwin(folder));
   rows_.change([&] {
-    rows_.willReplace(source, twin);
-    putInPlace(tree, source, twin, true);
+    rows_.willReplace(folder, twin);
+    putInPlace(tree, folder, twin, followsAll);
   });
-  return source;
 }
 
 void ScanRun::useFiltersOfOptions() {

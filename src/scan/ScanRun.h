@@ -37,10 +37,13 @@ class ScanRun {
   /// Scans one source into a new root, or into `existing` for a rescan; returns the root.
   NodeIndex Quelle_Einlesen(TextView path, NodeIndex existing = kNoNode);
 
+  /// Reads a folder that is in the tree into a twin, which then takes its place. `followsAll`: see
+  /// putInPlace.
+  void readAgain(TextView path, NodeIndex folder, bool followsAll);
+
  private:
   void scanSource(const Text& path, bool isOnlySource, RunResult& result);
   void prepareSource(bool isOnlySource);
-  NodeIndex replaceSource(TextView path, NodeIndex source);
   void useFiltersOfOptions();
   void logOptions();
   void logCounts(const ScanTotals& counts);

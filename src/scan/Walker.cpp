@@ -57,25 +57,22 @@ void Walker::walk() {
       if (!isLeftOut(*entry)) visit(*entry);
       continue;
     }
-    if (cancelled) {
-      forgetHardlinksOfFrames();
-      cutOff(tree_[frames_.back().node]);
-    } else {
-      finishFolder();
-    }
+    if (entry != nullptr) cutOffFrames();
+    if (!cancelled) finishFolder();
     if (frames_.back().isOpen) walk_.goOut();
     if (frames_.size() == 1) return;
     leaveFolder();
   }
 }
 
-/// The files of a folder that was cut off are in no sum, so other names of them must count.
-void Walker::forgetHardlinksOfFrames() {
-  if (wereForgotten_ || tree_.HardlinkSeen().empty()) return;
-  wereForgotten_ = true;
+/// Marks the folders whose listing the user stopped. Their direct files are in no sum, so other
+/// names of these files must count.
+void Walker::cutOffFrames() {
   std::unordered_set<NodeIndex> nodes;
-  for (const Frame& frame : frames_)
+  for (const Frame& frame : frames_) {
+    cutOff(tree_[frame.node]);
     nodes.insert(frame.node);
+  }
   tree_.HardlinkSeen().removeFolders([&](NodeIndex folder) { return nodes.contains(folder); });
 }
 
@@ -127,7 +124,11 @@ void Walker::visitFile(const FindData& entry) {
   ScanTotals& own = frames_.back().own;
   ++own.Files;
   ++context_.Total.Files;
-  if (entry.dwReserved0 == platform::kTagMountPoint) return visitMountedFile(entry);
+  if (entry.dwReserved0 == platform::kTagMountPoint) {
+    // Another file is mounted on it: a junction without a size.
+    countJunction();
+    return feedUnentered(entry);
+  }
   const std::int64_t size = xGetFileSizeByWFD_W(entry);
   const std::int32_t links = context_.ReadHardlinkCounts ? hardlinkCount(entry) : 0;
   if (links > 0) {
@@ -136,16 +137,6 @@ void Walker::visitFile(const FindData& entry) {
   }
   countSize(entry, size, links);
   if (lists_ != nullptr) feedFile(entry, size, links);
-}
-
-/// Counts a file that another file is mounted on: as a junction without a size.
-void Walker::visitMountedFile(const FindData& entry) {
-  ++frames_.back().own.Junctions;
-  ++context_.Total.Junctions;
-  if (lists_ == nullptr) return;
-  const Text path = entryPath();
-  ErrorCode error = platform::kSuccess;
-  feedJunction(path, walk_.reparseTarget(path, error), entry.dwReserved0);
 }
 
 void Walker::countSize(const FindData& entry, std::int64_t size, std::int32_t links) {
@@ -179,17 +170,8 @@ void Walker::reportUnreadable() {
 void Walker::visitFolder(const FindData& entry) {
   const bool isJunction = entry.isReparse();
   const bool isWanted = !isJunction || options_.ScanHardlinks == 1;
-  if (isJunction) {
-    ++frames_.back().own.Junctions;
-    ++context_.Total.Junctions;
-  }
-  if (!isWanted && options_.NoHardlinks != 0) {
-    if (lists_ == nullptr || options_.CreateListJunction != 1) return;
-    const Text path = entryPath();
-    ErrorCode error = platform::kSuccess;
-    feedJunction(path, walk_.reparseTarget(path, error), entry.dwReserved0);
-    return;
-  }
+  if (isJunction) countJunction();
+  if (!isWanted && options_.NoHardlinks != 0) return feedUnentered(entry);
   ++frames_.back().own.Folders;
   ++context_.Total.Folders;
   const NodeIndex node = addFolderNode(entry);
@@ -221,6 +203,19 @@ void Walker::readJunction(const FindData& entry, NodeIndex node) {
   // The folder itself could be read. Its row shows why the target is missing, and no error is
   // counted.
   if (error != platform::kSuccess) tree_.setErrorText(node, xGetErrorText(false, error));
+}
+
+void Walker::countJunction() {
+  ++frames_.back().own.Junctions;
+  ++context_.Total.Junctions;
+}
+
+/// Lists a junction that has no node. Its target is read only for the list.
+void Walker::feedUnentered(const FindData& entry) {
+  if (lists_ == nullptr || options_.CreateListJunction != 1) return;
+  const Text path = entryPath();
+  ErrorCode error = platform::kSuccess;
+  feedJunction(path, walk_.reparseTarget(path, error), entry.dwReserved0);
 }
 
 void Walker::feedJunction(TextView path, TextView target, std::uint32_t tag) {

@@ -36,11 +36,10 @@ class Walker {
   bool isCancelled();
   void showProgress(std::uint64_t interval);
 
-  void forgetHardlinksOfFrames();
+  void cutOffFrames();
   void visit(const platform::FindData& entry);
   bool isLeftOut(const platform::FindData& entry);
   void visitFile(const platform::FindData& entry);
-  void visitMountedFile(const platform::FindData& entry);
   void countSize(const platform::FindData& entry, std::int64_t size, std::int32_t links);
   void feedFile(const platform::FindData& entry, std::int64_t size, std::int32_t links);
   void reportUnreadable();
@@ -50,6 +49,8 @@ class Walker {
   void setOwner(const platform::FindData& entry, NodeIndex node);
   bool enterFolder(const platform::FindData& entry, NodeIndex node);
   void readJunction(const platform::FindData& entry, NodeIndex node);
+  void countJunction();
+  void feedUnentered(const platform::FindData& entry);
   void feedJunction(TextView path, TextView target, std::uint32_t tag);
   Text entryPath();
 
@@ -74,7 +75,6 @@ class Walker {
   Text path_;  // path of the innermost frame, ends in a separator
   std::uint64_t lastProgressTick_ = 0;
   unsigned entriesUntilProgress_ = 0;
-  bool wereForgotten_ = false;  // see forgetHardlinksOfFrames
 };
 
 }  // namespace ombrelian
