@@ -26,13 +26,13 @@ Text driveLabelOf(const Text& path) {
 
 std::vector<Text> notesOn(const FolderTree& tree, NodeIndex source) {
   std::vector<Text> notes;
-  if (tree[source].has(FolderNode::IsIncomplete)) notes.push_back(incompleteNote());
+  if (tree[source].has(FolderNode::IsIncomplete)) {
+    notes.push_back(TL(9704, u"Unvollständig: Das Einlesen wurde abgebrochen."));
+  }
   for (const Text& filter : describeFilters(tree.facts(source).filters))
     notes.push_back(filter);
   return notes;
 }
-
-Text incompleteNote() { return TL(9704, u"Unvollständig: Das Einlesen wurde abgebrochen."); }
 
 Text describeSource(const Text& path, bool labelsDrives) {
   Text described = xRemoveBackslash(path);

@@ -29,8 +29,6 @@ struct ReportSource {
 /// Remarks on what is missing in a source: what its scan left out, and whether it was stopped.
 std::vector<Text> notesOn(const FolderTree& tree, NodeIndex source);
 
-Text incompleteNote();
-
 /// One row of a report.
 struct ReportRow {
   CellSource::RowIndex index = 0;

@@ -59,6 +59,22 @@ NodeIndex sourceOf(const FolderTree& tree, NodeIndex node) {
   return node;
 }
 
+Text pathsOfSources(const FolderTree& tree) {
+  Text paths;
+  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+    if (!paths.empty()) paths += u", ";
+    paths += tree[root].name();
+  }
+  return paths;
+}
+
+bool isIncomplete(const FolderTree& tree) {
+  NodeIndex root = tree.firstRoot();
+  while (root != kNoNode && !tree[root].has(FolderNode::IsIncomplete))
+    root = tree[root].nextSibling;
+  return root != kNoNode;
+}
+
 NodeIndex nextInSubtree(const FolderTree& tree, NodeIndex node, NodeIndex top) {
   if (tree[node].firstChild != kNoNode) return tree[node].firstChild;
   return nextBeside(tree, node, top);

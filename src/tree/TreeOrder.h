@@ -25,6 +25,12 @@ Text Report_GetFullpathOfNode(const FolderTree& tree, NodeIndex node, bool skipR
 /// The source that contains `node`, which may be the source itself.
 NodeIndex sourceOf(const FolderTree& tree, NodeIndex node);
 
+/// The paths of all sources, with commas between them.
+Text pathsOfSources(const FolderTree& tree);
+
+/// Whether a folder of any source was cut off.
+bool isIncomplete(const FolderTree& tree);
+
 /// The next node in the order of the rows when everything is expanded; kNoNode at the end of the
 /// subtree of `top`. It works for any depth.
 NodeIndex nextInSubtree(const FolderTree& tree, NodeIndex node, NodeIndex top);

@@ -2,6 +2,7 @@
 
 #include "scan/Rescan.h"
 #include "tree/TreeOrder.h"
+#include "ui/RowsInPanes.h"
 
 namespace ombrelian::ui {
 
@@ -14,35 +15,14 @@ DeleteCommands::DeleteCommands(WindowState& state, WindowDialogs& dialogs, Panes
       drives_(drives),
       scans_(scans) {}
 
-void DeleteCommands::change(const std::function<void()>& change) {
-  // The selected rows are the deleted ones, and updating a large selection row by row would be
-  // slow.
-  panes_.pane(changing_).list().clearSelection();
-  const auto changeTree = [&] {
-    panes_.pane(ListId::Folders).model().rearrange([&] {
-      change();
-      panes_.folders().nodesWent();
-    });
-  };
-  if (changing_ == ListId::Folders) {
-    changeTree();
-  } else {
-    panes_.pane(changing_).model().rearrange(changeTree);
-  }
-}
-
-void DeleteCommands::willReplace(NodeIndex node, NodeIndex twin) {
-  state_.session.folderReport.carryExpanded(node, twin);
-}
-
 void DeleteCommands::DeleteFolders(bool recycle) {
   const std::vector<RowSource::Id> nodes = panes_.selectedIds(ListId::Folders);
   if (nodes.empty() || state_.isBusy()) return;
   ListPane& folders = panes_.pane(ListId::Folders);
   const std::size_t first = folders.list().selectedRowNumbers().front();
   const Text path = Report_GetFullpathOfNode(state_.session.tree, nodes.front(), false, false);
-  changing_ = ListId::Folders;
-  Deletion deletion(state_.session.scanState(dialogs_, nullptr), this, recycle);
+  RowsInPanes rows(panes_, state_.session.folderReport);
+  Deletion deletion(state_.session.scanState(dialogs_, nullptr), &rows, recycle);
   const bool isAnyGone = deletion.DeleteFolders(nodes);
   folders.list().setFocus();  // the list lost the focus while it was disabled
   if (!isAnyGone) return;
@@ -65,10 +45,9 @@ void DeleteCommands::deleteFiles(ListId list, bool recycle) {
   ListPane& pane = panes_.pane(list);
   const std::size_t first = pane.list().selectedRowNumbers().front();
   const Text path = pane.rows().path(first);
-  changing_ = list;
-  Deletion deletion(state_.session.scanState(dialogs_, nullptr), this, recycle);
+  RowsInPanes rows(panes_, state_.session.folderReport, list);
+  Deletion deletion(state_.session.scanState(dialogs_, nullptr), &rows, recycle);
   const bool isAnyGone = deleteFrom(list, deletion, ids);
-  changing_ = ListId::Folders;
   pane.list().setFocus();
   if (!isAnyGone) return;
   panes_.goNear(list, first);
@@ -83,9 +62,9 @@ void DeleteCommands::Report_Rescan() {
   if (row == RowSource::kNoRow || state_.isBusy()) return;
   const NodeIndex selected = NodeIndex(rows.id(row));
   const Text name(session.tree[selected].name());
-  changing_ = ListId::Folders;
+  RowsInPanes shown(panes_, session.folderReport);
   const NodeIndex folder =
-      Rescan(session.scanState(dialogs_, nullptr), this).Report_Rescan(selected);
+      Rescan(session.scanState(dialogs_, nullptr), &shown).Report_Rescan(selected);
   if (folder == kNoNode) return;
   folders.model().rearrange([&] { rows.sort(*rows.sortColumn(), rows.sortedDescending()); });
   files_.hideFiles();
@@ -105,8 +84,8 @@ void DeleteCommands::Report_Rescan() {
 void DeleteCommands::Report_RemoveFolders() {
   const std::size_t row = panes_.currentFolder();
   if (row == RowSource::kNoRow || state_.isBusy()) return;
-  changing_ = ListId::Folders;
-  ombrelian::Report_RemoveFolders(state_.session.tree, NodeIndex(panes_.folders().id(row)), this);
+  RowsInPanes rows(panes_, state_.session.folderReport);
+  ombrelian::Report_RemoveFolders(state_.session.tree, NodeIndex(panes_.folders().id(row)), &rows);
   files_.hideFiles();
   panes_.pane(ListId::Folders).rowsReplaced();
 }

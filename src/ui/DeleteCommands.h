@@ -7,7 +7,7 @@
 namespace ombrelian::ui {
 
 /// Deletes selected objects, reads folders again, and removes sources from the tree.
-class DeleteCommands : private RowsOnShow {
+class DeleteCommands {
  public:
   /// All arguments must outlive this object.
   DeleteCommands(WindowState& state, WindowDialogs& dialogs, Panes& panes, FilesOfFolder& files,
@@ -25,8 +25,6 @@ class DeleteCommands : private RowsOnShow {
   void Report_RemoveFolders();
 
  private:
-  void change(const std::function<void()>& change) override;
-  void willReplace(NodeIndex node, NodeIndex twin) override;
   bool deleteFrom(ListId list, Deletion& deletion, const Deletion::Ids& ids);
 
   WindowState& state_;
@@ -35,7 +33,6 @@ class DeleteCommands : private RowsOnShow {
   FilesOfFolder& files_;
   DriveCommands& drives_;
   ScanControl& scans_;
-  ListId changing_ = ListId::Folders;  // the list whose rows are deleted
 };
 
 }  // namespace ombrelian::ui

@@ -74,7 +74,7 @@ void ListPane::connectModel() {
     list_->setFocus();
   });
   connect(model_, &ListModel::renameFailed, this, [this](const QString& error) {
-    showMessage(this, QMessageBox::Warning, error);
+    showMessage(this, UserInterface::Severity::Warning, error);
     list_->setFocus();  // otherwise another list gets the focus, and the next key acts on it
   });
 }

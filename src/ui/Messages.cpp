@@ -3,9 +3,18 @@
 #include <QTextDocument>
 
 namespace ombrelian::ui {
+namespace {
 
-void showMessage(QWidget* parent, QMessageBox::Icon icon, const QString& text) {
-  QMessageBox box(icon, QStringLiteral("Ombrelian"), text, QMessageBox::Ok, parent);
+QMessageBox::Icon iconOf(UserInterface::Severity severity) {
+  using Severity = UserInterface::Severity;
+  if (severity == Severity::Information) return QMessageBox::Information;
+  return severity == Severity::Warning ? QMessageBox::Warning : QMessageBox::Critical;
+}
+
+}  // namespace
+
+void showMessage(QWidget* parent, UserInterface::Severity severity, const QString& text) {
+  QMessageBox box(iconOf(severity), QStringLiteral("Ombrelian"), text, QMessageBox::Ok, parent);
   box.setTextFormat(Qt::PlainText);
   box.exec();
 }

@@ -89,11 +89,7 @@ bool SaveProgress::GetInputState() {
 }
 
 void SaveProgress::message(TextView text, Severity severity) {
-  showMessage(window(),
-              severity == Severity::Information ? QMessageBox::Information
-              : severity == Severity::Warning   ? QMessageBox::Warning
-                                                : QMessageBox::Critical,
-              toQString(text));
+  showMessage(window(), severity, toQString(text));
 }
 
 bool SaveProgress::ask(TextView question) { return askQuestion(window(), toQString(question)); }

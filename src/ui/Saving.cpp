@@ -5,6 +5,7 @@
 #include "export/FolderSave.h"
 #include "export/ListSave.h"
 #include "support/Translate.h"
+#include "tree/TreeOrder.h"
 #include "ui/QtText.h"
 #include "ui/SaveDialog.h"
 
@@ -13,10 +14,8 @@ namespace {
 
 /// The paths of all sources, and the time when the last of them was read.
 ReportSource allSources(const FolderTree& tree) {
-  ReportSource all;
+  ReportSource all = {pathsOfSources(tree)};
   for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
-    if (!all.path.empty()) all.path += u", ";
-    all.path += tree[root].name();
     for (Text& note : notesOn(tree, root))
       if (std::find(all.notes.begin(), all.notes.end(), note) == all.notes.end())
         all.notes.push_back(std::move(note));

@@ -2,32 +2,13 @@
 
 #include "fs/z_Filesystem.h"
 #include "ui/QtText.h"
+#include "ui/RowsInPanes.h"
 
 namespace ombrelian::ui {
 namespace {
 
 /// A second click on the button within this time belongs to the first.
 constexpr qint64 kDoubleClickMs = 1000;
-
-/// The rows of the tree while a source in it is read again.
-class RowsOfTree : public RowsOnShow {
- public:
-  RowsOfTree(Panes& panes, FolderReport& report) : panes_(panes), report_(report) {}
-
-  void change(const std::function<void()>& change) override {
-    ListPane& folders = panes_.pane(ListId::Folders);
-    folders.list().clearSelection();
-    folders.model().rearrange([&] {
-      change();
-      panes_.folders().nodesWent();
-    });
-  }
-  void willReplace(NodeIndex node, NodeIndex twin) override { report_.carryExpanded(node, twin); }
-
- private:
-  Panes& panes_;
-  FolderReport& report_;
-};
 
 }  // namespace
 
@@ -69,7 +50,7 @@ void ScanControl::Ordnerliste_Abarbeiten() {
   // A run with one source fills the lists again; no view may read them meanwhile.
   const bool fillsLists = session.SourceQueue.size() == 1;
   if (fillsLists) panes_.setDerivedFrozen(true);
-  RowsOfTree rows(panes_, session.folderReport);
+  RowsInPanes rows(panes_, session.folderReport);
   ScanRun run(session.scanState(dialogs_, &state_.found), &rows);
   const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
   ListPane& folders = panes_.pane(ListId::Folders);

@@ -4,6 +4,7 @@
 #include "lists/ListStatus.h"
 #include "support/Translate.h"
 #include "tree/TreeEdit.h"
+#include "tree/TreeOrder.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -19,14 +20,12 @@ Text incompleteText() { return TL(9705, u"unvollständig"); }
 Text describeSources(const FolderTree& tree, const Options& options) {
   std::int64_t roots = 0;
   ScanTotals sum;
-  bool isIncomplete = false;
   bool isInside = false;
   for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
     const FolderNode& node = tree[root];
     ++roots;
     sum += {node.size, node.files, node.folders, node.errors, node.hardlinks, node.junctions};
     isInside = isInside || !sourcesBelow(tree, node.name()).empty();
-    isIncomplete = isIncomplete || node.has(FolderNode::IsIncomplete);
   }
   Text text = TL(9041, u"Quellen: %1", {statusCount(roots)});
   const auto add = [&text](const Text& part) { text.append(kBetween).append(part); };
@@ -36,7 +35,7 @@ Text describeSources(const FolderTree& tree, const Options& options) {
         {statusCount(sum.Files), statusCount(sum.Folders), xFormatFileSizeAuto(sum.Size, true)}));
   }
   if (sum.Errors > 0) add(TL(9706, u"Fehler: %1", {statusCount(sum.Errors)}));
-  if (isIncomplete) add(incompleteText());
+  if (isIncomplete(tree)) add(incompleteText());
   if (isInside) add(TL(9707, u"Eine Quelle liegt in einer anderen."));
   if (const int filters = filtersOfScan(options); filters > 0)
     add(TL(9700, u"Filter eingeschaltet: %1", {statusCount(filters)}));

@@ -55,11 +55,7 @@ bool WindowDialogs::GetInputState() {
 }
 
 void WindowDialogs::message(TextView text, Severity severity) {
-  showMessage(&window_,
-              severity == Severity::Information ? QMessageBox::Information
-              : severity == Severity::Warning   ? QMessageBox::Warning
-                                                : QMessageBox::Critical,
-              shownLines(toQString(text).split(u'\n')));
+  showMessage(&window_, severity, shownLines(toQString(text).split(u'\n')));
 }
 
 bool WindowDialogs::ask(TextView question) { return askQuestion(&window_, toQString(question)); }
