@@ -4,6 +4,7 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include "platform/posix/Errors.h"
@@ -41,6 +42,20 @@ ErrorCode checkDevice(std::uint64_t device) {
   return kSuccess;
 }
 
+/// Opens the folder `path`, follows links, and reads which folder it is.
+ErrorCode openFolder(std::string path, OpenLevel& level) {
+  const PathAt at(std::move(path));
+  if (at.error() != 0) return translateErrno(at.error());
+  Descriptor folder(openat(at.folder(), at.name(), kOpenLevel));
+  if (!folder) return translateErrno(errno);
+  level.folder = std::make_shared<const Descriptor>(std::move(folder));
+  return translateErrno(readIdentity(level.folder->get(), level.identity));
+}
+
+bool contains(const std::vector<FileIdentity>& folders, const FileIdentity& folder) {
+  return std::find(folders.begin(), folders.end(), folder) != folders.end();
+}
+
 }  // namespace
 
 class FolderWalk::Implementation {
@@ -61,9 +76,9 @@ class FolderWalk::Implementation {
 
  private:
   void prepare(const Level& source);
-  ErrorCode openByName(Level& level) const;
+  ErrorCode openByName(Level& level);
   ErrorCode push(Level level);
-  ErrorCode checkReparse(const Level& level) const;
+  ErrorCode checkReparse(const Level& level);
   void readRest(Level& level);
   void reopenByNames();
   bool takePart(Level& level);
@@ -76,7 +91,8 @@ class FolderWalk::Implementation {
   const WalkReach reach_;
   std::unique_ptr<ReadAhead> reader_;
   OpenLevels<Level> levels_;
-  std::vector<FileIdentity> above_;  // folders that the source is in
+  std::optional<std::vector<FileIdentity>> above_;  // folders that the source is in; empty: not
+                                                    // needed yet
   const char* currentName_ = "";
   const FindData* current_ = nullptr;
   Text name_;
@@ -148,18 +164,11 @@ ErrorCode FolderWalk::Implementation::push(Level level) {
 }
 
 ErrorCode FolderWalk::Implementation::openSource(TextView path) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  Descriptor folder(openat(at.folder(), at.name(), kOpenLevel));
-  if (!folder) return translateErrno(errno);
   Level level;
-  level.folder = std::make_shared<const Descriptor>(std::move(folder));
-  if (const int error = readIdentity(level.folder->get(), level.identity); error != 0) {
-    return translateErrno(error);
-  }
   level.name = toBytes(path);
+  if (const ErrorCode error = openFolder(level.name, level); error != kSuccess) return error;
+  above_.reset();
   prepare(level);
-  if (reach_ == WalkReach::Tree) above_ = foldersAbove(level.name, level.folder->get());
   return push(std::move(level));
 }
 
@@ -175,7 +184,7 @@ ErrorCode FolderWalk::Implementation::openCurrent() {
   return push(std::move(level));
 }
 
-ErrorCode FolderWalk::Implementation::openByName(Level& level) const {
+ErrorCode FolderWalk::Implementation::openByName(Level& level) {
   const int follow = current_->isReparse() ? 0 : O_NOFOLLOW;
   Descriptor folder(openat(levels_.back().folder->get(), currentName_, kOpenLevel | follow));
   if (!folder) return translateErrno(errno);
@@ -188,12 +197,12 @@ ErrorCode FolderWalk::Implementation::openByName(Level& level) const {
 }
 
 /// Whether a reparse folder that was just opened may be walked.
-ErrorCode FolderWalk::Implementation::checkReparse(const Level& level) const {
+ErrorCode FolderWalk::Implementation::checkReparse(const Level& level) {
   const bool isOnTheWay = std::any_of(levels_.begin(), levels_.end(), [&](const Level& above) {
     return above.identity == level.identity;
   });
-  const bool isAbove = std::find(above_.begin(), above_.end(), level.identity) != above_.end();
-  if (isOnTheWay || isAbove) return kLinkLoop;
+  if (!above_) above_ = foldersAbove(levels_.begin()->name);
+  if (isOnTheWay || contains(*above_, level.identity)) return kLinkLoop;
   if (level.identity.device == levels_.back().identity.device) return kSuccess;
   return checkDevice(level.identity.device);
 }
@@ -254,13 +263,10 @@ void FolderWalk::Implementation::reopenByNames() {
     if (!path.empty() && path.back() != '/') path.push_back('/');
     path += level.name;
   }
-  const PathAt at(std::move(path));
-  if (at.error() != 0) return;
-  Descriptor folder(openat(at.folder(), at.name(), kOpenLevel));
-  FileIdentity identity;
-  if (folder && readIdentity(folder.get(), identity) == 0 && identity == levels_.back().identity) {
-    levels_.back().folder = std::make_shared<const Descriptor>(std::move(folder));
-  }
+  OpenLevel found;
+  const ErrorCode error = openFolder(std::move(path), found);
+  if (error == kSuccess && found.identity == levels_.back().identity)
+    levels_.back().folder = std::move(found.folder);
 }
 
 ErrorCode FolderWalk::Implementation::listError() const {
@@ -296,16 +302,10 @@ Text FolderWalk::reparseTarget(TextView path, ErrorCode& error) const {
 }
 
 ErrorCode CheckReparseFolder(TextView path) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  const Descriptor folder(openat(at.folder(), at.name(), kOpenLevel));
-  if (!folder) return translateErrno(errno);
-  FileIdentity identity;
-  if (const int error = readIdentity(folder.get(), identity); error != 0)
-    return translateErrno(error);
-  const std::vector<FileIdentity> above = foldersAbove(toBytes(path), folder.get());
-  const bool isAbove = std::find(above.begin(), above.end(), identity) != above.end();
-  return isAbove ? ErrorCode(kLinkLoop) : checkDevice(identity.device);
+  OpenLevel folder;
+  if (const ErrorCode error = openFolder(toBytes(path), folder); error != kSuccess) return error;
+  if (contains(foldersAbove(toBytes(path)), folder.identity)) return kLinkLoop;
+  return checkDevice(folder.identity.device);
 }
 
 }  // namespace ombrelian::platform

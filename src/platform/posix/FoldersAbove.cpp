@@ -1,54 +1,52 @@
 #include "platform/posix/FoldersAbove.h"
 
+#include <errno.h>
 #include <fcntl.h>
 
-#include <algorithm>
-#include <string_view>
-
 #include "platform/posix/Descriptor.h"
+#include "platform/posix/PathAt.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
 namespace {
 
-/// Opens `name` below the open folder `above`, and reads which folder it is.
-Descriptor openBelow(int above, const char* name, FileIdentity& identity) {
-  Descriptor folder(openat(above, name, O_PATH | O_DIRECTORY | O_CLOEXEC));
-  const bool isKnown = folder && readIdentity(folder.get(), identity) == 0;
-  return isKnown ? std::move(folder) : Descriptor();
-}
-
-void addFoldersOnTheWay(std::string_view path, std::vector<FileIdentity>& folders) {
-  FileIdentity identity;
-  Descriptor folder = openBelow(AT_FDCWD, path.starts_with('/') ? "/" : ".", identity);
-  while (folder) {
-    path.remove_prefix(std::min(path.find_first_not_of('/'), path.size()));
-    if (path.empty()) return;
-    folders.push_back(identity);
-    const std::string step(path.substr(0, path.find('/')));
-    path.remove_prefix(step.size());
-    folder = openBelow(folder.get(), step.c_str(), identity);
-  }
-}
-
-void addRealFolders(int from, std::vector<FileIdentity>& folders) {
-  FileIdentity last;
-  Descriptor folder = openBelow(from, ".", last);
-  while (folder) {
-    FileIdentity identity;
-    folder = openBelow(folder.get(), "..", identity);
-    if (!folder || identity == last) return;
-    folders.push_back(identity);
-    last = identity;
-  }
+/// Opens `name` below the open folder `above`, and reads which folder it is. Returns 0 or errno.
+int openBelow(int above, const char* name, Descriptor& folder, FileIdentity& identity) {
+  Descriptor found(openat(above, name, O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (!found) return errno;
+  folder = std::move(found);
+  return readIdentity(folder.get(), identity);
 }
 
 }  // namespace
 
-std::vector<FileIdentity> foldersAbove(const std::string& path, int folder) {
+int addFoldersUpwards(int folder, std::vector<FileIdentity>& folders) {
+  FileIdentity identity;
+  Descriptor above;
+  int error = readIdentity(folder, identity);
+  while (error == 0 && (folders.empty() || !(identity == folders.back()))) {
+    folders.push_back(identity);
+    error = openBelow(above ? above.get() : folder, "..", above, identity);
+  }
+  return error;
+}
+
+std::vector<FileIdentity> foldersAbove(const std::string& path) {
+  std::vector<FileIdentity> onTheWay;
+  std::string_view rest = path;
+  FileIdentity identity;
+  Descriptor folder;
+  int error = openBelow(AT_FDCWD, path.starts_with('/') ? "/" : ".", folder, identity);
+  for (std::string step = takeComponent(rest); error == 0 && !step.empty();
+       step = takeComponent(rest)) {
+    onTheWay.push_back(identity);
+    error = openBelow(folder.get(), step.c_str(), folder, identity);
+  }
+  if (error != 0) return onTheWay;
   std::vector<FileIdentity> folders;
-  addFoldersOnTheWay(path, folders);
-  addRealFolders(folder, folders);
+  addFoldersUpwards(folder.get(), folders);
+  if (!folders.empty()) folders.erase(folders.begin());  // the folder itself
+  folders.insert(folders.end(), onTheWay.begin(), onTheWay.end());
   return folders;
 }
 

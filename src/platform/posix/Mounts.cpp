@@ -89,12 +89,6 @@ bool parseLine(const char* line, Mount& mount) {
   return !mount.type.empty();
 }
 
-bool holds(const std::string& mountPoint, const std::string& path) {
-  if (mountPoint == "/") return true;
-  return path.compare(0, mountPoint.size(), mountPoint) == 0 &&
-         (path.size() == mountPoint.size() || path[mountPoint.size()] == '/');
-}
-
 }  // namespace
 
 std::vector<Mount> readMounts() {
@@ -129,6 +123,11 @@ const Mount* findMountHolding(const std::vector<Mount>& mounts, const std::strin
     if (best == nullptr || mount.mountPoint.size() >= best->mountPoint.size()) best = &mount;
   }
   return best;
+}
+
+bool holds(std::string_view folder, std::string_view path) {
+  if (folder == "/") return true;
+  return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
 std::string describeSource(const Mount& mount) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/Text.h"
@@ -25,6 +26,9 @@ const Mount* findMount(const std::vector<Mount>& mounts, const std::string& moun
 /// The mount that contains the object at `path` (absolute): the one with the longest mount point;
 /// null: none.
 const Mount* findMountHolding(const std::vector<Mount>& mounts, const std::string& path);
+
+/// Whether `folder` is `path` or a folder above it, by the text of the two absolute paths.
+bool holds(std::string_view folder, std::string_view path);
 
 /// The source of the mount. If only a folder of it is mounted, that folder follows in brackets.
 std::string describeSource(const Mount& mount);

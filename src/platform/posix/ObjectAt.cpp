@@ -15,14 +15,6 @@ namespace {
 
 constexpr int kPathOnly = O_PATH | O_DIRECTORY | O_CLOEXEC;
 
-/// Removes the first component from `path` and returns it.
-std::string takeComponent(std::string_view& path) {
-  path.remove_prefix(std::min(path.find_first_not_of('/'), path.size()));
-  std::string component(path.substr(0, path.find('/')));
-  path.remove_prefix(component.size());
-  return component;
-}
-
 }  // namespace
 
 ObjectAt::ObjectAt(const ShownObject& object) : identity_(object.identity) {

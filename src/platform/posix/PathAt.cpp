@@ -4,6 +4,8 @@
 #include <fcntl.h>
 #include <limits.h>
 
+#include <algorithm>
+
 namespace ombrelian::platform {
 
 PathAt::PathAt(TextView path) : PathAt(toBytes(path)) {}
@@ -38,6 +40,13 @@ void PathAt::openLongPart() {
     opened_ = std::move(next);
     nameAt_ = bytes_.find_first_not_of('/', cut);
   }
+}
+
+std::string takeComponent(std::string_view& path) {
+  path.remove_prefix(std::min(path.find_first_not_of('/'), path.size()));
+  std::string component(path.substr(0, path.find('/')));
+  path.remove_prefix(component.size());
+  return component;
 }
 
 }  // namespace ombrelian::platform

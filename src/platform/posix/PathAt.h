@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/posix/Descriptor.h"
 #include "support/Text.h"
@@ -32,5 +33,8 @@ class PathAt {
   Descriptor opened_;
   int error_ = 0;
 };
+
+/// Removes the first component from `path` and returns it; empty: there is none.
+std::string takeComponent(std::string_view& path);
 
 }  // namespace ombrelian::platform

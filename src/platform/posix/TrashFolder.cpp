@@ -11,6 +11,8 @@
 #include "platform/Process.h"
 #include "platform/Removal.h"
 #include "platform/posix/Errors.h"
+#include "platform/posix/FoldersAbove.h"
+#include "platform/posix/PathAt.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -61,11 +63,9 @@ bool isOn(int folder, std::uint64_t device) {
 /// Opens the folder `path`. Missing folders are made, but only on the file system `device`.
 ErrorCode openDataFolder(std::string_view path, std::uint64_t device, Descriptor& folder) {
   folder = Descriptor(open("/", kPathOnly));
-  while (folder && !path.empty()) {
-    path.remove_prefix(1);
-    const std::string step(path.substr(0, path.find('/')));
-    path.remove_prefix(step.size());
-    if (step.empty()) continue;
+  while (folder) {
+    const std::string step = takeComponent(path);
+    if (step.empty()) return kSuccess;
     Descriptor next(openat(folder.get(), step.c_str(), kPathOnly));
     if (!next && errno == ENOENT) {
       if (!isOn(folder.get(), device)) return kNotSameDevice;
@@ -76,7 +76,7 @@ ErrorCode openDataFolder(std::string_view path, std::uint64_t device, Descriptor
     if (!next) return binError(errno);
     folder = std::move(next);
   }
-  return folder ? kSuccess : binError(errno);
+  return binError(errno);
 }
 
 /// Opens a folder of a bin and makes it if it is missing. A link and a folder of another user are
@@ -157,17 +157,10 @@ ErrorCode findTopFolder(int folder, TopFolder& top) {
 }
 
 ErrorCode liesIn(int folder, const FileIdentity& wanted, bool& result) {
-  Level level;
-  int error = openLevel(folder, ".", level);
-  while (error == 0) {
-    result = level.identity == wanted;
-    if (result) return kSuccess;
-    Level above;
-    error = openLevel(level.folder.get(), "..", above);
-    if (error == 0 && above.identity == level.identity) return kSuccess;
-    level = std::move(above);
-  }
-  return translateErrno(error);
+  std::vector<FileIdentity> folders;
+  const int error = addFoldersUpwards(folder, folders);
+  result = std::find(folders.begin(), folders.end(), wanted) != folders.end();
+  return result ? kSuccess : translateErrno(error);
 }
 
 std::string pathOfFolder(int folder) {

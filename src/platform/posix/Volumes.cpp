@@ -82,10 +82,8 @@ DriveProber& drives() {
 bool isOfSystem(const Mount& mount) {
   if (mount.type != "tmpfs" && mount.type != "ramfs" && mount.type != "devtmpfs") return false;
   const std::string_view places[] = {"/sys", "/proc", "/dev", "/run"};
-  return std::any_of(std::begin(places), std::end(places), [&](std::string_view place) {
-    const std::string_view point = mount.mountPoint;
-    return point.starts_with(place) && (point.size() == place.size() || point[place.size()] == '/');
-  });
+  return std::any_of(std::begin(places), std::end(places),
+                     [&](std::string_view place) { return holds(place, mount.mountPoint); });
 }
 
 /// Whether the mount can be a drive: a whole file system of a suitable type can, a mounted part of
