@@ -111,6 +111,8 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
   StartUp startUp(line, joined(arguments), translation.LanguageId());
   Session session;
   session.loadOptions(startUp.settings());
+  if (!startUp.settingsNotice().empty())
+    console.message(startUp.settingsNotice(), UserInterface::Severity::Warning);
   if (startUp.errorLog().Errcount() > 0) {
     Text trace = startUp.DataPath();
     appendName(trace, u"debug.log");

@@ -3,6 +3,7 @@
 #include "fs/z_Filesystem.h"
 #include "platform/Time.h"
 #include "settings/IniSetUp.h"
+#include "support/Translate.h"
 #include "support/Version.h"
 
 namespace ombrelian {
@@ -59,7 +60,7 @@ StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
     : programStartTime_(toDate(platform::GetLocalTime())) {
   constexpr std::uint32_t kRestartTimeoutMs = 20000;
   constexpr std::uint32_t kRestartPollMs = 500;
-  if (line.mode == CommandLine::Mode::Restart) {
+  if (line.mode == CommandLine::Mode::Restart && !platform::kReplacesInPlace) {
     WaitForMutexGone(kProgramName, kRestartTimeoutMs, kRestartPollMs);
   }
   // Installers look for exactly these two names, including the lower-case "g".
@@ -91,7 +92,13 @@ StartUp::~StartUp() { setFaultSink(nullptr); }
 
 /// Opens the settings. Values that are written here are stored even if the run fails later.
 void StartUp::openSettings(int languageId) {
-  prepareIniFile(iniFile_, inDataFolder(kOldIniName));
+  const Text copy = prepareIniFile(iniFile_, inDataFolder(kOldIniName));
+  if (!copy.empty()) {
+    settingsNotice_ = TL(9760,
+                         u"Der Datei mit den Einstellungen fehlte die Kennung am Anfang. Sie wurde "
+                         u"neu geschrieben; die alte Datei ist '%1'.",
+                         {copy});
+  }
   settings_ = std::make_unique<IniStore>(iniFile_);
   // The choice of the first start is kept.
   settings_->INI_WriteStringAnsi(kLanguageSection, kLanguageKey, toText(languageId));

@@ -37,6 +37,9 @@ class StartUp {
   ErrorLog& errorLog() { return *errorLog_; }
   IniStore& settings() { return *settings_; }
 
+  /// A line for the user if the settings file was repaired; else empty.
+  const Text& settingsNotice() const { return settingsNotice_; }
+
   /// Whether this user starts the program for the first time, so that folders should get the shell
   /// verb.
   bool isFirstStart() const { return isFirstStart_; }
@@ -51,6 +54,7 @@ class StartUp {
   Text iniFile_;
   std::unique_ptr<ErrorLog> errorLog_;
   std::unique_ptr<IniStore> settings_;
+  Text settingsNotice_;
   bool isFirstStart_ = false;
 };
 

@@ -57,6 +57,8 @@ class FileHandle {
   friend ErrorCode WriteFile(FileHandle&, std::string_view);
   friend ErrorCode ReadFile(FileHandle&, char*, std::size_t, std::size_t&);
   friend ErrorCode CloseHandle(FileHandle&);
+  friend ErrorCode NameFile(const FileHandle&, TextView);
+  friend ErrorCode LockFile(FileHandle&);
   friend ErrorCode CopyFileSecurity(TextView, FileHandle&);
   friend std::string GetHandlePath(const FileHandle&, TextView);
 
@@ -64,14 +66,28 @@ class FileHandle {
   std::intptr_t handle_ = kNone;
 };
 
-inline constexpr int kCreateNew = 1;     // opens for writing; kAlreadyExists if the name is taken
-inline constexpr int kOpenExisting = 3;  // opens for reading and writing in place
-inline constexpr int kOpenAppend = 4;    // opens for writing at the end; makes a missing file
-inline constexpr int kOpenRead = 5;      // opens for reading
-inline constexpr int kOpenFolder = 6;    // opens a folder, for GetHandlePath
+inline constexpr int kCreateNew = 1;       // opens for writing; kAlreadyExists if the name is taken
+inline constexpr int kOpenExisting = 3;    // opens for reading and writing in place
+inline constexpr int kOpenAppend = 4;      // opens for writing at the end; makes a missing file
+inline constexpr int kOpenRead = 5;        // opens for reading
+inline constexpr int kOpenFolder = 6;      // opens a folder, for GetHandlePath
+inline constexpr int kCreateNameless = 7;  // makes a file without a name on the volume of the
+                                           // folder `path`, for writing and for NameFile; it
+                                           // disappears when it is closed. An error means that the
+                                           // volume has no such files
 
-/// Opens or makes a file. The file mask of the process decides who may read a new file.
+/// Opens or makes a file. The file mask of the process decides who may read a new file. A folder
+/// can be opened with kOpenRead for LockFile alone.
 FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error);
+
+/// Gives a file that was made with kCreateNameless, open in any way, the name `path`, which must be
+/// on the same volume; kAlreadyExists: the name is taken.
+ErrorCode NameFile(const FileHandle& file, TextView path);
+
+/// Locks the open file or folder until it is closed, without waiting. kSharingViolation: another
+/// handle holds the lock. Only callers of this function respect the lock, and some file systems
+/// have none.
+ErrorCode LockFile(FileHandle& file);
 
 /// Writes all of `bytes`, or returns an error.
 ErrorCode WriteFile(FileHandle& file, std::string_view bytes);

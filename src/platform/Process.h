@@ -25,6 +25,10 @@ Text GetCurrentDirectoryW();
 /// Whether the environment of this process names a screen for windows.
 bool HasDisplay();
 
+/// Whether ReplaceProcess continues in the same process. If so, the program that it starts need not
+/// wait for the end of this one.
+extern const bool kReplacesInPlace;
+
 /// Replaces this program with another one, in the same process if the system can do that. Returns
 /// only if the other program could not be started.
 ErrorCode ReplaceProcess(TextView program, const std::vector<Text>& arguments);

@@ -1,5 +1,6 @@
 #include "platform/ReplacingFile.h"
 
+#include "platform/FolderWalk.h"
 #include "platform/Removal.h"
 #include "platform/Time.h"
 #include "support/Translate.h"
@@ -9,6 +10,8 @@ namespace {
 
 constexpr TextView kSource = u"ReplacingFile";
 constexpr int kTemporaryNames = 100;  // number of names that are tried
+constexpr TextView kPrefix = u".ombrelian-";
+constexpr TextView kSuffix = u".tmp";
 
 /// Target of a link at `target`; `target` itself if there is no link.
 Text resolved(TextView target) {
@@ -20,6 +23,26 @@ Text resolved(TextView target) {
 
 /// Folder of `path`, with its final separator.
 TextView folderOf(TextView path) { return path.substr(0, path.rfind(kNativeSeparator) + 1); }
+
+bool exists(TextView path) {
+  FindData data;
+  return FindFirstFileW(path, data) == kSuccess;
+}
+
+/// Removes the temporary files of runs that were killed: no process holds the lock of these.
+void removeLeftovers(TextView folder) {
+  FolderWalk walk(0, WalkReach::OneFolder);
+  if (walk.openSource(folder) != kSuccess) return;
+  while (const FindData* const data = walk.nextEntry()) {
+    const TextView name = walk.name();
+    if (!name.starts_with(kPrefix) || !name.ends_with(kSuffix) || data->isFolder()) continue;
+    const Text path = Text(folder).append(name);
+    ErrorCode error = kSuccess;
+    FileHandle file = CreateFileW(path, kOpenExisting, error);
+    if (error == kSuccess) error = LockFile(file);
+    if (error == kSuccess) DeleteFileW({path, Text::npos, data->identity});
+  }
+}
 
 }  // namespace
 
@@ -46,19 +69,49 @@ Failure ReplacingFile::open(TextView target) {
   failure_ = check(target);
   if (failure_) return failure_;
   target_ = resolved(target);
-  // The temporary name is short for every target, because the name of the target may already have
-  // the greatest possible length.
+  ErrorCode error = kSuccess;
+  file_ = CreateFileW(folderOf(target_), kCreateNameless, error);
+  if (error == kSuccess) error = hold(fromBytes(GetHandlePath(file_, {})));
+  if (error == kSuccess) return {};
+  removeLeftovers(folderOf(target_));
+  error = takeName([this](TextView name) { return create(name); });
+  if (error != kSuccess) failure_ = systemError(error, kSource);
+  return failure_;
+}
+
+/// Calls `take` with names beside the target until one is free, and remembers that name. The names
+/// are short for every target, because the name of the target may already have the greatest
+/// possible length.
+template <class Take>
+ErrorCode ReplacingFile::takeName(Take take) {
   const std::uint64_t seed = GetTickCount();
   ErrorCode error = kSuccess;
   for (int attempt = 0; attempt < kTemporaryNames; ++attempt) {
     Text candidate(folderOf(target_));
-    candidate += u".ombrelian-" + toText(std::int64_t(seed) + attempt) + u".tmp";
-    file_ = CreateFileW(candidate, kCreateNew, error);
+    candidate.append(kPrefix).append(toText(std::int64_t(seed) + attempt)).append(kSuffix);
+    error = take(candidate);
     if (error == kSuccess) temporary_ = candidate;
     if (error != kAlreadyExists) break;
   }
-  if (error != kSuccess) failure_ = systemError(error, kSource);
-  return failure_;
+  return error;
+}
+
+/// Makes a file with a name. Another process that removes leftovers may take it before it is
+/// locked.
+ErrorCode ReplacingFile::create(TextView path) {
+  ErrorCode error = kSuccess;
+  file_ = CreateFileW(path, kCreateNew, error);
+  if (error != kSuccess) return error;
+  return hold(path) == kSuccess && exists(path) ? kSuccess : kAlreadyExists;
+}
+
+/// Opens the new file at `path` once more and locks it. After the file was written and closed, this
+/// handle still has the lock.
+ErrorCode ReplacingFile::hold(TextView path) {
+  ErrorCode error = kSuccess;
+  hold_ = CreateFileW(path, kOpenRead, error);
+  if (error == kSuccess && LockFile(hold_) == kSharingViolation) error = kSharingViolation;
+  return error;
 }
 
 void ReplacingFile::keepAccess() {
@@ -80,29 +133,36 @@ Failure ReplacingFile::write(std::string_view bytes) {
 }
 
 Failure ReplacingFile::commit() {
-  if (file_.isOpen()) {
-    const ErrorCode error = CloseHandle(file_);
-    if (error != kSuccess && !failure_) failure_ = systemError(error, kSource);
-  }
+  ErrorCode error = file_.isOpen() ? CloseHandle(file_) : kSuccess;
   if (!failure_) {
-    const ErrorCode error = MoveFileExW(temporary_, target_);
+    if (error == kSuccess) error = temporary_.empty() ? nameFile() : replaceTarget();
     if (error != kSuccess) failure_ = systemError(error, kSource);
   }
-  if (failure_) {
-    discard();
-  } else {
-    temporary_.clear();
-  }
+  discard();
   return failure_;
+}
+
+/// Gives the nameless file its name. A file that exists can be replaced only by another name.
+ErrorCode ReplacingFile::nameFile() {
+  ErrorCode error = NameFile(hold_, target_);
+  if (error != kAlreadyExists) return error;
+  error = takeName([this](TextView name) { return NameFile(hold_, name); });
+  return error == kSuccess ? replaceTarget() : error;
+}
+
+ErrorCode ReplacingFile::replaceTarget() {
+  const ErrorCode error = MoveFileExW(temporary_, target_);
+  if (error == kSuccess) temporary_.clear();
+  return error;
 }
 
 ReplacingFile::~ReplacingFile() { discard(); }
 
 void ReplacingFile::discard() {
-  if (temporary_.empty()) return;
   file_ = FileHandle();
-  DeleteFileW({temporary_});
+  if (!temporary_.empty()) DeleteFileW({temporary_});
   temporary_.clear();
+  hold_ = FileHandle();
 }
 
 }  // namespace ombrelian::platform

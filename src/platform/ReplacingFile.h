@@ -5,9 +5,10 @@
 
 namespace ombrelian::platform {
 
-/// A file that replaces its target only when it is complete: it is written under another name in
-/// the folder of the target and renamed at the end. Until then an older file at the target does not
-/// change; without commit() nothing remains.
+/// A file that replaces its target only when it is complete. Until then it has no name, or, where
+/// the file system requires one, a temporary name in the folder of the target. An older file at the
+/// target does not change before commit(). Without commit() nothing remains, even if the process is
+/// killed; a file with a temporary name then remains until the next file is opened in that folder.
 class ReplacingFile {
  public:
   ReplacingFile() = default;
@@ -39,12 +40,19 @@ class ReplacingFile {
   Failure commit();
 
  private:
+  template <class Take>
+  ErrorCode takeName(Take take);
+  ErrorCode create(TextView path);
+  ErrorCode hold(TextView path);
+  ErrorCode nameFile();
+  ErrorCode replaceTarget();
   void discard();
 
-  platform::FileHandle file_;
-  platform::FileHandle folder_;  // open if a library uses libraryFolder()
+  FileHandle file_;
+  FileHandle hold_;    // the same file with its lock; stays open until the file has its name
+  FileHandle folder_;  // open if a library uses libraryFolder()
   Text target_;
-  Text temporary_;  // empty: there is no file to remove
+  Text temporary_;  // empty: the file has no name, or there is none
   Failure failure_;
 };
 

@@ -1,6 +1,6 @@
 #include "settings/IniSetUp.h"
 
-#include "platform/Files.h"
+#include "platform/WholeFile.h"
 #include "support/Guard.h"
 
 namespace ombrelian {
@@ -29,32 +29,43 @@ void migrate(TextView from, TextView to) {
   }
 }
 
-void repair(TextView path) {
-  ErrorCode error = kSuccess;
-  FileHandle file = platform::CreateFileW(path, platform::kOpenRead, error);
-  if (error != kSuccess) return;
-  char bytes[2] = {};
-  std::size_t got = 0;
-  platform::ReadFile(file, bytes, sizeof bytes, got);
-  if (std::string_view(bytes, got) == kIniByteOrderMark) return;
-  FileHandle mended = platform::CreateFileW(path, platform::kOpenExisting, error);
-  if (error == kSuccess) platform::WriteFile(mended, kIniByteOrderMark);
+/// The same settings with a byte order mark. Bytes with a NUL are taken for UTF-16, and the mark
+/// overwrites the first unit. All others are UTF-8, in which a path may contain any bytes.
+std::string withMark(std::string bytes) {
+  constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+  if (bytes.find('\0') != std::string::npos)
+    return bytes.replace(0, kIniByteOrderMark.size(), kIniByteOrderMark);
+  if (bytes.starts_with(kUtf8Mark)) bytes.erase(0, kUtf8Mark.size());
+  return encodeIni(fromBytes(bytes));
+}
+
+/// Returns the path of the copy that it made; empty: there was nothing to repair.
+Text repair(const Text& path) {
+  std::string bytes;
+  const ErrorCode error = platform::ReadWholeFile(path, bytes);
+  if (error != kSuccess || bytes.starts_with(kIniByteOrderMark)) return {};
+  const Text copy = bytes.empty() ? Text() : path + u".bak";
+  if (!copy.empty() && platform::ReplaceWholeFile(copy, bytes)) return {};
+  platform::ReplaceWholeFile(path, withMark(std::move(bytes)));
+  return copy;
 }
 
 }  // namespace
 
-void prepareIniFile(TextView path, TextView oldPath) {
+Text prepareIniFile(const Text& path, TextView oldPath) {
+  Text copy;
   Guarded(kModule, u"Main", [&] {
     ErrorCode error = kSuccess;
     FileHandle made = platform::CreateFileW(path, platform::kCreateNew, error);
     if (error != kSuccess) {
-      repair(path);
+      copy = repair(path);
       return;
     }
     platform::WriteFile(made, kIniByteOrderMark);
     platform::CloseHandle(made);
     migrate(oldPath, path);
   });
+  return copy;
 }
 
 bool claimFirstStart(IniStore& file) {

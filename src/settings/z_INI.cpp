@@ -1,6 +1,7 @@
 #include "settings/z_INI.h"
 
-#include "platform/ReplacingFile.h"
+#include "platform/Time.h"
+#include "platform/WholeFile.h"
 #include "support/Guard.h"
 
 namespace ombrelian {
@@ -24,7 +25,23 @@ Text decode(std::string_view bytes) {
   return text;
 }
 
-std::string encode(TextView text) {
+/// Locks the folder of a file while programs change the file in turns. After half a second, or
+/// without a lock of the file system, the caller continues without the lock.
+platform::FileHandle lockFolderOf(TextView path) {
+  constexpr int kTries = 100;
+  constexpr std::uint32_t kPollMs = 5;
+  ErrorCode error = kSuccess;
+  const TextView folder = path.substr(0, path.rfind(platform::kNativeSeparator) + 1);
+  platform::FileHandle lock = platform::CreateFileW(folder, platform::kOpenRead, error);
+  if (error != kSuccess) return lock;
+  for (int i = 0; i < kTries && platform::LockFile(lock) == platform::kSharingViolation; ++i)
+    platform::Sleep(kPollMs);
+  return lock;
+}
+
+}  // namespace
+
+std::string encodeIni(TextView text) {
   std::string bytes(kIniByteOrderMark);
   std::size_t at = bytes.size();
   bytes.resize(at + 2 * text.size());
@@ -34,8 +51,6 @@ std::string encode(TextView text) {
   }
   return bytes;
 }
-
-}  // namespace
 
 IniStore::IniStore(Text path) : path_(std::move(path)) { refresh(); }
 
@@ -91,6 +106,8 @@ Failure IniStore::flush() {
       kModule, u"flush",
       [&]() -> Failure {
         if (changes_.empty()) return {};
+        const platform::FileHandle lock = lockFolderOf(path_);
+        stamp_ = {};  // the stamps of two versions can be equal, so the file is read in any case
         if (Failure failure = refresh()) return failure;
         if (isChanged_) {
           if (Failure failure = replaceFile()) return failure;
@@ -119,18 +136,9 @@ Result<IniStore::Stamp> IniStore::readStamp() const {
 }
 
 Result<std::string> IniStore::readBytes(const Stamp& stamp) const {
-  if (!stamp.isThere) return std::string();
-  ErrorCode error = kSuccess;
-  platform::FileHandle file = platform::CreateFileW(path_, platform::kOpenRead, error);
   std::string bytes;
-  std::size_t got = 1;
-  while (error == kSuccess && got != 0) {
-    constexpr std::size_t kBlock = 1 << 16;
-    const std::size_t size = bytes.size();
-    bytes.resize(size + kBlock);
-    error = platform::ReadFile(file, bytes.data() + size, kBlock, got);
-    bytes.resize(size + got);
-  }
+  if (!stamp.isThere) return bytes;
+  const ErrorCode error = platform::ReadWholeFile(path_, bytes);
   if (error != kSuccess) return systemError(error, path_);
   return bytes;
 }
@@ -147,11 +155,7 @@ Failure IniStore::replaceFile() const {
     const auto writable = platform::CreateFileW(path_, platform::kOpenExisting, error);
     if (error != kSuccess) return systemError(error, path_);
   }
-  platform::ReplacingFile file;
-  if (Failure failure = file.open(path_)) return failure;
-  file.keepAccess();
-  if (Failure failure = file.write(encode(text_.text()))) return failure;
-  return file.commit();
+  return platform::ReplaceWholeFile(path_, encodeIni(text_.text()));
 }
 
 Text GetSettings(TextView section, TextView key, TextView defaultText, const IniStore& file) {

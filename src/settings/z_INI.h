@@ -12,11 +12,14 @@ inline constexpr TextView kListEnd = u"!(nix].-.";
 /// First bytes of a profile file.
 inline constexpr std::string_view kIniByteOrderMark = "\xFF\xFE";
 
+/// The bytes of a profile file with this text.
+std::string encodeIni(TextView text);
+
 /// A profile file, kept in memory. flush() writes all changes to the disk at once. Before that it
-/// reads the file again and applies only the changes that were made here, so that two programs with
-/// the same file lose only values that both of them wrote. The file is UTF-16 with a byte order
-/// mark; a file without the mark is read in the system's code page. A missing file is made if its
-/// folder exists; a link to the file is kept.
+/// locks the file, reads it again and applies only the changes that were made here, so that two
+/// programs with the same file lose only values that both of them wrote. The file is UTF-16 with a
+/// byte order mark; a file without the mark is read in the system's code page. A missing file is
+/// made if its folder exists; a link to the file is kept.
 class IniStore {
  public:
   /// Greatest length of a text that a read returns, in UTF-16 units.

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/Files.h"
 #include "platform/Locale.h"
+#include "platform/WholeFile.h"
 #include "support/Guard.h"
 
 namespace ombrelian {
@@ -111,23 +111,10 @@ int usersLanguage(TextView programFolder) {
   return isHere ? language.id : kEnglish;
 }
 
-platform::ErrorCode readWhole(TextView path, std::string& bytes) {
-  platform::ErrorCode error = platform::kSuccess;
-  platform::FileHandle file = platform::CreateFileW(path, platform::kOpenRead, error);
-  if (error != platform::kSuccess) return error;
-  char buffer[16 * 1024];
-  std::size_t got = 0;
-  do {
-    error = platform::ReadFile(file, buffer, sizeof buffer, got);
-    bytes.append(buffer, got);
-  } while (error == platform::kSuccess && got > 0);
-  return error;
-}
-
 /// Adds the texts of a file, which is UTF-8 with or without a byte order mark.
 platform::ErrorCode readTexts(TextView path, CStringCollection& texts) {
   std::string bytes;
-  const platform::ErrorCode error = readWhole(path, bytes);
+  const platform::ErrorCode error = platform::ReadWholeFile(path, bytes);
   if (error != platform::kSuccess) return error;
   const Text content = fromBytes(bytes);
   TextView rest = content;

@@ -13,7 +13,7 @@
 #include "support/Translate.h"
 #include "ui/Icons.h"
 #include "ui/MainWindow.h"
-
+#include "ui/Messages.h"
 #include "ui/QtText.h"
 #include "ui/ScanControl.h"
 #include "ui/Style.h"
@@ -86,6 +86,8 @@ int runWindow(int argc, char** argv) {
     session.log.setFile(startUp.logFile());
     MainWindow window(session, startUp.settings());
     window.show();
+    if (!startUp.settingsNotice().empty())
+      showMessage(&window, UserInterface::Severity::Warning, toQString(startUp.settingsNotice()));
     if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
     QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
     status = QApplication::exec();

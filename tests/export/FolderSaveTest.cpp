@@ -157,7 +157,7 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
   EXPECT_GT(failures, 20);
   for (const testing::Fault& makeFail : {testing::Fault{Call::Write, {}, ENOSPC},
                                          {Call::Close, {}, EDQUOT, 0, 1},
-                                         {Call::Openat, ".tmp", EACCES},
+                                         {Call::Openat, out.path(), EACCES},
                                          {Call::Renameat, {}, EACCES}}) {
     std::ofstream(path) << "old";
     const ScopedFault fault(makeFail);

@@ -75,19 +75,30 @@ TEST_F(StartUpTest, OnlyALanguageThatCanBeIsTakenFromTheSettings) {
   }
 }
 
-TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsMendedInPlace) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"[Sections]",
-       "\xFF\xFE"
-       "ections]"},
-      {std::string("\xFF\xFE[\0]\0", 6), std::string("\xFF\xFE[\0]\0", 6)},
-      {"", "\xFF\xFE"},
-      {"x", "\xFF\xFE"}};
-  for (const auto& [before, after] : cases) {
-    writeIni("Ombrelian3.ini", before);
+TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsCopiedAndWrittenAgain) {
+  const std::string mark = "\xFF\xFE";
+  const std::string name = "[S]\nName=\xC3\xA4\n";
+  const std::string latin = "[S]\nName=\xE4\n";
+  const std::string wide("[\0S\0]\0", 6);
+  const struct {
+    std::string before;
+    std::string after;  // what the file begins with
+    bool isCopied;
+    TextView name;
+  } cases[] = {
+      {name, mark + "[", true, u"\u00E4"},    {"\xEF\xBB\xBF" + name, mark + "[", true, u"\u00E4"},
+      {latin, mark + "[", true, u"\xDCE4"},   {wide, mark + wide.substr(2), true, u""},
+      {mark + wide, mark + wide, false, u""}, {"", mark, false, u""},
+  };
+  for (const auto& c : cases) {
+    unlink(home.path("config/Ombrelian/Ombrelian3.ini.bak").c_str());
+    writeIni("Ombrelian3.ini", c.before);
     StartUp startUp({}, u"", 12);
-    EXPECT_TRUE(dataFile("Ombrelian3.ini").starts_with(after)) << before;
+    EXPECT_TRUE(dataFile("Ombrelian3.ini").starts_with(c.after)) << c.before;
+    EXPECT_EQ(dataFile("Ombrelian3.ini.bak"), c.isCopied ? c.before : "");
+    EXPECT_EQ(startUp.settingsNotice().empty(), !c.isCopied);
     EXPECT_EQ(startUp.settings().INI_ReadString(u"Optionen", u"Kontextmenu", u""), u"1");
+    EXPECT_EQ(startUp.settings().INI_ReadString(u"S", u"Name", u""), c.name);
   }
 }
 

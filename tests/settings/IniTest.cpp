@@ -1,3 +1,6 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <map>
 #include <random>
 
@@ -175,6 +178,22 @@ TEST_F(IniTest, TwoInstancesLoseOnlyWhatBothWrote) {
   first.INI_WriteString(u"S", u"a", u"again");
   EXPECT_FALSE(first.flush());
   EXPECT_EQ(get(IniStore(path), u"S", u"b"), u"second");
+}
+
+TEST_F(IniTest, ProgramsThatWriteAtTheSameMomentLoseNoKey) {
+  constexpr int kPrograms = 4;
+  constexpr int kKeys = 40;
+  for (int program = 0; program < kPrograms; ++program) {
+    if (fork() != 0) continue;
+    for (int key = 0; key < kKeys; ++key)
+      IniStore(path).INI_WriteString(u"S", u"k" + toText(program * kKeys + key), u"v");
+    _exit(0);
+  }
+  while (wait(nullptr) > 0) {
+  }
+  const IniStore store(path);
+  for (int key = 0; key < kPrograms * kKeys; ++key)
+    EXPECT_EQ(get(store, u"S", u"k" + toText(key)), u"v") << key;
 }
 
 TEST_F(IniTest, ABurstIsOneWriteAndNothingNewIsNone) {

@@ -101,7 +101,7 @@ int __real_fchmodat(int folder, const char* name, mode_t mode, int flags);
 
 int __wrap_openat(int folder, const char* name, int flags, ...) {
   mode_t mode = 0;
-  if ((flags & O_CREAT) != 0) {
+  if ((flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE) {
     va_list arguments;
     va_start(arguments, flags);
     mode = va_arg(arguments, mode_t);

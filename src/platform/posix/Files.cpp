@@ -5,6 +5,7 @@
 #include <limits.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -78,10 +79,17 @@ int openFlags(int disposition) {
       return O_RDWR;
     case kOpenFolder:
       return O_PATH | O_DIRECTORY;
+    case kCreateNameless:
+      return O_WRONLY | O_TMPFILE;
     default:
       return O_RDONLY;
   }
 }
+
+/// A path that leads to the open file or folder while it is open.
+std::string aliasOf(std::intptr_t handle) { return "/proc/self/fd/" + std::to_string(handle); }
+
+bool hasAlias(std::intptr_t handle) { return access(aliasOf(handle).c_str(), F_OK) == 0; }
 
 }  // namespace
 
@@ -162,10 +170,24 @@ FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error) {
   const int fd = openat(at.folder(), at.name(), openFlags(disposition) | O_CLOEXEC, kFileMode);
   if (fd < 0) {
     error = lastError();
-  } else {
-    file.handle_ = fd;
+    return file;
   }
+  file.handle_ = fd;
+  // Only the alias can give the file a name later.
+  if (disposition == kCreateNameless && !hasAlias(fd)) error = kNotSupported;
   return file;
+}
+
+ErrorCode NameFile(const FileHandle& file, TextView path) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  const std::string alias = aliasOf(file.handle_);
+  const int result = linkat(AT_FDCWD, alias.c_str(), at.folder(), at.name(), AT_SYMLINK_FOLLOW);
+  return result == 0 ? kSuccess : lastError();
+}
+
+ErrorCode LockFile(FileHandle& file) {
+  return flock(int(file.handle_), LOCK_EX | LOCK_NB) == 0 ? kSuccess : lastError();
 }
 
 ErrorCode WriteFile(FileHandle& file, std::string_view bytes) {
@@ -203,8 +225,7 @@ ErrorCode CopyFileSecurity(TextView path, FileHandle& file) {
 }
 
 std::string GetHandlePath(const FileHandle& file, TextView path) {
-  std::string alias = "/proc/self/fd/" + std::to_string(file.handle_);
-  return access(alias.c_str(), F_OK) == 0 ? alias : toBytes(path);
+  return hasAlias(file.handle_) ? aliasOf(file.handle_) : toBytes(path);
 }
 
 ErrorCode CloseHandle(FileHandle& file) {

@@ -105,6 +105,8 @@ bool HasDisplay() {
   return false;
 }
 
+const bool kReplacesInPlace = true;
+
 ErrorCode ReplaceProcess(TextView program, const std::vector<Text>& arguments) {
   std::vector<std::string> bytes;
   bytes.reserve(arguments.size() + 1);
