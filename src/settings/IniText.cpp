@@ -123,8 +123,10 @@ void IniText::addLine(TextView line) {
 }
 
 void IniText::addSection(TextView header, TextView name) {
+  // In this order, a lack of memory leaves no number without a section.
   const auto number = std::uint32_t(sections_.size());
-  sections_.push_back({header, numbers_.try_emplace(name, number).first->second, {}, 0});
+  sections_.push_back({header, number, {}, 0});
+  sections_.back().number = numbers_.try_emplace(name, number).first->second;
 }
 
 std::optional<IniText::Place> IniText::find(TextView section, TextView key) const {
@@ -174,7 +176,8 @@ void IniText::addKey(Section& section, TextView key, TextView value) {
   const TextView line = keep(Text(key).append(u"=").append(value).append(lineEnd_));
   section.lines.insert(section.lines.begin() + std::ptrdiff_t(section.keysEnd), line);
   index_[{section.number, line.substr(0, key.size())}] = {section.number,
-                                                          std::uint32_t(section.keysEnd++)};
+                                                          std::uint32_t(section.keysEnd)};
+  ++section.keysEnd;  // last, so that a lack of memory leaves only a line without effect
 }
 
 bool IniText::deleteSection(TextView section) {

@@ -108,7 +108,7 @@ TEST_F(FaultsInRunsTest, NoLackOfMemoryIsTakenForSuccess) {
     if (!xExistFile_W(at(name))) folder.file(name, 1);
   };
   scan(folder.text());
-  IniStore store(at("settings with a long name.ini"));
+  std::optional<IniStore> store;
   const Grid grid(listRow(ListId::Owners).columns());
   const struct {
     const char* name;
@@ -130,8 +130,12 @@ TEST_F(FaultsInRunsTest, NoLackOfMemoryIsTakenForSuccess) {
        [&] { return xDeleteFolderSHwide({at("gone")}, false).code == platform::kSuccess; },
        [&] { return !xExistFile_W(at("gone")); }},
       {"flush",
-       [&] { store.INI_WriteString(u"a section of some length", u"a long key", u"value"); },
-       [&] { return !store.flush(); },
+       [&] {
+         store.emplace(at("settings with a long name.ini"));
+         xDeleteFile_W({at("settings with a long name.ini")}, true);
+         store->INI_WriteString(u"a section of some length", u"a long key", u"value");
+       },
+       [&] { return !store->flush(); },
        [&] { return xExistFile_W(at("settings with a long name.ini")); }},
       {"saveList", [] {},
        [&] {
