@@ -88,15 +88,6 @@ class Photographer {
   const QString prefix_;
 };
 
-void turnOnLists(Options& options) {
-  turnAllListsOn(options);
-  options.FolderShowPercentBar = 1;
-  for (const int id : {1, 2, 3, 4, 5})
-    options.FolderColumnVisible[std::size_t(id)] = 1;
-  options.FileColumnVisible = visibleColumns<kFileColumns>(1, 6);
-  options.FileSizeFormat = kUnitMB;
-}
-
 void takeAll(MainWindow& window, const Text& sample, Photographer& photographer) {
   photographer.take("1-empty");
   window.parts().scans.scan({sample});
@@ -164,8 +155,7 @@ int main(int argc, char** argv) {
   StartUp startUp({}, {}, translation.LanguageId());
   Session session;
   session.loadOptions(startUp.settings());
-  turnOnLists(session.options);
-  session.folderReport.applySettings();
+  session.chooseForFirstWindow(startUp.settings());
   session.options.ToolbarTheme = QByteArray(argv[3]) == "dark" ? 8 : 7;
   MainWindow window(session, startUp.settings());
   window.resize(1280, 800);

@@ -1,5 +1,7 @@
 #include "export/FolderSave.h"
 
+#include "lists/ListTable.h"
+
 #include "support/Guard.h"
 #include "support/Translate.h"
 
@@ -24,15 +26,16 @@ Failure FolderSave::write(ReportFormat format, const Text& FileName, const Level
         // Without a selected row all sources are saved.
         const bool single = options_.FolderOpt == 1 && report_.selected() != kNoNode;
         const NodeIndex start = single ? report_.selected() : report_.tree().firstRoot();
-        return saveReport(format, FileName, list(),
+        const CellFormat cells(report_.columns(),
+                               sizesIn(format, listSizes(options_, ListId::Folders)),
+                               options_.DateFormat);
+        const ReportList list = {TL(2232, u"Ordnerliste"), kTreeShape, report_, cells,
+                                 report_.reportColumns()};
+        return saveReport(format, FileName, list,
                           {delimiter, options_.ShowIndent == 1, options_.DividingLine == 1},
                           FolderFeed(report_, levels, start, single), ui_);
       },
       failureOf, {FileName});
-}
-
-ReportList FolderSave::list() const {
-  return {TL(2232, u"Ordnerliste"), kTreeShape, report_, report_.format(), report_.reportColumns()};
 }
 
 LevelLimit FolderSave::levelLimit(std::int32_t levels) const {

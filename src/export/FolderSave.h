@@ -34,7 +34,6 @@ class FolderSave {
                 const Text& delimiter);
   LevelLimit levelLimit(std::int32_t levels) const;
   Text delimiter(std::int32_t choice, TextView custom) const;
-  ReportList list() const;
 
   const FolderReport& report_;
   const Options& options_;

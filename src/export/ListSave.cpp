@@ -44,7 +44,8 @@ Failure saveList(const ListToSave& list, const Options& options, ReportFormat fo
   return GuardedOr(
       u"frmSaveFiles", u"SAVE",
       [&] {
-        const CellFormat cells(list.grid.columns(), list.sizes, options.DateFormat);
+        const CellFormat cells(list.grid.columns(), sizesIn(format, list.sizes),
+                               options.DateFormat);
         ReportList report = {list.title, kFlatShape, list.grid, cells,
                              visibleColumnsAndNumber(list.grid.columns(), list.layout)};
         if (contains(report.columns, list.grid.sortColumn())) {

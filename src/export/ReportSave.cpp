@@ -166,6 +166,12 @@ Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
   return writer->commit();
 }
 
+SizeSettings sizesIn(ReportFormat format, const SizeSettings& sizes) {
+  const bool isForPeople = format == ReportFormat::TXT || format == ReportFormat::HTML;
+  if (isForPeople || sizes.unit != kUnitFitting) return sizes;
+  return {kUnitBytes, sizes.decimals, false};
+}
+
 Text delimiterText(std::int32_t choice, TextView chars) {
   if (choice == kCustomDelimiter) return Text(chars);
   return Text(kDelimiters[choice >= 0 && choice < kCustomDelimiter ? choice : kTab]);

@@ -34,6 +34,10 @@ class ReportFeed {
 Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
                    const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui);
 
+/// The size settings of a list in a format. Formats that other programs read have bytes in place of
+/// the fitting unit.
+SizeSettings sizesIn(ReportFormat format, const SizeSettings& sizes);
+
 /// Text of a delimiter choice: 0 comma, 1 semicolon, 2 tab, 3 blank, 4 `chars`; tab for every other
 /// number.
 Text delimiterText(std::int32_t choice, TextView chars);

@@ -42,9 +42,10 @@ const UnitFacts* findUnit(std::int32_t code) {
   return nullptr;
 }
 
-/// The unit of a list; a stored code that no list offers means bytes.
-const UnitFacts& listUnit(const SizeSettings& settings) {
-  return kUnits[settings.unit <= kUnitGB ? settings.unit : std::uint8_t(kUnitBytes)];
+/// The fixed unit that names the columns of a list.
+const UnitFacts& fixedUnit(const SizeSettings& settings) {
+  const SizeUnit unit = listUnit(settings.unit);
+  return kUnits[unit == kUnitFitting ? kUnitBytes : unit];
 }
 
 Text withWord(Text number, const UnitFacts& unit, bool withUnit) {
@@ -71,7 +72,8 @@ const UnitFacts& readableUnit(std::int64_t size) {
 }
 
 Text columnMask(const SizeSettings& settings, TextView unitWord) {
-  const bool decimals = settings.decimals && listUnit(settings).unit != kUnitBytes;
+  if (settings.unit == kUnitFitting) return {};
+  const bool decimals = settings.decimals && fixedUnit(settings).unit != kUnitBytes;
   Text mask = decimals ? u"*###,###,##0.00*" : u"*###,###,##0*";
   if (settings.unitText) mask.append(u" ").append(unitWord);
   return mask += u";;;";
@@ -123,12 +125,18 @@ std::uint64_t nextDigit(std::uint64_t& remainder, std::uint64_t whole) {
 
 }  // namespace
 
+SizeUnit listUnit(std::int32_t code) {
+  const bool isOffered = (code >= kUnitBytes && code <= kUnitGB) || code == kUnitFitting;
+  return isOffered ? SizeUnit(code) : kUnitBytes;
+}
+
 SizeColumn sizeColumn(const SizeSettings& settings, SizeKind kind) {
   const ColumnNames& names = kColumnNames[std::size_t(kind)];
-  const UnitFacts& unit = listUnit(settings);
+  const UnitFacts& unit = fixedUnit(settings);
   const Text word = TL(unit.headerTextId, unit.word);
+  const bool hasUnitInCells = settings.unitText || settings.unit == kUnitFitting;
   return {
-      settings.unitText ? TL(names.plainId, names.plain) : TL(names.unitId, names.withUnit, {word}),
+      hasUnitInCells ? TL(names.plainId, names.plain) : TL(names.unitId, names.withUnit, {word}),
       columnMask(settings, word), names.fields[unit.unit]};
 }
 
@@ -187,8 +195,26 @@ Text xFormatFileSizeAuto(std::int64_t size, bool withUnit) {
   return formatIn(size > kTB ? *findUnit(kUnitTB) : readableUnit(size), size, withUnit);
 }
 
+void appendFittingSize(std::int64_t size, Text& out) {
+  constexpr NumberMask kMask = {1, 0, true};
+  const UnitFacts* unit = kUnits.begin();
+  Decimal number{size < 0, magnitude(size), 0, 0};
+  while (number.whole >= 1000 && unit != kUnits.end() - 1) {
+    ++unit;
+    number = divideByPowerOfTwo(size, unit->shift, 1, Ties::AwayFromZero);
+    if (number.whole >= 100) number = divideByPowerOfTwo(size, unit->shift, 0, Ties::AwayFromZero);
+  }
+  appendNumber({kMask.minimumDigits, number.decimals, kMask.grouped}, number, out);
+  out.append(u" ").append(unit == kUnits.begin() ? Text(u"B") : TL(unit->headerTextId, unit->word));
+}
+
 Text FormatSize(const SizeSettings& settings, std::int64_t size, bool withUnit, bool pad,
                 bool withByteUnit) {
+  if (settings.unit == kUnitFitting) {
+    Text text;
+    appendFittingSize(size, text);
+    return text;
+  }
   if (settings.unit > kUnitGB) return {};
   const UnitFacts& unit = kUnits[settings.unit];
   Text text = formatIn(unit, size, false);

@@ -14,19 +14,23 @@ enum SizeUnit : std::uint8_t {
   kUnitGB = 3,
   kUnitAutomatic = 4,  // kUnitAutomatic and kUnitTB are for formatters only
   kUnitTB = 5,
+  kUnitFitting = 6,  // the best unit for each cell, with up to three digits
 };
 
 /// How a list shows its sizes.
 struct SizeSettings {
-  std::uint8_t unit = kUnitBytes;  // kUnitBytes to kUnitGB
+  std::uint8_t unit = kUnitBytes;  // kUnitBytes to kUnitGB, or kUnitFitting
   bool decimals = false;           // two decimals, or none
   bool unitText = false;           // the unit is in each cell, else in the header
 };
 
+/// The unit of a list with the stored code `code`; a code that no list offers means bytes.
+SizeUnit listUnit(std::int32_t code);
+
 /// Form of a size column under the settings of its list.
 struct SizeColumn {
   Text header;
-  Text mask;       // mask for CellMask
+  Text mask;       // mask for CellMask; empty for the fitting unit
   TextView field;  // key of the value that the column shows and sorts by
 };
 
@@ -52,6 +56,10 @@ Text xFormatFileSize(std::uint8_t format, std::int64_t size, bool withUnit, bool
 
 /// The same as the automatic format, but up to terabytes, and with the unit only if `withUnit`.
 Text xFormatFileSizeAuto(std::int64_t size, bool withUnit);
+
+/// Appends `size` in the unit in which it has one to three digits before the decimal separator,
+/// with one decimal below 100: "0 B", "5.0 KB", "512 MB", "89.0 GB".
+void appendFittingSize(std::int64_t size, Text& out);
 
 /// A size in the unit of a list. With `pad` it is right-aligned to the width of this unit. "Bytes"
 /// follows only with both `withUnit` and `withByteUnit`.

@@ -31,7 +31,7 @@ constexpr BarItem kMainBar[] = {
     {OnlyTheseFoldersText, FilterMenu}, {NotTheseFolders, FilterMenu},
     {NotTheseFoldersText, FilterMenu}, {FilterHelp, FilterMenu, true}, {ViewMenu, None, true},
     {ShowBothSides, ViewMenu}, {ShowLeftSide, ViewMenu}, {ShowRightSide, ViewMenu}, {SizeMenu},
-    {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu}, {SizeMegabytes, SizeMenu},
+    {SizeFitting, SizeMenu}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu}, {SizeMegabytes, SizeMenu},
     {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true}, {SizeDecimals, SizeMenu},
     {AppearanceMenu}, {OptionsDialog, AppearanceMenu}, {DesignMenu, AppearanceMenu, true},
     {Design0, DesignMenu}, {Design1, DesignMenu}, {Design2, DesignMenu}, {Design3, DesignMenu},
@@ -56,7 +56,7 @@ constexpr BarItem kFoldersBar[] = {
     {Save}, {Print}, {ExpandAll, None, true}, {CollapseAll}, {LevelMenu}, {ExpandLevel1, LevelMenu},
     {ExpandLevel2, LevelMenu}, {ExpandLevel3, LevelMenu}, {ExpandLevel4, LevelMenu},
     {ExpandLevel5, LevelMenu}, {Search, None, true}, {SearchText}, {SearchBack}, {SearchForward},
-    {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {SizeMenu, None, true}, {SizeFitting, SizeMenu}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
     {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
     {SizeDecimals, SizeMenu}, {ColumnMenu}, {LevelColors, ColumnMenu}, {PercentBars, ColumnMenu},
     {DriveLabels, ColumnMenu}, {ScanDates, ColumnMenu}, {FitAllRows, ColumnMenu, true},
@@ -66,7 +66,7 @@ constexpr BarItem kFoldersBar[] = {
 
 constexpr BarItem kDrivesBar[] = {
     {ScanDrives}, {ScanAllDrives}, {Refresh, None, true}, {AddNetworkPath}, {ConnectDrive},
-    {DisconnectDrive}, {Save, None, true}, {Print}, {SizeMenu, None, true}, {SizeBytes, SizeMenu},
+    {DisconnectDrive}, {Save, None, true}, {Print}, {SizeMenu, None, true}, {SizeFitting, SizeMenu}, {SizeBytes, SizeMenu},
     {SizeKilobytes, SizeMenu}, {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu},
     {SizeUnitText, SizeMenu, true}, {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitColumns},
 };
@@ -74,7 +74,7 @@ constexpr BarItem kDrivesBar[] = {
 constexpr BarItem kFilesBar[] = {
     {Refresh}, {FolderOfFiles}, {Save, None, true}, {Print}, {Search, None, true}, {SearchText},
     {SearchBack}, {SearchForward}, {FilterMenu, None, true}, {OnlyTheseFiles, FilterMenu},
-    {OnlyTheseFilesText, FilterMenu}, {FilterHelp, FilterMenu}, {SizeMenu}, {SizeBytes, SizeMenu},
+    {OnlyTheseFilesText, FilterMenu}, {FilterHelp, FilterMenu}, {SizeMenu}, {SizeFitting, SizeMenu}, {SizeBytes, SizeMenu},
     {SizeKilobytes, SizeMenu}, {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu},
     {SizeUnitText, SizeMenu, true}, {SizeDecimals, SizeMenu}, {ColumnMenu},
     {FitAllRows, ColumnMenu}, {FitColumns}, {Preview, None, true}, {SplitDirection},
@@ -86,7 +86,7 @@ constexpr BarItem kTopBar[] = {
     {ShowNewestFiles, TopListMenu}, {ShowOldestFiles, TopListMenu},
     {ShowLargestFolders, TopListMenu}, {ShowSmallestFolders, TopListMenu}, {Save, None, true},
     {Print}, {Search, None, true}, {SearchText}, {SearchBack}, {SearchForward},
-    {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {SizeMenu, None, true}, {SizeFitting, SizeMenu}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
     {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
     {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitAllRows, ColumnMenu}, {FitColumns},
     {Preview, None, true}, {SplitDirection}, {RecycleFiles, None, true}, {DeleteFiles},
@@ -94,7 +94,7 @@ constexpr BarItem kTopBar[] = {
 
 constexpr BarItem kHardlinksBar[] = {
     {GroupHardlinks}, {Save, None, true}, {Print}, {Search, None, true}, {SearchText}, {SearchBack},
-    {SearchForward}, {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {SearchForward}, {SizeMenu, None, true}, {SizeFitting, SizeMenu}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
     {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
     {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitAllRows, ColumnMenu}, {FitColumns},
     {Preview, None, true}, {SplitDirection}, {RecycleFiles, None, true}, {DeleteFiles},
@@ -106,14 +106,14 @@ constexpr BarItem kJunctionsBar[] = {
 };
 
 constexpr BarItem kOwnersBar[] = {
-    {Save}, {Print}, {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {Save}, {Print}, {SizeMenu, None, true}, {SizeFitting, SizeMenu}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
     {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
     {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitColumns},
 };
 
 constexpr BarItem kExtensionsBar[] = {
     {Save}, {Print}, {Search, None, true}, {SearchText}, {SearchBack}, {SearchForward},
-    {SizeMenu, None, true}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
+    {SizeMenu, None, true}, {SizeFitting, SizeMenu}, {SizeBytes, SizeMenu}, {SizeKilobytes, SizeMenu},
     {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu}, {SizeUnitText, SizeMenu, true},
     {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitAllRows, ColumnMenu}, {FitColumns},
 };

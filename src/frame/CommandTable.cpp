@@ -46,10 +46,9 @@ ListSettings of(Options& options, std::optional<ListId> list) {
   return list ? listSettings(options, *list) : ListSettings();
 }
 
-/// The size settings of a list. The main bar shows the sizes of the folder report and sets the
-/// sizes of all lists.
+/// The size settings of a list; without a list those that all lists share.
 ListSettings sizes(Options& options, std::optional<ListId> list) {
-  return listSettings(options, list.value_or(ListId::Folders));
+  return list ? listSettings(options, *list) : commonSettings(options);
 }
 
 /// Whether a filter is active: the filter of the list, or without a list any filter of scans.

@@ -1,5 +1,6 @@
 #include "frame/Session.h"
 
+#include "lists/ListTable.h"
 #include "settings/Optionen.h"
 
 namespace ombrelian {
@@ -12,6 +13,20 @@ void Session::loadOptions(const IniStore& settings) {
         SettingOwner::FirstStart}) {
     loadSettings(owner, settings, options);
   }
+  folderReport.applySettings();
+}
+
+void Session::chooseForFirstWindow(const IniStore& settings) {
+  const bool wasOpen = !settings.INI_ReadString(u"frmMain", u"Width", u"").empty();
+  if (wasOpen) return;
+  using Id = FolderColumnId;
+  turnAllListsOn(options);
+  options.FolderColumnVisible.fill(0);
+  for (const int id : {Id::Name, Id::Percent, Id::Size, Id::Files, Id::Folders, Id::Modified})
+    options.FolderColumnVisible[std::size_t(id)] = 1;
+  options.FolderShowPercentBar = 1;
+  options.FileSizeFormatAll = kUnitFitting;
+  applyCommonSizes(options);
   folderReport.applySettings();
 }
 

@@ -25,6 +25,11 @@ struct Session {
   /// Loads the stored options; a new user has the defaults.
   void loadOptions(const IniStore& settings);
 
+  /// Chooses what the window shows at its first start: every list, the most useful columns of the
+  /// tree, bars for percentages, and each size in its fitting unit. Later starts use the stored
+  /// options.
+  void chooseForFirstWindow(const IniStore& settings);
+
   ScanState scanState(UserInterface& ui, DerivedLists* lists) {
     return {options, tree, context, filters, log, ui, lists};
   }

@@ -83,7 +83,9 @@ void CellFormat::appendShownNumber(const Column& column, std::int64_t value, Tex
   const auto& mask = [&]() -> const CellMask& { return masks_[std::size_t(column.id)]; };
   switch (column.kind) {
     case CellKind::Size:
-      if (hasUnit(column)) {
+      if (sizes_.unit == kUnitFitting) {
+        appendFittingSize(value, out);
+      } else if (hasUnit(column)) {
         mask().append(sizeInUnit(value, SizeUnit(sizes_.unit)), out);
       } else {
         mask().append(value, out);

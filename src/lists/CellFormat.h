@@ -43,7 +43,8 @@ class CellFormat {
  private:
   void appendShownNumber(const Column& column, std::int64_t value, Text& out) const;
   bool hasUnit(const Column& column) const {
-    return column.kind == CellKind::Size && sizes_.unit != kUnitBytes;
+    return column.kind == CellKind::Size && sizes_.unit != kUnitBytes &&
+           sizes_.unit != kUnitFitting;
   }
 
   SizeSettings sizes_;

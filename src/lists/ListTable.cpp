@@ -118,6 +118,10 @@ ListSettings topSettings(Options& options) {
           options.TopColumnIndex[top]};
 }
 
+/// The settings for the form of sizes.
+constexpr std::uint8_t* ListSettings::*kSizeMembers[] = {
+    &ListSettings::unit, &ListSettings::decimals, &ListSettings::unitText};
+
 using O = Options;
 constexpr auto kFolderSettings =
     &settingsOf<&O::FileSizeFormat, &O::SizeFormatNachkommastellenFolders,
@@ -138,7 +142,8 @@ constexpr auto kHardlinkSettings =
                 &O::HardlinkColumnIndex>;
 constexpr auto kJunctionSettings =
     &settingsOf<nullptr, nullptr, nullptr, &O::OptimizeColumnWidthAll_Junctions,
-                &O::SearchVisibleReportJunctions, nullptr, &O::JunctionColumnIndex>;
+                &O::SearchVisibleReportJunctions, &O::JunctionColumnVisible,
+                &O::JunctionColumnIndex>;
 constexpr auto kOwnerSettings =
     &settingsOf<&O::FileSizeFormatOwner, &O::SizeFormatNachkommastellenOwner,
                 &O::SizeFormatShowSizeTextOwner, nullptr, nullptr, &O::OwnerColumnVisible,
@@ -147,8 +152,9 @@ constexpr auto kExtensionSettings =
     &settingsOf<&O::FileSizeFormatExt, &O::SizeFormatNachkommastellenExt,
                 &O::SizeFormatShowSizeTextExt, &O::OptimizeColumnWidthAll_Ext,
                 &O::SearchVisibleReportExt, &O::ExtensionColumnVisible, &O::ExtensionColumnIndex>;
-constexpr auto kLogSettings = &settingsOf<nullptr, nullptr, nullptr, &O::OptimizeColumnWidthAll_Log,
-                                          &O::SearchVisibleReportLog, nullptr, nullptr>;
+constexpr auto kLogSettings =
+    &settingsOf<nullptr, nullptr, nullptr, &O::OptimizeColumnWidthAll_Log,
+                &O::SearchVisibleReportLog, &O::LogColumnVisible, &O::LogColumnIndex>;
 
 constexpr Word kNone = {0, {}};
 constexpr Word kEmptyFolders = {9550,
@@ -197,6 +203,36 @@ void turnAllListsOn(Options& options) {
     options.*listRow(list).isOn = 1;
 }
 
+ListSettings commonSettings(Options& options) {
+  ListSettings common;
+  common.unit = &options.FileSizeFormatAll;
+  common.decimals = &options.SizeFormatNachkommastellenAll;
+  common.unitText = &options.SizeFormatShowSizeTextAll;
+  return common;
+}
+
+void readCommonSizes(Options& options) {
+  const ListSettings common = commonSettings(options);
+  for (const auto member : kSizeMembers) {
+    std::optional<std::uint8_t> value;
+    for (const ListId list : kAllLists) {
+      const std::uint8_t* const own = listSettings(options, list).*member;
+      if (own != nullptr) value = *own == value.value_or(*own) ? *own : Options::kMixed;
+    }
+    *(common.*member) = *value;
+  }
+}
+
+void applyCommonSizes(Options& options) {
+  const ListSettings common = commonSettings(options);
+  for (const auto member : kSizeMembers) {
+    for (const ListId list : kAllLists) {
+      std::uint8_t* const own = listSettings(options, list).*member;
+      if (own != nullptr && *(common.*member) != Options::kMixed) *own = *(common.*member);
+    }
+  }
+}
+
 ListSettings listSettings(Options& options, ListId list) { return listRow(list).settings(options); }
 
 ColumnLayout listLayout(const Options& options, ListId list) {
@@ -209,7 +245,7 @@ ColumnLayout listLayout(const Options& options, ListId list) {
 SizeSettings listSizes(const Options& options, ListId list) {
   const ListSettings settings = listSettings(const_cast<Options&>(options), list);
   if (settings.unit == nullptr) return {};
-  return {*settings.unit, *settings.decimals != 0, *settings.unitText == 1};
+  return {listUnit(*settings.unit), *settings.decimals != 0, *settings.unitText == 1};
 }
 
 ListId shownList(const Options& options) {

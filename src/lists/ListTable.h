@@ -89,6 +89,15 @@ void turnAllListsOn(Options& options);
 
 ListSettings listSettings(Options& options, ListId list);
 
+/// The size settings that all lists share, for the commands of the main bar.
+ListSettings commonSettings(Options& options);
+
+/// Reads the shared size settings from the lists; Options::kMixed: the lists differ.
+void readCommonSizes(Options& options);
+
+/// Copies the shared size settings to all lists, except those that are Options::kMixed.
+void applyCommonSizes(Options& options);
+
 /// The settings of columns and sizes. The spans of the layout point into `options`.
 ColumnLayout listLayout(const Options& options, ListId list);
 SizeSettings listSizes(const Options& options, ListId list);

@@ -14,6 +14,7 @@ inline constexpr int kDriveColumns = 12;
 inline constexpr int kFileColumns = 12;
 inline constexpr int kHardlinkColumns = 12;
 inline constexpr int kJunctionColumns = 4;
+inline constexpr int kLogColumns = 3;
 inline constexpr int kOwnerColumns = 6;
 inline constexpr int kExtensionColumns = 7;
 inline constexpr int kTopColumns = 10;
@@ -217,7 +218,7 @@ struct Options {
   std::uint8_t FileSizeFormatFiles = 2;
   std::uint8_t FileSizeFormatHardlinks = 2;
   std::uint8_t FileSizeFormatOwner = 2;
-  std::uint8_t FileSizeFormatExt = 0;  // the same at every start
+  std::uint8_t FileSizeFormatExt = 0;
   std::array<std::uint8_t, kTopLists> FileSizeFormatTop = forTopLists<std::uint8_t>(2);
   std::uint8_t SizeFormatNachkommastellenFolders = 1;
   std::uint8_t SizeFormatNachkommastellenDrive = 1;
@@ -233,6 +234,12 @@ struct Options {
   std::uint8_t SizeFormatShowSizeTextOwner = 0;
   std::uint8_t SizeFormatShowSizeTextExt = 0;
   std::array<std::uint8_t, kTopLists> SizeFormatShowSizeTextTop = {};
+
+  // The values that all lists share; kMixed: the lists differ. They are not stored.
+  static constexpr std::uint8_t kMixed = 255;
+  std::uint8_t FileSizeFormatAll = kMixed;
+  std::uint8_t SizeFormatNachkommastellenAll = kMixed;
+  std::uint8_t SizeFormatShowSizeTextAll = kMixed;
 
   std::uint8_t OptimizeColumnWidthAll_Folders = 0;
   std::uint8_t OptimizeColumnWidthAll_Files = 0;
@@ -256,6 +263,8 @@ struct Options {
   ColumnFlags<kHardlinkColumns> HardlinkColumnVisible = visibleColumns<kHardlinkColumns>(1, 2);
   ColumnFlags<kOwnerColumns> OwnerColumnVisible = visibleColumns<kOwnerColumns>(1);
   ColumnFlags<kExtensionColumns> ExtensionColumnVisible = visibleColumns<kExtensionColumns>(1);
+  ColumnFlags<kJunctionColumns> JunctionColumnVisible = visibleColumns<kJunctionColumns>(1);
+  ColumnFlags<kLogColumns> LogColumnVisible = visibleColumns<kLogColumns>(1);
   std::array<ColumnFlags<kTopColumns>, kTopLists> TopColumnVisible =
       forTopLists(visibleColumns<kTopColumns>(1));
   ColumnPositions<kFolderColumns> FolderColumnIndex = builtInOrder<kFolderColumns>();
@@ -265,6 +274,7 @@ struct Options {
   ColumnPositions<kOwnerColumns> OwnerColumnIndex = builtInOrder<kOwnerColumns>();
   ColumnPositions<kExtensionColumns> ExtensionColumnIndex = builtInOrder<kExtensionColumns>();
   ColumnPositions<kJunctionColumns> JunctionColumnIndex = builtInOrder<kJunctionColumns>();
+  ColumnPositions<kLogColumns> LogColumnIndex = builtInOrder<kLogColumns>();
   std::array<ColumnPositions<kTopColumns>, kTopLists> TopColumnIndex =
       forTopLists(builtInOrder<kTopColumns>());
 

@@ -16,14 +16,6 @@ namespace {
 constexpr double kLeastFontSize = 6;
 constexpr double kMostFontSize = 32;
 
-/// Copies the size settings of one list to another, if that list shows sizes.
-void copySizes(const ListSettings& from, const ListSettings& to) {
-  if (to.unit == nullptr) return;
-  *to.unit = *from.unit;
-  *to.decimals = *from.decimals;
-  *to.unitText = *from.unitText;
-}
-
 }  // namespace
 
 Looks::Looks(WindowState& state, WindowDialogs& dialogs, Panes& panes, PaneArea& area,
@@ -40,11 +32,10 @@ Looks::Looks(WindowState& state, WindowDialogs& dialogs, Panes& panes, PaneArea&
 
 void Looks::changeSizes(std::optional<ListId> list) {
   Options& options = state_.session.options;
+  if (!list) applyCommonSizes(options);
+  readCommonSizes(options);
   for (ListPane* const pane : panes_.all()) {
-    if (list && pane->listId() != *list) continue;
-    if (!list)
-      copySizes(listSettings(options, ListId::Folders), listSettings(options, pane->listId()));
-    pane->applySettings();
+    if (!list || pane->listId() == *list) pane->applySettings();
   }
   main_.update();
 }
@@ -78,6 +69,7 @@ void Looks::applyFont() {
 }
 
 void Looks::applyLook() {
+  readCommonSizes(state_.session.options);
   ChangeTheme();
   applyFont();
   main_.applyLook();

@@ -29,7 +29,7 @@ class Looks : public QObject {
   void ChangeFontSize(int step);
 
   /// Updates a list after its size settings changed. Without a list, all lists get the size
-  /// settings of the folder report, which the main bar shows.
+  /// settings of the main bar.
   void changeSizes(std::optional<ListId> list);
 
   /// Stores the language for the next start, and offers to start again at once.

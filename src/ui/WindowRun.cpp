@@ -83,6 +83,7 @@ int runWindow(int argc, char** argv) {
     Session session;
     session.readOnly = line.readOnly;
     session.loadOptions(startUp.settings());
+    session.chooseForFirstWindow(startUp.settings());
     session.log.setFile(startUp.logFile());
     MainWindow window(session, startUp.settings());
     window.show();

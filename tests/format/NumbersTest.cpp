@@ -161,6 +161,16 @@ TEST(SizesTest, AutomaticUnits) {
   EXPECT_EQ(each(sizes, without), u"1,024|1.00|1,024.00|1.00|999.00|0.98|1,024.00|1.00");
 }
 
+TEST(SizesTest, FittingUnitsHaveThreeDigits) {
+  const ScopedLocale locale("de_DE");
+  const std::vector<std::int64_t> sizes = {0,         999,      1000,      5120,
+                                           102'348,   102'349,  -5,        1'023'487,
+                                           1'023'488, 95563022, INT64_MAX, 3 * kGB / 2};
+  EXPECT_EQ(
+      each(sizes, [](std::int64_t size) { return FormatSize({6}, size, true, true, true); }),
+      u"0 B|999 B|1,0 KB|5,0 KB|99,9 KB|100 KB|-5 B|999 KB|1,0 MB|91,1 MB|8.388.608 TB|1,5 GB");
+}
+
 TEST(SizesTest, PadsToTheWidthOfTheUnit) {
   const ScopedLocale locale("de_DE");
   const auto text = [](std::uint8_t unit, bool withUnit, bool pad, bool withByteUnit) {
@@ -216,7 +226,8 @@ TEST(SizesTest, ColumnsFollowTheSettingsOfTheirList) {
       {{1, false, false}, u"Größe (KB) sizeK Frei (KB) SizeFreeKB *###,###,##0*;;; *##0*%"},
       {{2, true, true}, u"Größe sizeM Frei SizeFreeMB *###,###,##0.00* MB;;; *##0.00*%"},
       {{3, true, false}, u"Größe (GB) sizeG Frei (GB) SizeFreeGB *###,###,##0.00*;;; *##0.00*%"},
-      {{9, true, false},
+      {{6, true, false}, u"Größe size Frei SizeFreeBytes  *##0.00*%"},
+      {{5, true, false},
        u"Größe (Bytes) size Frei (Bytes) SizeFreeBytes *###,###,##0*;;; *##0.00*%"},
   };
   const auto told = [](const SizeColumn& column) {

@@ -65,7 +65,7 @@ TEST_F(OptionenTest, EveryKeySurvivesAndNoTwoAreOne) {
       return true;
     });
   }
-  EXPECT_EQ(names.size(), 442U) << "a key more or less";
+  EXPECT_EQ(names.size(), 451U) << "a key more or less";
   for (const SettingOwner owner : owners)
     storeSettings(owner, changed, store);
   ASSERT_FALSE(store.flush());
@@ -118,7 +118,6 @@ TEST_F(OptionenTest, OddValues) {
   EXPECT_EQ(load(u"FontSize=8,25").FontSize, 8.25);
   EXPECT_EQ(load(u"FontName=").FontName, u"") << "empty is not missing";
   EXPECT_EQ(load(u"DontCreateLogFile=99").DontCreateLogFile, 0);
-  EXPECT_EQ(load(u"FileSizeFormatExt=3|TopShowIcons2=0").FileSizeFormatExt, 0);
   EXPECT_EQ(load(u"TopShowIcons2=0").TopShowIcons[2], 1);
   const Options columns = load(
       u"FolderColumnVisible1=0|FolderColumnVisible2=2|FolderColumnVisible3=2|"

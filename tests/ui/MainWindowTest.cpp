@@ -590,17 +590,17 @@ TEST_F(PartsTest, SizesOfTheMainBarAreThoseOfAllLists) {
   options.FileSizeFormatHardlinks = kUnitKB;
   parts_.looks.changeSizes(ListId::Hardlinks);
   EXPECT_EQ(options.FileSizeFormatOwner, kUnitMB) << "a list alone changes no other";
-  options.FileSizeFormat = kUnitGB;
-  options.SizeFormatShowSizeTextFolders = 1;
-  options.SizeFormatNachkommastellenFolders = 0;
-  parts_.looks.changeSizes(std::nullopt);
+  const CommandSet& commands = run_.window->commands();
+  EXPECT_FALSE(commands.action(Id::SizeGigabytes)->isChecked()) << "the lists differ";
+  for (const Id id : {Id::SizeGigabytes, Id::SizeUnitText, Id::SizeDecimals, Id::SizeDecimals})
+    commands.action(id)->trigger();
   for (const ListId list : kAllLists) {
     if (listSettings(options, list).unit == nullptr) continue;
     const SizeSettings sizes = listSizes(options, list);
     EXPECT_EQ(sizes.unit, kUnitGB) << int(list);
     EXPECT_TRUE(sizes.unitText && !sizes.decimals) << int(list);
   }
-  EXPECT_TRUE(run_.window->commands().action(Id::SizeGigabytes)->isChecked());
+  EXPECT_TRUE(commands.action(Id::SizeGigabytes)->isChecked());
   for (const auto& [change, size] : {std::pair(-100, 6), {100, 32}}) {
     parts_.looks.ChangeFontSize(change);
     EXPECT_EQ(options.FontSize, size);
