@@ -29,6 +29,7 @@ struct When {
   bool changesDisk = false;
   const char* waitsFor = "";
   CommandId whileBusy = CommandId::None;
+  CommandNeed need = CommandNeed::Nothing;
 };
 
 using State = CommandState (*)(Options&, std::optional<ListId>);
@@ -38,7 +39,8 @@ constexpr Command commandRow(CommandId id, CommandKind kind, const Caption& capt
                              State state) {
   return {id,        kind,          caption.word,     caption.value,   caption.option,
           tips.tip,  tips.forAll,   picture.icon,     picture.isWordy, key,
-          when.time, when.waitsFor, when.changesDisk, when.whileBusy,  state};
+          when.time, when.waitsFor, when.changesDisk, when.whileBusy,  when.need,
+          state};
 }
 
 /// The settings of a list; empty for the main bar.
@@ -70,7 +72,12 @@ bool isFiltered(const Options& options, std::optional<ListId> list) {
 #define IDLE {CommandTime::Idle}
 #define SCANNING {CommandTime::Scanning}
 #define ALWAYS_AS(name) {CommandTime::Always, false, "", CommandId::name}
-#define DISK {CommandTime::Idle, true}
+#define NEEDS(need, changesDisk) {CommandTime::Idle, changesDisk, "", CommandId::None, CommandNeed::need}
+#define ROWS NEEDS(Rows, false)
+#define SELECTION NEEDS(Selection, false)
+#define OBJECT NEEDS(Path, false)
+#define NETWORK NEEDS(NetworkPath, false)
+#define DISK NEEDS(Path, true)
 #define LATER(what) {CommandTime::Never, false, what}
 #define FLAG(place) CommandState{place}
 #define CHOICE(place, value) CommandState{place, value}
@@ -100,6 +107,11 @@ constexpr Command kCommands[] = {
 #undef FLAG
 #undef LATER
 #undef DISK
+#undef NETWORK
+#undef OBJECT
+#undef SELECTION
+#undef ROWS
+#undef NEEDS
 #undef ALWAYS_AS
 #undef SCANNING
 #undef IDLE

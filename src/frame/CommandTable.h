@@ -52,6 +52,15 @@ enum class CommandTime : std::uint8_t {
   Never,  // the command is not implemented yet
 };
 
+/// What the list of a command must have, or the command has nothing to do.
+enum class CommandNeed : std::uint8_t {
+  Nothing,
+  Rows,
+  Selection,    // a selected row
+  Path,         // a selected row that is an object with a path
+  NetworkPath,  // a selected row that is a stored network path
+};
+
 /// The places that store the state of a command. All null: the command has no state.
 struct CommandState {
   std::uint8_t* flag = nullptr;  // 0 or 1 for a Toggle; the chosen number for a Choice
@@ -84,6 +93,7 @@ struct Command {
   bool changesDisk = false;   // changes scanned objects; off in a read-only window
   CommandId whileBusy =
       CommandId::None;  // command whose look it has while something runs; None: its own look
+  CommandNeed need = CommandNeed::Nothing;
   CommandState (*state)(Options&, std::optional<ListId>) = nullptr;
 };
 

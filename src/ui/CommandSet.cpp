@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QToolButton>
 #include <QWidgetAction>
+#include <utility>
 
 #include "filters/FilterText.h"
 #include "support/Translate.h"
@@ -18,6 +19,9 @@ namespace {
 
 constexpr int kSmallIcon = 16;
 constexpr int kLargeIcon = 24;
+
+/// A command that has nothing to do yet is on no bar and in no menu.
+bool isImplemented(CommandId id) { return commandOf(id).time != CommandTime::Never; }
 
 }  // namespace
 
@@ -45,7 +49,7 @@ bool CommandSet::isOn(const Command& command) const {
   if (isReadOnly_ && command.changesDisk) return false;
   switch (command.time) {
     case CommandTime::Idle:
-      return !isBusy_;
+      return !isBusy_ && isGiven_(command.need);
     case CommandTime::Scanning:
       return isBusy_;
     case CommandTime::Always:
@@ -53,6 +57,11 @@ bool CommandSet::isOn(const Command& command) const {
     default:
       return false;
   }
+}
+
+void CommandSet::setGiven(std::function<bool(CommandNeed)> isGiven) {
+  isGiven_ = std::move(isGiven);
+  update();
 }
 
 QAction* CommandSet::make(const Command& command) {
@@ -134,9 +143,7 @@ QString CommandSet::toolTip(const Command& command, const QAction& action) const
   if (tip.empty()) tip = commandCaption(command, options_);
   QString shown = toQString(tip);
   const auto add = [&](const QString& text) { shown += QStringLiteral(" (") + text + u')'; };
-  if (command.time == CommandTime::Never) {
-    add(toQString(TL(9543, u"kommt noch")));
-  } else if (isReadOnly_ && command.changesDisk) {
+  if (isReadOnly_ && command.changesDisk) {
     add(toQString(TL(9640, u"nur Lesen")));
   }
   const QKeySequence key = action.shortcut();
@@ -174,9 +181,12 @@ QToolBar* CommandSet::makeToolBar(const PlaceWidget& place) {
   toolBar_ = new QToolBar(scope_);
   toolBar_->setMovable(false);
   toolBar_->setContextMenuPolicy(Qt::PreventContextMenu);
+  bool beginsGroup = false;
   for (const BarItem& item : items_) {
     if (item.popup != CommandId::None) continue;
-    if (item.beginsGroup) toolBar_->addSeparator();
+    beginsGroup = beginsGroup || item.beginsGroup;
+    if (!isImplemented(item.id)) continue;
+    if (std::exchange(beginsGroup, false)) toolBar_->addSeparator();
     if (QWidget* const widget = place ? place(item.id, toolBar_) : nullptr) {
       toolBar_->addWidget(widget);
       continue;
@@ -195,13 +205,17 @@ QToolBar* CommandSet::makeToolBar(const PlaceWidget& place) {
 }
 
 void CommandSet::fillMenu(QMenu& menu, CommandId popup) {
+  bool beginsGroup = false;
   for (const BarItem& item : items_) {
-    if (item.popup == popup) addItem(menu, item);
+    if (item.popup != popup) continue;
+    beginsGroup = beginsGroup || item.beginsGroup;
+    if (!isImplemented(item.id)) continue;
+    if (std::exchange(beginsGroup, false)) menu.addSeparator();
+    addItem(menu, item);
   }
 }
 
 void CommandSet::addItem(QMenu& menu, const BarItem& item) {
-  if (item.beginsGroup) menu.addSeparator();
   const Command& command = commandOf(item.id);
   if (command.kind != CommandKind::Edit) {
     menu.addAction(actions_.at(item.id));

@@ -30,6 +30,9 @@ class CommandSet : public QObject {
 
   bool has(CommandId id) const { return actions_.contains(id); }
 
+  /// Sets the function that says whether the list has what a command needs. update() calls it.
+  void setGiven(std::function<bool(CommandNeed)> isGiven);
+
   /// Adds a command that is on no bar, such as those of context menus.
   QAction* addAction(CommandId id) { return make(commandOf(id)); }
 
@@ -78,6 +81,7 @@ class CommandSet : public QObject {
   Options& options_;
   QWidget* const scope_;
   std::vector<BarItem> items_;  // commands of the bar that this list has
+  std::function<bool(CommandNeed)> isGiven_ = [](CommandNeed) { return true; };
   bool isReadOnly_ = false;
   bool isBusy_ = false;
   QToolBar* toolBar_ = nullptr;

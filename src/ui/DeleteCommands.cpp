@@ -87,6 +87,7 @@ void DeleteCommands::Report_RemoveFolders() {
   RowsInPanes rows(panes_, state_.session.folderReport);
   ombrelian::Report_RemoveFolders(state_.session.tree, NodeIndex(panes_.folders().id(row)), &rows);
   files_.hideFiles();
+  panes_.clearListsWithoutSource();
   panes_.pane(ListId::Folders).rowsReplaced();
 }
 

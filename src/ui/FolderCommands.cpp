@@ -33,6 +33,7 @@ void FolderCommands::clearFolders() {
     panes_.folders().treeChanged();
   });
   files_.hideFiles();
+  panes_.clearListsWithoutSource();
   pane.rowsReplaced();
 }
 

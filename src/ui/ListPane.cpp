@@ -27,7 +27,8 @@ ListPane::ListPane(ListId list, RowSource& rows, Options& options, QWidget* pare
       list_(new ListView(*model_, options, list, this)),
       commands_(new CommandSet(barOf(list), list, options, this)),
       search_(new SearchBox(*list_, *commands_, this)),
-      emptyText_(new QLabel(list_->viewport())) {
+      emptyText_(new QLabel(list_->viewport())),
+      emptyButton_(new QPushButton(list_->viewport())) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -38,6 +39,7 @@ ListPane::ListPane(ListId list, RowSource& rows, Options& options, QWidget* pare
   emptyText_->setWordWrap(true);
   emptyText_->setForegroundRole(QPalette::PlaceholderText);
   emptyText_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  connect(emptyButton_, &QPushButton::clicked, this, &ListPane::emptyButtonPressed);
   list_->viewport()->installEventFilter(this);
   addRowCommands();
   connect(commands_, &CommandSet::triggered, this,
@@ -48,8 +50,22 @@ ListPane::ListPane(ListId list, RowSource& rows, Options& options, QWidget* pare
     fillColumnMenu(menu);
     menu.exec(at);
   });
-  connect(list_, &ListView::selectedRowsChanged, this, [this] { Q_EMIT statusChanged(id_); });
+  connect(list_, &ListView::selectedRowsChanged, this, [this] {
+    commands_->update();
+    Q_EMIT statusChanged(id_);
+  });
+  commands_->setGiven([this](CommandNeed need) { return isGiven(need); });
   connectModel();
+}
+
+bool ListPane::isGiven(CommandNeed need) const {
+  if (need == CommandNeed::Nothing) return true;
+  if (need == CommandNeed::Rows) return model_->rowCount() > 0;
+  const QItemSelection selection = list_->selectionModel()->selection();
+  if (selection.isEmpty()) return false;
+  const auto row = std::size_t(selection.constFirst().top());
+  if (need == CommandNeed::Path) return !rows_.path(row).empty();
+  return need == CommandNeed::Selection || rows_.isNetworkPath(row);
 }
 
 /// Adds the row commands that are on no bar, so that their keys work.
@@ -158,26 +174,33 @@ void ListPane::rowsReplaced() {
       rows_.sortedDescending() ? Qt::DescendingOrder : Qt::AscendingOrder);
   list_->fitColumns();
   showEmptyText();
+  commands_->update();
   Q_EMIT statusChanged(id_);
 }
 
 void ListPane::setFrozen(bool frozen) {
   model_->setFrozen(frozen);
   list_->setEnabled(!frozen);
-  emptyText_->setVisible(!frozen && model_->rowCount() == 0);
+  showEmptyText();
   if (!frozen) rowsReplaced();
 }
 
-void ListPane::setEmptyText(const QString& text) {
+void ListPane::setEmptyText(const QString& text, const QString& button) {
   emptyText_->setText(text);
+  emptyButton_->setText(button);
   list_->setAccessibleDescription(text);
   showEmptyText();
 }
 
 void ListPane::showEmptyText() {
   const QRect area = list_->viewport()->rect();
+  const bool isShown = model_->rowCount() == 0 && list_->isEnabled();
   emptyText_->setGeometry(area.adjusted(24, 16, -24, -16));
-  emptyText_->setVisible(model_->rowCount() == 0 && list_->isEnabled());
+  emptyText_->setVisible(isShown);
+  emptyButton_->setVisible(isShown && !emptyButton_->text().isEmpty());
+  emptyButton_->resize(emptyButton_->sizeHint());
+  emptyButton_->move(area.center().x() - emptyButton_->width() / 2,
+                     area.center().y() + emptyText_->fontMetrics().height() * 2);
 }
 
 void ListPane::resizeEvent(QResizeEvent* event) {

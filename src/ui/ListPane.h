@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QPushButton>
 
 #include "ui/SearchBox.h"
 
@@ -23,8 +24,9 @@ class ListPane : public QWidget {
   /// Builds the tool bar; `place` works as in CommandSet::makeToolBar.
   void addToolBar(const CommandSet::PlaceWidget& place = {});
 
-  /// Sets the text in the middle of the list while the list has no rows.
-  void setEmptyText(const QString& text);
+  /// Sets the text in the middle of the list while the list has no rows, and the caption of a
+  /// button below it; no caption: there is no button.
+  void setEmptyText(const QString& text, const QString& button = {});
 
   /// Shows the text for an empty list, or hides it if the list has rows.
   void showEmptyText();
@@ -61,11 +63,14 @@ class ListPane : public QWidget {
   /// Rows were selected, added or removed.
   void statusChanged(ListId list);
 
+  void emptyButtonPressed();
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
+  bool isGiven(CommandNeed need) const;
   void addRowCommands();
   void connectModel();
   void fillColumnMenu(QMenu& menu);
@@ -79,6 +84,7 @@ class ListPane : public QWidget {
   SearchBox* search_;
   QToolBar* toolBar_ = nullptr;
   QLabel* emptyText_;
+  QPushButton* emptyButton_;
 };
 
 }  // namespace ombrelian::ui

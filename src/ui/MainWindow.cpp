@@ -150,6 +150,7 @@ void MainWindow::connectLists() {
   for (CommandSet* const set : {main_, header_}) {
     connect(set, &CommandSet::triggered, this, [this, &o](CommandId id) {
       doCommand(id, std::nullopt, *parts_);
+      o.panes.showEmptyNotes();
       o.status.StatusbarSetTextRightAUTO();  // the status line shows the number of active filters
     });
   }
@@ -163,6 +164,10 @@ void MainWindow::connectLists() {
           [&o](ListId list, std::size_t row) { o.opening.activateRow(list, row); });
   connect(&o.panes, &Panes::rowDoubleClicked, this,
           [&o](ListId list, std::size_t row) { o.opening.doubleClickRow(list, row); });
+  connect(&o.panes, &Panes::fillWanted, this, [this, &o](ListId list) {
+    o.scans.fillList(list);
+    main_->update();
+  });
   connect(o.area, &PaneArea::shownChanged, this, [this, &o](ListId list) {
     const bool left = o.area->isLeftVisible();
     const bool right = o.area->isRightVisible();
@@ -227,7 +232,7 @@ void MainWindow::showEvent(QShowEvent* event) {
   wasShown_ = true;
   for (ListPane* const pane : owned_->panes.all())
     pane->rowsReplaced();
-  pane(ListId::Folders).list().setFocus();
+  owned_->sources->setFocus();
   // The window is on the screen before the drives are asked, because they may answer slowly.
   QTimer::singleShot(0, this, [this] { owned_->drives.readDrivesOnce(); });
 }

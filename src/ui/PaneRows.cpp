@@ -28,6 +28,10 @@ FileRows::FileRows(FileList& files, FolderTree& tree, Options& options)
 DriveRows::DriveRows(DriveList& drives, Options& options)
     : GridRows(drives.grid(), options, ListId::Drives), drives_(drives) {}
 
+bool DriveRows::isNetworkPath(std::size_t row) const {
+  return ombrelian::isNetworkPath(textOf(row, u"drive"));
+}
+
 RowLook DriveRows::look(std::size_t row) const {
   const auto [entry, isNew] = icons_.try_emplace(textOf(row, u"drive"));
   if (isNew) entry->second = iconOf(row);
@@ -42,7 +46,7 @@ const char* DriveRows::iconOf(std::size_t row) const {
   if (kind == platform::kDriveRemote) icon = "drive-network";
   if (kind == platform::kDriveCdRom) icon = "drive-optical";
   if (kind == platform::kDriveRamDisk) icon = "drive-ram";
-  if (isNetworkPath(textOf(row, u"drive"))) icon = "drive-network";
+  if (ombrelian::isNetworkPath(textOf(row, u"drive"))) icon = "drive-network";
   return icon;
 }
 

@@ -49,6 +49,7 @@ class DriveRows : public GridRows {
   RowLook look(std::size_t row) const override;
   Text toolTip(std::size_t row, const Column& column) const override;
   Text path(std::size_t row) const override { return drives_.folderOf(row); }
+  bool isNetworkPath(std::size_t row) const override;
 
  private:
   const char* iconOf(std::size_t row) const;

@@ -3,6 +3,7 @@
 #include <QToolBar>
 
 #include "support/Translate.h"
+#include "ui/EmptyNote.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -21,6 +22,7 @@ Panes::Panes(WindowState& state, QWidget* parent) : state_(state) {
                      expanded ? CommandId::ExpandSubtree : CommandId::CollapseSubtree);
   });
   state_.session.log.setListener(this);
+  showEmptyNotes();
 }
 
 Panes::~Panes() { state_.session.log.setListener(nullptr); }
@@ -60,6 +62,7 @@ void Panes::makePane(ListId list) {
   made->setEmptyText(toQString(TL(empty.id, empty.german)));
   connect(made, &ListPane::triggered, this, &Panes::triggered);
   connect(made, &ListPane::statusChanged, this, &Panes::statusChanged);
+  connect(made, &ListPane::emptyButtonPressed, this, [this, list] { Q_EMIT fillWanted(list); });
   connect(&made->list(), &ListView::rowActivated, this,
           [this, list](std::size_t row) { Q_EMIT rowActivated(list, row); });
   connect(&made->list(), &ListView::rowDoubleClicked, this,
@@ -110,6 +113,27 @@ void Panes::changeFolders(const std::function<void()>& change) {
 void Panes::setDerivedFrozen(bool frozen) {
   for (const ListId list : kDerivedLists)
     pane(list).setFrozen(frozen);
+  if (!frozen) showEmptyNotes();
+}
+
+void Panes::showEmptyNotes() {
+  for (const ListId list : kDerivedLists) {
+    const EmptyNote note = emptyNoteOf(state_, list);
+    pane(list).setEmptyText(toQString(note.text), toQString(note.button));
+  }
+}
+
+void Panes::clearListsWithoutSource() {
+  const FolderTree& tree = state_.session.tree;
+  NodeIndex root = tree.firstRoot();
+  while (root != kNoNode && tree[root].name() != state_.filled.source)
+    root = tree[root].nextSibling;
+  if (root != kNoNode || state_.filled.source.empty()) return;
+  setDerivedFrozen(true);
+  state_.found.reset();
+  state_.found.finish({});
+  state_.filled = {};
+  setDerivedFrozen(false);
 }
 
 void Panes::setBusy(bool busy) {

@@ -41,6 +41,12 @@ class Panes : public QObject, private LogListener {
   /// Hides the rows of the lists that a scan fills, while it fills them, or shows them again.
   void setDerivedFrozen(bool frozen);
 
+  /// Says in each empty list of a scan why it is empty.
+  void showEmptyNotes();
+
+  /// Clears the lists of a scan if its source is no longer in the tree.
+  void clearListsWithoutSource();
+
   void setBusy(bool busy);
   void setReadOnly();
 
@@ -56,6 +62,7 @@ class Panes : public QObject, private LogListener {
  Q_SIGNALS:
   void triggered(ListId list, CommandId id);
   void statusChanged(ListId list);
+  void fillWanted(ListId list);                     // the button in an empty list was pressed
   void rowActivated(ListId list, std::size_t row);  // Enter was pressed on the row
   void rowDoubleClicked(ListId list, std::size_t row);
 

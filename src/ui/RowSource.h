@@ -63,6 +63,9 @@ class RowSource {
   virtual bool canRename(std::size_t, const Column&) const { return false; }
   virtual Text rename(std::size_t, const Text&) { return {}; }
 
+  /// Whether the row is a network path that the user stored.
+  virtual bool isNetworkPath(std::size_t) const { return false; }
+
   /// Whether another object in the same folder has this name; a rename would replace it.
   virtual bool isNameTaken(std::size_t row, const Text& name) const;
 

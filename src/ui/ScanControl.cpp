@@ -59,12 +59,29 @@ void ScanControl::Ordnerliste_Abarbeiten() {
     panes_.folders().treeChanged();
   });
   if (fillsLists) {
+    state_.filled = filledBy(result);
     panes_.setDerivedFrozen(false);
-    state_.listsAreIncomplete = result.cancelled || result.failed;
   }
   folders.rowsReplaced();
   if (result.lastRoot != kNoNode) folders.selectRow(result.lastRoot);
   Q_EMIT finished(fillsLists);
+}
+
+/// The lists that a run with one source filled.
+FilledLists ScanControl::filledBy(const RunResult& run) const {
+  FilledLists filled;
+  if (run.lastRoot != kNoNode) filled.source = state_.session.tree[run.lastRoot].name();
+  filled.isIncomplete = run.cancelled || run.failed;
+  for (const ListId list : kDerivedLists)
+    filled.wasOn[std::size_t(list)] = isOn(state_.session.options, list);
+  return filled;
+}
+
+void ScanControl::fillList(ListId list) {
+  if (isScanning()) return;
+  state_.session.options.*listRow(list).isOn = 1;
+  if (!state_.filled.source.empty()) scan({state_.filled.source});
+  panes_.showEmptyNotes();
 }
 
 /// Expands every source that the last run read.

@@ -28,6 +28,9 @@ class ScanControl : public QObject {
   /// does nothing, because a double click means only one start.
   void startOrStop();
 
+  /// Switches a list of scans on. If a scan filled the lists, its source is scanned again.
+  void fillList(ListId list);
+
   void stop() { state_.session.context.ScanCancelState = kScanCancelRequested; }
 
   /// Scans the sources in the queue of the session.
@@ -42,6 +45,7 @@ class ScanControl : public QObject {
 
  private:
   void StartSearchViaToolbar();
+  FilledLists filledBy(const RunResult& run) const;
   void expandNewSources();
 
   WindowState& state_;

@@ -71,12 +71,18 @@ void StatusLine::StatusbarSetTextRightAUTO() {
   right_->setText(area_.isRightVisible() ? toQString(statusOf(area_.rightList())) : QString());
 }
 
-/// The description of a list; a list of a scan that was stopped says so.
+/// The description of a list. A list of a scan says whether the scan was stopped, and which source
+/// it read if the tree has others.
 Text StatusLine::statusOf(ListId list) const {
   Text text = panes_.status(list);
   const bool isDerived = std::find(std::begin(kDerivedLists), std::end(kDerivedLists), list) !=
                          std::end(kDerivedLists);
-  if (isDerived && state_.listsAreIncomplete) text.append(kBetween).append(incompleteText());
+  if (!isDerived || state_.filled.source.empty()) return text;
+  const FolderTree& tree = state_.session.tree;
+  const NodeIndex first = tree.firstRoot();
+  const bool hasOtherSources = first != kNoNode && tree[first].nextSibling != kNoNode;
+  if (hasOtherSources) text.append(kBetween).append(state_.filled.source);
+  if (state_.filled.isIncomplete) text.append(kBetween).append(incompleteText());
   return text;
 }
 

@@ -41,6 +41,7 @@ void makeMenus(QMenuBar& bar, CommandSet& main, CommandSet& header, Panes& panes
   main.fillMenu(*view, AppearanceMenu);
   QMenu* const help = addMenu(bar, TL(9563, u"&Hilfe"));
   main.fillMenu(*help, HelpMenu);
+  help->removeAction(main.action(Quit));  // the menu "Source" has it
   help->addAction(main.action(FilterHelp));
 }
 

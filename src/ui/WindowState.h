@@ -7,6 +7,13 @@
 
 namespace ombrelian::ui {
 
+/// The scan that filled the lists beside the tree.
+struct FilledLists {
+  Text source;                          // empty: no scan filled them
+  bool isIncomplete = false;            // the scan was stopped
+  std::array<bool, kLists> wasOn = {};  // the lists that the scan filled
+};
+
 /// Data for the parts of the window: the session with its settings file, and the lists that a
 /// session without a window does not need.
 struct WindowState {
@@ -34,7 +41,7 @@ struct WindowState {
   ListFeeder found;
   FileList files;
   DriveList drives;
-  bool listsAreIncomplete = false;  // the scan that filled the lists was stopped
+  FilledLists filled;
 };
 
 }  // namespace ombrelian::ui
