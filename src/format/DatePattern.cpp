@@ -217,4 +217,14 @@ Text formatTimeSpan(std::int64_t seconds) {
   return out;
 }
 
+Text formatDuration(std::int64_t milliseconds) {
+  constexpr std::int64_t kMinute = 60'000;
+  if (milliseconds >= kMinute) return formatTimeSpan(milliseconds / 1000);
+  const std::int64_t tenths = milliseconds / 100;
+  return toText(tenths / 10)
+      .append(platform::numberSymbols().decimal)
+      .append(toText(tenths % 10))
+      .append(u" s");
+}
+
 }  // namespace ombrelian

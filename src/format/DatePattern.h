@@ -75,4 +75,7 @@ Text formatGeneralDate(Date date);
 /// A span of time as "hh:nn:ss"; the hours may exceed 24. A negative span counts as 0.
 Text formatTimeSpan(std::int64_t seconds);
 
+/// A measured time for people: "3.4 s" below a minute, else as above.
+Text formatDuration(std::int64_t milliseconds);
+
 }  // namespace ombrelian

@@ -131,14 +131,16 @@ constexpr std::span<const BarItem> kBarTable[] = {
 static_assert(std::size(kBarTable) == kBars);
 
 constexpr CommandId kTreeRow[] = {
-    Open,   Reveal,           None,          ExpandSubtree, CollapseSubtree, None,
-    Rescan, RemoveSourceRows, None,          Copy,          CopyPath,        None,
-    Rename, RecycleFolders,   DeleteFolders, None,          Properties};
+    Open,           Reveal,           None, ExpandSubtree, CollapseSubtree, None, Rescan,
+    LeaveOut,       RemoveSourceRows, None, Copy,          CopyPath,        None, Rename,
+    RecycleFolders, DeleteFolders,    None, Properties};
 constexpr CommandId kDriveRow[] = {ScanDrives,        Open, None,      Copy, CopyPath,
                                    RemoveNetworkPath, None, Properties};
-constexpr CommandId kFileRow[] = {Open, Reveal, None,         Copy,        CopyPath, SelectAll,
-                                  None, Rename, RecycleFiles, DeleteFiles, None,     Properties};
-constexpr CommandId kPathRow[] = {Open, Reveal, None, Copy, CopyPath, SelectAll, None, Properties};
+constexpr CommandId kFileRow[] = {Open,        Reveal,    ShowInTree, None,   Copy,
+                                  CopyPath,    SelectAll, None,       Rename, RecycleFiles,
+                                  DeleteFiles, None,      Properties};
+constexpr CommandId kPathRow[] = {Open,     Reveal,    ShowInTree, None,      Copy,
+                                  CopyPath, SelectAll, None,       Properties};
 constexpr CommandId kTextRow[] = {Copy, SelectAll};
 
 /// The bar and the row commands of each list, in the order of ListId.

@@ -85,6 +85,8 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   const Date started = now();
   const std::uint64_t startTick = platform::GetTickCount();
   useFiltersOfOptions();
+  for (const Text& filter : describeFilters(walkFilters(state_.options)))
+    state_.log.LogProtokoll(filter);
   NodeIndex root = sourceNamed(state_.tree, rootName(path));
   if (root == kNoNode) {
     root = Quelle_Einlesen(path);
@@ -101,8 +103,11 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   if (result.cancelled) {
     state_.log.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
   }
-  const std::int64_t seconds = std::int64_t(platform::GetTickCount() - startTick) / 1000;
-  state_.log.LogProtokoll(TL(3830, u"Zeitaufwand: %1", {formatTimeSpan(seconds)}));
+  const auto milliseconds = std::int64_t(platform::GetTickCount() - startTick);
+  const Text tenths = milliseconds < 60'000 ? u" (" + formatDuration(milliseconds) + u")" : Text();
+  state_.log.LogProtokoll(
+      TL(3830, u"Zeitaufwand: %1", {formatTimeSpan(milliseconds / 1000) + tenths}));
+  result.milliseconds += milliseconds;
 }
 
 /// Prepares a source. A single source starts with empty lists; several sources share the tree and

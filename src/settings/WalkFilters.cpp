@@ -16,6 +16,20 @@ std::vector<Text> describeFilters(const WalkFilters& filters) {
   return lines;
 }
 
+void excludeFolder(Options& options, TextView path) {
+  Text pattern;
+  for (const char16_t unit : path) {
+    const bool isSpecial = TextView(u"*?#[").find(unit) != TextView::npos;
+    pattern.append(isSpecial ? u"[" : u"").append(1, unit).append(isSpecial ? u"]" : u"");
+  }
+  Text& patterns = options.FolderList_FilterFolderExclude_Text;
+  if (options.FolderList_FilterFolderExclude_Active != 1) patterns.clear();
+  if (!patterns.empty()) patterns += u',';
+  patterns += pattern;
+  options.FolderList_FilterFolderExclude_Active = 1;
+  options.FolderList_FilterFolderInclude_Active = 0;
+}
+
 WalkFilters walkFilters(const Options& options) {
   const auto textIfOn = [](std::uint8_t active, const Text& text) {
     return active == 1 ? text : Text();

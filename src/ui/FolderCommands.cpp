@@ -1,5 +1,8 @@
 #include "ui/FolderCommands.h"
 
+#include "fs/PathText.h"
+#include "tree/TreeEdit.h"
+
 namespace ombrelian::ui {
 
 FolderCommands::FolderCommands(WindowState& state, Panes& panes, PaneArea& area,
@@ -23,6 +26,26 @@ void FolderCommands::expandSelected(bool expand) {
 
 void FolderCommands::expandLevels(std::uint32_t levels) {
   panes_.changeFolders([&] { panes_.folders().shownFolders().markLevels(levels); });
+}
+
+void FolderCommands::showInTree(ListId list) {
+  const std::vector<Text> paths = panes_.pane(list).selectedPaths();
+  if (paths.empty()) return;
+  const FolderTree& tree = state_.session.tree;
+  // A file is in its folder; a folder that the tree does not have is shown by the folder above it.
+  Text path = paths.front();
+  std::vector<NodeIndex> found = foldersAt(tree, path);
+  while (found.empty() && path.size() > 1) {
+    path = xGetPath(path);
+    path = xRemoveBackslash(path);
+    found = foldersAt(tree, path);
+  }
+  if (found.empty()) return;
+  panes_.changeFolders([&] { panes_.folders().shownFolders().markAbove(found.front()); });
+  if (!area_.isLeftVisible()) area_.showSides(true, true);
+  ListPane& folders = panes_.pane(ListId::Folders);
+  folders.selectRow(found.front());
+  folders.list().setFocus();
 }
 
 void FolderCommands::clearFolders() {

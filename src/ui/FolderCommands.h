@@ -17,6 +17,9 @@ class FolderCommands {
   /// Opens all folders down to `levels` levels below the sources.
   void expandLevels(std::uint32_t levels);
 
+  /// Selects in the tree the folder of the current row of a list, and gives it the focus.
+  void showInTree(ListId list);
+
   /// Removes all sources from the tree; nothing on the disk is changed.
   void clearFolders();
 

@@ -115,6 +115,24 @@ Text FolderRows::rename(std::size_t row, const Text& name) {
   return error;
 }
 
+bool FolderRows::nameHas(NodeIndex node, const QString& text) const {
+  return toQStringView(tree_[node].name()).contains(text, Qt::CaseInsensitive);
+}
+
+bool FolderRows::holds(std::size_t row, const QString& text) const {
+  return nameHas(shown_.node(row), text);
+}
+
+MatchCount FolderRows::countMatches(const QString& text, int milliseconds) {
+  MatchCounter counter(milliseconds);
+  for (NodeIndex root = tree_.firstRoot(); root != kNoNode; root = tree_[root].nextSibling) {
+    for (NodeIndex node = root; node != kNoNode && counter.hasTime();
+         node = nextInSubtree(tree_, node, root))
+      counter.add(nameHas(node, text));
+  }
+  return counter.result();
+}
+
 /// Searches the whole tree, not only the rows that are shown.
 std::optional<RowSource::Id> FolderRows::find(const QString& text, std::size_t from,
                                               bool backward) {
@@ -129,7 +147,7 @@ std::optional<RowSource::Id> FolderRows::find(const QString& text, std::size_t f
   }
   for (std::size_t step = 1; step <= all.size(); ++step) {
     const std::size_t at = (start + (backward ? all.size() - step : step)) % all.size();
-    if (!toQStringView(tree_[all[at]].name()).contains(text, Qt::CaseInsensitive)) continue;
+    if (!nameHas(all[at], text)) continue;
     if (shown_.rowOf(all[at]) == ShownFolders::kNoRow) shown_.markAbove(all[at]);
     return all[at];
   }

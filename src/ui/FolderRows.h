@@ -32,6 +32,8 @@ class FolderRows : public RowSource {
   bool canRename(std::size_t row, const Column& column) const override;
   Text rename(std::size_t row, const Text& name) override;
   std::optional<Id> find(const QString& text, std::size_t from, bool backward) override;
+  MatchCount countMatches(const QString& text, int milliseconds) override;
+  bool holds(std::size_t row, const QString& text) const override;
 
   /// Name of a source, with the label of its drive and the date of the scan if the options request
   /// them.
@@ -48,6 +50,8 @@ class FolderRows : public RowSource {
   ShownFolders& shownFolders() { return shown_; }
 
  private:
+  bool nameHas(NodeIndex node, const QString& text) const;
+
   FolderTree& tree_;
   FolderReport& report_;
   const Options& options_;

@@ -249,7 +249,25 @@ void ListView::keyPressEvent(QKeyEvent* event) {
     Q_EMIT rowActivated(row);
     return;
   }
+  if (state() != EditingState && takeFirstRow(*event)) return;
   QTableView::keyPressEvent(event);
+}
+
+/// Takes the first row with any of the keys that move if no row is selected.
+bool ListView::takeFirstRow(const QKeyEvent& event) {
+  constexpr int kMoves[] = {Qt::Key_Up,       Qt::Key_Down, Qt::Key_PageUp,
+                            Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End};
+  const bool moves =
+      std::find(std::begin(kMoves), std::end(kMoves), event.key()) != std::end(kMoves);
+  if (!moves || model_.rowCount() == 0 || selectionModel()->hasSelection()) return false;
+  goTo(0);
+  return true;
+}
+
+/// Home and End move through the rows, and not through the cells of one row.
+QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+  if (action == MoveHome || action == MoveEnd) modifiers |= Qt::ControlModifier;
+  return QTableView::moveCursor(action, modifiers);
 }
 
 bool ListView::toggleAt(const QPoint& position) {

@@ -59,12 +59,14 @@ class ListView : public QTableView {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void changeEvent(QEvent* event) override;
   void selectionChanged(const QItemSelection& now, const QItemSelection& before) override;
 
  private:
+  bool takeFirstRow(const QKeyEvent& event);
   bool toggleAt(const QPoint& position);
   void columnMoved(int section, int from, int to);
   void storePositions();

@@ -22,6 +22,7 @@
 #include "ui/QtText.h"
 #include "ui/Saving.h"
 #include "ui/StatusLine.h"
+#include "ui/WindowKeys.h"
 #include "ui/WindowMenus.h"
 #include "ui/WindowTitle.h"
 
@@ -48,6 +49,7 @@ struct MainWindow::Owned {
         opening(state, dialogs, panes, scans),
         looks(state, dialogs, panes, *area, *w.main_, *w.header_, w),
         help(dialogs, w),
+        keys(panes, *area, *sources),
         status(state, panes, *area, *w.statusBar()) {}
 
   WindowDialogs dialogs;
@@ -63,6 +65,7 @@ struct MainWindow::Owned {
   OpenCommands opening;
   Looks looks;
   Help help;
+  WindowKeys keys;
   StatusLine status;
 };
 
@@ -137,6 +140,7 @@ void MainWindow::connectParts() {
   });
   connect(&o.scans, &ScanControl::finished, this, [this, &o](bool single) {
     setWindowTitle(ui::windowTitle(state_.session));
+    main_->update();
     if (single) o.files.showFiles(true);
     o.drives.readDrivesOnce();
     o.panes.pane(o.area->rightList()).list().fitColumns();
@@ -261,7 +265,7 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
     if (owned_->scans.isScanning()) owned_->scans.stop();
     return;
   }
-  QMainWindow::keyPressEvent(event);
+  if (!owned_->keys.press(*event)) QMainWindow::keyPressEvent(event);
 }
 
 }  // namespace ombrelian::ui

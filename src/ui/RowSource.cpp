@@ -50,13 +50,6 @@ Text RowSource::renameObject(std::size_t row, const Text& name) const {
   return renameInFolder(path(row), name);
 }
 
-bool RowSource::holds(std::size_t row, const QString& text) const {
-  const auto has = [&](const Column& column) {
-    return toQString(shown(row, column)).contains(text, Qt::CaseInsensitive);
-  };
-  return std::any_of(columns().begin(), columns().end(), has);
-}
-
 std::optional<RowSource::Id> RowSource::find(const QString& text, std::size_t from, bool backward) {
   const std::size_t rows = count();
   for (std::size_t step = 1; step <= rows; ++step) {
@@ -66,6 +59,13 @@ std::optional<RowSource::Id> RowSource::find(const QString& text, std::size_t fr
   return std::nullopt;
 }
 
+MatchCount RowSource::countMatches(const QString& text, int milliseconds) {
+  MatchCounter counter(milliseconds);
+  for (std::size_t row = 0; row < count() && counter.hasTime(); ++row)
+    counter.add(holds(row, text));
+  return counter.result();
+}
+
 GridRows::GridRows(Grid& grid, const Options& options, ListId list)
     : grid_(grid), options_(options), list_(list) {
   GridRows::applySettings();
@@ -73,6 +73,13 @@ GridRows::GridRows(Grid& grid, const Options& options, ListId list)
 
 void GridRows::applySettings() {
   format_ = CellFormat(grid_.columns(), listSizes(options_, list_), options_.DateFormat);
+}
+
+bool GridRows::holds(std::size_t row, const QString& text) const {
+  const auto visible = visibleColumns(columns(), listLayout(options_, list_));
+  return std::any_of(visible.begin(), visible.end(), [&](const Column* column) {
+    return toQString(shown(row, *column)).contains(text, Qt::CaseInsensitive);
+  });
 }
 
 const Column* GridRows::column(TextView key) const {

@@ -8,6 +8,7 @@
 #include "lists/CellFormat.h"
 #include "lists/ListTable.h"
 #include "settings/Options.h"
+#include "ui/MatchCounter.h"
 
 namespace ombrelian::ui {
 
@@ -74,6 +75,12 @@ class RowSource {
   /// rebuild().
   virtual std::optional<Id> find(const QString& text, std::size_t from, bool backward);
 
+  /// Number of objects that find() can find, as far as they can be counted within `milliseconds`.
+  virtual MatchCount countMatches(const QString& text, int milliseconds);
+
+  /// Whether a search for the text finds the row.
+  virtual bool holds(std::size_t row, const QString& text) const = 0;
+
   /// Lists the rows again after find() expanded folders.
   virtual void rebuild() {}
 
@@ -81,8 +88,6 @@ class RowSource {
   /// Renames the object of a row on the disk. Returns the error text; empty: the object was
   /// renamed.
   Text renameObject(std::size_t row, const Text& name) const;
-
-  bool holds(std::size_t row, const QString& text) const;
 };
 
 /// The rows of a grid, in the order of the grid.
@@ -104,6 +109,9 @@ class GridRows : public RowSource {
   bool sortedDescending() const override { return grid_.sortedDescending(); }
   RowLook look(std::size_t row) const override { return {.band = grid_.band(row)}; }
   Text path(std::size_t row) const override;
+
+  /// Looks at the visible columns.
+  bool holds(std::size_t row, const QString& text) const override;
 
  protected:
   /// The column with this key; null: the list has no such column.

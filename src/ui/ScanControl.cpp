@@ -1,6 +1,9 @@
 #include "ui/ScanControl.h"
 
 #include "fs/z_Filesystem.h"
+#include "settings/WalkFilters.h"
+#include "support/Translate.h"
+#include "tree/TreeOrder.h"
 #include "ui/QtText.h"
 #include "ui/RowsInPanes.h"
 
@@ -53,6 +56,7 @@ void ScanControl::Ordnerliste_Abarbeiten() {
   RowsInPanes rows(panes_, session.folderReport);
   ScanRun run(session.scanState(dialogs_, &state_.found), &rows);
   const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
+  state_.scanMilliseconds = result.milliseconds;
   ListPane& folders = panes_.pane(ListId::Folders);
   folders.model().replace([&] {
     expandNewSources();
@@ -75,6 +79,25 @@ FilledLists ScanControl::filledBy(const RunResult& run) const {
   for (const ListId list : kDerivedLists)
     filled.wasOn[std::size_t(list)] = isOn(state_.session.options, list);
   return filled;
+}
+
+void ScanControl::leaveOut() {
+  const std::size_t row = panes_.currentFolder();
+  if (row == RowSource::kNoRow || state_.isBusy()) return;
+  const FolderTree& tree = state_.session.tree;
+  const Text path = panes_.folders().path(row);
+  const Text source(tree[sourceOf(tree, NodeIndex(panes_.folders().id(row)))].name());
+  if (path == source) return;
+  if (path.find(u',') != Text::npos) {
+    dialogs_.message(TL(9777,
+                        u"Ein Komma im Pfad trennt Filter; '%1' kann deshalb nicht weggelassen "
+                        u"werden.",
+                        {path}),
+                     UserInterface::Severity::Warning);
+    return;
+  }
+  excludeFolder(state_.session.options, path);
+  scan({source});
 }
 
 void ScanControl::fillList(ListId list) {

@@ -31,6 +31,10 @@ class ScanControl : public QObject {
   /// Switches a list of scans on. If a scan filled the lists, its source is scanned again.
   void fillList(ListId list);
 
+  /// Adds the current folder of the tree to the filter of folders that are not scanned, and scans
+  /// its source again.
+  void leaveOut();
+
   void stop() { state_.session.context.ScanCancelState = kScanCancelRequested; }
 
   /// Scans the sources in the queue of the session.

@@ -4,10 +4,17 @@
 #include <QKeyEvent>
 #include <QToolButton>
 
+#include "lists/ListStatus.h"
 #include "support/Translate.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
+namespace {
+
+constexpr int kTypedMs = 200;  // a search begins this long after the last key
+constexpr int kCountMs = 60;   // longest time for counting the matches
+
+}  // namespace
 
 SearchBox::SearchBox(ListView& list, CommandSet& commands, QWidget* parent)
     : QWidget(parent),
@@ -32,6 +39,10 @@ SearchBox::SearchBox(ListView& list, CommandSet& commands, QWidget* parent)
     layout->addWidget(button);
   }
   layout->addWidget(result_);
+  typed_.setSingleShot(true);
+  typed_.setInterval(kTypedMs);
+  connect(&typed_, &QTimer::timeout, this, &SearchBox::searchTyped);
+  connect(text_, &QLineEdit::textEdited, this, [this] { typed_.start(); });
   connect(text_, &QLineEdit::textChanged, this, [this] { result_->clear(); });
   applySettings();
 }
@@ -43,8 +54,24 @@ void SearchBox::applySettings() {
 }
 
 void SearchBox::toggled() {
+  const CommandState state = commands_.state(CommandId::Search);
+  const bool isInUse = isVisible() && (!text_->hasFocus() || !text_->text().isEmpty());
+  if (isInUse && !state.isChecked()) *state.flag = state.value;
+  commands_.update();
   applySettings();
-  if (isVisible()) text_->setFocus();
+  if (isVisible()) {
+    text_->setFocus();
+    text_->selectAll();
+  } else {
+    list_.setFocus();
+  }
+}
+
+void SearchBox::close() {
+  *commands_.state(CommandId::Search).flag = 0;
+  commands_.update();
+  applySettings();
+  list_.setFocus();
 }
 
 /// Return and the arrows search, Escape closes the box.
@@ -62,9 +89,7 @@ bool SearchBox::eventFilter(QObject* object, QEvent* event) {
       search(key->key() == Qt::Key_Up);
       return true;
     case Qt::Key_Escape:
-      if (QAction* const toggle = commands_.action(CommandId::Search); toggle->isChecked())
-        toggle->trigger();
-      list_.setFocus();
+      close();
       return true;
     default:
       return false;
@@ -86,8 +111,28 @@ void SearchBox::search(bool backward) {
   if (rows.rowOf(*found) == RowSource::kNoRow) model.rearrange([&] { rows.rebuild(); });
   const std::size_t row = rows.rowOf(*found);
   if (row != RowSource::kNoRow) list_.goTo(row);
-  const bool wrapped = backward ? row >= from : row <= from;
-  result_->setText(wrapped ? toQString(TL(9548, u"Von vorn gesucht")) : QString());
+  showMatches(text, backward ? row >= from : row <= from);
+}
+
+/// Searches while the user types: a row that still has the text stays the current one.
+void SearchBox::searchTyped() {
+  const QString text = text_->text();
+  const std::size_t current = list_.currentRow();
+  if (text.isEmpty()) return;
+  if (current != RowSource::kNoRow && list_.list().rows().holds(current, text)) {
+    showMatches(text, false);
+  } else {
+    search(false);
+  }
+}
+
+void SearchBox::showMatches(const QString& text, bool hasWrapped) {
+  const MatchCount matches = list_.list().rows().countMatches(text, kCountMs);
+  const Text number = statusCount(std::int64_t(matches.count));
+  Text shown =
+      matches.isAll ? TL(9769, u"Treffer: %1", {number}) : TL(9770, u"Treffer: über %1", {number});
+  if (hasWrapped) shown.append(u" \u00B7 ").append(TL(9548, u"Von vorn gesucht"));
+  result_->setText(toQString(shown));
 }
 
 }  // namespace ombrelian::ui

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QTimer>
 
 #include "ui/CommandSet.h"
 #include "ui/ListView.h"
@@ -19,7 +20,8 @@ class SearchBox : public QWidget {
   /// Shows or hides the box, depending on the options.
   void applySettings();
 
-  /// Shows or hides the box after the user switched it on or off. A visible box gets the focus.
+  /// Shows or hides the box after the user switched it on or off. A visible box gets the focus. A
+  /// box with a text, or without the focus, gets the focus instead of being hidden.
   void toggled();
 
   /// Moves to the next row that has the text, from the current row on; after the end it continues
@@ -30,10 +32,15 @@ class SearchBox : public QWidget {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
+  void close();
+  void searchTyped();
+  void showMatches(const QString& text, bool hasWrapped);
+
   ListView& list_;
   CommandSet& commands_;
   QLineEdit* text_;
   QLabel* result_;
+  QTimer typed_;  // runs from the last key to the search
 };
 
 }  // namespace ombrelian::ui

@@ -1,5 +1,8 @@
 #include "ui/StatusLine.h"
 
+#include <unordered_set>
+
+#include "format/DatePattern.h"
 #include "format/Sizes.h"
 #include "lists/ListStatus.h"
 #include "support/Translate.h"
@@ -17,7 +20,7 @@ constexpr TextView kBetween = u"  \u00B7  ";
 Text incompleteText() { return TL(9705, u"unvollständig"); }
 
 /// The number of sources, and the sums of all of them.
-Text describeSources(const FolderTree& tree, const Options& options) {
+Text describeSources(const FolderTree& tree, const Options& options, std::int64_t milliseconds) {
   std::int64_t roots = 0;
   ScanTotals sum;
   bool isInside = false;
@@ -35,6 +38,7 @@ Text describeSources(const FolderTree& tree, const Options& options) {
         {statusCount(sum.Files), statusCount(sum.Folders), xFormatFileSizeAuto(sum.Size, true)}));
   }
   if (sum.Errors > 0) add(TL(9706, u"Fehler: %1", {statusCount(sum.Errors)}));
+  if (sum.Folders + sum.Files > 0) add(TL(9771, u"Dauer: %1", {formatDuration(milliseconds)}));
   if (isIncomplete(tree)) add(incompleteText());
   if (isInside) add(TL(9707, u"Eine Quelle liegt in einer anderen."));
   if (const int filters = filtersOfScan(options); filters > 0)
@@ -67,8 +71,28 @@ StatusLine::StatusLine(WindowState& state, Panes& panes, PaneArea& area, QStatus
 void StatusLine::StatusbarSetTextRightAUTO() {
   if (state_.isBusy()) return;
   const FolderTree& tree = state_.session.tree;
-  left_->setText(toQString(describeSources(tree, state_.session.options)));
+  left_->setText(toQString(describeSources(tree, state_.session.options, state_.scanMilliseconds) +
+                           selectedFolders()));
   right_->setText(area_.isRightVisible() ? toQString(statusOf(area_.rightList())) : QString());
+}
+
+/// Number and size of the selected folders if there are several; folders below a selected folder do
+/// not count again.
+Text StatusLine::selectedFolders() const {
+  const std::vector<RowSource::Id> ids = panes_.selectedIds(ListId::Folders);
+  if (ids.size() < 2) return {};
+  const FolderTree& tree = state_.session.tree;
+  const std::unordered_set<RowSource::Id> selected(ids.begin(), ids.end());
+  std::int64_t size = 0;
+  for (const RowSource::Id id : ids) {
+    NodeIndex above = tree[NodeIndex(id)].parent;
+    while (above != kNoNode && !selected.contains(above))
+      above = tree[above].parent;
+    if (above == kNoNode) size = addSizes(size, tree[NodeIndex(id)].size);
+  }
+  return Text(kBetween).append(
+      TL(9772, u"Ausgewählt: %1, %2",
+         {statusCount(std::int64_t(ids.size())), xFormatFileSizeAuto(size, true)}));
 }
 
 /// The description of a list. A list of a scan says whether the scan was stopped, and which source

@@ -30,6 +30,7 @@ class StatusLine : public QObject {
 
  private:
   Text statusOf(ListId list) const;
+  Text selectedFolders() const;
 
   WindowState& state_;
   Panes& panes_;

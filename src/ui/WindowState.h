@@ -42,6 +42,7 @@ struct WindowState {
   FileList files;
   DriveList drives;
   FilledLists filled;
+  std::int64_t scanMilliseconds = 0;  // time of the last run
 };
 
 }  // namespace ombrelian::ui

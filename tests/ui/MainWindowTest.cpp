@@ -75,6 +75,34 @@ TEST_F(MainWindowTest, AnEmptyListSaysWhyAndItsButtonFillsIt) {
   EXPECT_FALSE(run.pane(ListId::Hardlinks).findChild<QPushButton*>()->text().isEmpty());
 }
 
+TEST_F(ScannedMainWindowTest, KeysReachTheListThatWasUsedLastAndGoRoundThePanes) {
+  run_.execute(std::nullopt, Id::ShowTopLists);
+  ListView& top = run_.list(ListId::LargestFiles);
+  QTest::keyClick(&top, Qt::Key_Down);
+  EXPECT_EQ(top.currentRow(), 0U);
+  QTest::keyClick(&top, Qt::Key_End);
+  EXPECT_EQ(top.currentRow(), 5U);
+  QTest::keyClick(&top, Qt::Key_Home, Qt::ShiftModifier);
+  EXPECT_EQ(top.selectedRowNumbers().size(), 6U);
+  QWidget* const source = run_.window->parts().sources.lineEdit();
+  QTest::keyClick(&top, Qt::Key_F6);
+  EXPECT_TRUE(source->hasFocus());
+  QTest::keyClick(source, Qt::Key_F, Qt::ControlModifier);
+  auto* const search = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+  ASSERT_TRUE(search != nullptr && run_.pane(ListId::LargestFiles).isAncestorOf(search));
+  QTest::keyClicks(search, u"needle"_s);
+  EXPECT_TRUE(QTest::qWaitFor(
+      [this] { return hasLabel(run_.pane(ListId::LargestFiles), u"Treffer: 1"_s); }));
+  top.setFocus();
+  QTest::keyClick(&top, Qt::Key_F, Qt::ControlModifier);
+  EXPECT_TRUE(search->hasFocus()) << "a search in use is not closed";
+  EXPECT_TRUE(run_.execute(ListId::LargestFiles, Id::ShowInTree));
+  EXPECT_EQ(run_.pane(kFolders).selectedPaths(), std::vector<Text>{tree_.text("small/deep")});
+  EXPECT_TRUE(run_.execute(kFolders, Id::LeaveOut));
+  run_.execute(kFolders, Id::ExpandAll);
+  EXPECT_FALSE(run_.column(kFolders).contains(u"deep"_s));
+}
+
 TEST_F(ScannedMainWindowTest, ExpandingSortingAndSearchingKeepTheSelection) {
   ListPane& pane = run_.pane(kFolders);
   run_.execute(kFolders, Id::ExpandAll);
