@@ -44,7 +44,7 @@ Text repair(const Text& path) {
   std::string bytes;
   const ErrorCode error = platform::ReadWholeFile(path, bytes);
   if (error != kSuccess || bytes.starts_with(kIniByteOrderMark)) return {};
-  const Text copy = bytes.empty() ? Text() : path + u".bak";
+  Text copy = bytes.empty() ? Text() : path + u".bak";
   if (!copy.empty() && platform::ReplaceWholeFile(copy, bytes)) return {};
   platform::ReplaceWholeFile(path, withMark(std::move(bytes)));
   return copy;
