@@ -156,6 +156,21 @@ void appendRow(const Command& command, Text& page) {
   page.append(u" | ").append(command.changesDisk ? u"yes" : u"").append(u" |\n");
 }
 
+/// The commands on a bar from left to right, each menu in parentheses behind its command. "/" is
+/// the line between two groups.
+void appendBar(Bar bar, Text& page) {
+  page.append(u"| ").append(kBarNames[int(bar)]).append(u" |");
+  CommandId menu = CommandId::None;
+  for (const BarItem& item : barItems(bar)) {
+    if (item.popup != menu && menu != CommandId::None) page += u" )";
+    if (item.beginsGroup) page += u" /";
+    if (item.popup != menu && item.popup != CommandId::None) page += u" (";
+    menu = item.popup;
+    page.append(u" ").append(toText(int(item.id)));
+  }
+  page.append(menu == CommandId::None ? u"" : u" )").append(u" |\n");
+}
+
 }  // namespace
 
 int filtersOfScan(const Options& o) {
@@ -198,6 +213,10 @@ Text commandPage() {
   page += u"|---:|---|---|---|---|---|---|\n";
   for (const Command& command : kCommands)
     appendRow(command, page);
+  page += u"\n## Bars\n\nA menu is in parentheses; a slash is a line between two groups.\n\n";
+  page += u"| Bar | Commands from left to right |\n|---|---|\n";
+  for (int bar = 0; bar < kBars; ++bar)
+    appendBar(Bar(bar), page);
   return page;
 }
 

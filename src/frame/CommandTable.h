@@ -130,8 +130,8 @@ std::span<const CommandId> rowCommands(ListId list);
 /// nothing on the disk.
 bool hasCommand(ListId list, CommandId id);
 
-/// The table as a page in Markdown: number, caption, tooltip, bars, shortcut, missing parts, and
-/// which commands change the disk.
+/// The tables as a page in Markdown: number, caption, tooltip, bars, shortcut and missing part of
+/// each command, which commands change the disk, and what is on each bar.
 Text commandPage();
 
 }  // namespace ombrelian

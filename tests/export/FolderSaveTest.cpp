@@ -8,6 +8,7 @@
 
 #include <fstream>
 
+#include "export/FolderFeed.h"
 #include "export/ListText.h"
 #include "export/XlsxWriter.h"
 #include "lists/ListTable.h"
@@ -96,6 +97,21 @@ TEST_F(FolderSaveTest, ACancelledSaveIsWholeUpToItsLastRowAndNoneIsWrittenWithou
   tree.clear();
   EXPECT_FALSE(save("none.csv").has_value());
   EXPECT_EQ(namesIn(out.path()), std::vector<std::string>{"r.csv"});
+}
+
+TEST_F(FolderSaveTest, NothingIsGivenAfterASinkRefusedARow) {
+  struct Sink : ReportSink {
+    bool beginSource(const ReportSource& source) override {
+      return told.push_back(source.path), true;
+    }
+    bool row(const ReportRow& row) override {
+      return told.push_back(Text(row.name)), told.size() < 3;
+    }
+    void endSource() override { told.push_back(u"end"); }
+    Names told;
+  } sink;
+  FolderFeed(report, {}, root, false).feed(sink);
+  EXPECT_EQ(sink.told, (Names{u"/src", u"/src", u"/src/deep", u"end"})) << "no second source";
 }
 
 TEST(ReportFormatTest, TheNamesEndDecides) {

@@ -12,6 +12,7 @@
 
 #include "fs/z_Filesystem.h"
 #include "platform/Accounts.h"
+#include "platform/Time.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/Lists.h"
 #include "tests/testing/ScopedLocale.h"
@@ -67,7 +68,9 @@ TEST_F(FileListTest, FilesAloneAreListedTheLargestFirst) {
   folder.symlink("linkedFolder", "sub");
   folder.file("bad\xff.TXT", 6);
   Text path = folder.text();
+  const Date before = toDate(platform::GetLocalTime());
   ASSERT_TRUE(list.List_Files_ScanFolder(path, false));
+  EXPECT_GE(list.readAt(), before);
   EXPECT_EQ(path, folder.text() + u"/");
   EXPECT_EQ(list.folder(), path);
   const Text bad = fromBytes("bad\xff.TXT");

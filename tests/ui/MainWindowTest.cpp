@@ -595,6 +595,8 @@ TEST_F(PartsTest, FilesFollowTheSelectedFolderWhileTheirListIsVisible) {
   session_.options.FileList_Filter_Text = u"late";
   parts_.files.filterChanged(ListId::Files);
   EXPECT_EQ(names(ListId::Files), QStringList(u"late"_s));
+  CommandSet& files = pane(ListId::Files).commands();
+  EXPECT_TRUE(files.action(Id::FilterMenu)->isChecked()) << "a filter in force is marked";
   EXPECT_EQ(pane(ListId::Files).findChild<ElidedLabel*>()->toolTip(), path("big"));
   parts_.files.hideFiles();
   EXPECT_TRUE(names(ListId::Files).isEmpty());
