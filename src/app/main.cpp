@@ -25,6 +25,7 @@ void printHelp(Console& console) {
          u"Liest jeden Ordner QUELLE ein und speichert die Ordnerliste als ZIEL;%!"
          u"ohne '-s' und '--lists' öffnet sich das Fenster.%!"
          u"Die Endung von ZIEL bestimmt das Format: .txt, .csv, .html, .xml oder .xlsx.%!"
+         u"ZIEL '-' ist die Standardausgabe, in UTF-8; '--format' bestimmt das Format.%!"
          u"%!"
          u"  -s[EBENEN]        Ebenen unter jeder Quelle, die eine Zeile bekommen%!"
          u"                    (ohne Zahl alle; 0 nur die Quellen)%!"
@@ -56,15 +57,6 @@ void printHelp(Console& console) {
          u"Beispiel:%!"
          u"  ombrelian -s2 bericht.txt ~/Bilder /var");
   console.print(replaceAll(help, u"\r\n", u"\n"));
-}
-
-Text joined(const std::vector<Text>& arguments) {
-  Text line;
-  for (const Text& argument : arguments) {
-    if (!line.empty()) line += u' ';
-    line.append(u"\"").append(argument).append(u"\"");
-  }
-  return line;
 }
 
 /// Starts the window, which is a separate program, so that this program needs no Qt.
@@ -108,7 +100,7 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
   if (line.mode != Mode::Silent && line.mode != Mode::Lists) {
     return startWindow(arguments, console);
   }
-  StartUp startUp(line, joined(arguments), translation.LanguageId());
+  StartUp startUp(line, commandText(arguments), translation.LanguageId());
   Session session;
   session.loadOptions(startUp.settings());
   if (!startUp.settingsNotice().empty())

@@ -8,8 +8,8 @@
 namespace ombrelian {
 
 Failure FolderSave::SAVE(const Text& FileName, std::int32_t Levels, std::int32_t Delimiter,
-                         TextView CustomDelimiter) {
-  return write(formatOfFileName(FileName), FileName, levelLimit(Levels),
+                         TextView CustomDelimiter, std::optional<ReportFormat> format) {
+  return write(format.value_or(formatOfFileName(FileName)), FileName, levelLimit(Levels),
                delimiter(Delimiter, CustomDelimiter));
 }
 

@@ -17,13 +17,14 @@ class FolderSave {
   FolderSave(const FolderReport& report, const Options& options, UserInterface& ui)
       : report_(report), options_(options), ui_(ui) {}
 
-  /// Saves to `FileName` (absolute) in the format of its ending. `Levels` is kKeepLevels,
+  /// Saves to `FileName` (absolute, or kStandardOutput) in the format of its ending, or in `format`
+  /// if there is one. `Levels` is kKeepLevels,
   /// kAllLevels or a number of levels. `Delimiter` is a choice of delimiterText; any other value
   /// means the delimiter of the settings. A `CustomDelimiter` that is not empty is used instead. A
   /// report without rows is not written, and this is not a failure. After a failure the target has
   /// not changed.
   Failure SAVE(const Text& FileName, std::int32_t Levels, std::int32_t Delimiter,
-               TextView CustomDelimiter);
+               TextView CustomDelimiter, std::optional<ReportFormat> format = {});
 
   /// Saves in the format `format`, regardless of the ending of the name, with the levels and the
   /// delimiter of the save settings.

@@ -65,6 +65,7 @@ void HtmlWriter::endDocument() {
 
 void HtmlWriter::SaveHtmlHeader(const ReportSource& source) {
   line_ = u"<!DOCTYPE html><html><head>";
+  if (isPiped()) line_ += u"<meta charset=\"UTF-8\">";  // a file has a byte order mark
   line_ += kContentPolicy;
   writeLine(line_.append(kScriptBegin).append(kSortScript).append(kScriptEnd));
   writeLine(GetTableHtmlStyles());

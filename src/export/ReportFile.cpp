@@ -10,20 +10,30 @@ constexpr std::size_t kBufferSize = std::size_t(256) * 1024;  // bytes
 }  // namespace
 
 Failure ReportFile::open(TextView target) {
+  if (target == kStandardOutput) return openOutput();
   failure_ = file_.open(target);
   buffer_.reserve(kBufferSize + kBufferSize / 4);
   buffer_ = "\xFF\xFE";
   return failure_;
 }
 
+Failure ReportFile::openOutput() {
+  platform::ErrorCode error = platform::kSuccess;
+  output_ = platform::OpenStandardOutput(error);
+  if (error != platform::kSuccess) failure_ = systemError(error, u"ReportFile");
+  return failure_;
+}
+
 void ReportFile::SaveLineToFile(TextView line, bool WithLineEnd) {
   append(line);
-  if (WithLineEnd) append(u"\r\n");
+  if (WithLineEnd) append(isPiped() ? u"\n" : u"\r\n");
   if (buffer_.size() >= kBufferSize) flush();
 }
 
 void ReportFile::append(TextView text) {
-  if constexpr (std::endian::native == std::endian::little) {
+  if (isPiped()) {
+    appendBytes(text, buffer_);
+  } else if constexpr (std::endian::native == std::endian::little) {
     buffer_.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
   } else {
     for (const char16_t unit : text) {
@@ -34,12 +44,18 @@ void ReportFile::append(TextView text) {
 }
 
 void ReportFile::flush() {
-  if (!failure_) failure_ = file_.write(buffer_);
+  if (!failure_) failure_ = isPiped() ? writeOutput() : file_.write(buffer_);
   buffer_.clear();
+}
+
+Failure ReportFile::writeOutput() {
+  const platform::ErrorCode error = platform::WriteFile(output_, buffer_);
+  return error == platform::kSuccess ? Failure() : systemError(error, u"ReportFile");
 }
 
 Failure ReportFile::commit() {
   flush();
+  if (isPiped()) return failure_;
   const Failure committed = file_.commit();
   if (!failure_) failure_ = committed;
   return failure_;

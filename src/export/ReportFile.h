@@ -7,8 +7,12 @@
 
 namespace ombrelian {
 
+/// The target that is the standard output.
+inline constexpr TextView kStandardOutput = u"-";
+
 /// Writes a report in text form to the disk: UTF-16, little-endian, with a byte order mark; lines
-/// end with CR LF. The file gets the name of its target only when it is complete.
+/// end with CR LF. The file gets the name of its target only when it is complete. The standard
+/// output gets what other programs expect of it: UTF-8 without a mark; lines end with LF.
 class ReportFile {
  public:
   Failure open(TextView target);
@@ -16,6 +20,9 @@ class ReportFile {
   /// Appends all code units of `line` without changes. A failed write is kept for commit(), so the
   /// caller need not check each line.
   void SaveLineToFile(TextView line, bool WithLineEnd);
+
+  /// Whether the report goes to the standard output.
+  bool isPiped() const { return output_.isOpen(); }
 
   /// The first failure so far.
   const Failure& failure() const { return failure_; }
@@ -27,7 +34,11 @@ class ReportFile {
   void append(TextView text);
   void flush();
 
+  Failure openOutput();
+  Failure writeOutput();
+
   platform::ReplacingFile file_;
+  platform::FileHandle output_;  // the standard output, if that is the target
   std::string buffer_;
   Failure failure_;
 };

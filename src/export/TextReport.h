@@ -17,6 +17,7 @@ class TextReport : public ReportWriter {
   Failure commit() override { return file_.commit(); }
 
  protected:
+  bool isPiped() const { return file_.isPiped(); }
   void writeLine(TextView line) { file_.SaveLineToFile(line, true); }
 
   /// Writes a line. Its line end is written only if the shape of the list requires it or another

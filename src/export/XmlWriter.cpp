@@ -36,7 +36,10 @@ void XML_replace_illegal_chars(TextView text, Text& out) {
   }
 }
 
-void XmlWriter::beginDocument() { writeLine(u"<?xml version=\"1.0\" encoding=\"UTF-16\"?>"); }
+void XmlWriter::beginDocument() {
+  line_ = u"<?xml version=\"1.0\" encoding=\"";
+  writeLine(line_.append(isPiped() ? u"UTF-8" : u"UTF-16").append(u"\"?>"));
+}
 
 void XmlWriter::beginSource(const ReportSource& source) {
   const auto writeFact = [this](TextView key, TextView value) {

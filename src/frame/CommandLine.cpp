@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "export/ReportFile.h"
 #include "platform/Files.h"
 #include "support/Translate.h"
 
@@ -147,15 +148,24 @@ class ArgumentReader {
     return stop(CommandLine::Mode::Invalid);
   }
 
+  /// Whether the line writes a report to the standard output.
+  bool writesOutput() const {
+    return line_.mode == CommandLine::Mode::Silent && !paths_.empty() &&
+           paths_.front() == kStandardOutput;
+  }
+
   /// Whether the options for lists are used in a line where they have a meaning.
   bool checkLists() {
-    const bool saves = !line_.saveFolder.empty() || line_.format.has_value();
+    const bool hasFormat = line_.format.has_value() && !writesOutput();
+    const bool saves = !line_.saveFolder.empty() || hasFormat;
     const bool hasOptions = line_.json || line_.rows >= 0 || saves;
     if (!wantsLists_ && !hasOptions) return true;
     if (!wantsLists_ || line_.mode == CommandLine::Mode::Silent) {
-      return fail(TL(9016,
-                     u"'--rows', '--json', '--save' und '--format' gelten nur mit '--lists', und "
-                     u"'--lists' nicht zusammen mit '-s'."));
+      return fail(
+          TL(9016,
+             u"'--rows', '--json', '--save' und '--format' gelten nur mit '--lists' ('--format' "
+             u"auch mit dem Ziel '-'), und "
+             u"'--lists' nicht zusammen mit '-s'."));
     }
     if (saves && (line_.json || line_.rows >= 0 || line_.saveFolder.empty())) {
       return fail(TL(9342,
@@ -178,6 +188,12 @@ class ArgumentReader {
               u"'--help' zeigt ein Beispiel."));
       return;
     }
+    if (writesOutput() && line_.format == ReportFormat::XLSX) {
+      fail(TL(9778,
+              u"Eine Arbeitsmappe braucht eine Datei als Ziel; auf die Standardausgabe gehen "
+              u"txt, csv, html und xml."));
+      return;
+    }
     for (std::size_t i = 0; i < paths_.size(); ++i) {
       if (paths_[i].empty()) {
         fail(TL(9703,
@@ -186,7 +202,7 @@ class ArgumentReader {
       }
       Text path = platform::GetFullPathNameW(paths_[i]);
       if (isSilent && i == 0) {
-        line_.target = std::move(path);
+        line_.target = writesOutput() ? Text(kStandardOutput) : std::move(path);
       } else if (std::find(line_.sources.begin(), line_.sources.end(), path) ==
                  line_.sources.end()) {
         line_.sources.push_back(std::move(path));
@@ -253,6 +269,15 @@ void readSilentText(TextView line, CommandLine& result) {
 
 bool wantsTranslatorMode(const std::vector<Text>& arguments) {
   return std::find(arguments.begin(), arguments.end(), kTranslatorMode) != arguments.end();
+}
+
+Text commandText(const std::vector<Text>& arguments) {
+  Text line;
+  for (const Text& argument : arguments) {
+    if (!line.empty()) line += u' ';
+    line.append(u"\"").append(argument).append(u"\"");
+  }
+  return line;
 }
 
 CommandLine parseArguments(const std::vector<Text>& arguments) {

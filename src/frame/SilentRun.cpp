@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "export/FolderSave.h"
+#include "export/ReportFile.h"
 #include "format/Sizes.h"
 #include "platform/ReplacingFile.h"
 #include "platform/Time.h"
@@ -16,6 +17,7 @@ using Severity = UserInterface::Severity;
 /// Error text if it is known before the scan that the report cannot be saved; empty: no error is
 /// known.
 Text findObstacle(const Text& target) {
+  if (target == kStandardOutput) return {};
   const Failure failure = platform::ReplacingFile::check(target);
   return failure ? unwritableText(target, *failure) : Text();
 }
@@ -54,12 +56,18 @@ int runSilently(const CommandLine& line, Session& session, Console& console) {
   const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
   if (result.sourcesScanned == 0) return kExitNothing;
   FolderSave save(session.folderReport, session.options, console);
-  const Failure failure = save.SAVE(line.target, line.levels, line.delimiter, line.customDelimiter);
+  const Failure failure =
+      save.SAVE(line.target, line.levels, line.delimiter, line.customDelimiter, line.format);
   if (failure) {
     console.message(unwritableText(line.target, *failure), Severity::Error);
     return kExitNothing;
   }
-  console.print(summary(result.sum, platform::GetTickCount() - start, line.target));
+  const Text sums = summary(result.sum, platform::GetTickCount() - start, line.target);
+  if (line.target == kStandardOutput) {
+    console.message(sums, Severity::Information);
+  } else {
+    console.print(sums);
+  }
   return result.isComplete() ? kExitDone : kExitPartial;
 }
 

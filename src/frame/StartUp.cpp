@@ -71,7 +71,8 @@ StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
   if (!platform::GetApplicationDataFolder().empty()) xCreatePath(dataPath_);
   ProgramFacts facts;
   facts.title = kProgramName;
-  facts.version = versionText();
+  facts.version =
+      toText(kVersionMajor) + u"." + toText(kVersionMinor) + u"." + toText(kVersionRevision);
   facts.commandLine = commandText;
   facts.dataPath = dataPath_;
   facts.iniFile = iniFile_;

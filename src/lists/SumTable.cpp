@@ -1,6 +1,7 @@
 #include "lists/SumTable.h"
 
 #include "platform/Locale.h"
+#include "tree/ScanTotals.h"
 
 namespace ombrelian {
 
@@ -18,7 +19,7 @@ void SumTable::clear() {
 
 void SumTable::add(TextView key, std::int64_t size, std::int32_t files, std::int32_t folders) {
   const auto slot = std::size_t(slotOf(key));
-  sizes_[slot] += size;
+  sizes_[slot] = addSizes(sizes_[slot], size);
   files_[slot] += files;
   folders_[slot] += folders;
 }

@@ -57,6 +57,7 @@ class FileHandle {
   friend ErrorCode WriteFile(FileHandle&, std::string_view);
   friend ErrorCode ReadFile(FileHandle&, char*, std::size_t, std::size_t&);
   friend ErrorCode CloseHandle(FileHandle&);
+  friend FileHandle OpenStandardOutput(ErrorCode&);
   friend ErrorCode NameFile(const FileHandle&, TextView);
   friend ErrorCode LockFile(FileHandle&);
   friend ErrorCode CopyFileSecurity(TextView, FileHandle&);
@@ -79,6 +80,9 @@ inline constexpr int kCreateNameless = 7;  // makes a file without a name on the
 /// Opens or makes a file. The file mask of the process decides who may read a new file. A folder
 /// can be opened with kOpenRead for LockFile alone.
 FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error);
+
+/// The standard output of the process.
+FileHandle OpenStandardOutput(ErrorCode& error);
 
 /// Gives a file that was made with kCreateNameless, open in any way, the name `path`, which must be
 /// on the same volume; kAlreadyExists: the name is taken.

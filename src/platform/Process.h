@@ -39,6 +39,7 @@ struct SystemFacts {
   Text osVersion;
   Text cpuName;
   Text computerName;
+  Text desktop;  // the desktop's session; empty: there is none
   bool is64Bit = false;
   std::uint64_t upTimeSeconds = 0;
   std::uint64_t physicalFree = 0;  // bytes, like all below

@@ -58,7 +58,7 @@ class Report {
   Text text_;
 };
 
-void addMachine(Report& report) {
+void addMachine(Report& report, TextView screen) {
   const platform::SystemFacts facts = platform::GetSystemFacts();
   const std::uint64_t used = facts.physicalTotal - facts.physicalFree;
   const std::uint64_t load = facts.physicalTotal == 0 ? 0 : used * 100 / facts.physicalTotal;
@@ -66,14 +66,14 @@ void addMachine(Report& report) {
   report.line(u"OS: ", facts.osName + u" Version: " + facts.osVersion + u" ID: " +
                            (platform::kNativeSeparator == u'\\' ? u"2" : u"0"));
   report.line(u"64bit: ", facts.is64Bit ? u"True" : u"False");
-  report.line(u"IE: ", u"");
+  report.line(u"IE: ", facts.desktop.empty() ? u"-" : facts.desktop);
   report.line(u"PhysRAM: ", freeOfTotal(facts.physicalFree, facts.physicalTotal));
   report.line(u"MemLoad: ", toText(std::int64_t(load)) + u"%");
   report.line(u"RAM used: ", megabytes(facts.processMemory));
   report.line(u"Pagefile: ", freeOfTotal(facts.pageFileFree, facts.pageFileTotal));
   report.line(u"VirtMem: ", freeOfTotal(facts.virtualFree, facts.virtualTotal));
   report.line(u"CPU: ", facts.cpuName);
-  report.line(u"Screen: ", u"");
+  report.line(u"Screen: ", screen.empty() ? u"-" : screen);
 }
 
 }  // namespace
@@ -98,11 +98,11 @@ Text ErrorLog::SystemReport(TextView proc, TextView module, const Error& error) 
   report.line(u"IniCreate: ", iniCreated);
   report.line(u"Modul: ", module);
   report.line(u"Func: ", proc);
-  report.line(u"Line: ", error.source);
+  report.line(u"Line: ", error.line == 0 ? u"-" : toText(error.line));
   report.line(u"Err: ", toText(error.number) + u" - " + error.text);
   report.line(u"Path: ", platform::GetCurrentDirectoryW());
   report.line(u"AppUp: ", duration(secondsSince(facts_.started)));
-  addMachine(report);
+  addMachine(report, screen_);
   report.line(u"Command: ", facts_.commandLine);
   report.line(u"User: ", platform::GetUserNameW());
   report.line(u"Comp: ", platform::GetSystemFacts().computerName);

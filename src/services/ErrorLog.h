@@ -7,8 +7,8 @@ namespace ombrelian {
 
 /// Facts about the program for fault reports, which lower rooms cannot know.
 struct ProgramFacts {
-  Text title;  // "Ombrelian"
-  Text version;
+  Text title;    // "Ombrelian"
+  Text version;  // major.minor.revision
   Text commandLine;
   Text dataPath;  // folder of both logs; without trailing separator
   Text iniFile;
@@ -36,6 +36,9 @@ class ErrorLog : public FaultSink {
   /// cancelled.
   void watchStop(const int* StopReason) { stopReason_ = StopReason; }
 
+  /// Sets the size of the screen in pixels for reports.
+  void setScreen(int width, int height) { screen_ = toText(width) + u"x" + toText(height); }
+
   /// Number of reports in this run.
   int Errcount() const { return errcount_; }
 
@@ -44,6 +47,7 @@ class ErrorLog : public FaultSink {
   void appendTo(TextView file, TextView text) const noexcept;
 
   const ProgramFacts facts_;
+  Text screen_;  // width, "x", height; empty: there is none
   int errcount_ = 0;
   const int* stopReason_ = nullptr;
 };

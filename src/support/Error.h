@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -8,11 +9,13 @@
 namespace ombrelian {
 
 /// An error: its number (a Windows error number, or a number from the declaration of the
-/// procedure), its place, and a text for the user.
+/// procedure), its place, a text for the user, and the line of the source code that reported it
+/// (0: not known).
 struct Error {
   std::int32_t number = 0;
   Text source;
   Text text;
+  std::uint32_t line = 0;
 };
 
 /// A value, or the reason why there is none. It is used for errors that a caller handles; errors

@@ -37,14 +37,18 @@ void reportTrace(TextView text, const std::vector<Text>& params) noexcept {
 }
 
 void reportFault(TextView module, TextView name, const Error& error,
-                 const std::vector<Text>& params) noexcept {
-  if (faultSink != nullptr) faultSink->Debug(name, module, error, params);
+                 const std::vector<Text>& params, const std::source_location& where) noexcept {
+  if (faultSink == nullptr) return;
+  Error told = error;
+  told.line = where.line();
+  faultSink->Debug(name, module, told, params);
 }
 
-Error reportEscaped(TextView module, TextView name,
-                    std::initializer_list<TextView> params) noexcept {
+Error reportEscaped(TextView module, TextView name, std::initializer_list<TextView> params,
+                    const std::source_location& guard) noexcept {
   try {
     Error error = describeEscaped();
+    if (error.line == 0) error.line = guard.line();
     if (faultSink != nullptr) faultSink->Debug(name, module, error, {params.begin(), params.end()});
     return error;
   } catch (...) {  // no memory for the report: the process continues without it
@@ -53,7 +57,7 @@ Error reportEscaped(TextView module, TextView name,
 }
 
 Failure failureOf(const Error& error) {
-  return Error{error.number, error.source, errorTextOf(error)};
+  return Error{error.number, error.source, errorTextOf(error), error.line};
 }
 
 /// The text without a system text is short, so that it needs no heap memory.

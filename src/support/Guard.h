@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <initializer_list>
+#include <source_location>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -13,7 +14,10 @@ namespace ombrelian {
 /// A fault that is not handled where it happens: it leaves every scope up to the procedure guard.
 class Fault : public std::exception {
  public:
-  explicit Fault(Error error) : error_(std::move(error)) {}
+  explicit Fault(Error error, const std::source_location& where = std::source_location::current())
+      : error_(std::move(error)) {
+    error_.line = where.line();
+  }
 
   const Error& error() const { return error_; }
   const char* what() const noexcept override { return "Fault"; }
@@ -50,12 +54,13 @@ void reportTrace(TextView text, const std::vector<Text>& params) noexcept;
 
 /// Passes a fault in the procedure `name` to the sink if no exception was thrown.
 void reportFault(TextView module, TextView name, const Error& error,
-                 const std::vector<Text>& params = {}) noexcept;
+                 const std::vector<Text>& params = {},
+                 const std::source_location& where = std::source_location::current()) noexcept;
 
 /// Passes the current exception to the sink and returns its error. Only guards call it. The error
-/// has no text if there was no memory for one.
-Error reportEscaped(TextView module, TextView name,
-                    std::initializer_list<TextView> params) noexcept;
+/// has no text if there was no memory for one. `guard` is its line if the exception has none.
+Error reportEscaped(TextView module, TextView name, std::initializer_list<TextView> params,
+                    const std::source_location& guard) noexcept;
 
 /// The text of an error for procedures that return an error text; never empty.
 Text errorTextOf(const Error& error);
@@ -68,16 +73,18 @@ Failure failureOf(const Error& error);
 /// throws too, which only a lack of memory can cause, it is called once more with an error without
 /// a text.
 template <class Body, class OnFault>
-std::invoke_result_t<Body> GuardedOr(TextView module, TextView name, Body&& body, OnFault&& onFault,
-                                     std::initializer_list<TextView> params = {}) noexcept {
+std::invoke_result_t<Body> GuardedOr(
+    TextView module, TextView name, Body&& body, OnFault&& onFault,
+    std::initializer_list<TextView> params = {},
+    const std::source_location& guard = std::source_location::current()) noexcept {
   try {
     return std::forward<Body>(body)();
   } catch (...) {
-    const Error error = reportEscaped(module, name, params);
+    const Error error = reportEscaped(module, name, params, guard);
     try {
       return onFault(error);
     } catch (...) {
-      return onFault(Error{error.number, {}, {}});
+      return onFault(Error{error.number, {}, {}, error.line});
     }
   }
 }
@@ -86,8 +93,9 @@ std::invoke_result_t<Body> GuardedOr(TextView module, TextView name, Body&& body
 /// false. Other procedures use GuardedOr to define the result after a fault, because their empty
 /// value might mean success.
 template <class Body>
-std::invoke_result_t<Body> Guarded(TextView module, TextView name, Body&& body,
-                                   std::initializer_list<TextView> params = {}) noexcept {
+std::invoke_result_t<Body> Guarded(
+    TextView module, TextView name, Body&& body, std::initializer_list<TextView> params = {},
+    const std::source_location& guard = std::source_location::current()) noexcept {
   using Value = std::invoke_result_t<Body>;
   static_assert(std::is_void_v<Value> || std::is_same_v<Value, bool>,
                 "say by GuardedOr what a failure of this procedure is");
@@ -96,7 +104,7 @@ std::invoke_result_t<Body> Guarded(TextView module, TextView name, Body&& body,
       [](const Error&) -> Value {
         if constexpr (!std::is_void_v<Value>) return false;
       },
-      params);
+      params, guard);
 }
 
 /// A function for onFault if the empty value means that there is nothing.

@@ -142,7 +142,8 @@ void takeOutFiles(FolderTree& tree, NodeIndex folder, const std::vector<GoneFile
   ScanTotals totals;
   for (const GoneFile& file : gone) {
     ++totals.Files;
-    totals.Size += tree.HardlinkSeen().remove(run, file.identity, folder).value_or(file.size);
+    const auto counted = tree.HardlinkSeen().remove(run, file.identity, folder);
+    totals.Size = addSizes(totals.Size, counted.value_or(file.size));
     totals.Hardlinks += file.isHardlink ? 1 : 0;
   }
   subtract(tree[folder], totals);

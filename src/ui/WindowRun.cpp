@@ -4,9 +4,11 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QMessageBox>
+#include <QScreen>
 #include <QTimer>
 #include <QTranslator>
 
+#include "frame/SilentRun.h"
 #include "frame/StartUp.h"
 #include "fs/PathText.h"
 #include "platform/Process.h"
@@ -43,13 +45,22 @@ bool askToStore(const StartUp& startUp, QWidget* window) {
                                QMessageBox::No) == QMessageBox::Yes;
 }
 
-/// Starts the program in the same folder, which opens the window again; `readOnly` stays the same.
-void restart(bool readOnly) {
+/// Runs the program without a window, from the same folder, in place of this one.
+void becomeOmbrelian(const std::vector<Text>& arguments) {
   Text program = platform::GetModuleFolder();
   appendName(program, u"ombrelian");
+  platform::ReplaceProcess(program, arguments);
+}
+
+bool hasWindow(CommandLine::Mode mode) {
+  return mode == CommandLine::Mode::Interactive || mode == CommandLine::Mode::Restart;
+}
+
+/// Starts the program again; `readOnly` stays the same.
+void restart(bool readOnly) {
   std::vector<Text> arguments = {u"-RESTART"};
   if (readOnly) arguments.emplace_back(u"--read-only");
-  platform::ReplaceProcess(program, arguments);
+  becomeOmbrelian(arguments);
 }
 
 }  // namespace
@@ -71,17 +82,25 @@ int runWindow(int argc, char** argv) {
   const std::vector<Text> arguments = argumentsOf(argc, argv);
   Translation translation;
   startLanguage(arguments, translation);
+  const CommandLine line = parseArguments(arguments);
+  if (!hasWindow(line.mode)) {
+    becomeOmbrelian(arguments);
+    return kExitNothing;
+  }
   QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
       Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
   QApplication application(argc, argv);
   dressApplication(translation.LanguageId());
-  const CommandLine line = parseArguments(arguments);
   bool wantsRestart = false;
   int status = 0;
   {
-    StartUp startUp(line, {}, translation.LanguageId());
+    StartUp startUp(line, commandText(arguments), translation.LanguageId());
+    const QSize screen = QGuiApplication::primaryScreen()->size() *
+                         QGuiApplication::primaryScreen()->devicePixelRatio();
+    startUp.errorLog().setScreen(screen.width(), screen.height());
     Session session;
     session.readOnly = line.readOnly;
+    session.context.helpers = line.helpers;
     session.loadOptions(startUp.settings());
     session.chooseForFirstWindow(startUp.settings());
     session.log.setFile(startUp.logFile());

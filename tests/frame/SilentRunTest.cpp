@@ -60,6 +60,27 @@ TEST_F(SilentRunTest, LevelsAndDelimitersReachTheReport) {
   }
 }
 
+TEST_F(SilentRunTest, AReportOnTheStandardOutputIsTheOneOfTheFileInUtf8) {
+  source.file("b\xFF/inn\xC3\xA4r", 234);
+  for (const char* const format : {"txt", "csv", "html", "xml"}) {
+    const Text target = out.text(std::string("r.") + format);
+    ASSERT_EQ(run({u"-s", target, source.text()}).status, kExitDone);
+    Text file = replaceAll(readReport(toBytes(target)), u"\r\n", u"\n");
+    file = replaceAll(file, u"encoding=\"UTF-16\"", u"encoding=\"UTF-8\"");
+    file = replaceAll(file, u"<head>", u"<head><meta charset=\"UTF-8\">");
+    const Outcome piped = run({u"-s", u"--format", fromAscii(format), u"-", source.text()});
+    EXPECT_EQ(piped.status, kExitDone);
+    const auto withoutTime = [](std::string text) {
+      const std::size_t at = text.find("Erstellt: ");
+      return at == std::string::npos ? text : text.erase(at, 29);
+    };
+    EXPECT_EQ(withoutTime(piped.output), withoutTime(toBytes(file))) << format;
+    EXPECT_NE(piped.errors.find("Dateien 1, Ordner 1, Bytes 234"), std::string::npos);
+  }
+  EXPECT_EQ(parseArguments({u"-s", u"--format", u"xlsx", u"-", u"/a"}).mode,
+            CommandLine::Mode::Invalid);
+}
+
 TEST_F(SilentRunTest, EveryNameCanBeReadBackFromTheReport) {
   const std::string names[] = {" leading",     "trailing ",
                                "new\nline",    "carriage\r\nreturn",

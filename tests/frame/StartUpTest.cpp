@@ -111,15 +111,24 @@ TEST_F(StartUpTest, AHomeThatCannotBeWrittenIsDoneWithout) {
 
 TEST_F(StartUpTest, FaultsAreReportedAndCounted) {
   StartUp startUp({}, u"\"the line\"", 7);
+  startUp.errorLog().setScreen(800, 600);
+  const std::string line = std::to_string(__LINE__ + 2);
   for (int i = 0; i < 2; ++i) {
     Guarded(u"mod", u"proc", [] { throw Fault({13, u"step 7", u"went wrong"}); }, {u"value"});
   }
   EXPECT_EQ(startUp.errorLog().Errcount(), 2);
   const std::string log = dataFile("error.log");
-  for (const char* const line :
-       {"Modul: mod\r\n", "Func: proc\r\n", "Line: step 7\r\n", "Err: 13 - went wrong\r\n",
-        "Command: \"the line\"\r\n", "Errcount: 2\r\n", "Debug0: value\r\n", "IniCreate: 20"}) {
-    EXPECT_NE(log.find(line), std::string::npos) << line;
+  const std::string rows[] = {"Modul: mod\r\n",
+                              "Func: proc\r\n",
+                              "Line: " + line + "\r\n",
+                              "Err: 13 - went wrong\r\n",
+                              "Command: \"the line\"\r\n",
+                              "Screen: 800x600\r\n",
+                              "Errcount: 2\r\n",
+                              "Debug0: value\r\n",
+                              "IniCreate: 20"};
+  for (const std::string& row : rows) {
+    EXPECT_NE(log.find(row), std::string::npos) << row;
   }
 }
 

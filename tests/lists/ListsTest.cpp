@@ -201,12 +201,12 @@ TEST_F(ListsTest, OwnersKnowCaseAndCountFolders) {
   list.feed(u"root", 5, 1, 0);
   list.feed(u"Root", 3, 1, 0);
   list.feed(u"nobody", 0, 0, 1);
-  list.feed(u"root", 5, 1, 0);
+  list.feed(u"root", INT64_MAX, 1, 0);  // a sparse file
   list.feed(u"root", 0, 0, 1);
   list.List_Owner_SetDifferentSizes(0);
   const Grid& grid = list.grid();
   EXPECT_EQ(texts(grid, u"owner"), (Names{u"root", u"Root", u"nobody"}));
-  EXPECT_EQ(numbers(grid, u"size"), (std::vector<std::int64_t>{10, 3, 0}));
+  EXPECT_EQ(numbers(grid, u"size"), (std::vector<std::int64_t>{INT64_MAX, 3, 0}));
   EXPECT_EQ(numbers(grid, u"files"), (std::vector<std::int64_t>{2, 1, 0}));
   EXPECT_EQ(numbers(grid, u"folders"), (std::vector<std::int64_t>{1, 0, 1}));
   EXPECT_EQ(grid.real(0, grid.column(u"percent")), 0);  // the total is 0

@@ -178,6 +178,14 @@ FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error) {
   return file;
 }
 
+FileHandle OpenStandardOutput(ErrorCode& error) {
+  FileHandle file;
+  const int fd = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
+  error = fd < 0 ? lastError() : kSuccess;
+  if (fd >= 0) file.handle_ = fd;
+  return file;
+}
+
 ErrorCode NameFile(const FileHandle& file, TextView path) {
   const PathAt at(path);
   if (at.error() != 0) return translateErrno(at.error());

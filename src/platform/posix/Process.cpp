@@ -134,6 +134,7 @@ SystemFacts GetSystemFacts() {
   const std::string pretty = valueInFile("/etc/os-release", "PRETTY_NAME", '=');
   if (!pretty.empty()) facts.osName = fromBytes(pretty);
   facts.cpuName = fromBytes(valueInFile("/proc/cpuinfo", "model name", ':'));
+  facts.desktop = fromBytes(environmentVariable("XDG_CURRENT_DESKTOP"));
   struct sysinfo information;
   if (sysinfo(&information) == 0) facts.upTimeSeconds = std::uint64_t(information.uptime);
   facts.physicalFree = kilobytesInFile("/proc/meminfo", "MemAvailable");
