@@ -1,5 +1,7 @@
 #include "format/ToolTips.h"
 
+#include <algorithm>
+
 #include "format/Mask.h"
 #include "format/Sizes.h"
 #include "support/Translate.h"
@@ -68,6 +70,13 @@ Text FormatToolTipText_DriveInfo(const DriveToolTipValues& drive) {
   addLine(text, TL(3577, u"Dateisystem"), drive.filesystem);
   addLine(text, TL(2178, u"Laufwerkstyp"), drive.type);
   addLine(text, TL(2173, u"Clustergröße"), drive.cluster);
+  constexpr std::size_t kNamedPlaces = 8;  // a container can have hundreds of them
+  for (std::size_t i = 0; i < std::min(drive.otherPlaces.size(), kNamedPlaces); ++i)
+    addLine(text, TL(9806, u"Auch eingehängt in"), drive.otherPlaces[i]);
+  if (drive.otherPlaces.size() > kNamedPlaces) {
+    addLine(text, TL(9806, u"Auch eingehängt in"),
+            TL(9612, u"und %1 weitere", {toText(drive.otherPlaces.size() - kNamedPlaces)}));
+  }
   return text;
 }
 

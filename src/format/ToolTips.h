@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "support/Text.h"
 
@@ -16,6 +17,7 @@ struct DriveToolTipValues {
   Text filesystem;
   Text type;
   Text cluster;
+  std::vector<Text> otherPlaces;  // where the same device is mounted too
 };
 
 enum class DriveSizeKind { Used, Free, Total };

@@ -65,7 +65,7 @@ constexpr BarItem kFoldersBar[] = {
 };
 
 constexpr BarItem kDrivesBar[] = {
-    {ScanDrives}, {ScanAllDrives}, {Refresh, None, true}, {AddNetworkPath}, {ConnectDrive},
+    {ScanDrives}, {ScanAllDrives}, {Refresh, None, true}, {ShowAllMounts}, {AddNetworkPath}, {ConnectDrive},
     {DisconnectDrive}, {Save, None, true}, {Print}, {SizeMenu, None, true}, {SizeFitting, SizeMenu}, {SizeBytes, SizeMenu},
     {SizeKilobytes, SizeMenu}, {SizeMegabytes, SizeMenu}, {SizeGigabytes, SizeMenu},
     {SizeUnitText, SizeMenu, true}, {SizeDecimals, SizeMenu}, {ColumnMenu}, {FitColumns},

@@ -218,7 +218,8 @@ void DriveList::readAll(const IniStore& file, const Progress& progress) {
   Contents fresh;
   fresh.readAt = toDate(platform::GetLocalTime());
   Reading reading(fresh, probe_);
-  const std::vector<Text> roots = platform::GetLogicalDriveStringsW();
+  const std::vector<Text> roots =
+      showsAllMounts_ ? platform::AllMountPoints() : platform::GetLogicalDriveStringsW();
   for (std::size_t i = 0; i < roots.size(); ++i) {
     if (progress) {
       progress(TL(9050, u"Laufwerk %1 (%2/%3) wird untersucht...",
@@ -349,6 +350,7 @@ DriveToolTipValues DriveList::toolTipValues(Grid::RowIndex row) const {
   if (const auto cluster = number(kCluster)) {
     values.cluster = formatNumber(kClusterPattern, *cluster);
   }
+  values.otherPlaces = platform::OtherMountPoints(grid.text(row, kDrive));
   return values;
 }
 

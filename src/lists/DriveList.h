@@ -34,6 +34,9 @@ class DriveList : public FlatList {
   /// last sort order.
   void Drives_GetAllDrives(const IniStore& file, const Progress& progress = {});
 
+  /// Lists every mount of the system from the next reading on, and not only the drives.
+  void setShowsAllMounts(bool showsAll) { showsAllMounts_ = showsAll; }
+
   /// Adds a row for each stored path; a path that is stored twice gets two rows.
   void Drives_LoadSavedNetworkFolders(const IniStore& file);
 
@@ -94,6 +97,7 @@ class DriveList : public FlatList {
   const Probe probe_;
   Contents shown_;
   bool isReading_ = false;
+  bool showsAllMounts_ = false;
   bool hasSavedPaths_ = false;  // the stored paths have rows, so that saving loses none
 };
 

@@ -31,7 +31,11 @@ void HardlinkList::feed(TextView name, TextView folder, std::int64_t size, std::
   grid_.set(row, grid_.column(u"dateaccess"), xGetFileAccessDateByWFD(data, folder));
 }
 
-void HardlinkList::finish() { sortAsOpened(grid_, ListId::Hardlinks); }
+/// The names of one file are together and have one shade.
+void HardlinkList::finish() {
+  sortAsOpened(grid_, ListId::Hardlinks);
+  List_Hardlinks_ShowDups();
+}
 
 void HardlinkList::List_Hardlinks_ShowDups() {
   Guarded(u"frmMain", u"List_Hardlinks_ShowDups", [&] {

@@ -5,7 +5,7 @@
 
 namespace ombrelian::platform {
 
-/// Account name for the owner number of a FindData; empty where no account has this number. The
+/// Account name for the owner number of a FindData; the number itself where no account has it. The
 /// system is asked once for each number; the reference is valid until the end of the process.
 const Text& LookupAccountName(std::uint32_t ownerId);
 

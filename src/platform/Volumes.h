@@ -36,6 +36,12 @@ ErrorCode GetVolumeInformationW(TextView path, VolumeInformation& information);
 /// Roots of all drives, in the order of the system. Drives that do not answer are included.
 std::vector<Text> GetLogicalDriveStringsW();
 
+/// Every mount point of the system, each once, also those that are no drives.
+std::vector<Text> AllMountPoints();
+
+/// Where the device of the drive with this root is mounted too; does not access the medium.
+std::vector<Text> OtherMountPoints(TextView root);
+
 struct DiskSpace {
   std::int64_t freeBytes = 0;  // unused bytes, including those that only the superuser may fill
   std::int64_t totalBytes = 0;

@@ -204,7 +204,9 @@ bool Deletion::isConfirmed(Targets& targets, TextView question) {
     return false;
   }
   state_.ui.deletionProgress({}, counted.objects(), 0);
-  if (targets.empty() || !state_.ui.confirm(question, details(targets, counted))) return false;
+  const Text verb = recycles_ ? TL(9800, u"In den Papierkorb") : TL(9801, u"Löschen");
+  if (targets.empty() || !state_.ui.confirm(question, details(targets, counted), verb))
+    return false;
   all_ = std::max<std::uint64_t>(counted.objects(), 1);
   doneBefore_ = 0;
   return true;

@@ -235,6 +235,8 @@ struct Options {
   std::uint8_t SizeFormatShowSizeTextExt = 0;
   std::array<std::uint8_t, kTopLists> SizeFormatShowSizeTextTop = {};
 
+  std::uint8_t ShowAllMounts = 0;  // 1: the drive list shows every mount; not stored
+
   // The values that all lists share; kMixed: the lists differ. They are not stored.
   static constexpr std::uint8_t kMixed = 255;
   std::uint8_t FileSizeFormatAll = kMixed;

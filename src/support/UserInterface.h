@@ -40,9 +40,10 @@ class UserInterface {
   /// Asks a question with yes and no; a silent run answers no.
   virtual bool ask(TextView question) = 0;
 
-  /// Asks a question whose "yes" loses data; `details` are lines that name these data. "No" is the
-  /// default for the keyboard, and the answer of a silent run.
-  virtual bool confirm(TextView /*question*/, const std::vector<Text>& /*details*/) {
+  /// Asks a question whose "yes" loses data; `details` are lines that name these data, and `verb`
+  /// is the caption of "yes". "No" is the default for the keyboard, and the answer of a silent run.
+  virtual bool confirm(TextView /*question*/, const std::vector<Text>& /*details*/,
+                       TextView /*verb*/) {
     return false;
   }
 

@@ -120,10 +120,8 @@ void CellDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& opti
   const QString text =
       column == nullptr ? QString::number(index.row() + 1) : index.data(Qt::DisplayRole).toString();
   const auto alignment = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
-  const bool isName = index.column() == kNameSection;
-  painter.drawText(
-      area, int(alignment) | Qt::TextSingleLine,
-      option.fontMetrics.elidedText(text, isName ? Qt::ElideMiddle : Qt::ElideRight, area.width()));
+  painter.drawText(area, int(alignment) | Qt::TextSingleLine,
+                   option.fontMetrics.elidedText(text, Qt::ElideRight, area.width()));
 }
 
 void CellDelegate::paintLines(QPainter& painter, const QRect& cell) const {

@@ -268,6 +268,9 @@ QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
     *bound.text = tidyPatterns(*bound.text);
     field->setText(toQString(*bound.text));
   });
+  // The arrow keys of the menu give the focus only to an entry that accepts it.
+  line->setFocusPolicy(Qt::StrongFocus);
+  line->setFocusProxy(field);
   action->setDefaultWidget(line);
   return action;
 }

@@ -41,13 +41,13 @@ bool callFileManager(const QString& method, const std::vector<Text>& paths) {
 
 bool openFile(TextView path) { return QDesktopServices::openUrl(urlOf(path)); }
 
-void revealInFileManager(const std::vector<Text>& paths) {
-  if (paths.empty() || callFileManager(QStringLiteral("ShowItems"), paths)) return;
-  openFile(xGetPath(paths.front()));
+bool revealInFileManager(const std::vector<Text>& paths) {
+  if (paths.empty() || callFileManager(QStringLiteral("ShowItems"), paths)) return true;
+  return openFile(xGetPath(paths.front()));
 }
 
-void showProperties(const std::vector<Text>& paths) {
-  callFileManager(QStringLiteral("ShowItemProperties"), paths);
+bool showProperties(const std::vector<Text>& paths) {
+  return paths.empty() || callFileManager(QStringLiteral("ShowItemProperties"), paths);
 }
 
 }  // namespace ombrelian::ui

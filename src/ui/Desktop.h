@@ -15,10 +15,10 @@ QUrl urlOf(TextView path);
 bool openFile(TextView path);
 
 /// Shows the objects, selected, in the desktop's file manager. If it cannot select, the folder of
-/// the first object is opened.
-void revealInFileManager(const std::vector<Text>& paths);
+/// the first object is opened. Returns false if nothing was opened.
+bool revealInFileManager(const std::vector<Text>& paths);
 
-/// Shows the file manager's dialog of properties, if it has one.
-void showProperties(const std::vector<Text>& paths);
+/// Shows the file manager's dialog of properties. Returns false if it has none.
+bool showProperties(const std::vector<Text>& paths);
 
 }  // namespace ombrelian::ui

@@ -15,6 +15,7 @@ void DriveCommands::readDrives() {
   ListPane& pane = panes_.pane(ListId::Drives);
   window_.setCursor(Qt::BusyCursor);
   pane.setFrozen(true);
+  state_.drives.setShowsAllMounts(state_.session.options.ShowAllMounts == 1);
   state_.drives.Drives_GetAllDrives(state_.settings,
                                     [this](TextView text) { Q_EMIT progress(toQString(text)); });
   pane.setFrozen(false);

@@ -2,6 +2,7 @@
 
 #include "fs/PathText.h"
 #include "tree/TreeEdit.h"
+#include "ui/QtText.h"
 
 namespace ombrelian::ui {
 
@@ -46,6 +47,15 @@ void FolderCommands::showInTree(ListId list) {
   ListPane& folders = panes_.pane(ListId::Folders);
   folders.selectRow(found.front());
   folders.list().setFocus();
+}
+
+void FolderCommands::showFilesOfExtension(std::size_t row) {
+  const RowSource& extensions = panes_.pane(ListId::Extensions).rows();
+  const Text extension = extensions.shown(row, extensions.columns().front());
+  area_.Change_ButtonHeaderActive(ListId::LargestFiles);
+  // The row of the files without an extension has a text that no name contains.
+  if (extension.starts_with(u'.'))
+    panes_.pane(ListId::LargestFiles).searchFor(toQString(extension));
 }
 
 void FolderCommands::clearFolders() {

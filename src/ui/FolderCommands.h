@@ -20,6 +20,9 @@ class FolderCommands {
   /// Selects in the tree the folder of the current row of a list, and gives it the focus.
   void showInTree(ListId list);
 
+  /// Searches the list of the largest files for the extension in a row of the extension list.
+  void showFilesOfExtension(std::size_t row);
+
   /// Removes all sources from the tree; nothing on the disk is changed.
   void clearFolders();
 

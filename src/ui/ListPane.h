@@ -52,6 +52,7 @@ class ListPane : public QWidget {
   void selectRow(RowSource::Id id);
 
   void toggleSearch() { search_->toggled(); }
+  void searchFor(const QString& text) { search_->searchFor(text); }
   void search(bool backward) { search_->search(backward); }
 
   /// Width that the bar needs to show all its buttons.

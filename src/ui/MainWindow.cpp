@@ -77,7 +77,7 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   setWindowIcon(icon("app"));
   setAcceptDrops(true);
   auto* const middle = new QWidget(this);
-  progress_ = new ProgressStrip(middle);
+  progress_ = new ProgressStrip(*statusBar());
   owned_ = std::make_unique<Owned>(*this, state_, middle);
   Owned& o = *owned_;
   parts_ = std::make_unique<Parts>(Parts{*this, o.panes, *o.area, *o.sources, o.scans, o.files,
@@ -86,7 +86,6 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   auto* const layout = new QVBoxLayout(middle);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  layout->addWidget(progress_);
   layout->addWidget(o.area, 1);
   setCentralWidget(middle);
   makeBars();
@@ -166,8 +165,13 @@ void MainWindow::connectLists() {
   });
   connect(&o.panes, &Panes::rowActivated, this,
           [&o](ListId list, std::size_t row) { o.opening.activateRow(list, row); });
-  connect(&o.panes, &Panes::rowDoubleClicked, this,
-          [&o](ListId list, std::size_t row) { o.opening.doubleClickRow(list, row); });
+  connect(&o.panes, &Panes::rowDoubleClicked, this, [&o](ListId list, std::size_t row) {
+    if (list == ListId::Extensions) {
+      o.folders.showFilesOfExtension(row);
+    } else {
+      o.opening.doubleClickRow(list, row);
+    }
+  });
   connect(&o.panes, &Panes::fillWanted, this, [this, &o](ListId list) {
     o.scans.fillList(list);
     main_->update();

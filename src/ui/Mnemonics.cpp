@@ -60,10 +60,7 @@ qsizetype freeLetter(const QString& text, const QSet<QChar>& taken) {
   return -1;
 }
 
-}  // namespace
-
-void giveMnemonics(QWidget& window) {
-  const std::vector<Caption> captions = captionsOf(window);
+void giveLetters(const std::vector<Caption>& captions) {
   QSet<QChar> taken;
   for (const Caption& caption : captions)
     taken.insert(mnemonicOf(caption.text));
@@ -74,6 +71,33 @@ void giveMnemonics(QWidget& window) {
     taken.insert(caption.text[at].toLower());
     caption.set(QString(caption.text).insert(at, u'&'));
   }
+}
+
+/// The text without its mnemonic; "&&", which stands for the character, stays.
+QString withoutMnemonic(QString text) {
+  for (qsizetype at = 0; at + 1 < text.size(); ++at) {
+    if (text[at] != u'&') continue;
+    if (text[at + 1] == u'&') {
+      ++at;
+    } else {
+      text.remove(at, 1);
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+void giveMnemonics(QWidget& window) { giveLetters(captionsOf(window)); }
+
+void giveMenuMnemonics(QMenu& menu) {
+  std::vector<Caption> captions;
+  for (QAction* const action : menu.actions()) {
+    if (action->isSeparator() || !action->isVisible() || action->text().isEmpty()) continue;
+    captions.push_back({withoutMnemonic(action->text()),
+                        [action](const QString& text) { action->setText(text); }});
+  }
+  giveLetters(captions);
 }
 
 }  // namespace ombrelian::ui

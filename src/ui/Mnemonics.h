@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include <QMenu>
 
 namespace ombrelian::ui {
 
@@ -8,5 +8,8 @@ namespace ombrelian::ui {
 /// of them as long as there are enough. The keyboard then reaches them in any language, and no
 /// translator has to choose letters. Texts that already have a mnemonic keep it.
 void giveMnemonics(QWidget& window);
+
+/// The same for the entries of a menu. Letters that they had in another menu are replaced.
+void giveMenuMnemonics(QMenu& menu);
 
 }  // namespace ombrelian::ui

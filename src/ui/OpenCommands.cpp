@@ -48,10 +48,21 @@ void OpenCommands::openPaths(ListId list) {
   }
 }
 
-void OpenCommands::reveal(ListId list) { revealInFileManager(panes_.pane(list).selectedPaths()); }
+void OpenCommands::reveal(ListId list) {
+  if (revealInFileManager(panes_.pane(list).selectedPaths())) return;
+  dialogs_.message(TL(9809,
+                      u"Der Ordner konnte nicht gezeigt werden: Kein Dateimanager antwortete. "
+                      u"Vielleicht ist keiner installiert, oder die Sitzung hat keinen D-Bus."),
+                   UserInterface::Severity::Warning);
+}
 
 void OpenCommands::showProperties(ListId list) {
-  ui::showProperties(panes_.pane(list).selectedPaths());
+  if (ui::showProperties(panes_.pane(list).selectedPaths())) return;
+  dialogs_.message(TL(9810,
+                      u"Die Eigenschaften konnten nicht gezeigt werden: Kein Dateimanager mit "
+                      u"einem solchen Fenster antwortete. Vielleicht ist keiner installiert, oder "
+                      u"die Sitzung hat keinen D-Bus."),
+                   UserInterface::Severity::Warning);
 }
 
 void OpenCommands::Show_Log() {

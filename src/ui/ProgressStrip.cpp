@@ -1,5 +1,6 @@
 #include "ui/ProgressStrip.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 
 #include "format/DatePattern.h"
@@ -9,13 +10,13 @@
 
 namespace ombrelian::ui {
 
-ProgressStrip::ProgressStrip(QWidget* parent)
-    : QWidget(parent),
+ProgressStrip::ProgressStrip(QWidget& place)
+    : QWidget(&place),
       bar_(new QProgressBar(this)),
       counts_(new QLabel(this)),
       path_(new QLabel(this)) {
   auto* const layout = new QHBoxLayout(this);
-  layout->setContentsMargins(10, 4, 10, 4);
+  layout->setContentsMargins(10, 0, 10, 0);
   layout->setSpacing(14);
   bar_->setTextVisible(false);
   bar_->setFixedWidth(120);
@@ -26,6 +27,8 @@ ProgressStrip::ProgressStrip(QWidget* parent)
   path_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   path_->setTextFormat(Qt::PlainText);
   layout->addWidget(path_, 1);
+  setAutoFillBackground(true);
+  place.installEventFilter(this);
   hide();
 }
 
@@ -33,6 +36,8 @@ void ProgressStrip::begin() {
   timer_.start();
   bar_->setRange(0, 0);
   show({}, 0, 0, 0);
+  setGeometry(parentWidget()->rect());
+  raise();
   QWidget::show();
 }
 
@@ -63,6 +68,11 @@ void ProgressStrip::showDeletion(TextView path, std::uint64_t done, std::uint64_
 
 void ProgressStrip::placePath() {
   path_->setText(path_->fontMetrics().elidedText(folder_, Qt::ElideMiddle, path_->width()));
+}
+
+bool ProgressStrip::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::Resize) setGeometry(parentWidget()->rect());
+  return QWidget::eventFilter(object, event);
 }
 
 void ProgressStrip::resizeEvent(QResizeEvent* event) {

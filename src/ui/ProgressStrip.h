@@ -10,12 +10,13 @@
 namespace ombrelian::ui {
 
 /// The line that shows the progress of a scan or a deletion: a bar, the counts, and the current
-/// folder.
+/// folder. It covers the status bar, so that no row moves when a run begins or asks a question.
 class ProgressStrip : public QWidget {
   Q_OBJECT
 
  public:
-  explicit ProgressStrip(QWidget* parent = nullptr);
+  /// `place` is the status bar.
+  explicit ProgressStrip(QWidget& place);
 
   /// Shows the strip with everything at zero.
   void begin();
@@ -29,6 +30,7 @@ class ProgressStrip : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   void placePath();

@@ -18,11 +18,31 @@ Text beside(const Text& path, const Text& name) {
   return appendName(other, name);
 }
 
+/// Shows a share that the mask rounds to zero as less than the smallest number of the mask: "<1%".
+void markSmall(Text& share) {
+  const auto last = share.find_last_of(u'0');
+  if (last == Text::npos || share.find_first_of(u"123456789") != Text::npos) return;
+  share[last] = u'1';
+  share.insert(0, 1, u'<');
+}
+
+/// Whether a share is above zero; the value itself has two decimals only.
+bool hasShare(const RowSource& rows, std::size_t row, const Column& share) {
+  const CellSource& cells = rows.cells();
+  const CellSource::RowIndex at = rows.cellRow(row);
+  if (cells.real(at, share) > 0) return true;
+  const Columns all = rows.columns();
+  return std::any_of(all.begin(), all.end(), [&](const Column& other) {
+    return other.key == u"size" && cells.number(at, other) > 0;
+  });
+}
+
 }  // namespace
 
 Text RowSource::shown(std::size_t row, const Column& column) const {
   Text text;
   format().appendShown(cells(), cellRow(row), column, text);
+  if (column.kind == CellKind::Percent && hasShare(*this, row, column)) markSmall(text);
   return text;
 }
 

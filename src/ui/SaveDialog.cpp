@@ -8,7 +8,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QRadioButton>
-#include <QStandardPaths>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -42,14 +41,12 @@ int entry(std::int32_t number, const QComboBox& box, int standard) {
   return number >= 0 && number < box.count() ? number : standard;
 }
 
-/// The folder of the last report if it is writable, else the user's documents or home.
+/// The folder of the last report if it is writable, else the user's home. "/" is the default of the
+/// setting, not a folder that somebody chose.
 QString startFolder(const Text& last) {
-  for (const QString& path :
-       {toQString(last), QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}) {
-    const QFileInfo folder(path);
-    if (folder.isDir() && folder.isWritable()) return path;
-  }
-  return QDir::homePath();
+  const QFileInfo folder(toQString(last));
+  return folder.isDir() && folder.isWritable() && !folder.isRoot() ? folder.filePath()
+                                                                   : QDir::homePath();
 }
 
 QString askDesktopForFile(QWidget* parent, const FileQuestion& question) {
@@ -116,6 +113,11 @@ SaveDialog::SaveDialog(const SaveChoices& choices, bool hasSelectedRow, Save sav
   showChoices();
   adjustSize();
   placeForm(*this, choices_.form, true, settings_);
+}
+
+void SaveDialog::setListName(const Text& name) {
+  listName_ = name;
+  setWindowTitle(toQString(TL(9803, u"Speichern: %1", {name})));
 }
 
 QLayout* SaveDialog::makeFormats() {
@@ -280,7 +282,7 @@ ReportFormat SaveDialog::chosenFormat() const { return ReportFormat(cboFormat_->
 QString SaveDialog::askForFile() {
   const QString extension = toQString(fileExtension(chosenFormat()));
   const LastSave& last = choices_.last;
-  const QString name = toQString(last.LastSaveFileName);
+  const QString name = toQString(last.LastSaveFileName.empty() ? listName_ : last.LastSaveFileName);
   return chooseFile_(
       this, {startFolder(last.LastSaveDir), name.isEmpty() ? name : name + u'.' + extension,
              cboFormat_->currentText() + QStringLiteral(" (*.") + extension + u')', extension,

@@ -43,6 +43,9 @@ class SaveDialog : public QDialog {
   SaveDialog(const SaveChoices& choices, bool hasSelectedRow, Save save, IniStore& settings,
              QWidget* parent = nullptr);
 
+  /// Sets the name of the list, which the title shows and which is the first proposal for a file.
+  void setListName(const Text& name);
+
   /// Replaces the desktop's dialog for choosing a file.
   void setChooseFile(ChooseFile chooseFile) { chooseFile_ = std::move(chooseFile); }
 
@@ -84,6 +87,7 @@ class SaveDialog : public QDialog {
   IniStore& settings_;
   ChooseFile chooseFile_;
   Text target_;
+  Text listName_;
   bool isSaving_ = false;
   bool isReadOnly_ = false;
 

@@ -44,6 +44,7 @@ void Saving::save(ListId list) {
         return saveList(list, format, target, ui);
       },
       state_.settings, &window_);
+  dialog.setListName(listTitle(state_.session.options, list));
   run(dialog);
 }
 
@@ -66,6 +67,7 @@ void Saving::saveFolders() {
         return FolderSave(session.folderReport, session.options, ui).saveAs(format, target);
       },
       state_.settings, &window_);
+  dialog.setListName(listTitle(session.options, ListId::Folders));
   run(dialog);
 }
 

@@ -67,6 +67,15 @@ void SearchBox::toggled() {
   }
 }
 
+void SearchBox::searchFor(const QString& text) {
+  const CommandState state = commands_.state(CommandId::Search);
+  *state.flag = state.value;
+  commands_.update();
+  applySettings();
+  text_->setText(text);
+  search(false);
+}
+
 void SearchBox::close() {
   *commands_.state(CommandId::Search).flag = 0;
   commands_.update();

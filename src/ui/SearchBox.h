@@ -24,6 +24,9 @@ class SearchBox : public QWidget {
   /// box with a text, or without the focus, gets the focus instead of being hidden.
   void toggled();
 
+  /// Shows the box with this text and searches for it.
+  void searchFor(const QString& text);
+
   /// Moves to the next row that has the text, from the current row on; after the end it continues
   /// at the other end.
   void search(bool backward);

@@ -2,9 +2,12 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "platform/Time.h"
+#include "support/Translate.h"
 #include "ui/Messages.h"
+#include "ui/Mnemonics.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -60,14 +63,17 @@ void WindowDialogs::message(TextView text, Severity severity) {
 
 bool WindowDialogs::ask(TextView question) { return askQuestion(&window_, toQString(question)); }
 
-bool WindowDialogs::confirm(TextView question, const std::vector<Text>& details) {
-  QMessageBox box(QMessageBox::Question, QStringLiteral("Ombrelian"), shownInMessage(question),
+bool WindowDialogs::confirm(TextView question, const std::vector<Text>& details, TextView verb) {
+  QMessageBox box(QMessageBox::Question, toQString(verb), shownInMessage(question),
                   QMessageBox::Yes | QMessageBox::No, &window_);
   box.setTextFormat(Qt::PlainText);
   QStringList lines;
   for (const Text& line : details)
     lines.append(toQString(line));
   box.setInformativeText(shownLines(lines));
+  box.button(QMessageBox::Yes)->setText(toQString(verb));
+  box.button(QMessageBox::No)->setText(toQString(TL(9802, u"Behalten")));
+  giveMnemonics(box);
   box.setDefaultButton(QMessageBox::No);
   box.setEscapeButton(QMessageBox::No);
   return box.exec() == QMessageBox::Yes;

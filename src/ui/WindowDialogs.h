@@ -26,7 +26,7 @@ class WindowDialogs : public QObject, public UserInterface {
   bool GetInputState() override;
   void message(TextView text, Severity severity) override;
   bool ask(TextView question) override;
-  bool confirm(TextView question, const std::vector<Text>& details) override;
+  bool confirm(TextView question, const std::vector<Text>& details, TextView verb) override;
   void deletionProgress(TextView path, std::uint64_t done, std::uint64_t all) override;
 
  Q_SIGNALS:

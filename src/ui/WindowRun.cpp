@@ -15,6 +15,7 @@
 #include "support/Translate.h"
 #include "ui/Icons.h"
 #include "ui/MainWindow.h"
+#include "ui/MenuCare.h"
 #include "ui/Messages.h"
 #include "ui/QtText.h"
 #include "ui/ScanControl.h"
@@ -67,6 +68,7 @@ void restart(bool readOnly) {
 
 void dressApplication(int languageId) {
   QApplication::setStyle(new Style);
+  qApp->installEventFilter(new MenuCare(qApp));
   QApplication::setApplicationName(QStringLiteral("ombrelian"));
   QApplication::setApplicationDisplayName(QStringLiteral("Ombrelian"));
   QGuiApplication::setDesktopFileName(QStringLiteral("ombrelian"));

@@ -91,7 +91,7 @@ TEST(FilesystemTest, AnOwnerIsAnAccountUnknownOrEveryone) {
   EXPECT_EQ(owners.of(true, data), u"-Unbekannt-") << "nothing is known of the entry";
   data = {};
   data.ownerId = 0xFFFFFFF0U;
-  EXPECT_EQ(owners.of(true, data), u"-Unbekannt-") << "no account has that number";
+  EXPECT_EQ(owners.of(true, data), u"4294967280") << "no account has that number";
   const TestFolder folder;
   EXPECT_EQ(owners.at(folder.text(), true), platform::GetUserNameW());
   EXPECT_EQ(owners.at(folder.text("missing"), true), u"-Unbekannt-");

@@ -2,6 +2,8 @@
 
 #include "lists/DriveList.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 
 #include "export/ListJson.h"
@@ -124,6 +126,16 @@ TEST_F(DriveListTest, ADriveThatFailedHasNoValuesInAnyForm) {
   EXPECT_NE(report(ReportFormat::CSV).find(R"("/";"";"";"";"";"";)"), std::string::npos);
   EXPECT_NE(report(ReportFormat::XML).find("<PercentSizeFree/>"), std::string::npos);
   EXPECT_EQ(report(ReportFormat::HTML).find("%</td>"), std::string::npos);
+}
+
+TEST_F(DriveListTest, EveryMountIsARowAndTheTipOfADriveNamesTheOthersOfItsDevice) {
+  list.setShowsAllMounts(true);
+  list.Drives_GetAllDrives(file);
+  const std::vector<Text> all = texts(list.grid(), u"drive");
+  EXPECT_THAT(all, ::testing::Contains(u"/proc"));
+  const std::vector<Text> others = list.toolTipValues(list.rowOfDrive(u"/")).otherPlaces;
+  EXPECT_THAT(all, ::testing::IsSupersetOf(others));
+  EXPECT_THAT(others, ::testing::Not(::testing::Contains(u"/")));
 }
 
 TEST_F(DriveListTest, DrivesWithoutValuesComeFirstInOrder) {

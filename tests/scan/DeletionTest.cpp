@@ -28,7 +28,7 @@ using namespace ::testing;
 
 /// Answers the question, and can change something before the answer.
 struct Asked : QuietInterface {
-  bool confirm(TextView text, const std::vector<Text>& lines) override {
+  bool confirm(TextView text, const std::vector<Text>& lines, TextView) override {
     question = text;
     details.clear();
     for (const Text& line : lines)

@@ -32,7 +32,7 @@ struct Faulty : QuietInterface {
   static void throwIf(bool wanted) {
     if (wanted) throw Thrown();
   }
-  bool confirm(TextView, const std::vector<Text>&) override { return true; }
+  bool confirm(TextView, const std::vector<Text>&, TextView) override { return true; }
 
   bool atBegin = false, atProgress = false;
   int begun = 0, ended = 0;

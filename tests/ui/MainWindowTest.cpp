@@ -5,6 +5,7 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QDBusConnection>
 #include <QDir>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -17,6 +18,7 @@
 #include "tests/ui/WindowFixture.h"
 #include "ui/FolderCommands.h"
 #include "ui/Looks.h"
+#include "ui/MenuCare.h"
 #include "ui/OpenCommands.h"
 #include "ui/QtText.h"
 #include "ui/StatusLine.h"
@@ -288,6 +290,36 @@ void expectKeysAreOfTheText(Program& run, ListId list, QLineEdit* field) {
   EXPECT_EQ(field->text(), before.mid(1)) << int(list);
 }
 
+TEST_F(ScannedMainWindowTest, AnExtensionLeadsToItsFilesAmongTheLargest) {
+  const int row = int(run_.column(ListId::Extensions).indexOf(u".TXT"_s));
+  ASSERT_GE(row, 0);
+  Q_EMIT run_.list(ListId::Extensions).rowDoubleClicked(std::size_t(row));
+  ASSERT_EQ(run_.window->parts().area.rightList(), ListId::LargestFiles);
+  const std::size_t found = run_.list(ListId::LargestFiles).currentRow();
+  EXPECT_TRUE(run_.column(ListId::LargestFiles).value(int(found)).endsWith(u".txt"_s));
+}
+
+TEST_F(ScannedMainWindowTest, KeysReachEveryEntryOfAMenuAndTypeIntoItsFields) {
+  MenuCare care;
+  qApp->installEventFilter(&care);
+  QMenu* const menu = run_.window->commands().menu(Id::FilterMenu);
+  menu->popup({});
+  QSet<QKeySequence> letters;
+  for (const QAction* const action : menu->actions()) {
+    if (action->text().isEmpty()) continue;
+    const QKeySequence letter = QKeySequence::mnemonic(action->text());
+    EXPECT_FALSE(letter.isEmpty() || letters.contains(letter)) << qPrintable(action->text());
+    letters.insert(letter);
+  }
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down})
+    QTest::keyClick(menu, key);
+  QTest::keyClicks(QApplication::focusWidget(), u"*.c"_s);
+  EXPECT_EQ(run_.session.options.FolderList_FilterFilesInclude_Text, u"*.c");
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+  EXPECT_EQ(menu->activeAction(), run_.window->commands().action(Id::NotTheseFiles));
+  menu->close();
+}
+
 TEST_F(ScannedMainWindowTest, KeysWalkThroughTheTreeAndEditAName) {
   ListView& list = run_.list(kFolders);
   list.goTo(3);
@@ -429,7 +461,7 @@ TEST_F(MainWindowDeleteTest, FoldersGoAfterAQuestionThatTellsWhatGoes) {
     Answer no(QMessageBox::No);
     EXPECT_TRUE(run_.execute(kFolders, Id::DeleteFolders));
     EXPECT_EQ(no.text, u"Sollen die ausgewählten Ordner wirklich gelöscht werden?"_s);
-    EXPECT_EQ(no.defaultText.remove(u'&'), u"No"_s);
+    EXPECT_EQ(no.defaultText.remove(u'&'), u"Behalten"_s);
     const QString plain = no.details.remove(QChar(0x200B));
     for (const QString& part : {path("big"), u"Dateien: 3, Ordner: 2"_s, u"Verknüpfungen: 1"_s,
                                 u"2 Namen von Hardlinks; 200"_s})
@@ -671,6 +703,9 @@ TEST_F(PartsTest, ManyFilesAreOpenedOnlyAfterAQuestion) {
   Answer no(QMessageBox::No);
   parts_.opening.openPaths(ListId::Files);
   EXPECT_TRUE(no.text.contains(u"11"_s)) << no.text.toStdString();
+  if (QDBusConnection::sessionBus().isConnected()) return;
+  parts_.opening.showProperties(ListId::Files);
+  EXPECT_TRUE(no.text.contains(u"Dateimanager"_s)) << no.text.toStdString();
 }
 
 TEST_F(PartsTest, TheStatusLineDescribesTheVisibleListUnlessSomethingRuns) {

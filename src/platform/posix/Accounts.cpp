@@ -27,7 +27,9 @@ const Text& LookupAccountName(std::uint32_t ownerId) {
   static std::unordered_map<std::uint32_t, Text> names;
   const auto known = names.find(ownerId);
   if (known != names.end()) return known->second;
-  return names.emplace(ownerId, askAccountName(ownerId)).first->second;
+  Text name = askAccountName(ownerId);
+  if (name.empty()) name = toText(std::int64_t(ownerId));
+  return names.emplace(ownerId, std::move(name)).first->second;
 }
 
 Text GetUserNameW() { return askAccountName(geteuid()); }

@@ -179,6 +179,28 @@ std::vector<Text> GetLogicalDriveStringsW() {
   return roots;
 }
 
+std::vector<Text> AllMountPoints() {
+  std::vector<Text> points;
+  for (const Mount& mount : readMounts()) {
+    Text point = fromBytes(mount.mountPoint);
+    if (std::find(points.begin(), points.end(), point) == points.end())
+      points.push_back(std::move(point));
+  }
+  return points;
+}
+
+std::vector<Text> OtherMountPoints(TextView root) {
+  const std::vector<Mount> mounts = readMounts();
+  const Mount* const shown = findMount(mounts, normalRoot(root));
+  std::vector<Text> others;
+  if (shown == nullptr) return others;
+  for (const Mount& mount : mounts) {
+    if (mount.device == shown->device && mount.mountPoint != shown->mountPoint)
+      others.push_back(fromBytes(mount.mountPoint));
+  }
+  return others;
+}
+
 std::vector<DriveAnswer> ProbeDrives(const std::vector<Text>& roots, unsigned milliseconds) {
   std::vector<std::string> points(roots.size());
   std::transform(roots.begin(), roots.end(), points.begin(), normalRoot);
