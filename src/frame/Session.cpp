@@ -35,6 +35,9 @@ void chooseColumnsOfFiles(Options& options) {
       showColumns(top.visible, top.positions, {Name, Path, Modified, Size});
     }
   }
+  const ListSettings files = listSettings(options, ListId::Files);
+  enum FileId { FilesName = 1, FilesSize = 2, FilesModified = 6 };
+  showColumns(files.visible, files.positions, {FilesName, FilesSize, FilesModified});
   enum HardlinkId { FileName = 1, Identity = 2, Links = 3, Folder = 4, FileSize = 5 };
   const ListSettings links = listSettings(options, ListId::Hardlinks);
   showColumns(links.visible, links.positions, {FileName, Folder, FileSize, Links, Identity});

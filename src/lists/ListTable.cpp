@@ -233,7 +233,11 @@ void applyCommonSizes(Options& options) {
   }
 }
 
-ListSettings listSettings(Options& options, ListId list) { return listRow(list).settings(options); }
+ListSettings listSettings(Options& options, ListId list) {
+  ListSettings settings = listRow(list).settings(options);
+  settings.widths = &options.ColumnWidths[std::size_t(list)];
+  return settings;
+}
 
 ColumnLayout listLayout(const Options& options, ListId list) {
   // The cast is safe, because the settings are only read here; ListSettings has pointers for

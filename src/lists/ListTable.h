@@ -24,7 +24,7 @@ enum class ListId : std::uint8_t {
   Extensions,
   Log,
 };
-inline constexpr int kLists = 14;
+static_assert(int(ListId::Log) == kLists - 1);
 
 /// All lists, and the lists that a scan fills beside the tree.
 inline constexpr std::array<ListId, kLists> kAllLists = [] {
@@ -61,6 +61,7 @@ struct ListSettings {
   std::uint8_t* searchVisible = nullptr;  // 1: the search box is open
   std::span<std::uint8_t> visible;        // flag of each column id; 0 is the row number
   std::span<std::int32_t> positions;      // position of each column id
+  Text* widths = nullptr;  // columns whose width a person chose, as "id:pixels id:pixels"
 };
 
 /// Fixed data of a list.

@@ -6,6 +6,7 @@
 
 namespace ombrelian {
 
+inline constexpr int kLists = 14;    // all lists of the program
 inline constexpr int kTopLists = 6;  // 0 largest files ... 5 smallest folders
 
 // Number of columns of each list, including the row number (0).
@@ -267,6 +268,7 @@ struct Options {
   ColumnFlags<kExtensionColumns> ExtensionColumnVisible = visibleColumns<kExtensionColumns>(1);
   ColumnFlags<kJunctionColumns> JunctionColumnVisible = visibleColumns<kJunctionColumns>(1);
   ColumnFlags<kLogColumns> LogColumnVisible = visibleColumns<kLogColumns>(1);
+  std::array<Text, kLists> ColumnWidths;  // "id:pixels id:pixels"; other columns fit their cells
   std::array<ColumnFlags<kTopColumns>, kTopLists> TopColumnVisible =
       forTopLists(visibleColumns<kTopColumns>(1));
   ColumnPositions<kFolderColumns> FolderColumnIndex = builtInOrder<kFolderColumns>();

@@ -21,7 +21,7 @@ template <auto... members>
 const auto& at(const Options& options, int list, int column) {
   const auto& field = (options.*....*members);
   if constexpr (
-      requires { field[0][0]; } && !requires { field.npos; }) {
+      requires { field[0][0]; } && !requires { field.npos; } && !requires { field[0].npos; }) {
     return field[std::size_t(list)][std::size_t(column)];
   } else if constexpr (
       requires { field[0]; } && !requires { field.npos; }) {
@@ -53,6 +53,12 @@ constexpr SettingRow dialog(TextView key, SettingField field, TextView dialogDef
 constexpr SettingRow top(TextView key, SettingField field, Use use = Use::Always) {
   SettingRow row = mine(key, field, use);
   row.lists = {0, kLastTopList};
+  return row;
+}
+
+constexpr SettingRow each(TextView key, SettingField field) {
+  SettingRow row = mine(key, field);
+  row.lists = {0, kLists - 1};
   return row;
 }
 
@@ -209,6 +215,7 @@ constexpr SettingRow kTable[] = {
     top(TOP_KEY(TopSplitterOrientation)),
     mine(KEY(ComboText)),
 
+    each(TOP_KEY(ColumnWidths)),
     visible(COLUMN_KEY(FolderColumnVisible), kFolderColumns),
     visible(COLUMN_KEY(DriveColumnVisible), kDriveColumns),
     visible(COLUMN_KEY(FileColumnVisible), kFileColumns),

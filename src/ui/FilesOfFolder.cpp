@@ -1,6 +1,7 @@
 #include "ui/FilesOfFolder.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 
 #include "fs/Owners.h"
 #include "fs/PathText.h"
@@ -8,8 +9,22 @@
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
+namespace {
 
-FilesOfFolder::FilesOfFolder(WindowState& state, Panes& panes) : state_(state), panes_(panes) {}
+constexpr int kFilterPauseMs = 300;
+constexpr int kLongReadingMs = 100;
+
+}  // namespace
+
+FilesOfFolder::FilesOfFolder(WindowState& state, Panes& panes) : state_(state), panes_(panes) {
+  filterPause_.setSingleShot(true);
+  filterPause_.setInterval(kFilterPauseMs);
+  connect(&filterPause_, &QTimer::timeout, this, [this] {
+    if (filterInForce() != filter_) showFiles(true);
+  });
+  connect(&panes.pane(ListId::Files).list(), &ListView::columnsChanged, this,
+          &FilesOfFolder::columnsChanged);
+}
 
 void FilesOfFolder::selectedFolderChanged() {
   if (state_.session.context.ScanBusy) return;
@@ -39,14 +54,20 @@ void FilesOfFolder::showFiles(bool force) {
   Text folder = panes_.folders().path(row);
   if (!force && files.folder() == xGetPathWithBackslash(folder)) return;
   ListPane& pane = panes_.pane(ListId::Files);
-  isStopped_ = false;
+  state_.stopsFiles = false;
+  filter_ = filterInForce();
   Q_EMIT progress(toQString(TL(3526, u"Dateiliste wird geladen... (Abbruch: ESC-Taste)")));
   pane.model().setFrozen(true);
-  files.List_Files_ScanFolder(folder, force, [this] {
+  QElapsedTimer time;
+  time.start();
+  bool isLong = false;
+  files.List_Files_ScanFolder(folder, force, [&] {
+    if (!isLong && time.elapsed() > kLongReadingMs) Q_EMIT readingLong(isLong = true);
     QApplication::processEvents();
-    return !isStopped_;
+    return !state_.stopsFiles;
   });
   pane.setFrozen(false);
+  if (isLong) Q_EMIT readingLong(false);
   panes_.showFilesFolder(Text(xRemoveBackslash(files.folder())));
   const Failure& failure = files.failure();
   pane.setEmptyText(
@@ -60,8 +81,21 @@ void FilesOfFolder::hideFiles() {
   panes_.showFilesFolder({});
 }
 
+/// Reads the files again if their owners are shown now but were not read.
+void FilesOfFolder::columnsChanged() {
+  constexpr int kOwner = 9;
+  const bool shows = panes_.pane(ListId::Files).list().isColumnVisible(kOwner);
+  const Grid& grid = state_.files.grid();
+  if (shows && grid.rowCount() > 0 && grid.text(0, grid.column(u"owner")).empty()) showFiles(true);
+}
+
+Text FilesOfFolder::filterInForce() const {
+  const Options& options = state_.session.options;
+  return options.FileList_Filter_Active == 1 ? options.FileList_Filter_Text : Text();
+}
+
 void FilesOfFolder::filterChanged(std::optional<ListId> list) {
-  if (list) showFiles(true);
+  if (list) filterPause_.start();
 }
 
 }  // namespace ombrelian::ui

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QObject>
+#include <QTimer>
 
 #include "ui/Panes.h"
 
@@ -24,22 +24,29 @@ class FilesOfFolder : public QObject {
   /// Shows no folder, because the one that was shown may be gone.
   void hideFiles();
 
-  /// Reads the files again after a filter changed, unless it is a filter of scans (no `list`).
+  /// Reads the files again shortly after the last change of their filter, unless it is a filter of
+  /// scans (no `list`).
   void filterChanged(std::optional<ListId> list);
 
   /// Ends the current reading; the files that it has found stay in the list.
-  void stop() { isStopped_ = true; }
+  void stop() { state_.stopsFiles = true; }
 
  Q_SIGNALS:
   /// A text for the status line while the files are read.
   void progress(const QString& text);
 
+  /// A reading takes so long that commands have to be off meanwhile, or such a reading has ended.
+  void readingLong(bool isReading);
+
  private:
   void readLateOwner();
+  void columnsChanged();
+  Text filterInForce() const;
 
   WindowState& state_;
   Panes& panes_;
-  bool isStopped_ = false;
+  QTimer filterPause_;  // runs while the user types a filter
+  Text filter_;         // filter of the last reading; empty: it had none
 };
 
 }  // namespace ombrelian::ui

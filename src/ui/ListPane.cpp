@@ -130,10 +130,8 @@ void ListPane::fillColumnMenu(QMenu& menu) {
     action->setCheckable(true);
     action->setChecked(list_->isColumnVisible(section));
     action->setEnabled(section != 1);
-    connect(action, &QAction::toggled, list_, [this, section](bool shown) {
-      list_->setColumnVisible(section, shown);
-      list_->fitColumns();
-    });
+    connect(action, &QAction::toggled, list_,
+            [this, section](bool shown) { list_->setColumnVisible(section, shown); });
     menu.insertAction(first, action);
   }
   if (first == nullptr || first->isSeparator()) return;

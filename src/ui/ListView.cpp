@@ -2,7 +2,6 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QScrollBar>
 #include <algorithm>
 
 #include "ui/CellDelegate.h"
@@ -13,18 +12,14 @@ namespace {
 
 constexpr int kNameSection = 1;
 constexpr int kLeastColumnWidth = 28;
-constexpr int kMostFittedWidth = 640;
-constexpr int kCellMargin = 16;  // sum of the margins left and right of the text
-constexpr int kSortSign = 32;    // room for the sort indicator beside a title
-constexpr int kLeastNameWidth = 180;
-constexpr int kRowPadding = 7;         // sum of the margins above and below the text
-constexpr int kMeasuredRows = 20'000;  // greatest number of rows that are measured for one column
+constexpr int kRowPadding = 7;  // sum of the margins above and below the text
 
 }  // namespace
 
 ListView::ListView(ListModel& model, Options& options, ListId view, QWidget* parent)
     : QTableView(parent), model_(model), options_(options), view_(view) {
   setModel(&model_);
+  fit_ = new ColumnFit(*this, model_, options_, view_);
   setItemDelegate(new CellDelegate(options_, view_, this));
   setSelectionBehavior(SelectRows);
   setSelectionMode(ExtendedSelection);
@@ -54,13 +49,11 @@ ListView::ListView(ListModel& model, Options& options, ListId view, QWidget* par
           [this, header](const QPoint& at) { Q_EMIT columnMenuWanted(header->mapToGlobal(at)); });
   connect(header, &QHeaderView::sectionMoved, this, &ListView::columnMoved);
   connect(header, &QHeaderView::sectionClicked, this, &ListView::sortByColumn);
-  connect(header, &QHeaderView::sectionHandleDoubleClicked, this,
-          [this](int section) { setColumnWidth(section, widthForAllRows(section)); });
   applySettings();
 }
 
 void ListView::applySettings() {
-  isArranging_ = true;
+  setArranging(true);
   const ListSettings settings = listSettings(options_, view_);
   const int sections = model_.columnCount();
   std::vector<int> order(std::size_t(sections - 1));
@@ -81,7 +74,7 @@ void ListView::applySettings() {
     const bool shown = id < settings.visible.size() ? settings.visible[id] == 1 : byDefault;
     setColumnHidden(section, section != kNameSection && !shown);
   }
-  isArranging_ = false;
+  setArranging(false);
   const int height = fontMetrics().height() + kRowPadding;
   verticalHeader()->setMinimumSectionSize(height);
   verticalHeader()->setDefaultSectionSize(height);
@@ -93,8 +86,21 @@ void ListView::setColumnVisible(int section, bool visible) {
   const ListSettings settings = listSettings(options_, view_);
   if (std::size_t(section) < settings.visible.size())
     settings.visible[std::size_t(section)] = visible ? 1 : 0;
+  setArranging(true);
   setColumnHidden(section, !visible);
-  if (visible) setColumnWidth(section, widthForAllRows(section));
+  setArranging(false);
+  fitColumns();
+  Q_EMIT columnsChanged();
+}
+
+void ListView::setArranging(bool isArranging) {
+  isArranging_ = isArranging;
+  fit_->setArranging(isArranging);
+}
+
+void ListView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  fit_->layOut();
 }
 
 /// Keeps the row number as the first column, and in the tree the name as the second column.
@@ -136,44 +142,6 @@ void ListView::sortByColumn(int section) {
                                        descending ? Qt::DescendingOrder : Qt::AscendingOrder);
   if (currentIndex().isValid()) scrollTo(currentIndex());
   fitColumns();
-}
-
-void ListView::fitColumns() {
-  for (int section = 0; section < model_.columnCount(); ++section) {
-    if (!isColumnHidden(section)) setColumnWidth(section, widthForAllRows(section));
-  }
-}
-
-/// Measures the rows on the screen, or all rows if the option is on. If there are very many rows,
-/// it measures a sample of them.
-int ListView::widthForAllRows(int section) const {
-  const ListSettings settings = listSettings(options_, view_);
-  const bool all = settings.optimizeAll != nullptr && *settings.optimizeAll == 1;
-  const int rows = model_.rowCount();
-  if (section == 0) return fontMetrics().horizontalAdvance(QString::number(rows)) + kCellMargin;
-  const int first = all ? 0 : std::max(0, rowAt(0));
-  const int onScreen = viewport()->height() / std::max(1, verticalHeader()->defaultSectionSize());
-  const int last = all ? rows : std::min(rows, first + onScreen + 1);
-  const int step = std::max(1, (last - first) / kMeasuredRows);
-  const QFontMetrics metrics = fontMetrics();
-  int width = horizontalHeader()->fontMetrics().horizontalAdvance(
-                  model_.headerData(section, Qt::Horizontal, Qt::DisplayRole).toString()) +
-              kCellMargin + kSortSign;
-  for (int row = first; row < last; row += step) {
-    const QModelIndex index = model_.index(row, section);
-    int cell = metrics.horizontalAdvance(index.data(Qt::DisplayRole).toString()) + kCellMargin;
-    if (section == kNameSection) cell += CellDelegate::leading(model_.rows(), std::size_t(row));
-    width = std::max(width, cell);
-  }
-  if (section == kNameSection) width = std::max(width, kLeastNameWidth);
-  const Column* const column = model_.column(section);
-  if (column != nullptr && column->kind == CellKind::Percent) width = std::max(width, 90);
-  return std::min(width, kMostFittedWidth);
-}
-
-int ListView::fullWidth() const {
-  return horizontalHeader()->length() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth() +
-         2;
 }
 
 std::vector<std::size_t> ListView::selectedRowNumbers() const {

@@ -2,8 +2,7 @@
 
 #include <QTableView>
 
-#include "lists/ListTable.h"
-#include "ui/ListModel.h"
+#include "ui/ColumnFit.h"
 
 namespace ombrelian::ui {
 
@@ -24,8 +23,9 @@ class ListView : public QTableView {
   /// Updates columns, grid lines and row heights from the options.
   void applySettings();
 
-  /// Fits the columns to the rows on the screen, or to all rows if the options request it.
-  void fitColumns();
+  /// Fits the columns to their cells and to the width of the list.
+  void fitColumns() { fit_->fit(); }
+  ColumnFit& columnFit() { return *fit_; }
 
   void setColumnVisible(int section, bool visible);
   bool isColumnVisible(int section) const { return !isColumnHidden(section); }
@@ -44,9 +44,6 @@ class ListView : public QTableView {
   /// Starts the in-place edit of the name; does nothing if the name cannot be changed.
   void editName();
 
-  /// Width that shows all visible columns completely, with the scroll bar.
-  int fullWidth() const;
-
   static constexpr int kIndent = 16;  // pixels for each level
 
  Q_SIGNALS:
@@ -54,6 +51,7 @@ class ListView : public QTableView {
   void rowActivated(std::size_t row);  // Enter was pressed on the row
   void rowDoubleClicked(std::size_t row);
   void selectedRowsChanged();
+  void columnsChanged();  // a column was shown or hidden
   void expandWanted(std::size_t row, bool expanded);
   void expandSubtreeWanted(std::size_t row, bool expanded);
 
@@ -63,6 +61,7 @@ class ListView : public QTableView {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void selectionChanged(const QItemSelection& now, const QItemSelection& before) override;
 
  private:
@@ -70,12 +69,13 @@ class ListView : public QTableView {
   bool toggleAt(const QPoint& position);
   void columnMoved(int section, int from, int to);
   void storePositions();
-  int widthForAllRows(int section) const;
+  void setArranging(bool isArranging);
   std::size_t parentRow(std::size_t row) const;
 
   ListModel& model_;
   Options& options_;
   const ListId view_;
+  ColumnFit* fit_ = nullptr;
   bool isArranging_ = false;  // true: the program moves columns, not the user
 };
 

@@ -128,6 +128,7 @@ void MainWindow::connectParts() {
   connect(&o.dialogs, &WindowDialogs::busyChanged, this, &MainWindow::setBusy);
   connect(o.sources, &SourceBox::startWanted, this, [&o] { o.scans.startOrStop(); });
   connect(&o.files, &FilesOfFolder::progress, this, show);
+  connect(&o.files, &FilesOfFolder::readingLong, this, &MainWindow::setCommandsBusy);
   connect(&o.drives, &DriveCommands::progress, this, show);
   connect(&o.saving, &Saving::note, this, [&o](const QString& text) { o.status.showNote(text); });
   connect(&o.looks, &Looks::restartWanted, this, [this] {
@@ -141,6 +142,7 @@ void MainWindow::connectParts() {
     setWindowTitle(ui::windowTitle(state_.session));
     main_->update();
     if (single) o.files.showFiles(true);
+    if (state_.session.tree.firstRoot() != kNoNode) o.area->showResults();
     o.drives.readDrivesOnce();
     o.panes.pane(o.area->rightList()).list().fitColumns();
     o.area->Report_Resize_Width();
@@ -183,7 +185,11 @@ void MainWindow::connectLists() {
     main_->action(CommandId::ShowLeftSide)->setChecked(left && !right);
     main_->action(CommandId::ShowRightSide)->setChecked(!left);
     if (isVisible()) o.drives.readDrivesOnce();
-    if (list == ListId::Files) o.files.showFiles(false);
+    if (list == ListId::Files) {
+      o.files.showFiles(false);
+    } else {
+      o.files.hideFiles();
+    }
     o.status.StatusbarSetTextRightAUTO();
   });
 }
@@ -197,10 +203,15 @@ bool MainWindow::execute(std::optional<ListId> list, CommandId id) {
   return true;
 }
 
-void MainWindow::setBusy(bool busy) {
-  owned_->panes.setBusy(busy);
+void MainWindow::setCommandsBusy(bool busy) {
+  owned_->panes.setCommandsBusy(busy);
   main_->setBusy(busy);
   header_->setBusy(busy);
+}
+
+void MainWindow::setBusy(bool busy) {
+  owned_->panes.setBusy(busy);
+  setCommandsBusy(busy);
   owned_->sources->setEnabled(!busy);
   progress_->setVisible(busy);
   if (!busy) owned_->area->restoreFocus();

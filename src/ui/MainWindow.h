@@ -53,6 +53,7 @@ class MainWindow : public QMainWindow {
   void connectParts();
   void connectLists();
   void setBusy(bool busy);
+  void setCommandsBusy(bool busy);
   void showReadOnly();
   void storeSettings();
 

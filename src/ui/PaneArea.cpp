@@ -45,6 +45,9 @@ PaneArea::PaneArea(Panes& panes, CommandSet& header, Session& session, QWidget* 
   setChildrenCollapsible(false);
   setStretchFactor(0, 1);
   setStretchFactor(1, 1);
+  connect(&panes_.pane(ListId::Folders).list(), &ListView::expandWanted, this,
+          &PaneArea::Report_Resize_Width);
+  connect(this, &QSplitter::splitterMoved, this, &PaneArea::keepDivider);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
     for (const ListPane* const pane : panes_.all()) {
       if (now != nullptr && pane->isAncestorOf(now)) lastFocused_ = pane->listId();
@@ -111,6 +114,21 @@ void PaneArea::Change_ButtonHeaderActive(ListId list) {
   panes_.pane(list).list().setFocus();
 }
 
+void PaneArea::showResults() {
+  if (isRightVisible() && rightList() == ListId::Drives) {
+    showList(session_.options, lastList_);
+    Change_Info_Visibility();
+  }
+  ListView& list = panes_.pane(rightList()).list();
+  if (list.model()->rowCount() > 0 && list.currentRow() == RowSource::kNoRow) list.goTo(0);
+}
+
+/// The divider stays where a person put it, so it no longer follows the width of the tree.
+void PaneArea::keepDivider() {
+  session_.options.ChangeFolderReportWidthAutomatically = 0;
+  panes_.pane(ListId::Folders).commands().update();
+}
+
 void PaneArea::showTopLists() {
   Change_ButtonHeaderActive(topList(std::size_t(selectedTopList(session_.options))));
 }
@@ -122,6 +140,7 @@ void PaneArea::showSides(bool left, bool right) {
 
 void PaneArea::Change_Info_Visibility() {
   const ListId list = rightList();
+  if (list != ListId::Drives) lastList_ = list;
   panes_.pane(ListId::Folders).setVisible(isLeftVisible());
   right_->setVisible(isRightVisible());
   stack_->setCurrentWidget(&panes_.pane(list));
@@ -149,12 +168,12 @@ void PaneArea::Report_Resize_Width() {
   const int all = width();
   const int least = std::min(folders.barWidth() + 8, all / 2);
   const int most = std::max(least, all * 2 / 3);
-  const int left = std::clamp(folders.list().fullWidth(), least, most);
+  const int left = std::clamp(folders.list().columnFit().fullWidth(), least, most);
   setSizes({left, std::max(1, all - left - handleWidth())});
 }
 
 void PaneArea::fitColumns(ListId list) {
-  panes_.pane(list).list().fitColumns();
+  panes_.pane(list).list().columnFit().fitAnew();
   if (list == ListId::Folders) Report_Resize_Width();
 }
 

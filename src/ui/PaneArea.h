@@ -28,6 +28,10 @@ class PaneArea : public QSplitter {
   /// Gives the focus back to the tree if the tree had it.
   void restoreFocus();
 
+  /// Shows what a scan found on the right side, with a selected row: the files of the source, or
+  /// the list that was used last.
+  void showResults();
+
   /// Shows a list on the right side and gives it the focus.
   void Change_ButtonHeaderActive(ListId list);
   void showTopLists();
@@ -59,6 +63,7 @@ class PaneArea : public QSplitter {
 
   void makeRightSide();
   void Change_Info_Visibility();
+  void keepDivider();
 
   Panes& panes_;
   CommandSet& header_;
@@ -67,6 +72,7 @@ class PaneArea : public QSplitter {
   QStackedWidget* stack_;
   QToolBar* headerBar_ = nullptr;
   ListId lastFocused_ = ListId::Folders;
+  ListId lastList_ = ListId::Files;  // the last list on the right side that was not the drives
 };
 
 }  // namespace ombrelian::ui

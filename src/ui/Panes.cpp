@@ -74,6 +74,7 @@ void Panes::expand(std::size_t row, bool expanded) {
   ShownFolders& shown = folders().shownFolders();
   if (expanded) {
     tree.model().insertRowsAt(row + 1, shown.rowsToShow(row), [&] { shown.expand(row); });
+    tree.list().columnFit().fitName();
   } else {
     const std::size_t current = tree.list().currentRow();
     if (current > row && current <= row + shown.rowsBelow(row)) tree.list().goTo(row);
@@ -137,10 +138,14 @@ void Panes::clearListsWithoutSource() {
 }
 
 void Panes::setBusy(bool busy) {
-  for (ListPane* const pane : panes_) {
+  for (ListPane* const pane : panes_)
     pane->list().setEnabled(!busy);
+  setCommandsBusy(busy);
+}
+
+void Panes::setCommandsBusy(bool busy) {
+  for (ListPane* const pane : panes_)
     pane->commands().setBusy(busy);
-  }
 }
 
 void Panes::setReadOnly() {

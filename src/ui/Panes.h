@@ -47,7 +47,11 @@ class Panes : public QObject, private LogListener {
   /// Clears the lists of a scan if its source is no longer in the tree.
   void clearListsWithoutSource();
 
+  /// Disables the lists and the commands that may not run beside a scan, or enables them again.
   void setBusy(bool busy);
+
+  /// The same for the commands alone.
+  void setCommandsBusy(bool busy);
   void setReadOnly();
 
   /// Shows the folder name above the list of files; empty: no folder is shown.

@@ -20,7 +20,9 @@ ScanControl::ScanControl(WindowState& state, WindowDialogs& dialogs, Panes& pane
     : state_(state), dialogs_(dialogs), panes_(panes), sources_(sources) {}
 
 void ScanControl::startOrStop() {
-  if (isScanning()) {
+  if (state_.files.isReading()) {
+    state_.stopsFiles = true;
+  } else if (isScanning()) {
     if (!started_.isValid() || started_.elapsed() > kDoubleClickMs) stop();
   } else {
     StartSearchViaToolbar();

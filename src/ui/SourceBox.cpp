@@ -1,8 +1,6 @@
 #include "ui/SourceBox.h"
 
-#include <QCompleter>
 #include <QFileDialog>
-#include <QFileSystemModel>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -13,6 +11,7 @@
 #include "settings/SavedFolders.h"
 #include "support/Translate.h"
 #include "ui/QtText.h"
+#include "ui/SourceCompletion.h"
 
 namespace ombrelian::ui {
 namespace {
@@ -40,21 +39,8 @@ SourceBox::SourceBox(WindowState& state, QWidget* parent) : QComboBox(parent), s
   setToolTip(toQString(TL(9498, u"Ordner, Laufwerk oder Netzwerkpfad, der eingelesen wird")));
   lineEdit()->setPlaceholderText(toolTip());
   lineEdit()->installEventFilter(this);
-  setCompleter(makeCompleter());
+  new SourceCompletion(*this);
   connect(lineEdit(), &QLineEdit::returnPressed, this, &SourceBox::startWanted);
-}
-
-/// Offers folders of the disk below the field. Nothing is completed in the field itself, so that
-/// Return scans what was typed.
-QCompleter* SourceBox::makeCompleter() {
-  auto* const folders = new QFileSystemModel(this);
-  folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
-  folders->setOption(QFileSystemModel::DontWatchForChanges);
-  folders->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
-  folders->setRootPath(QStringLiteral("/"));
-  auto* const completer = new QCompleter(folders, this);
-  completer->setCompletionMode(QCompleter::PopupCompletion);
-  return completer;
 }
 
 Text SourceBox::path() const {

@@ -39,8 +39,6 @@ class SourceBox : public QComboBox {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  QCompleter* makeCompleter();
-
   WindowState& state_;
 };
 

@@ -70,7 +70,6 @@ void dressApplication(int languageId) {
   QApplication::setStyle(new Style);
   qApp->installEventFilter(new MenuCare(qApp));
   QApplication::setApplicationName(QStringLiteral("ombrelian"));
-  QApplication::setApplicationDisplayName(QStringLiteral("Ombrelian"));
   QGuiApplication::setDesktopFileName(QStringLiteral("ombrelian"));
   QApplication::setWindowIcon(icon("app"));
   auto* const texts = new QTranslator(qApp);

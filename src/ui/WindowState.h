@@ -42,6 +42,7 @@ struct WindowState {
   FileList files;
   DriveList drives;
   FilledLists filled;
+  bool stopsFiles = false;            // the reading of the files of a folder has to end
   std::int64_t scanMilliseconds = 0;  // time of the last run
 };
 

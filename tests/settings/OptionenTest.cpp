@@ -65,7 +65,7 @@ TEST_F(OptionenTest, EveryKeySurvivesAndNoTwoAreOne) {
       return true;
     });
   }
-  EXPECT_EQ(names.size(), 451U) << "a key more or less";
+  EXPECT_EQ(names.size(), 465U) << "a key more or less";
   for (const SettingOwner owner : owners)
     storeSettings(owner, changed, store);
   ASSERT_FALSE(store.flush());

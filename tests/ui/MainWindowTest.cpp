@@ -3,8 +3,10 @@
 
 #include "ui/MainWindow.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QClipboard>
+#include <QCompleter>
 #include <QDBusConnection>
 #include <QDir>
 #include <QHeaderView>
@@ -21,6 +23,7 @@
 #include "ui/MenuCare.h"
 #include "ui/OpenCommands.h"
 #include "ui/QtText.h"
+#include "ui/SourceCompletion.h"
 #include "ui/StatusLine.h"
 
 namespace ombrelian::ui {
@@ -176,6 +179,7 @@ TEST_F(MainWindowTest, ARestartFindsColumnsPanesAndSourcesAsTheyWere) {
     QHeaderView& header = *list.horizontalHeader();
     header.moveSection(header.visualIndex(8), 2);
     header.moveSection(header.visualIndex(5), 1);  // the move is refused
+    header.resizeSection(8, 333);
     run.execute(std::nullopt, Id::ShowTopLists);
     run.execute(ListId::LargestFiles, Id::ShowOldestFiles);
     run.execute(ListId::OldestFiles, Id::SizeMegabytes);
@@ -189,6 +193,9 @@ TEST_F(MainWindowTest, ARestartFindsColumnsPanesAndSourcesAsTheyWere) {
     EXPECT_EQ(list.isColumnVisible(section), isVisible) << section;
   EXPECT_EQ(list.horizontalHeader()->visualIndex(1), 1);
   EXPECT_EQ(list.horizontalHeader()->visualIndex(8), 2);
+  EXPECT_EQ(list.columnWidth(8), 333) << "a person chose it";
+  run.execute(kFolders, Id::FitColumns);
+  EXPECT_LT(list.columnWidth(8), 333);
   EXPECT_EQ(run.window->parts().area.rightList(), ListId::OldestFiles);
   const Options& options = run.session.options;
   EXPECT_EQ(options.FileSizeFormatTop[3], 2);
@@ -576,6 +583,36 @@ TEST_F(PartsTest, ASourceIsOfferedOnceAndKeptForTheNextStart) {
   EXPECT_EQ(next.count(), all) << "a drive stays";
 }
 
+TEST_F(PartsTest, TheSourceFieldOffersEarlierSourcesAndFoldersAndScansWhatIsInIt) {
+  SourceBox& box = parts_.sources;
+  box.AddNewSearchPath(u"/somewhere/earlier");
+  box.clearEditText();
+  QLineEdit* const field = box.lineEdit();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(run_.window.get()));
+  field->setFocus();
+  const auto* const completion = box.findChild<SourceCompletion*>();
+  QTest::keyClicks(field, u"earl"_s);
+  EXPECT_EQ(completion->offers(field->text()), QStringList{u"/somewhere/earlier"_s});
+  field->selectAll();
+  QTest::keyClicks(field, path() + u"/s"_s);
+  EXPECT_EQ(field->text(), path() + u"/s"_s) << "nothing is completed in the field";
+  QWidget* const popup = box.findChild<QCompleter*>()->popup();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return popup->isVisible(); }));
+  EXPECT_EQ(completion->offers(field->text()), QStringList{path("small")});
+  QTest::keyClick(popup, Qt::Key_Down);
+  QTest::keyClick(popup, Qt::Key_Return);
+  EXPECT_EQ(names(kFolders).value(0), path("small"));
+}
+
+TEST(ColumnFitTest, WideColumnsGiveWayToNarrowOnes) {
+  using Widths = std::vector<int>;
+  const ColumnNeed needs[] = {{200, 100}, {500, 100}, {80, 80}};
+  EXPECT_EQ(sharedWidths(needs, 900), (Widths{200, 500, 80}));
+  EXPECT_EQ(sharedWidths(needs, 600), (Widths{200, 320, 80}));
+  EXPECT_EQ(sharedWidths(needs, 400), (Widths{160, 160, 80}));
+  EXPECT_EQ(sharedWidths(needs, 100), (Widths{100, 100, 80})) << "the rest is scrolled";
+}
+
 TEST_F(PartsTest, EachButtonShowsItsListAndNoOther) {
   PaneArea& area = parts_.area;
   const auto pressed = [this] {
@@ -626,7 +663,7 @@ TEST_F(PartsTest, FilesFollowTheSelectedFolderWhileTheirListIsVisible) {
   session_.options.FileList_Filter_Active = 1;
   session_.options.FileList_Filter_Text = u"late";
   parts_.files.filterChanged(ListId::Files);
-  EXPECT_EQ(names(ListId::Files), QStringList(u"late"_s));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return names(ListId::Files) == QStringList(u"late"_s); }));
   CommandSet& files = pane(ListId::Files).commands();
   EXPECT_TRUE(files.action(Id::FilterMenu)->isChecked()) << "a filter in force is marked";
   EXPECT_EQ(pane(ListId::Files).findChild<ElidedLabel*>()->toolTip(), path("big"));
