@@ -81,10 +81,10 @@ bool isFiltered(const Options& options, std::optional<ListId> list) {
 #define LATER(what) {CommandTime::Never, false, what}
 #define FLAG(place) CommandState{place}
 #define CHOICE(place, value) CommandState{place, value}
-#define FLAG_OR(place, other) CommandState{place, 1, nullptr, nullptr, other}
-#define EDIT(place, name) CommandState{nullptr, 1, place, nullptr, nullptr, CommandId::name}
-#define NUMBER(place) CommandState{nullptr, 1, nullptr, place}
-#define MARK(condition) CommandState{nullptr, 1, nullptr, nullptr, nullptr, CommandId::None, true, condition}
+#define FLAG_OR(place, other) CommandState{place, 1, nullptr, {}, other}
+#define EDIT(place, name) CommandState{nullptr, 1, place, {}, nullptr, CommandId::name}
+#define NUMBER(place, least, most) CommandState{nullptr, 1, nullptr, {place, least, most}}
+#define MARK(condition) CommandState{nullptr, 1, nullptr, {}, nullptr, CommandId::None, true, condition}
 #define NONE CommandState{}
 #define COMMAND(name, number, kind, caption, tip, picture, key, when, state, does)         \
   commandRow(CommandId::name, CommandKind::kind, caption, tip, picture, key, when,         \

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <span>
 
@@ -61,12 +62,24 @@ enum class CommandNeed : std::uint8_t {
   NetworkPath,  // a selected row that is a stored network path
 };
 
+/// A number in the options that the user can type, with its range.
+struct NumberPlace {
+  std::int64_t* place = nullptr;  // null: the command has no number
+  std::int64_t least = 0;
+  std::int64_t most = 0;
+
+  explicit operator bool() const { return place != nullptr; }
+
+  /// Stores the next number in the range.
+  void set(std::int64_t number) const { *place = std::clamp(number, least, most); }
+};
+
 /// The places that store the state of a command. All null: the command has no state.
 struct CommandState {
   std::uint8_t* flag = nullptr;  // 0 or 1 for a Toggle; the chosen number for a Choice
   std::uint8_t value = 1;        // number of this Choice
   Text* text = nullptr;
-  std::int32_t* number = nullptr;
+  NumberPlace number = {};
   std::uint8_t* excludes = nullptr;        // flag that is cleared when `flag` is set
   CommandId switchedOn = CommandId::None;  // Toggle that is on while `text` is not empty
   bool hasMark = false;                    // the button of a menu shows `isMarked`

@@ -133,8 +133,8 @@ int runLists(const CommandLine& line, Session& session, Console& console) {
   const bool saves = !line.saveFolder.empty();
   // These options are only for this run and are not stored.
   turnAllListsOn(session.options);
-  for (std::int32_t& maximum : session.options.TopMaxCount)
-    maximum = std::max(maximum, std::min(line.rows, kMostTopRows));
+  for (std::int64_t& maximum : session.options.TopMaxCount)
+    maximum = std::max(maximum, std::min<std::int64_t>(line.rows, kMostTopRows));
   const ListSaver saver(line, session, console);
   if (saves && !saver.prepare()) return kExitNothing;
   session.log.setListener(&console);

@@ -20,7 +20,8 @@ struct Session {
   Log log{options};
   FolderReport folderReport{tree, options};
   std::deque<Text> SourceQueue;
-  bool readOnly = false;  // no scanned object may be changed while the program runs
+  std::uint8_t languageId = 0;  // language of this run; see Translation; 0: not known
+  bool readOnly = false;        // no scanned object may be changed while the program runs
 
   /// Loads the stored options; a new user has the defaults.
   void loadOptions(const IniStore& settings);

@@ -39,8 +39,12 @@ class Watch : public platform::RemovalProgress {
   void failed(TextView path, ErrorCode error) override {
     isItself_ = isItself_ || path == folder_;
     if (++errors_ > kMostErrors) return;
+    failed_.push_back({Text(path), xGetErrorText(false, error)});
     text_.append(text_.empty() ? u"" : u" ").append(numberedError(path, error));
   }
+
+  std::int64_t errors() const { return errors_; }
+  std::vector<FailedObject> takeFailed() { return std::move(failed_); }
 
   Text text() const {
     Text text;
@@ -59,6 +63,7 @@ class Watch : public platform::RemovalProgress {
   std::int64_t errors_ = 0;
   bool isItself_ = false;  // the folder itself could not be removed
   Text text_;
+  std::vector<FailedObject> failed_;
 };
 
 Failure deleteFile(const platform::ShownObject& file, bool force) {
@@ -109,7 +114,8 @@ FolderDeletion xDeleteFolderR_W(const platform::ShownObject& folder, const Delet
       [&]() -> FolderDeletion {
         Watch watch(folder.path, goOn);
         const platform::Removal removal = platform::RemoveTree(folder, watch);
-        return {removal.isGone, removal.wasStopped, removal.files, removal.folders, watch.text()};
+        return {removal.isGone, removal.wasStopped, removal.files, removal.folders,
+                watch.text(),   watch.takeFailed(), watch.errors()};
       },
       unfinished);
 }

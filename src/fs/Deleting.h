@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include "platform/Removal.h"
 #include "support/Error.h"
@@ -25,6 +26,12 @@ bool RemoveDirectoryForce_W(const platform::ShownObject& folder);
 /// the deletion.
 using DeletionGoOn = std::function<bool(std::uint64_t files, std::uint64_t folders)>;
 
+/// An object that could not be deleted.
+struct FailedObject {
+  Text path;
+  Text reason;  // text of the system, without a number
+};
+
 /// Result of the deletion of a folder.
 struct FolderDeletion {
   bool isGone = false;
@@ -33,6 +40,8 @@ struct FolderDeletion {
   std::uint64_t folders = 0;
   Text errorText;  // objects that could not be deleted, with the folder itself first; a long list
                    // is cut
+  std::vector<FailedObject> failed = {};  // the same objects without the folder itself
+  std::int64_t failures = 0;              // number of all of them
 };
 
 /// Removes a folder with all its content; of a link to a folder, only the link. An object that

@@ -125,10 +125,14 @@ Text xGetErrorTextFromSH(ErrorCode code, bool addNumber) {
   return addNumber ? text + u" - " + toText(code) : text;
 }
 
-Text recyclingErrorText(const ShellResult& result) {
+Text recyclingReason(const ShellResult& result) {
   Text text = xGetErrorTextFromSH(result.code, false);
   if (const Text more = advice(result); !more.empty()) text.append(u" ").append(more);
-  return text.append(u" (").append(toText(result.code)).append(u")");
+  return text;
+}
+
+Text recyclingErrorText(const ShellResult& result) {
+  return recyclingReason(result).append(u" (").append(toText(result.code)).append(u")");
 }
 
 }  // namespace ombrelian

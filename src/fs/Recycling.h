@@ -27,4 +27,7 @@ Text xGetErrorTextFromSH(platform::ErrorCode code, bool addNumber);
 /// advice, with the code in brackets.
 Text recyclingErrorText(const ShellResult& result);
 
+/// The same without the number, for a message.
+Text recyclingReason(const ShellResult& result);
+
 }  // namespace ombrelian

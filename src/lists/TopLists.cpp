@@ -99,7 +99,8 @@ void TopLists::reset() {
   date_ = 0;
   for (std::size_t list = 0; list < kTopLists; ++list) {
     lists_[list].rows.clear();
-    collectors_[list].reset(std::clamp(options_.TopMaxCount[list], kLeastTopRows, kMostTopRows));
+    collectors_[list].reset(
+        std::int32_t(std::clamp(options_.TopMaxCount[list], kLeastTopRows, kMostTopRows)));
   }
 }
 

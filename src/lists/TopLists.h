@@ -12,10 +12,6 @@
 
 namespace ombrelian {
 
-/// Smallest and greatest limit of a top list.
-inline constexpr std::int32_t kLeastTopRows = 5;
-inline constexpr std::int32_t kMostTopRows = 999;
-
 /// Collects the objects of one top list during the walk: those with the largest or the smallest
 /// keys. It never contains more than its limit and 101 rows.
 ///

@@ -10,6 +10,12 @@ namespace ombrelian::platform {
 /// Name of the file type, in the language of messages or else in English.
 Text GetFileTypeName(TextView extension);
 
+/// The MIME type, such as "text/plain".
+Text GetFileType(TextView extension);
+
+/// Name of the program that opens such files, in the language of messages if it has such a name.
+Text GetAssociatedProgram(TextView extension);
+
 /// Name of the icon in icon themes.
 Text GetFileTypeIcon(TextView extension);
 

@@ -64,7 +64,8 @@ bool Deletion::run(Work work) {
         return isGone;
       },
       [&](const Error& error) {
-        fail(TL(9701, u"Der Vorgang wurde durch einen Fehler des Programms beendet: %1",
+        fail({{}, errorTextOf(error)},
+             TL(9701, u"Der Vorgang wurde durch einen Fehler des Programms beendet: %1",
                 {errorTextOf(error)}));
         return true;
       });
@@ -121,7 +122,8 @@ bool Deletion::deleteFolder(const platform::ShownObject& folder, bool& isTouched
   if (recycles_) {
     const ShellResult result = xDeleteFolderSHwide(folder, true);
     if (result.code == 0) return true;
-    fail(TL(9072,
+    fail({folder.path, recyclingReason(result)},
+         TL(9072,
             u"Beim Verschieben des Ordners '%1' in den Papierkorb ist ein Fehler aufgetreten: %2",
             {folder.path, recyclingErrorText(result)}));
     return false;
@@ -135,8 +137,14 @@ bool Deletion::deleteFolder(const platform::ShownObject& folder, bool& isTouched
   if (!deletion.wasStopped || !deletion.errorText.empty()) {
     const Text text = deletion.errorText.empty() ? xGetErrorText(true, platform::kGeneralFailure)
                                                  : deletion.errorText;
-    fail(TL(9073, u"Beim Löschen des Ordners '%1' ist ein Fehler aufgetreten: %2",
-            {folder.path, text}));
+    state_.log.LogProtokoll(
+        TL(9073, u"Beim Löschen des Ordners '%1' ist ein Fehler aufgetreten: %2",
+           {folder.path, text}),
+        true);
+    if (deletion.failed.empty()) tell({folder.path, text});
+    for (const FailedObject& object : deletion.failed)
+      tell(object);
+    failureCount_ += deletion.failures - std::int64_t(deletion.failed.size());
   }
   return false;
 }
@@ -145,13 +153,15 @@ bool Deletion::Delete_Files(const platform::ShownObject& file) {
   if (recycles_) {
     const ShellResult result = xDeleteFileSHwide(file, true);
     if (result.code != 0) {
-      fail(TL(9070,
+      fail({file.path, recyclingReason(result)},
+           TL(9070,
               u"Beim Verschieben der Datei '%1' in den Papierkorb ist ein Fehler aufgetreten: %2",
               {file.path, recyclingErrorText(result)}));
       return false;
     }
   } else if (const Failure failure = xDeleteFile_W(file, true)) {
-    fail(TL(9071, u"Beim Löschen der Datei '%1' ist ein Fehler aufgetreten: %2",
+    fail({file.path, xGetErrorText(false, platform::ErrorCode(failure->number))},
+         TL(9071, u"Beim Löschen der Datei '%1' ist ein Fehler aufgetreten: %2",
             {file.path, failure->text}));
     return false;
   }
@@ -164,17 +174,25 @@ void Deletion::logGone(const Text& path) {
                                     : TL(9075, u"GELÖSCHT: %1", {path}));
 }
 
-void Deletion::fail(const Text& line) {
+/// Notes an object that was not deleted, with the line for the log.
+void Deletion::fail(FailedObject object, const Text& line) {
   state_.log.LogProtokoll(line, true);
-  if (failures_.size() < kToldFailures) failures_.push_back(line);
+  tell(std::move(object));
+}
+
+void Deletion::tell(FailedObject object) {
+  if (failures_.size() < kToldFailures) failures_.push_back(std::move(object));
   ++failureCount_;
 }
 
 void Deletion::tellFailures() {
   if (failureCount_ == 0) return;
-  Text text;
-  for (const Text& line : failures_)
-    text.append(text.empty() ? u"" : u"\n\n").append(line);
+  Text text = TL(9861, u"Nicht gelöscht: %1", {statusCount(failureCount_)});
+  for (const FailedObject& failed : failures_) {
+    text.append(u"\n\n").append(failed.path);
+    if (!failed.path.empty()) text += u'\n';
+    text.append(failed.reason);
+  }
   if (const std::int64_t more = failureCount_ - std::int64_t(failures_.size()); more > 0) {
     text.append(u"\n\n").append(
         TL(9661, u"Weitere Fehler: %1. Alle stehen im Protokoll.", {statusCount(more)}));
@@ -220,12 +238,21 @@ bool Deletion::survey(Targets& targets, Survey& survey) {
     const platform::ErrorCode error = look(target.object, data);
     const bool isThere = error == platform::kSuccess;
     if (!isThere && !platform::isMissing(error)) {
-      fail(TL(9662, u"'%1' kann nicht gelöscht werden: %2", {path, xGetErrorText(true, error)}));
+      fail({path, xGetErrorText(false, error)},
+           TL(9662, u"'%1' kann nicht gelöscht werden: %2", {path, xGetErrorText(true, error)}));
       continue;
     }
+    const Survey others = survey;
     const std::uint64_t before = survey.objects();
     const auto goOn = [&](std::uint64_t count) { return goesOn(path, count); };
     if ((isThere && !survey.add(path, data, goOn)) || !goOn(survey.objects())) return false;
+    if (recycles_ && survey.mountPoints > others.mountPoints) {
+      const Text reason =
+          TL(9862, u"Darin ist ein Dateisystem eingehängt, das mit in den Papierkorb käme.");
+      fail({path, reason}, TL(9662, u"'%1' kann nicht gelöscht werden: %2", {path, reason}));
+      survey = others;
+      continue;
+    }
     target.file.isHardlink = hardlinkCount(data) > 0;
     target.file.identity = isThere ? data.identity : target.object.identity;
     target.objects = survey.objects() - before;

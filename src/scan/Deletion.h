@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fs/Deleting.h"
 #include "lists/FileList.h"
 #include "platform/Removal.h"
 #include "scan/RowsOnShow.h"
@@ -64,14 +65,15 @@ class Deletion {
   void correctTree(const Targets& gone, const Targets& touched);
   void takeOffFiles(const Targets& gone);
   void logGone(const Text& path);
-  void fail(const Text& line);
+  void fail(FailedObject object, const Text& line);
+  void tell(FailedObject object);
   void tellFailures();
   bool goesOn(TextView path, std::uint64_t done);
 
   const ScanState state_;
   RowsOnShow& rows_;
   const bool recycles_;
-  std::vector<Text> failures_;  // the first failures, for the message to the user
+  std::vector<FailedObject> failures_;  // the first failures, for the message to the user
   std::int64_t failureCount_ = 0;
   std::uint64_t all_ = 0;         // number of objects to delete; 0 while they are counted
   std::uint64_t doneBefore_ = 0;  // number of objects of the finished targets

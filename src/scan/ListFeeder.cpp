@@ -21,8 +21,8 @@ void ListFeeder::reset() {
 }
 
 /// Moves the size limit of each enabled "smallest" list from one value to another.
-void ListFeeder::replaceIgnoreNumbers(std::int32_t from, std::int32_t to) {
-  const auto replace = [&](std::uint8_t isOn, std::uint8_t ignores, std::int32_t& number) {
+void ListFeeder::replaceIgnoreNumbers(std::int64_t from, std::int64_t to) {
+  const auto replace = [&](std::uint8_t isOn, std::uint8_t ignores, std::int64_t& number) {
     if (isOn == 1 && ignores == 1 && number == from) number = to;
   };
   replace(options_.CreateList100SmallestFiles, options_.CreateList100SmallestFilesIgnore,

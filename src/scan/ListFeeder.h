@@ -31,7 +31,7 @@ class ListFeeder : public DerivedLists {
   HardlinkList& hardlinks() { return hardlinks_; }
 
  private:
-  void replaceIgnoreNumbers(std::int32_t from, std::int32_t to);
+  void replaceIgnoreNumbers(std::int64_t from, std::int64_t to);
 
   Options& options_;
   mCompare& filters_;

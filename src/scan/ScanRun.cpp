@@ -217,6 +217,7 @@ void ScanRun::readRootFacts(TextView path, NodeIndex root) {
   node.dateAccess = data.ftLastAccessTime;
   // A source that is a mount point is a drive, not a junction.
   node.attributes = data.dwFileAttributes & ~platform::kAttributeReparsePoint;
+  if (node.has(FolderNode::IsJunction)) node.attributes |= platform::kAttributeReparsePoint;
   // If the source was reached by a link, a deletion removes this link.
   platform::FindData named;
   if (findObject(path, named) == platform::kSuccess) {

@@ -51,7 +51,7 @@ class Survey {
   void count(const platform::FindData& data);
   bool walk(TextView folder, const GoOn& goOn);
 
-  const int helpers_;
+  int helpers_;
   std::unordered_map<platform::FileIdentity, Names, Hash> names_;
 };
 

@@ -16,6 +16,17 @@ Text SystemFileTypes::typeText(TextView extension) {
       nothing<Text>);
 }
 
+Text SystemFileTypes::associatedProgram(TextView extension) {
+  return GuardedOr(
+      u"FileTypes", u"associatedProgram",
+      [&] {
+        const auto [known, isNew] = programs_.try_emplace(Text(extension));
+        if (isNew) known->second = platform::GetAssociatedProgram(extension);
+        return known->second;
+      },
+      nothing<Text>);
+}
+
 Text SystemFileTypes::iconName(TextView extension) {
   return GuardedOr(
       u"FileTypes", u"iconName", [&] { return platform::GetFileTypeIcon(extension); },

@@ -26,11 +26,12 @@ class FileTypes {
 class SystemFileTypes : public FileTypes {
  public:
   Text typeText(TextView extension) override;
-  Text associatedProgram(TextView) override { return {}; }
+  Text associatedProgram(TextView extension) override;
   Text iconName(TextView extension) override;
 
  private:
   std::unordered_map<Text, Text> typeTexts_;
+  std::unordered_map<Text, Text> programs_;
 };
 
 }  // namespace ombrelian

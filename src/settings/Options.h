@@ -6,7 +6,9 @@
 
 namespace ombrelian {
 
-inline constexpr int kLists = 14;    // all lists of the program
+inline constexpr int kLists = 14;                 // all lists of the program
+inline constexpr std::int64_t kLeastTopRows = 5;  // range of the limit of a top list
+inline constexpr std::int64_t kMostTopRows = 999;
 inline constexpr int kTopLists = 6;  // 0 largest files ... 5 smallest folders
 
 // Number of columns of each list, including the row number (0).
@@ -153,13 +155,13 @@ struct Options {
   std::uint8_t CreateList100LargestFolders = 0;
   std::uint8_t CreateList100SmallestFolders = 0;
   std::uint8_t CreateList100SmallestFoldersIgnore = 0;
-  std::int32_t CreateList100SmallestFoldersIgnoreNumber = 0;  // bytes
+  std::int64_t CreateList100SmallestFoldersIgnoreNumber = 0;  // bytes
   std::uint8_t CreateList100LargestFiles = 0;
   std::uint8_t CreateList100LargestFilesInclude = 0;
   Text CreateList100LargestFilesIncludeText;
   std::uint8_t CreateList100SmallestFiles = 0;
   std::uint8_t CreateList100SmallestFilesIgnore = 0;
-  std::int32_t CreateList100SmallestFilesIgnoreNumber = 0;  // bytes
+  std::int64_t CreateList100SmallestFilesIgnoreNumber = 0;  // bytes
   std::uint8_t CreateList100NewestFiles = 0;
   std::uint8_t CreateList100NewestFilesDate = 1;  // 1 modified, 2 created, 3 last access
   std::uint8_t CreateList100OldestFiles = 0;
@@ -175,7 +177,7 @@ struct Options {
   std::uint8_t ShowHardlinkCount = 0;
   std::uint8_t NoHardlinks = 0;    // junctions that are not entered get no node
   std::uint8_t ScanHardlinks = 0;  // junctions are entered
-  std::array<std::int32_t, kTopLists> TopMaxCount = forTopLists(20);  // rows
+  std::array<std::int64_t, kTopLists> TopMaxCount = forTopLists<std::int64_t>(20);  // rows
 
   // Filters of scans and of the file list; patterns separated by commas.
   std::uint8_t FolderList_FilterFolderExclude_Active = 0;

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <concepts>
 #include <limits>
 
 #include "settings/IniText.h"
@@ -291,7 +292,7 @@ constexpr SettingRow kTable[] = {
 
 // Conversion of values to text, with one overload for each type.
 
-Text textOf(std::int32_t value) { return toText(value); }
+Text textOf(std::integral auto value) { return toText(std::int64_t(value)); }
 Text textOf(const Text& value) { return value; }
 Text textOf(double value) {
   char digits[32];

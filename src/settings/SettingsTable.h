@@ -42,8 +42,8 @@ enum class SettingForm : std::uint8_t {
 /// the family has no such index).
 template <class T>
 using FieldOf = const T& (*)(const Options& options, int list, int column);
-using SettingField =
-    std::variant<FieldOf<std::uint8_t>, FieldOf<std::int32_t>, FieldOf<double>, FieldOf<Text>>;
+using SettingField = std::variant<FieldOf<std::uint8_t>, FieldOf<std::int32_t>,
+                                  FieldOf<std::int64_t>, FieldOf<double>, FieldOf<Text>>;
 
 /// The first and the last index of a family.
 struct IndexRange {

@@ -113,6 +113,7 @@ void CellDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& opti
   const Column* const column = modelOf(index).column(index.column());
   const bool isOnBar = column != nullptr && column->kind == CellKind::Percent && hasBars();
   QPalette::ColorRole role = isSelected && !isOnBar ? QPalette::HighlightedText : QPalette::Text;
+  if (look.isCompressed && !isSelected && index.column() == kNameSection) role = QPalette::Link;
   if (look.isError && !isSelected) role = QPalette::BrightText;
   painter.setPen(palette.color(
       (option.state & QStyle::State_Active) ? QPalette::Active : QPalette::Inactive, role));

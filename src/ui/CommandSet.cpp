@@ -2,9 +2,9 @@
 
 #include <QApplication>
 #include <QHBoxLayout>
-#include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpressionValidator>
 #include <QToolButton>
 #include <QWidgetAction>
 #include <utility>
@@ -219,12 +219,25 @@ void CommandSet::addItem(QMenu& menu, const BarItem& item) {
   const Command& command = commandOf(item.id);
   if (command.kind != CommandKind::Edit) {
     menu.addAction(actions_.at(item.id));
-  } else if (state(item.id).text != nullptr || state(item.id).number != nullptr) {
+  } else if (state(item.id).text != nullptr || state(item.id).number) {
     menu.addAction(makeEdit(command, &menu));
   }
 }
 
-/// Makes a line of a menu with a label and a field. The setting changes while the user types.
+/// Takes over what the user typed into a field.
+void CommandSet::typed(const CommandState& bound, const QString& text) {
+  if (bound.number) {
+    bool isSmall = true;  // a number of more than 64 bits counts as the greatest one
+    const std::int64_t number = text.toLongLong(&isSmall);
+    bound.number.set(isSmall || text.isEmpty() ? number : bound.number.most);
+  } else {
+    *bound.text = toText(text);
+    switchByText(bound.switchedOn, !text.isEmpty());
+  }
+}
+
+/// Makes a line of a menu with a label and a field. The setting changes while the user types; when
+/// the user leaves the field, it shows what the setting became.
 QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
   auto* const action = new QWidgetAction(parent);
   auto* const line = new QWidget(parent);
@@ -235,10 +248,11 @@ QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
   field->setAccessibleName(caption);
   field->setToolTip(toQString(commandTip(command, bar_)));
   const CommandState bound = state(command.id);
-  if (bound.number != nullptr) {
+  if (bound.number) {
     layout->addWidget(new QLabel(caption, line));
-    field->setValidator(new QIntValidator(0, 999'999'999, field));
-    field->setMaximumWidth(90);
+    field->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,19}")), field));
+    field->setMaximumWidth(150);
     layout->addStretch();
   } else {
     field->setMinimumWidth(260);
@@ -246,27 +260,20 @@ QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
   }
   layout->addWidget(field);
   const auto show = [field, bound] {
-    field->setText(bound.number != nullptr ? QString::number(*bound.number)
-                                           : toQString(*bound.text));
+    if (bound.text != nullptr) *bound.text = tidyPatterns(*bound.text);
+    field->setText(bound.number ? QString::number(*bound.number.place) : toQString(*bound.text));
   };
   show();
-  if (auto* const menu = qobject_cast<QMenu*>(parent))
+  if (auto* const menu = qobject_cast<QMenu*>(parent)) {
     connect(menu, &QMenu::aboutToShow, field, show);
+    connect(menu, &QMenu::aboutToHide, field, show);
+  }
+  connect(field, &QLineEdit::editingFinished, this, show);
   connect(field, &QLineEdit::textEdited, this, [this, bound, id = command.id](const QString& text) {
-    if (bound.number != nullptr) {
-      *bound.number = text.toInt();
-    } else {
-      *bound.text = toText(text);
-      switchByText(bound.switchedOn, !text.isEmpty());
-    }
+    typed(bound, text);
     update();
     applyLook();
     Q_EMIT triggered(id);
-  });
-  connect(field, &QLineEdit::editingFinished, this, [field, bound] {
-    if (bound.text == nullptr) return;
-    *bound.text = tidyPatterns(*bound.text);
-    field->setText(toQString(*bound.text));
   });
   // The arrow keys of the menu give the focus only to an entry that accepts it.
   line->setFocusPolicy(Qt::StrongFocus);

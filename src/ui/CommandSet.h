@@ -69,6 +69,7 @@ class CommandSet : public QObject {
  private:
   bool isOn(const Command& command) const;
   QAction* make(const Command& command);
+  void typed(const CommandState& bound, const QString& text);
   QAction* makeEdit(const Command& command, QWidget* parent);
   void trigger(CommandId id, bool checked);
   void switchByText(CommandId toggle, bool on);

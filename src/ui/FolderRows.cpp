@@ -2,6 +2,7 @@
 
 #include "export/ReportList.h"
 #include "lists/FolderSort.h"
+#include "lists/ListStatus.h"
 #include "platform/Volumes.h"
 #include "scan/Rename.h"
 #include "support/Translate.h"
@@ -12,6 +13,11 @@ namespace ombrelian::ui {
 namespace {
 
 bool isName(const Column& column) { return column.id == FolderColumnId::Name; }
+
+/// Whether something below the folder could not be read or was not read to its end.
+bool isPartial(const FolderNode& node) {
+  return node.errors > 0 || node.has(FolderNode::IsIncomplete);
+}
 
 }  // namespace
 
@@ -26,10 +32,15 @@ std::size_t FolderRows::rowOf(Id id) const {
   return id < tree_.nodeCount() ? shown_.rowOf(id) : kNoRow;
 }
 
+/// A scan sorts the tree by size; another order that the user chose is restored.
 void FolderRows::treeChanged() {
-  sortColumn_ = &FolderReport::columns()[FolderColumnId::Size - 1];
-  sortedDescending_ = true;
+  const Column* const bySize = &FolderReport::columns()[FolderColumnId::Size - 1];
+  if (sortColumn_ == nullptr) {
+    sortColumn_ = bySize;
+    sortedDescending_ = true;
+  }
   nodesWent();
+  if (sortColumn_ != bySize || !sortedDescending_) sort(*sortColumn_, sortedDescending_);
 }
 
 void FolderRows::nodesWent() {
@@ -55,13 +66,20 @@ RowLook FolderRows::look(std::size_t row) const {
   look.canExpand = node.hasChildren();
   look.isExpanded = look.canExpand && shown_.isExpanded(row);
   look.isError = node.has(FolderNode::IsError);
-  look.icon = !node.has(FolderNode::IsFolder)      ? "files-group"
-              : look.isError                       ? "folder-error"
-              : node.has(FolderNode::IsJunction)   ? "folder-link"
-              : drives_.contains(shown_.node(row)) ? "drive-local"
-              : look.isExpanded                    ? "folder-open"
-                                                   : "folder";
+  look.isCompressed = (node.attributes & platform::kAttributeCompressed) != 0;
+  look.icon = iconOf(shown_.node(row), look);
   return look;
+}
+
+const char* FolderRows::iconOf(NodeIndex index, const RowLook& look) const {
+  const FolderNode& node = tree_[index];
+  if (!node.has(FolderNode::IsFolder)) return "files-group";
+  if (look.isError) return "folder-error";
+  if (node.has(FolderNode::IsMountPoint)) return "folder-mount";
+  if (node.has(FolderNode::IsJunction)) return "folder-link";
+  if (isPartial(node)) return "folder-warning";
+  if (drives_.contains(index)) return "drive-local";
+  return look.isExpanded ? "folder-open" : "folder";
 }
 
 Text FolderRows::rootCaption(NodeIndex root) const {
@@ -92,10 +110,17 @@ Text FolderRows::toolTip(std::size_t row, const Column& column) const {
   if (!isName(column)) return RowSource::toolTip(row, column);
   const NodeIndex index = shown_.node(row);
   const FolderNode& node = tree_[index];
-  if (!tree_.errorText(index).empty() && !node.has(FolderNode::IsJunction))
-    return Text(tree_.errorText(index));
-  if (!node.has(FolderNode::IsJunction)) return path(row);
-  return TL(2224, u"Junction Zielordner").append(u":\r\n").append(tree_.junctionTarget(index));
+  Text tip = path(row);
+  const auto add = [&tip](TextView line) { tip.append(u"\r\n").append(line); };
+  if (node.has(FolderNode::IsJunction))
+    add(TL(2224, u"Junction Zielordner") + u": " + Text(tree_.junctionTarget(index)));
+  if (!tree_.errorText(index).empty()) {
+    add(tree_.errorText(index));
+  } else if (node.errors > 0) {
+    add(TL(9860, u"Darunter nicht lesbar: %1", {statusCount(node.errors)}));
+  }
+  if (node.has(FolderNode::IsIncomplete)) add(TL(9705, u"unvollständig"));
+  return tip;
 }
 
 Text FolderRows::path(std::size_t row) const {

@@ -37,6 +37,7 @@ class FolderRows : public RowSource {
 
   /// Name of a source, with the label of its drive and the date of the scan if the options request
   /// them.
+  const char* iconOf(NodeIndex node, const RowLook& look) const;
   Text rootCaption(NodeIndex root) const;
 
   /// Updates the rows after nodes were added or removed and the tree was sorted by size.

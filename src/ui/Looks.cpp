@@ -100,8 +100,13 @@ void Looks::chooseFont() {
 
 void Looks::ChangeLanguage(int language) {
   StoreSettings(u"Allgemein", u"Lang", ombrelian::toText(language), state_.settings);
-  if (dialogs_.ask(TL(9280, u"Soll die Anwendung jetzt neu gestartet werden?")))
-    Q_EMIT restartWanted();
+  if (language == state_.session.languageId) return;
+  const Text question =
+      TL(9280, u"Soll die Anwendung jetzt neu gestartet werden?") +
+      (state_.session.tree.empty()
+           ? Text()
+           : u"\n\n" + TL(9863, u"Die Quellen müssen danach neu eingelesen werden."));
+  if (dialogs_.ask(question)) Q_EMIT restartWanted();
 }
 
 }  // namespace ombrelian::ui

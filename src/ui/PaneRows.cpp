@@ -67,7 +67,8 @@ LogRows::LogRows(Log& log, const Options& options)
     : GridRows(log.grid(), options, ListId::Log), log_(log), count_(log.rows().size()) {}
 
 RowLook LogRows::look(std::size_t row) const {
-  return {.band = grid_.band(row), .isError = log_.rows()[grid_.id(row)].isError};
+  const bool isError = log_.rows()[grid_.id(row)].isError;
+  return {.band = isError ? 0 : grid_.band(row), .isError = isError};
 }
 
 }  // namespace ombrelian::ui

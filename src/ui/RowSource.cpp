@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "format/Attributes.h"
+#include "format/Mask.h"
 #include "format/ToolTips.h"
 #include "fs/PathText.h"
 #include "fs/Renaming.h"
@@ -54,6 +55,7 @@ Text RowSource::toolTip(std::size_t row, const Column& column) const {
     case CellKind::Attributes:
       return FormatToolTipText_Attribute(shown(row, column));
     case CellKind::Percent:
+      return formatNumber(u"##0.00", cells().real(cellRow(row), column)) + u" %";
     case CellKind::PlainText:
     case CellKind::Choice:
       return shown(row, column);

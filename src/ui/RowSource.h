@@ -19,7 +19,8 @@ struct RowLook {
   bool isExpanded = false;
   int band = 0;  // background, 0 or 1, by which a list separates groups of rows
   bool isError = false;
-  const char* icon = "";  // see icon(); empty: none
+  bool isCompressed = false;  // the file system compresses the folder
+  const char* icon = "";      // see icon(); empty: none
 };
 
 /// The rows of one list as the window shows them, with their order and the texts of their cells.

@@ -61,7 +61,9 @@ void WindowDialogs::message(TextView text, Severity severity) {
   showMessage(&window_, severity, shownLines(toQString(text).split(u'\n')));
 }
 
-bool WindowDialogs::ask(TextView question) { return askQuestion(&window_, toQString(question)); }
+bool WindowDialogs::ask(TextView question) {
+  return askQuestion(&window_, toQString(question), QMessageBox::No);
+}
 
 bool WindowDialogs::confirm(TextView question, const std::vector<Text>& details, TextView verb) {
   QMessageBox box(QMessageBox::Question, toQString(verb), shownInMessage(question),

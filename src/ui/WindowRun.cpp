@@ -101,8 +101,10 @@ int runWindow(int argc, char** argv) {
     startUp.errorLog().setScreen(screen.width(), screen.height());
     Session session;
     session.readOnly = line.readOnly;
+    session.languageId = std::uint8_t(translation.LanguageId());
     session.context.helpers = line.helpers;
     session.loadOptions(startUp.settings());
+    session.options.Allgemein.Lang = session.languageId;
     session.chooseForFirstWindow(startUp.settings());
     session.log.setFile(startUp.logFile());
     MainWindow window(session, startUp.settings());

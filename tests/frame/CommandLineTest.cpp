@@ -183,9 +183,10 @@ TEST(CommandTableTest, EveryStateHasASettingOfItsOwn) {
     std::set<std::pair<const void*, int>> places;
     for (const BarItem& item : barItems(bar)) {
       const CommandState state = commandState(options, list, item.id);
-      const void* const place = state.flag != nullptr   ? static_cast<const void*>(state.flag)
-                                : state.text != nullptr ? static_cast<const void*>(state.text)
-                                                        : static_cast<const void*>(state.number);
+      const void* const place = state.flag != nullptr ? static_cast<const void*>(state.flag)
+                                : state.text != nullptr
+                                    ? static_cast<const void*>(state.text)
+                                    : static_cast<const void*>(state.number.place);
       if (place == nullptr) continue;
       EXPECT_TRUE(places.emplace(place, state.value).second) << int(item.id);
     }

@@ -6,7 +6,9 @@
 #include "format/DatePattern.h"
 #include "platform/MimeDatabase.h"
 #include "platform/Time.h"
+#include "tests/testing/ScopedVariable.h"
 #include "tests/testing/ScopedZone.h"
+#include "tests/testing/TestFolder.h"
 #include "tests/testing/Testing.h"
 
 namespace ombrelian::platform {
@@ -119,6 +121,23 @@ TEST(FileTypesTest, TheDatabaseNamesTypesByExtension) {
   EXPECT_FALSE(nameIn("C").empty());
   EXPECT_FALSE(nameIn("de_DE.UTF-8").empty());
   EXPECT_NE(nameIn("C"), nameIn("de_DE.UTF-8"));
+}
+
+TEST(FileTypesTest, AProgramIsTheOneThatTheUserChoseElseOneThatIsInstalled) {
+  if (!std::filesystem::exists("/usr/share/mime/globs2")) GTEST_SKIP() << "no database here";
+  const testing::TestFolder home;
+  const testing::ScopedVariable config("XDG_CONFIG_HOME", home.path("config"));
+  const testing::ScopedVariable data("XDG_DATA_HOME", home.path());
+  home.write("applications/a.desktop", "[Desktop Entry]\nName=Editor\nName[de]=Schreiber\n");
+  home.write("applications/b.desktop", "[Desktop Entry]\nName=Other\n[Action]\nName=New\n");
+  home.write("applications/mimeinfo.cache", "[MIME Cache]\ntext/plain=gone.desktop;a.desktop;\n");
+  const ScopedLocale locale("de_DE.UTF-8");
+  EXPECT_EQ(GetAssociatedProgram(u"txt"), u"Schreiber");
+  EXPECT_EQ(GetAssociatedProgram(u"py"), u"Schreiber") << "a kind of plain text";
+  EXPECT_EQ(GetAssociatedProgram(u"no such type"), u"");
+  const testing::ScopedVariable none("XDG_CONFIG_HOME", home.path("chosen"));
+  home.write("chosen/mimeapps.list", "[Default Applications]\ntext/plain=b.desktop\n");
+  EXPECT_EQ(GetAssociatedProgram(u"txt"), u"Other");
 }
 
 TEST(FileTypesTest, WhatNobodyKnowsIsEmpty) {

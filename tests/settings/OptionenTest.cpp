@@ -46,6 +46,7 @@ Text anotherValue(const SettingRow& row, const Text& text, int column) {
   if (std::holds_alternative<FieldOf<double>>(row.field)) return u"8.25";
   if (std::holds_alternative<FieldOf<std::uint8_t>>(row.field)) return text == u"1" ? u"0" : u"1";
   if (std::holds_alternative<FieldOf<std::int32_t>>(row.field)) return u"-2147483648";
+  if (std::holds_alternative<FieldOf<std::int64_t>>(row.field)) return u"-9223372036854775808";
   return u" \"\u4E16 = ; " + text + u"\\ ";
 }
 

@@ -64,6 +64,8 @@ std::string elementText(const std::string& xml, const std::string& tag) {
 
 }  // namespace
 
+Text GetFileType(TextView extension) { return fromBytes(typeOf(extension)); }
+
 Text GetFileTypeName(TextView extension) {
   constexpr int kGerman = 7;
   const std::string& type = typeOf(extension);
