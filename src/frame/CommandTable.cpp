@@ -16,7 +16,8 @@ struct Picture {
 struct Caption {
   Word word = {0, {}};
   int value = 0;
-  std::optional<ListId> option = std::nullopt;
+  std::optional<ListId> option = {};
+  Word inLists = {0, {}};
 };
 
 struct Tips {
@@ -37,9 +38,22 @@ using State = CommandState (*)(Options&, std::optional<ListId>);
 constexpr Command commandRow(CommandId id, CommandKind kind, const Caption& caption,
                              const Tips& tips, Picture picture, const char* key, const When& when,
                              State state) {
-  return {id,        kind,          caption.word,     caption.value,   caption.option,
-          tips.tip,  tips.forAll,   picture.icon,     picture.isWordy, key,
-          when.time, when.waitsFor, when.changesDisk, when.whileBusy,  when.need,
+  return {id,
+          kind,
+          caption.word,
+          caption.value,
+          caption.option,
+          caption.inLists,
+          tips.tip,
+          tips.forAll,
+          picture.icon,
+          picture.isWordy,
+          key,
+          when.time,
+          when.waitsFor,
+          when.changesDisk,
+          when.whileBusy,
+          when.need,
           state};
 }
 
@@ -61,6 +75,7 @@ bool isFiltered(const Options& options, std::optional<ListId> list) {
 
 // clang-format off
 #define TEXT(number, german) {{number, german}}
+#define CAPTIONS(number, german, inLists, germanInLists) {{number, german}, 0, {}, {inLists, germanInLists}}
 #define NUMBERED(number, german, value) {{number, german}, value}
 #define OPTION(list) {{0, {}}, 0, list}
 #define CAPTION {}
@@ -123,6 +138,7 @@ constexpr Command kCommands[] = {
 #undef CAPTION
 #undef OPTION
 #undef NUMBERED
+#undef CAPTIONS
 #undef TEXT
 
 constexpr TextView kBarNames[] = {u"main",   u"header",     u"folders",   u"drives",
@@ -192,9 +208,11 @@ const Command& commandOf(CommandId id) {
       [](const Command& command, CommandId wanted) { return command.id < wanted; });
 }
 
-Text commandCaption(const Command& command, const Options& options) {
+Text commandCaption(const Command& command, const Options& options, Bar bar) {
   if (command.option) return optionCaption(options, *command.option);
-  return TL(command.caption.id, command.caption.german, {toText(command.value)});
+  const bool isOther = bar != Bar::Main && !command.captionInLists.german.empty();
+  const Word& caption = isOther ? command.captionInLists : command.caption;
+  return TL(caption.id, caption.german, {toText(command.value)});
 }
 
 Text commandTip(const Command& command, Bar bar) {

@@ -96,6 +96,7 @@ struct Command {
   Word caption;
   int value = 0;                      // "%1" of the caption; 0: the caption has no "%1"
   std::optional<ListId> option = {};  // the list whose option is the caption
+  Word captionInLists = {0, {}};      // caption on the bars of lists; no text: the same
   Word tip = {0, {}};                 // no text: the caption is enough
   Word tipForAll = {0, {}};   // tooltip on the main bar, where the command changes all lists
   const char* icon = "";      // name of a picture; empty: none
@@ -118,9 +119,9 @@ std::span<const Command> commandTable();
 /// The table entry of `id`, which must be in the table.
 const Command& commandOf(CommandId id);
 
-/// Caption and tooltip in the language in force. On the main bar the size commands speak of all
-/// lists.
-Text commandCaption(const Command& command, const Options& options);
+/// Caption and tooltip on a bar, in the language in force. On the main bar the size commands speak
+/// of all lists.
+Text commandCaption(const Command& command, const Options& options, Bar bar = Bar::Main);
 Text commandTip(const Command& command, Bar bar);
 
 /// The places that store the state of a command for a list, or for the main bar if there is no

@@ -174,16 +174,16 @@ constexpr ListRow kTable[] = {
     {u"folders", {2232, u"Ordnerliste"}, kNone, kEmptyFolders, RowKind::Folder, &FolderReport::columns, u"size", true, kFolderSettings},
     {u"drives", {2233, u"Laufwerksliste"}, kNone, {9551, u"Es wurde kein Laufwerk gefunden."}, RowKind::Drive, &DriveList::columns, {}, false, kDriveSettings, nullptr, &O::DiskinfoVisible},
     {u"files", {2244, u"Dateiliste"}, kNone, {9552, u"Links einen Ordner wählen, um seine Dateien zu sehen."}, RowKind::File, &FileList::columns, u"size", true, kFileSettings, nullptr, &O::FilelistVisible},
-    {u"largestFiles", {2238, u"Liste mit den größten Dateien"}, {9020, u"Erstelle eine Liste mit den %1 größten Dateien"}, kEmptyFound, RowKind::File, kTopFiles, u"size", true, &topSettings<0>, &O::CreateList100LargestFiles, &O::ToplistVisible},
-    {u"smallestFiles", {2239, u"Liste mit den kleinsten Dateien"}, {9021, u"Erstelle eine Liste mit den %1 kleinsten Dateien"}, kEmptyFound, RowKind::File, kTopFiles, u"size", false, &topSettings<1>, &O::CreateList100SmallestFiles, &O::ToplistVisible},
-    {u"newestFiles", {2240, u"Liste mit den neusten Dateien sortiert nach %1"}, {9022, u"Erstelle eine Liste mit den %1 neusten Dateien"}, kEmptyFound, RowKind::File, kTopFiles, u"datemodified", true, &topSettings<2>, &O::CreateList100NewestFiles, &O::ToplistVisible, &O::CreateList100NewestFilesDate},
-    {u"oldestFiles", {2241, u"Liste mit den ältesten Dateien sortiert nach %1"}, {9023, u"Erstelle eine Liste mit den %1 ältesten Dateien"}, kEmptyFound, RowKind::File, kTopFiles, u"datemodified", false, &topSettings<3>, &O::CreateList100OldestFiles, &O::ToplistVisible, &O::CreateList100OldestFilesDate},
-    {u"largestFolders", {2242, u"Liste mit den größten Ordnern"}, {9024, u"Erstelle eine Liste mit den %1 größten Ordnern"}, kEmptyFound, RowKind::Folder, kTopFolders, u"size", true, &topSettings<4>, &O::CreateList100LargestFolders, &O::ToplistVisible},
-    {u"smallestFolders", {2243, u"Liste mit den kleinsten Ordnern"}, {9025, u"Erstelle eine Liste mit den %1 kleinsten Ordnern"}, kEmptyFound, RowKind::Folder, kTopFolders, u"size", false, &topSettings<5>, &O::CreateList100SmallestFolders, &O::ToplistVisible},
+    {u"largestFiles", {2238, u"Liste mit den größten Dateien"}, {9020, u"Erstelle eine Liste mit den %1 größten Dateien"}, kEmptyFound, RowKind::File, kTopFiles, u"size", true, &topSettings<0>, &O::CreateList100LargestFiles, &O::ToplistVisible, nullptr, {3864, u"Liste mit den größten Dateien wird aufbereitet..."}},
+    {u"smallestFiles", {2239, u"Liste mit den kleinsten Dateien"}, {9021, u"Erstelle eine Liste mit den %1 kleinsten Dateien"}, kEmptyFound, RowKind::File, kTopFiles, u"size", false, &topSettings<1>, &O::CreateList100SmallestFiles, &O::ToplistVisible, nullptr, {3865, u"Liste mit den kleinsten Dateien wird aufbereitet..."}},
+    {u"newestFiles", {2240, u"Liste mit den neusten Dateien sortiert nach %1"}, {9022, u"Erstelle eine Liste mit den %1 neusten Dateien"}, kEmptyFound, RowKind::File, kTopFiles, u"datemodified", true, &topSettings<2>, &O::CreateList100NewestFiles, &O::ToplistVisible, &O::CreateList100NewestFilesDate, {3868, u"Liste mit den neusten Dateien wird aufbereitet..."}},
+    {u"oldestFiles", {2241, u"Liste mit den ältesten Dateien sortiert nach %1"}, {9023, u"Erstelle eine Liste mit den %1 ältesten Dateien"}, kEmptyFound, RowKind::File, kTopFiles, u"datemodified", false, &topSettings<3>, &O::CreateList100OldestFiles, &O::ToplistVisible, &O::CreateList100OldestFilesDate, {3869, u"Liste mit den ältesten Dateien wird aufbereitet..."}},
+    {u"largestFolders", {2242, u"Liste mit den größten Ordnern"}, {9024, u"Erstelle eine Liste mit den %1 größten Ordnern"}, kEmptyFound, RowKind::Folder, kTopFolders, u"size", true, &topSettings<4>, &O::CreateList100LargestFolders, &O::ToplistVisible, nullptr, {3877, u"Liste mit den größten Ordnern wird aufbereitet..."}},
+    {u"smallestFolders", {2243, u"Liste mit den kleinsten Ordnern"}, {9025, u"Erstelle eine Liste mit den %1 kleinsten Ordnern"}, kEmptyFound, RowKind::Folder, kTopFolders, u"size", false, &topSettings<5>, &O::CreateList100SmallestFolders, &O::ToplistVisible, nullptr, {2180, u"Liste mit den kleinsten Ordnern wird aufbereitet..."}},
     {u"hardlinks", {2237, u"Liste mit Hardlinks"}, {9026, u"Erstelle eine Liste mit allen Hardlinks"}, kEmptyFound, RowKind::File, &columnsOf<kHardlinkTable>, u"id", false, kHardlinkSettings, &O::CreateListHardlink, &O::HardlinksVisible},
     {u"junctions", {2236, u"Liste mit Junctions"}, {9027, u"Erstelle eine Liste mit allen Junctions"}, kEmptyFound, RowKind::Junction, &columnsOf<kJunctionTable>, u"junction", false, kJunctionSettings, &O::CreateListJunction, &O::JunctionsVisible},
-    {u"owners", {2235, u"Liste mit Besitzern"}, {9028, u"Erstelle eine Liste sortiert nach Besitzern"}, kEmptyFound, RowKind::Sum, &columnsOf<kOwnerTable>, u"size", true, kOwnerSettings, &O::CreateListOwner, &O::OwnerListVisible},
-    {u"extensions", {2234, u"Liste mit Dateiendungen"}, {9029, u"Erstelle eine Liste sortiert nach Dateiendungen"}, kEmptyFound, RowKind::Sum, &columnsOf<kExtensionTable>, u"size", true, kExtensionSettings, &O::CreateListExt, &O::ExtListVisible},
+    {u"owners", {2235, u"Liste mit Besitzern"}, {9028, u"Erstelle eine Liste sortiert nach Besitzern"}, kEmptyFound, RowKind::Sum, &columnsOf<kOwnerTable>, u"size", true, kOwnerSettings, &O::CreateListOwner, &O::OwnerListVisible, nullptr, {9109, u"Liste mit Besitzern wird erstellt..."}},
+    {u"extensions", {2234, u"Liste mit Dateiendungen"}, {9029, u"Erstelle eine Liste sortiert nach Dateiendungen"}, kEmptyFound, RowKind::Sum, &columnsOf<kExtensionTable>, u"size", true, kExtensionSettings, &O::CreateListExt, &O::ExtListVisible, nullptr, {9108, u"Liste mit Dateiendungen wird erstellt..."}},
     {u"log", {3549, u"Protokoll"}, kNone, {9554, u"Das Protokoll ist leer."}, RowKind::Line, &Log::columns, {}, false, kLogSettings, nullptr, &O::LogListVisible},
 };
 static_assert(std::size(kTable) == kLists);
@@ -192,6 +192,11 @@ static_assert(std::size(kTable) == kLists);
 }  // namespace
 
 const ListRow& listRow(ListId list) { return kTable[std::size_t(list)]; }
+
+void tellProgress(ListId list, const ListProgress& tell) {
+  const Word& text = listRow(list).progress;
+  if (tell && !text.german.empty()) tell(TL(text.id, text.german));
+}
 
 bool isOn(const Options& options, ListId list) {
   const auto flag = listRow(list).isOn;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 
 #include "lists/Grid.h"
 #include "settings/Options.h"
@@ -78,9 +79,16 @@ struct ListRow {
   std::uint8_t Options::*isOn = nullptr;      // 1: a scan fills the list; null: no scan does
   std::uint8_t Options::*isShown = nullptr;   // 1: on the right side; null: always on the left
   std::uint8_t Options::*dateKind = nullptr;  // 1 to 3, see dateKindCaption(); null: no kind
+  Word progress = {0, {}};  // text while the list is prepared at the end of a scan; empty: none
 };
 
 const ListRow& listRow(ListId list);
+
+/// Shows the text of a list that is prepared now.
+using ListProgress = std::function<void(TextView)>;
+
+/// Tells that a list is prepared now, if the list has a text for it.
+void tellProgress(ListId list, const ListProgress& tell);
 
 /// Whether a scan fills the list beside the tree.
 bool isOn(const Options& options, ListId list);

@@ -171,10 +171,11 @@ void TopLists::offerFolder(ListId list, TextView path, std::int64_t ownSize, std
   row.path = path;
 }
 
-void TopLists::finish() {
+void TopLists::finish(const ListProgress& tell) {
   for (std::size_t number = 0; number < kTopLists; ++number) {
     const ListId list = topList(number);
     if (!isOn(list)) continue;
+    tellProgress(list, tell);
     fillGrid(list);
     List_TOP_GetAllNodeValues(list);
     const ListRow& facts = listRow(list);

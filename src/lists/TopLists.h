@@ -82,7 +82,7 @@ class TopLists {
                   std::int32_t ownFolders);
 
   /// Sorts and trims the lists that are on, and reads missing values for the remaining rows.
-  void finish();
+  void finish(const ListProgress& tell = {});
 
   Grid& grid(ListId list) { return lists_[topIndex(list)].rows; }
   FlatList& list(ListId list) { return lists_[topIndex(list)]; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lists/ListTable.h"
 #include "platform/FindData.h"
 #include "support/Text.h"
 #include "tree/ScanTotals.h"
@@ -40,8 +41,8 @@ class DerivedLists {
   /// A folder was read completely; `own` is its direct content, and `path` ends in a separator.
   virtual void feedFolderEnd(TextView path, const ScanTotals& own) = 0;
 
-  /// The walk has ended (Reports_ProcessNewValues).
-  virtual void finish(const ScanTotals& total) = 0;
+  /// The walk has ended (Reports_ProcessNewValues). `tell` gets a text for each list.
+  virtual void finish(const ScanTotals& total, const ListProgress& tell) = 0;
 };
 
 }  // namespace ombrelian

@@ -55,11 +55,17 @@ void ListFeeder::feedFolderEnd(TextView path, const ScanTotals& own) {
   topLists_.feedFolder(path, own.Size, own.Files, own.Folders);
 }
 
-void ListFeeder::finish(const ScanTotals& total) {
-  topLists_.finish();
+void ListFeeder::finish(const ScanTotals& total, const ListProgress& tell) {
+  topLists_.finish(tell);
   if (options_.CreateListJunction == 1) junctions_.finish();
-  if (options_.CreateListOwner == 1) owners_.List_Owner_SetDifferentSizes(total.Size);
-  if (options_.CreateListExt == 1) extensions_.List_Ext_SetDifferentSizes(total.Size);
+  if (options_.CreateListOwner == 1) {
+    tellProgress(ListId::Owners, tell);
+    owners_.List_Owner_SetDifferentSizes(total.Size);
+  }
+  if (options_.CreateListExt == 1) {
+    tellProgress(ListId::Extensions, tell);
+    extensions_.List_Ext_SetDifferentSizes(total.Size);
+  }
   if (options_.CreateListHardlink == 1) hardlinks_.finish();
   replaceIgnoreNumbers(-1, 0);
 }

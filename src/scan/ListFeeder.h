@@ -23,7 +23,7 @@ class ListFeeder : public DerivedLists {
   void feedFolderEnd(TextView path, const ScanTotals& own) override;
 
   /// Reports_ProcessNewValues.
-  void finish(const ScanTotals& total) override;
+  void finish(const ScanTotals& total, const ListProgress& tell = {}) override;
 
   /// The list `list`, one of kDerivedLists.
   FlatList& list(ListId list);

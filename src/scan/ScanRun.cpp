@@ -98,7 +98,9 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   ++result.sourcesScanned;
   result.sum += state_.context.Total;
   logCounts(result.sum);
-  if (DerivedLists* const lists = listsOfRun()) lists->finish(state_.context.Total);
+  if (DerivedLists* const lists = listsOfRun()) {
+    lists->finish(state_.context.Total, [this](TextView text) { state_.ui.scanPhase(text); });
+  }
   result.cancelled = state_.context.ScanCancelState == kScanCancelRequested;
   if (result.cancelled) {
     state_.log.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));

@@ -23,6 +23,9 @@ class UserInterface {
   virtual void scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
                             std::int64_t bytes) = 0;
 
+  /// What a scan does after its walk, such as preparing a list.
+  virtual void scanPhase(TextView /*text*/) {}
+
   /// Progress of a save: row `row` of about `rows`.
   virtual void saveProgress(std::uint64_t row, std::uint64_t rows) = 0;
 

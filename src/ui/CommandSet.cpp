@@ -140,7 +140,7 @@ void CommandSet::setReadOnly() {
 /// The tool tip with the key of the command, and with the reason if the command is off.
 QString CommandSet::toolTip(const Command& command, const QAction& action) const {
   Text tip = commandTip(command, bar_);
-  if (tip.empty()) tip = commandCaption(command, options_);
+  if (tip.empty()) tip = commandCaption(command, options_, bar_);
   QString shown = toQString(tip);
   const auto add = [&](const QString& text) { shown += QStringLiteral(" (") + text + u')'; };
   if (isReadOnly_ && command.changesDisk) {
@@ -154,7 +154,7 @@ QString CommandSet::toolTip(const Command& command, const QAction& action) const
 void CommandSet::showTexts(QAction& action, CommandId id) const {
   const CommandId other = commandOf(id).whileBusy;
   const Command& command = commandOf(isBusy_ && other != CommandId::None ? other : id);
-  QString caption = toQString(commandCaption(command, options_));
+  QString caption = toQString(commandCaption(command, options_, bar_));
   action.setText(caption.replace(u'&', QStringLiteral("&&")));
   action.setToolTip(toolTip(command, action));
   if (other != CommandId::None) action.setIcon(icon(command.icon));
@@ -243,7 +243,7 @@ QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
   auto* const line = new QWidget(parent);
   auto* const layout = new QHBoxLayout(line);
   layout->setContentsMargins(34, 1, 10, 3);
-  const QString caption = toQString(commandCaption(command, options_));
+  const QString caption = toQString(commandCaption(command, options_, bar_));
   auto* const field = new QLineEdit(line);
   field->setAccessibleName(caption);
   field->setToolTip(toQString(commandTip(command, bar_)));

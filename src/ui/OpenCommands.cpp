@@ -1,7 +1,11 @@
 #include "ui/OpenCommands.h"
 
+#include <QApplication>
+
+#include "frame/Properties.h"
 #include "support/Translate.h"
 #include "ui/Desktop.h"
+#include "ui/PropertiesDialog.h"
 
 namespace ombrelian::ui {
 namespace {
@@ -56,13 +60,14 @@ void OpenCommands::reveal(ListId list) {
                    UserInterface::Severity::Warning);
 }
 
+/// Asks the file manager, and shows a dialog of our own if none answers.
 void OpenCommands::showProperties(ListId list) {
-  if (ui::showProperties(panes_.pane(list).selectedPaths())) return;
-  dialogs_.message(TL(9810,
-                      u"Die Eigenschaften konnten nicht gezeigt werden: Kein Dateimanager mit "
-                      u"einem solchen Fenster antwortete. Vielleicht ist keiner installiert, oder "
-                      u"die Sitzung hat keinen D-Bus."),
-                   UserInterface::Severity::Warning);
+  const std::vector<Text> paths = panes_.pane(list).selectedPaths();
+  if (paths.empty() || ui::showProperties(paths)) return;
+  PropertiesDialog dialog(
+      propertiesOf(paths.front(), state_.session.tree, state_.session.options, state_.types),
+      QApplication::activeWindow());
+  dialog.exec();
 }
 
 void OpenCommands::Show_Log() {

@@ -66,6 +66,11 @@ void ProgressStrip::showDeletion(TextView path, std::uint64_t done, std::uint64_
   placePath();
 }
 
+void ProgressStrip::showText(TextView text) {
+  folder_ = toQString(text);
+  placePath();
+}
+
 void ProgressStrip::placePath() {
   path_->setText(path_->fontMetrics().elidedText(folder_, Qt::ElideMiddle, path_->width()));
 }

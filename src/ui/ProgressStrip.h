@@ -22,6 +22,9 @@ class ProgressStrip : public QWidget {
   void begin();
   void end() { hide(); }
 
+  /// Shows a text in place of the folder.
+  void showText(TextView text);
+
   void show(TextView folder, std::int64_t files, std::int64_t folders, std::int64_t bytes);
 
   /// Shows that `done` objects of `all` were deleted. If `all` is 0, they are still being counted,

@@ -46,6 +46,11 @@ void WindowDialogs::scanProgress(TextView folder, std::int64_t files, std::int64
   progress_.show(folder, files, folders, bytes);
 }
 
+void WindowDialogs::scanPhase(TextView text) {
+  progress_.showText(text);
+  yield();
+}
+
 /// Handles waiting events. While a scan runs, input that would begin something new is blocked.
 void WindowDialogs::yield() {
   QApplication::processEvents();

@@ -23,6 +23,7 @@ class WindowDialogs : public QObject, public UserInterface {
   void saveProgress(std::uint64_t, std::uint64_t) override {}
   bool saveCancelled() override { return false; }
   void yield() override;
+  void scanPhase(TextView text) override;
   bool GetInputState() override;
   void message(TextView text, Severity severity) override;
   bool ask(TextView question) override;

@@ -741,8 +741,15 @@ TEST_F(PartsTest, ManyFilesAreOpenedOnlyAfterAQuestion) {
   parts_.opening.openPaths(ListId::Files);
   EXPECT_TRUE(no.text.contains(u"11"_s)) << no.text.toStdString();
   if (QDBusConnection::sessionBus().isConnected()) return;
+  QTimer::singleShot(0, [this] {
+    QWidget* const shown = QApplication::activeModalWidget();
+    QStringList values;
+    for (const QLineEdit* const field : shown->findChildren<QLineEdit*>())
+      values.append(field->text());
+    EXPECT_TRUE(values.value(0).startsWith(path("many"))) << "no file manager answers here";
+    shown->close();
+  });
   parts_.opening.showProperties(ListId::Files);
-  EXPECT_TRUE(no.text.contains(u"Dateimanager"_s)) << no.text.toStdString();
 }
 
 TEST_F(PartsTest, TheStatusLineDescribesTheVisibleListUnlessSomethingRuns) {
