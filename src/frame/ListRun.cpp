@@ -148,7 +148,7 @@ int runLists(const CommandLine& line, Session& session, Console& console) {
   const bool isDone = saves ? saver.saveAll(session, lists, result.lastRoot)
                             : printAll(line, session, lists, console);
   if (!isDone) return kExitNothing;
-  return result.isComplete() ? kExitDone : kExitPartial;
+  return result.isComplete() && !console.hasCutCells() ? kExitDone : kExitPartial;
 }
 
 }  // namespace ombrelian

@@ -26,6 +26,10 @@ class UserInterface {
   /// Progress of a save: row `row` of about `rows`.
   virtual void saveProgress(std::uint64_t row, std::uint64_t rows) = 0;
 
+  /// Reports that `cells` cells of a report that was saved were too long for its format and were
+  /// cut.
+  virtual void cellsWereCut(std::uint64_t /*cells*/) {}
+
   /// Whether the user wants the save to end early; the report is then still well-formed.
   virtual bool saveCancelled() = 0;
 

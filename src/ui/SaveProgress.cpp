@@ -51,6 +51,7 @@ SaveProgress::SaveProgress(QWidget* parent)
 void SaveProgress::begin() {
   isCancelled_ = false;
   isHeeded_ = false;
+  cutCells_ = 0;
   text_->setText(toQString(TL(9604, u"Der Bericht wird begonnen...")));
   bar_->setRange(0, 0);
   show();

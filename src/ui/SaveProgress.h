@@ -25,11 +25,15 @@ class SaveProgress : public QWidget, public UserInterface {
   /// Whether the last save was cancelled before everything was written.
   bool wasCancelled() const { return isHeeded_; }
 
+  /// Number of cells of the last save that were cut.
+  std::uint64_t cutCells() const { return cutCells_; }
+
   // The functions of UserInterface; those for scans do nothing.
   void scanBegins() override {}
   void scanEnds() override {}
   void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override {}
   void saveProgress(std::uint64_t row, std::uint64_t rows) override;
+  void cellsWereCut(std::uint64_t cells) override { cutCells_ = cells; }
   bool saveCancelled() override;
   void yield() override;
   bool GetInputState() override;
@@ -41,6 +45,7 @@ class SaveProgress : public QWidget, public UserInterface {
   QProgressBar* const bar_;
   bool isCancelled_ = false;
   bool isHeeded_ = false;
+  std::uint64_t cutCells_ = 0;
   std::uint64_t lastYield_ = 0;  // platform::GetTickCount
 };
 
