@@ -4,6 +4,7 @@
 
 #include "export/WorkbookText.h"
 #include "support/Surrogates.h"
+#include "support/Translate.h"
 
 namespace ombrelian {
 namespace {
@@ -51,9 +52,14 @@ void XlsxWriter::beginSheet() {
 }
 
 /// The workbook has the date of the first source, so that a list that is saved again gives the same
-/// bytes.
+/// bytes. A sheet has no head, so what a source lacks is in the description of the document.
 void XlsxWriter::beginSource(const ReportSource& source) {
   if (!created_) created_ = source.created;
+  if (source.notes.empty()) return;
+  if (!description_.empty()) description_ += u"\n\n";
+  description_ += TL(2245, u"Pfad: %1", {describeSource(source.path, list_.shape.labelsDrives)});
+  for (const Text& note : source.notes)
+    description_.append(u"\n").append(note);
 }
 
 void XlsxWriter::row(const ReportRow& row) {
@@ -154,7 +160,7 @@ void XlsxWriter::endDocument() {
   endSheet();
   writePart(workbookPart(list_.title, sheets_));
   writePart(workbookRelations(sheets_));
-  writePart(coreProperties(created_.value_or(0), {}));
+  writePart(coreProperties(created_.value_or(0), description_));
   writePart(contentTypes(sheets_));
   zip_.endArchive();
 }

@@ -55,6 +55,7 @@ class XlsxWriter : public ReportWriter {
   std::size_t emptyCells_ = 0;  // number of empty cells behind the last value of the row
   std::uint64_t cutCells_ = 0;
   std::optional<Date> created_;  // time of the first source; none: no source was begun
+  Text description_;             // what is missing in the sources
   Text value_;
   std::string xml_;  // text of the sheet that is not compressed yet
 };
