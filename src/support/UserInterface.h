@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "support/Text.h"
@@ -35,6 +36,11 @@ class UserInterface {
 
   /// Handles the waiting user input.
   virtual void yield() = 0;
+
+  /// Does a job that may take long and cannot be interrupted. A window does it in another thread
+  /// and stays usable meanwhile, so the job must not use the tree, a list or the settings.
+  /// Exceptions of the job come back to the caller.
+  virtual void runAside(const std::function<void()>& job) { job(); }
 
   /// Whether user input is waiting.
   virtual bool GetInputState() = 0;

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QProgressBar>
 
+#include "platform/Worker.h"
 #include "support/UserInterface.h"
 
 namespace ombrelian::ui {
@@ -36,6 +37,7 @@ class SaveProgress : public QWidget, public UserInterface {
   void cellsWereCut(std::uint64_t cells) override { cutCells_ = cells; }
   bool saveCancelled() override;
   void yield() override;
+  void runAside(const std::function<void()>& job) override;
   bool GetInputState() override;
   void message(TextView text, Severity severity) override;
   bool ask(TextView question) override;
@@ -47,6 +49,7 @@ class SaveProgress : public QWidget, public UserInterface {
   bool isHeeded_ = false;
   std::uint64_t cutCells_ = 0;
   std::uint64_t lastYield_ = 0;  // platform::GetTickCount
+  platform::Worker worker_;
 };
 
 }  // namespace ombrelian::ui

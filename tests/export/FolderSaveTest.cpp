@@ -182,6 +182,22 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
   }
 }
 
+TEST_P(FullDiskTest, TheEndOfASaveRunsAsideAndItsExceptionIsAFailure) {
+  add(kNoNode, u"/src");
+  const std::string name = nameOf(GetParam());
+  int jobs = 0;
+  ui.beforeAside = [&] {
+    ++jobs;
+    EXPECT_TRUE(namesIn(out.path()).empty());
+    throw std::bad_alloc();
+  };
+  EXPECT_TRUE(save(name).has_value());
+  EXPECT_TRUE(namesIn(out.path()).empty());
+  ui.beforeAside = [&] { ++jobs; };
+  EXPECT_FALSE(save(name).has_value());
+  EXPECT_EQ(jobs, 2);
+}
+
 INSTANTIATE_TEST_SUITE_P(Formats, FullDiskTest, ::testing::ValuesIn(kFormats),
                          [](const auto& format) { return toBytes(fileExtension(format.param)); });
 

@@ -5,6 +5,9 @@
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QRadioButton>
+#include <chrono>
+#include <future>
+#include <stdexcept>
 
 #include "settings/Optionen.h"
 #include "tests/testing/SaveFixture.h"
@@ -304,6 +307,33 @@ TEST_F(SaveDialogTest, ASaveThatIsEndedLeavesAWholeFile) {
     EXPECT_TRUE(written.endsWith(ends[int(format)])) << int(format);
     EXPECT_FALSE(written.contains(u"folder%1"_s.arg(kRows - 1))) << int(format);
   }
+}
+
+TEST_F(SaveDialogTest, EventsAreHandledWhileTheEndOfASaveIsSlow) {
+  std::promise<void> turned;
+  bool wasSlow = false;
+  SaveDialog dialog(
+      folderSaveChoices(options), true,
+      [&](ReportFormat, const Text&, UserInterface& user) -> Failure {
+        QTimer::singleShot(0, qApp, [&] {
+          EXPECT_FALSE(dialog.close()) << "the file is not yet complete";
+          EXPECT_TRUE(dialog.isVisible());
+          turned.set_value();
+        });
+        user.runAside([&] {  // ends only if the timer below runs, which the window's thread does
+          wasSlow =
+              turned.get_future().wait_for(std::chrono::seconds(60)) == std::future_status::ready;
+        });
+        EXPECT_THROW(user.runAside([] { throw std::runtime_error("why"); }), std::runtime_error);
+        return {};
+      },
+      settings);
+  dialog.show();
+  choose(dialog, ReportFormat::CSV, pathIn(out, ReportFormat::CSV));
+  press(dialog, "OKButton");
+  EXPECT_TRUE(wasSlow);
+  EXPECT_FALSE(dialog.wasCancelled()) << "it came too late";
+  EXPECT_FALSE(dialog.isVisible());
 }
 
 TEST_F(SaveDialogTest, AfterAFailureAnotherNameCanBeChosenAndAFileThatNobodyOpensIsReported) {
