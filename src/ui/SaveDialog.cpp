@@ -15,6 +15,7 @@
 #include "export/ReportSave.h"
 #include "fs/PathText.h"
 #include "settings/Optionen.h"
+#include "support/Guard.h"
 #include "support/Translate.h"
 #include "ui/Desktop.h"
 #include "ui/FormPlace.h"
@@ -316,7 +317,9 @@ Failure SaveDialog::save(const Text& target) {
   isSaving_ = true;
   DisableControls(true);
   progress_->begin();
-  Failure failure = save_(chosenFormat(), target, *progress_);
+  Failure failure =
+      GuardedOr(u"frmSave", u"OKButton_Click",
+                [&] { return save_(chosenFormat(), target, *progress_); }, failureOf, {target});
   progress_->end();
   DisableControls(false);
   isSaving_ = false;

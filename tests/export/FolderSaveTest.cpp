@@ -113,6 +113,14 @@ TEST_F(FolderSaveTest, NothingIsGivenAfterASinkRefusedARow) {
   EXPECT_EQ(sink.told, (Names{u"/src", u"/src", u"/src/deep", u"end"})) << "no second source";
 }
 
+TEST_F(FolderSaveTest, TheProgressCountsTheRowsThatAreWritten) {
+  using Kind = LevelLimit::Kind;
+  EXPECT_EQ(FolderFeed(report, {Kind::All}, root, false).rowCount(), 6U);
+  EXPECT_EQ(FolderFeed(report, {Kind::All}, root, true).rowCount(), 5U);
+  EXPECT_EQ(FolderFeed(report, {Kind::Expanded}, root, false).rowCount(), 2U);
+  EXPECT_EQ(FolderFeed(report, {Kind::Number, 1}, root, true).rowCount(), 3U);
+}
+
 TEST(ReportFormatTest, TheNamesEndDecides) {
   const std::pair<TextView, ReportFormat> cases[] = {
       {u"a.txt", ReportFormat::TXT}, {u"A.CSV", ReportFormat::CSV}, {u"a.Html", ReportFormat::HTML},

@@ -136,6 +136,20 @@ TEST_F(SaveFromWindowTest, AListTellsWhereItComesFromAndAnEmptyOneIsNotSaved) {
   QApplication::processEvents();
 }
 
+TEST_F(SaveFromWindowTest, ThePathOfAFileIsSavedWithItsName) {
+  run_.execute(std::nullopt, CommandId::ShowFiles);
+  ListView& list = run_.list(ListId::Files);
+  for (int section = 0; section < list.model()->columnCount(); ++section)
+    list.setColumnVisible(section, section == 1 || section == 10);
+  const QStringList names = run_.column(ListId::Files);
+  ASSERT_FALSE(names.isEmpty());
+  for (const ReportFormat format : kFormats) {
+    const QString report = saved(ListId::Files, format);
+    for (const QString& name : names)
+      EXPECT_TRUE(report.contains(path() + u'/' + name)) << int(format) << qPrintable(report);
+  }
+}
+
 /// A dialog without a window, for a made tree.
 class SaveDialogTest : public SaveFixture {
  protected:
@@ -334,6 +348,19 @@ TEST_F(SaveDialogTest, EventsAreHandledWhileTheEndOfASaveIsSlow) {
   EXPECT_TRUE(wasSlow);
   EXPECT_FALSE(dialog.wasCancelled()) << "it came too late";
   EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST_F(SaveDialogTest, AnExceptionOfASaveIsReportedAndTheDialogStaysUsable) {
+  SaveDialog dialog(
+      listSaveChoices(options), false,
+      [](ReportFormat, const Text&, UserInterface&) -> Failure { throw std::bad_alloc(); },
+      settings);
+  dialog.show();
+  choose(dialog, ReportFormat::CSV, pathIn(out, ReportFormat::CSV));
+  Answer message(QMessageBox::Ok);
+  press(dialog, "OKButton");
+  EXPECT_TRUE(message.text.contains(u"report.csv"_s)) << qPrintable(message.text);
+  EXPECT_TRUE(dialog.isVisible() && !dialog.isSaving() && dialog.target().empty());
 }
 
 TEST_F(SaveDialogTest, AfterAFailureAnotherNameCanBeChosenAndAFileThatNobodyOpensIsReported) {
