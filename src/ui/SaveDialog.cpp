@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "export/ReportSave.h"
+#include "fs/ExactPath.h"
 #include "fs/PathText.h"
 #include "settings/Optionen.h"
 #include "support/Guard.h"
@@ -295,8 +296,13 @@ void SaveDialog::accept() {
   takeChoices();
   const QString file = askForFile();
   if (file.isEmpty()) return;
-  const Text target = toText(file);
-  choices_.last.LastSaveDir = toText(QFileInfo(file).path());
+  const Result<Text> exact = exactPath(toText(file), true);
+  if (!exact) {
+    progress_->message(exact.error().text, UserInterface::Severity::Warning);
+    return;
+  }
+  const Text& target = *exact;
+  choices_.last.LastSaveDir = Text(xGetPath(target));
   choices_.last.LastSaveFileName = Text(xGetFileNameWithoutExtension(target));
   const Failure failure = save(target);
   if (failure) {

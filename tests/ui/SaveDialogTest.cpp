@@ -350,6 +350,15 @@ TEST_F(SaveDialogTest, EventsAreHandledWhileTheEndOfASaveIsSlow) {
   EXPECT_FALSE(dialog.isVisible());
 }
 
+TEST_F(SaveDialogTest, AFolderWhoseNameIsNoTextCanBeChosen) {
+  out.folder("\xFF");
+  const auto dialog = open(ReportFormat::CSV);
+  choose(*dialog, ReportFormat::CSV, toQString(out.text()) + u"/\uFFFD/r.csv"_s);
+  press(*dialog, "OKButton");
+  EXPECT_EQ(dialog->target(), out.text("\xFF/r.csv"));
+  EXPECT_EQ(namesIn(out.path("\xFF")), std::vector<std::string>{"r.csv"});
+}
+
 TEST_F(SaveDialogTest, AnExceptionOfASaveIsReportedAndTheDialogStaysUsable) {
   SaveDialog dialog(
       listSaveChoices(options), false,
