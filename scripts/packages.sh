@@ -3,8 +3,7 @@
 # shellcheck shell=bash disable=SC2034
 
 # To build the program.
-packages_base=(g++ cmake ninja-build ccache libicu-dev libxlsxwriter-dev libminizip-dev zlib1g-dev
-               pkg-config esbuild)
+packages_base=(g++ cmake ninja-build ccache libicu-dev zlib1g-dev esbuild)
 
 # To build the window too.
 packages_window=(qt6-base-dev qt6-svg-dev qt6-translations-l10n)

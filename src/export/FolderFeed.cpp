@@ -5,6 +5,26 @@
 
 namespace ombrelian {
 
+namespace {
+
+class CountingSink : public ReportSink {
+ public:
+  bool beginSource(const ReportSource&) override { return true; }
+  bool row(const ReportRow&) override { return ++rows > 0; }
+  void endSource() override {}
+
+  std::uint64_t rows = 0;
+};
+
+}  // namespace
+
+std::uint64_t FolderFeed::rowCount() const {
+  if (limit_.kind == LevelLimit::Kind::All && !single_) return report_.tree().nodeCount();
+  CountingSink sink;
+  feed(sink);
+  return sink.rows;
+}
+
 void FolderFeed::feed(ReportSink& sink) const {
   Walk walk{sink};
   NodeIndex source = start_;

@@ -22,7 +22,7 @@ class FolderFeed : public ReportFeed {
   FolderFeed(const FolderReport& report, LevelLimit limit, NodeIndex start, bool single)
       : report_(report), limit_(limit), start_(start), single_(single) {}
 
-  std::uint64_t rowCount() const override { return report_.tree().nodeCount(); }
+  std::uint64_t rowCount() const override;
   void feed(ReportSink& sink) const override;
 
  private:

@@ -9,33 +9,34 @@ namespace ombrelian {
 
 Failure FolderSave::SAVE(const Text& FileName, std::int32_t Levels, std::int32_t Delimiter,
                          TextView CustomDelimiter, std::optional<ReportFormat> format) {
-  return write(format.value_or(formatOfFileName(FileName)), FileName, levelLimit(Levels),
-               delimiter(Delimiter, CustomDelimiter));
+  return write(format.value_or(formatOfFileName(FileName)), FileName, Levels, Delimiter,
+               CustomDelimiter);
 }
 
 Failure FolderSave::saveAs(ReportFormat format, const Text& FileName) {
-  return write(format, FileName, levelLimit(kKeepLevels), delimiter(kKeepDelimiter, {}));
+  return write(format, FileName, kKeepLevels, kKeepDelimiter, {});
 }
 
-Failure FolderSave::write(ReportFormat format, const Text& FileName, const LevelLimit& levels,
-                          const Text& delimiter) {
-  return GuardedOr(
-      u"frmSave", u"SAVE",
-      [&]() -> Failure {
-        if (report_.tree().empty()) return {};
-        // Without a selected row all sources are saved.
-        const bool single = options_.FolderOpt == 1 && report_.selected() != kNoNode;
-        const NodeIndex start = single ? report_.selected() : report_.tree().firstRoot();
-        const CellFormat cells(report_.columns(),
-                               sizesIn(format, listSizes(options_, ListId::Folders)),
-                               options_.DateFormat);
-        const ReportList list = {TL(2232, u"Ordnerliste"), kTreeShape, report_, cells,
-                                 report_.reportColumns()};
-        return saveReport(format, FileName, list,
-                          {delimiter, options_.ShowIndent == 1, options_.DividingLine == 1},
-                          FolderFeed(report_, levels, start, single), ui_);
-      },
-      failureOf, {FileName});
+Failure FolderSave::write(ReportFormat format, const Text& FileName, std::int32_t Levels,
+                          std::int32_t Delimiter, TextView CustomDelimiter) {
+  return GuardedOr(u"frmSave", u"SAVE",
+                   [&]() -> Failure {
+                     if (report_.tree().empty()) return {};
+                     // Without a selected row all sources are saved.
+                     const bool single = options_.FolderOpt == 1 && report_.selected() != kNoNode;
+                     const NodeIndex start =
+                         single ? report_.selected() : report_.tree().firstRoot();
+                     const CellFormat cells(report_.columns(),
+                                            sizesIn(format, listSizes(options_, ListId::Folders)),
+                                            options_.DateFormat);
+                     const ReportList list = {TL(2232, u"Ordnerliste"), kTreeShape, report_, cells,
+                                              report_.reportColumns()};
+                     return saveReport(format, FileName, list,
+                                       {delimiter(Delimiter, CustomDelimiter),
+                                        options_.ShowIndent == 1, options_.DividingLine == 1},
+                                       FolderFeed(report_, levelLimit(Levels), start, single), ui_);
+                   },
+                   failureOf, {FileName});
 }
 
 LevelLimit FolderSave::levelLimit(std::int32_t levels) const {

@@ -31,8 +31,8 @@ class FolderSave {
   Failure saveAs(ReportFormat format, const Text& FileName);
 
  private:
-  Failure write(ReportFormat format, const Text& FileName, const LevelLimit& levels,
-                const Text& delimiter);
+  Failure write(ReportFormat format, const Text& FileName, std::int32_t Levels,
+                std::int32_t Delimiter, TextView CustomDelimiter);
   LevelLimit levelLimit(std::int32_t levels) const;
   Text delimiter(std::int32_t choice, TextView custom) const;
 

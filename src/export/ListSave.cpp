@@ -1,6 +1,7 @@
 #include "export/ListSave.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "support/Guard.h"
 
@@ -27,6 +28,26 @@ class GridFeed : public ReportFeed {
   const ReportSource& source_;
 };
 
+/// The cells of a list whose column "path" is written with the name behind it.
+class FullPathCells : public CellSource {
+ public:
+  explicit FullPathCells(const Grid& grid)
+      : grid_(grid), path_(grid.column(u"path")), fullPath_(grid.column(u"fullpath")) {}
+
+  TextView text(RowIndex row, const Column& column) const override {
+    return grid_.text(row, &column == &path_ ? fullPath_ : column);
+  }
+  double real(RowIndex row, const Column& column) const override { return grid_.real(row, column); }
+  std::int64_t number(RowIndex row, const Column& column) const override {
+    return grid_.number(row, column);
+  }
+
+ private:
+  const Grid& grid_;
+  const Column& path_;
+  const Column& fullPath_;
+};
+
 bool contains(const std::vector<const Column*>& columns, const Column* column) {
   return std::find(columns.begin(), columns.end(), column) != columns.end();
 }
@@ -35,8 +56,8 @@ bool contains(const std::vector<const Column*>& columns, const Column* column) {
 
 ListToSave listToSave(const Options& options, ListId id, FlatList& list, ReportSource source) {
   if (const auto origin = list.origin()) source = {origin->path, origin->readAt};
-  return {listTitle(options, id), list.grid(), listLayout(options, id), listSizes(options, id),
-          std::move(source)};
+  return {listTitle(options, id), list.grid(),       listLayout(options, id),
+          listSizes(options, id), std::move(source), id == ListId::Files};
 }
 
 Failure saveList(const ListToSave& list, const Options& options, ReportFormat format,
@@ -46,7 +67,11 @@ Failure saveList(const ListToSave& list, const Options& options, ReportFormat fo
       [&] {
         const CellFormat cells(list.grid.columns(), sizesIn(format, list.sizes),
                                options.DateFormat);
-        ReportList report = {list.title, kFlatShape, list.grid, cells,
+        std::optional<FullPathCells> fullPaths;
+        if (list.writesFullPaths) fullPaths.emplace(list.grid);
+        const CellSource& values =
+            fullPaths ? static_cast<const CellSource&>(*fullPaths) : list.grid;
+        ReportList report = {list.title, kFlatShape, values, cells,
                              visibleColumnsAndNumber(list.grid.columns(), list.layout)};
         if (contains(report.columns, list.grid.sortColumn())) {
           report.sortColumn = list.grid.sortColumn();

@@ -13,6 +13,7 @@ struct ListToSave {
   ColumnLayout layout;
   SizeSettings sizes;
   ReportSource source;
+  bool writesFullPaths = false;  // the column "path" has the path with the name, as the file list
 };
 
 /// A list with the columns and units of the options; `source` is used for the head if the list has

@@ -163,7 +163,10 @@ Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
   feed.feed(sink);
   writer->endDocument();
   progress.rowsAreDone();
-  return writer->commit();
+  Failure failure;
+  ui.runAside([&] { failure = writer->commit(); });
+  if (!failure && writer->cutCells() > 0) ui.cellsWereCut(writer->cutCells());
+  return failure;
 }
 
 SizeSettings sizesIn(ReportFormat format, const SizeSettings& sizes) {

@@ -51,6 +51,9 @@ class ReportWriter {
   /// The first failure so far; later writes have no effect.
   virtual const Failure& failure() const = 0;
 
+  /// Number of cells that the format cannot hold and that were cut.
+  virtual std::uint64_t cutCells() const { return 0; }
+
   /// Replaces the target with the report, but not after a failure.
   virtual Failure commit() = 0;
 };

@@ -1,66 +1,63 @@
 #pragma once
 
-#include <cstddef>
+#include <optional>
 
 #include "export/ReportWriter.h"
-#include "platform/ReplacingFile.h"
-
-struct lxw_workbook;
-struct lxw_worksheet;
-struct lxw_format;
+#include "export/WorkbookParts.h"
+#include "export/ZipWriter.h"
 
 namespace ombrelian {
 
-/// Writes a workbook with one sheet by libxlsxwriter: the captions in a first row that stays
-/// visible, then the rows, with real numbers and dates. Only the current row is in memory; finished
-/// rows wait in an unnamed file in the folder of the target.
+/// What a sheet can hold.
+struct SheetLimits {
+  static constexpr std::size_t kUnits = 32'767;  // UTF-16 code units in a cell
+
+  std::uint32_t rows = 1'048'576;     // including the captions
+  std::uint64_t bytes = 0xF000'0000;  // before compression, less than ZipWriter::kMostPartBytes
+};
+
+/// Writes a workbook: the captions in a first row that stays visible, then the rows, with real
+/// numbers and dates. Rows are compressed and written at once, so that memory is bounded and
+/// little is left to do at the end. Rows that a sheet cannot hold go to a further sheet.
 class XlsxWriter : public ReportWriter {
  public:
-  /// Greatest number of rows of a sheet, including the captions.
-  static constexpr std::uint32_t kMostRows = 1'048'576;
-  /// Greatest number of UTF-16 code units in a cell.
-  static constexpr std::size_t kMostUnits = 32'767;
-
-  explicit XlsxWriter(const ReportList& list) : list_(list), cells_(list) {}
-  ~XlsxWriter() override;
+  explicit XlsxWriter(const ReportList& list, const SheetLimits& limits = {})
+      : list_(list), cells_(list), limits_(limits) {}
 
   Failure open(TextView target) override;
-  void beginDocument() override;
+  void beginDocument() override { beginSheet(); }
   void beginSource(const ReportSource& source) override;
   void row(const ReportRow& row) override;
-  const Failure& failure() const override { return failure_; }
-  Failure commit() override;
+  void endDocument() override;
+  const Failure& failure() const override { return zip_.failure(); }
+  std::uint64_t cutCells() const override { return cutCells_; }
+  Failure commit() override { return zip_.commit(); }
 
  private:
-  void writeCell(std::uint16_t place, const ReportRow& row, const Column& column);
-  void writeText(std::uint16_t place, TextView text);
-  void writeNumber(std::uint16_t place, double number, lxw_format* format);
-  void writeDate(std::uint16_t place, const ReportRow& row, const Column& column);
-  void take(int error);
-  void closeWorkbook();
-  void fail(Text text);
-  void failUnwritten(TextView reason);
+  void beginSheet();
+  void endSheet();
+  void beginRow();
+  void endRow();
+  void writeCell(const ReportRow& row, const Column& column);
+  void writeDate(const ReportRow& row, const Column& column);
+  void writeText(TextView text);
+  void writeNumber(double number, std::string_view style);
+  void beginCell(std::string_view attributes);
+  void flush();
+  void writePart(const WorkbookPart& part);
 
   const ReportList& list_;
   const ReportCells cells_;
-  platform::ReplacingFile file_;
-  std::string folder_;  // folder for the library's own files
-  Failure failure_;
-  lxw_workbook* workbook_ = nullptr;
-  lxw_worksheet* sheet_ = nullptr;
-  lxw_format* dateFormat_ = nullptr;
-  std::uint32_t row_ = 0;        // row of the sheet, counted from 0
-  std::uint64_t cellCount_ = 0;  // number of cells that the library accepted
-  bool hasProperties_ = false;
+  const SheetLimits limits_;
+  ZipWriter zip_;
+  std::size_t sheets_ = 0;
+  std::uint32_t row_ = 0;       // last row of the sheet, counted from 1
+  std::size_t emptyCells_ = 0;  // number of empty cells behind the last value of the row
+  std::uint64_t cutCells_ = 0;
+  std::optional<Date> created_;  // time of the first source; none: no source was begun
+  Text description_;             // what is missing in the sources
   Text value_;
-  std::string bytes_;
+  std::string xml_;  // text of the sheet that is not compressed yet
 };
-
-/// The name of a sheet for `name`: at most 31 characters, without characters that are not allowed.
-Text FixExcelWorkSheetName(TextView name);
-
-/// Replaces `out` with `text` as UTF-8 that every reader of a workbook accepts: units that are not
-/// text become a mark, and text that looks like an escape of the format is escaped.
-void toWorkbookText(TextView text, std::string& out);
 
 }  // namespace ombrelian

@@ -71,6 +71,12 @@ void Console::saveProgress(std::uint64_t row, std::uint64_t rows) {
                    xFormatFileSize(0, std::int64_t(rows), false, false)}));
 }
 
+void Console::cellsWereCut(std::uint64_t cells) {
+  hasCutCells_ = true;
+  message(TL(9821, u"Zu lange Zellen, die gekürzt wurden: %1", {toText(std::int64_t(cells))}),
+          Severity::Warning);
+}
+
 void Console::showProgress(const Text& line) {
   const auto width = std::size_t(platform::GetTerminalWidth() - 1);
   std::string bytes(kClearLine);

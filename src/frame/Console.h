@@ -23,11 +23,15 @@ class Console : public UserInterface, public LogListener {
   void scanProgress(TextView folder, std::int64_t files, std::int64_t folders,
                     std::int64_t bytes) override;
   void saveProgress(std::uint64_t row, std::uint64_t rows) override;
+  void cellsWereCut(std::uint64_t cells) override;
   bool saveCancelled() override { return false; }
   void yield() override {}
   bool GetInputState() override { return false; }
   void message(TextView text, Severity severity) override;
   bool ask(TextView) override { return false; }
+
+  /// Whether a report was saved with cut cells.
+  bool hasCutCells() const { return hasCutCells_; }
 
   /// Prints only failures; the other lines of the log are ignored.
   void logged(const LogRow& row) override;
@@ -39,6 +43,7 @@ class Console : public UserInterface, public LogListener {
 
   const bool isTerminal_;
   bool progressShown_ = false;
+  bool hasCutCells_ = false;
 };
 
 }  // namespace ombrelian

@@ -11,6 +11,7 @@
 #include "platform/ReplacingFile.h"
 #include "platform/Time.h"
 #include "scan/ListFeeder.h"
+#include "support/Guard.h"
 #include "support/Translate.h"
 
 namespace ombrelian {
@@ -105,8 +106,13 @@ class ListSaver {
 
   bool save(ListId id, FlatList& list, const ReportSource& source) const {
     const Text path = pathOf(listRow(id).key);
-    const Failure failure = saveList(listToSave(options_, id, list, source), options_, format_,
-                                     path, delimiter_, console_);
+    const Failure failure =
+        GuardedOr(u"frmSaveFiles", u"SAVE",
+                  [&] {
+                    return saveList(listToSave(options_, id, list, source), options_, format_, path,
+                                    delimiter_, console_);
+                  },
+                  failureOf, {path});
     return failure ? tell(path, *failure) : told(path);
   }
 
@@ -148,7 +154,7 @@ int runLists(const CommandLine& line, Session& session, Console& console) {
   const bool isDone = saves ? saver.saveAll(session, lists, result.lastRoot)
                             : printAll(line, session, lists, console);
   if (!isDone) return kExitNothing;
-  return result.isComplete() ? kExitDone : kExitPartial;
+  return result.isComplete() && !console.hasCutCells() ? kExitDone : kExitPartial;
 }
 
 }  // namespace ombrelian

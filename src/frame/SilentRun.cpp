@@ -68,7 +68,7 @@ int runSilently(const CommandLine& line, Session& session, Console& console) {
   } else {
     console.print(sums);
   }
-  return result.isComplete() ? kExitDone : kExitPartial;
+  return result.isComplete() && !console.hasCutCells() ? kExitDone : kExitPartial;
 }
 
 }  // namespace ombrelian

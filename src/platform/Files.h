@@ -71,7 +71,6 @@ inline constexpr int kCreateNew = 1;       // opens for writing; kAlreadyExists 
 inline constexpr int kOpenExisting = 3;    // opens for reading and writing in place
 inline constexpr int kOpenAppend = 4;      // opens for writing at the end; makes a missing file
 inline constexpr int kOpenRead = 5;        // opens for reading
-inline constexpr int kOpenFolder = 6;      // opens a folder, for GetHandlePath
 inline constexpr int kCreateNameless = 7;  // makes a file without a name on the volume of the
                                            // folder `path`, for writing and for NameFile; it
                                            // disappears when it is closed. An error means that the
@@ -103,9 +102,8 @@ ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t
 /// user may set it.
 ErrorCode CopyFileSecurity(TextView path, FileHandle& file);
 
-/// A path with which code that opens files by itself can open the object behind `file` again, or
-/// files in it if it is a folder. `path` is the object's own path; the result is short for any
-/// length of it. Valid while `file` is open.
+/// A path with which the open file `file` can be opened again, even if it has no name; `path` is
+/// its own path. Valid while `file` is open.
 std::string GetHandlePath(const FileHandle& file, TextView path);
 
 /// Closes the file. Some file systems report only here that the written data did not reach the

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include "platform/SystemError.h"
@@ -32,6 +33,9 @@ extern const bool kReplacesInPlace;
 /// Replaces this program with another one, in the same process if the system can do that. Returns
 /// only if the other program could not be started.
 ErrorCode ReplaceProcess(TextView program, const std::vector<Text>& arguments);
+
+/// Starts a thread that no signal interrupts; throws std::system_error if there can be no more.
+std::thread StartThread(std::function<void()> body);
 
 /// Facts for a fault report. A value that the system does not report is empty or 0.
 struct SystemFacts {

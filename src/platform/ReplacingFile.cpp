@@ -118,13 +118,6 @@ void ReplacingFile::keepAccess() {
   if (file_.isOpen()) CopyFileSecurity(target_, file_);
 }
 
-std::string ReplacingFile::libraryFolder() {
-  const Text path(folderOf(target_));
-  ErrorCode ignored = kSuccess;
-  if (!folder_.isOpen()) folder_ = CreateFileW(path, kOpenFolder, ignored);
-  return folder_.isOpen() ? GetHandlePath(folder_, path) : toBytes(path);
-}
-
 Failure ReplacingFile::write(std::string_view bytes) {
   if (failure_) return failure_;
   const ErrorCode error = WriteFile(file_, bytes);

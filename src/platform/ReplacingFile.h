@@ -27,11 +27,6 @@ class ReplacingFile {
   /// open().
   void keepAccess();
 
-  /// Paths for a library that opens files by itself: it can write the new file without write(), and
-  /// can place temporary files in the same folder. Valid from open() to commit().
-  std::string libraryPath() const { return GetHandlePath(file_, temporary_); }
-  std::string libraryFolder();
-
   /// After a failed write, every later write returns the same failure, and commit() replaces
   /// nothing.
   Failure write(std::string_view bytes);
@@ -49,8 +44,7 @@ class ReplacingFile {
   void discard();
 
   FileHandle file_;
-  FileHandle hold_;    // the same file with its lock; stays open until the file has its name
-  FileHandle folder_;  // open if a library uses libraryFolder()
+  FileHandle hold_;  // the same file with its lock; stays open until the file has its name
   Text target_;
   Text temporary_;  // empty: the file has no name, or there is none
   Failure failure_;

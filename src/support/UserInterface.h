@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "support/Text.h"
@@ -29,11 +30,20 @@ class UserInterface {
   /// Progress of a save: row `row` of about `rows`.
   virtual void saveProgress(std::uint64_t row, std::uint64_t rows) = 0;
 
+  /// Reports that `cells` cells of a report that was saved were too long for its format and were
+  /// cut.
+  virtual void cellsWereCut(std::uint64_t /*cells*/) {}
+
   /// Whether the user wants the save to end early; the report is then still well-formed.
   virtual bool saveCancelled() = 0;
 
   /// Handles the waiting user input.
   virtual void yield() = 0;
+
+  /// Does a job that may take long and cannot be interrupted. A window does it in another thread
+  /// and stays usable meanwhile, so the job must not use the tree, a list or the settings.
+  /// Exceptions of the job come back to the caller.
+  virtual void runAside(const std::function<void()>& job) { job(); }
 
   /// Whether user input is waiting.
   virtual bool GetInputState() = 0;

@@ -13,8 +13,10 @@
 #include <utility>
 
 #include "export/ReportSave.h"
+#include "fs/ExactPath.h"
 #include "fs/PathText.h"
 #include "settings/Optionen.h"
+#include "support/Guard.h"
 #include "support/Translate.h"
 #include "ui/Desktop.h"
 #include "ui/FormPlace.h"
@@ -294,8 +296,13 @@ void SaveDialog::accept() {
   takeChoices();
   const QString file = askForFile();
   if (file.isEmpty()) return;
-  const Text target = toText(file);
-  choices_.last.LastSaveDir = toText(QFileInfo(file).path());
+  const Result<Text> exact = exactPath(toText(file), true);
+  if (!exact) {
+    progress_->message(exact.error().text, UserInterface::Severity::Warning);
+    return;
+  }
+  const Text& target = *exact;
+  choices_.last.LastSaveDir = Text(xGetPath(target));
   choices_.last.LastSaveFileName = Text(xGetFileNameWithoutExtension(target));
   const Failure failure = save(target);
   if (failure) {
@@ -316,7 +323,9 @@ Failure SaveDialog::save(const Text& target) {
   isSaving_ = true;
   DisableControls(true);
   progress_->begin();
-  Failure failure = save_(chosenFormat(), target, *progress_);
+  Failure failure =
+      GuardedOr(u"frmSave", u"OKButton_Click",
+                [&] { return save_(chosenFormat(), target, *progress_); }, failureOf, {target});
   progress_->end();
   DisableControls(false);
   isSaving_ = false;

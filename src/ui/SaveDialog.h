@@ -57,6 +57,7 @@ class SaveDialog : public QDialog {
   /// The file that was saved; empty if none was.
   const Text& target() const { return target_; }
   bool wasCancelled() const { return progress_->wasCancelled(); }
+  std::uint64_t cutCells() const { return progress_->cutCells(); }
 
   /// Asks for a file and saves. Closes the dialog if that succeeded.
   void accept() override;

@@ -1,6 +1,7 @@
 #include "ui/SaveProgress.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -51,6 +52,7 @@ SaveProgress::SaveProgress(QWidget* parent)
 void SaveProgress::begin() {
   isCancelled_ = false;
   isHeeded_ = false;
+  cutCells_ = 0;
   text_->setText(toQString(TL(9604, u"Der Bericht wird begonnen...")));
   bar_->setRange(0, 0);
   show();
@@ -81,6 +83,16 @@ bool SaveProgress::saveCancelled() {
 void SaveProgress::yield() {
   QApplication::processEvents();
   lastYield_ = platform::GetTickCount();
+}
+
+void SaveProgress::runAside(const std::function<void()>& job) {
+  bar_->setRange(0, 0);
+  text_->setText(closingText());
+  QEventLoop events;
+  std::future<void> result = worker_.add(
+      job, [&events] { QMetaObject::invokeMethod(&events, "quit", Qt::QueuedConnection); });
+  events.exec();
+  result.get();  // waits if the end of the program ended the loop
 }
 
 /// Qt cannot report whether input is waiting, so input is handled at short intervals.

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QProgressBar>
 
+#include "platform/Worker.h"
 #include "support/UserInterface.h"
 
 namespace ombrelian::ui {
@@ -25,13 +26,18 @@ class SaveProgress : public QWidget, public UserInterface {
   /// Whether the last save was cancelled before everything was written.
   bool wasCancelled() const { return isHeeded_; }
 
+  /// Number of cells of the last save that were cut.
+  std::uint64_t cutCells() const { return cutCells_; }
+
   // The functions of UserInterface; those for scans do nothing.
   void scanBegins() override {}
   void scanEnds() override {}
   void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override {}
   void saveProgress(std::uint64_t row, std::uint64_t rows) override;
+  void cellsWereCut(std::uint64_t cells) override { cutCells_ = cells; }
   bool saveCancelled() override;
   void yield() override;
+  void runAside(const std::function<void()>& job) override;
   bool GetInputState() override;
   void message(TextView text, Severity severity) override;
   bool ask(TextView question) override;
@@ -41,7 +47,9 @@ class SaveProgress : public QWidget, public UserInterface {
   QProgressBar* const bar_;
   bool isCancelled_ = false;
   bool isHeeded_ = false;
+  std::uint64_t cutCells_ = 0;
   std::uint64_t lastYield_ = 0;  // platform::GetTickCount
+  platform::Worker worker_;
 };
 
 }  // namespace ombrelian::ui

@@ -24,6 +24,18 @@ ReportSource allSources(const FolderTree& tree) {
   return all;
 }
 
+/// The note about the file that a dialog saved.
+Text noteOn(const SaveDialog& dialog) {
+  const Text& target = dialog.target();
+  const Text note = dialog.wasCancelled()
+                        ? TL(9607, u"Abgebrochen; gespeichert ist, was fertig war: %1", {target})
+                        : TL(9606, u"Gespeichert: %1", {target});
+  if (dialog.cutCells() == 0) return note;
+  const Text cut = TL(9821, u"Zu lange Zellen, die gekürzt wurden: %1",
+                      {ombrelian::toText(std::int64_t(dialog.cutCells()))});
+  return note + u". " + cut;
+}
+
 }  // namespace
 
 Saving::Saving(WindowState& state, Panes& panes, QWidget& window)
@@ -75,11 +87,7 @@ void Saving::saveFolders() {
 void Saving::run(SaveDialog& dialog) {
   if (state_.session.readOnly) dialog.setReadOnly();
   if (dialog.exec() != QDialog::Accepted) return;
-  const Text& target = dialog.target();
-  Q_EMIT note(
-      shownOnOneLine(dialog.wasCancelled()
-                         ? TL(9607, u"Abgebrochen; gespeichert ist, was fertig war: %1", {target})
-                         : TL(9606, u"Gespeichert: %1", {target})));
+  Q_EMIT note(shownOnOneLine(noteOn(dialog)));
 }
 
 }  // namespace ombrelian::ui

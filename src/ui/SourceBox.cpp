@@ -4,12 +4,14 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
+#include "fs/ExactPath.h"
 #include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Files.h"
 #include "platform/Volumes.h"
 #include "settings/SavedFolders.h"
 #include "support/Translate.h"
+#include "ui/Messages.h"
 #include "ui/QtText.h"
 #include "ui/SourceCompletion.h"
 
@@ -66,7 +68,13 @@ void SourceBox::browse() {
   const QString picked =
       QFileDialog::getExistingDirectory(window(), toQString(TL(9121, u"Quelle hinzufügen")), start,
                                         QFileDialog::ShowDirsOnly | QFileDialog::ReadOnly);
-  if (!picked.isEmpty()) AddNewSearchPath(toText(picked));
+  if (picked.isEmpty()) return;
+  const Result<Text> folder = exactPath(toText(picked), false);
+  if (folder) {
+    AddNewSearchPath(*folder);
+  } else {
+    showMessage(window(), UserInterface::Severity::Warning, shownInMessage(folder.error().text));
+  }
 }
 
 void SourceBox::Quelle_Entfernen() {

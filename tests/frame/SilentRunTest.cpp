@@ -139,6 +139,17 @@ TEST_F(SilentRunTest, ALinkAtTheTargetIsKept) {
   EXPECT_FALSE(readReport(out.path("real.txt")).empty());
 }
 
+TEST_F(SilentRunTest, AWorkbookWithCutCellsIsPartial) {
+  const TestFolder deep(TestFolder::Place::Memory);
+  close(deep.chain(std::string(255, 'd'), 129));
+  for (const auto& [name, status] : {std::pair("r.csv", kExitDone), {"r.xlsx", kExitPartial}}) {
+    const Outcome saved = run({u"-s", out.text(name), deep.text()});
+    EXPECT_EQ(saved.status, status);
+    EXPECT_EQ(saved.errors.find("gekürzt wurden: 2\n") != std::string::npos, status == kExitPartial)
+        << saved.errors;
+  }
+}
+
 TEST_F(SilentRunTest, FiveThousandLevelsSaveWhole) {
   const TestFolder deep(TestFolder::Place::Memory);
   close(deep.chain("d", 5000));

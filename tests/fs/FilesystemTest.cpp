@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include "fs/Deleting.h"
+#include "fs/ExactPath.h"
 #include "fs/Links.h"
 #include "fs/Owners.h"
 #include "fs/PathText.h"
@@ -31,6 +32,43 @@ TEST(FilesystemTest, WhatExists) {
   platform::FindData data;
   ASSERT_EQ(platform::FindFirstFileW(folder.text("file"), data), platform::kSuccess);
   EXPECT_EQ(xGetFileSizeByWFD_W(data), 3'000'000'000);
+}
+
+TEST(FilesystemTest, ADialogsPathLeadsToTheNameThatIsNoText) {
+  const TestFolder folder;
+  folder.folder(
+      "a\xFF\xFE"
+      "b");
+  folder.file(
+      "a\xFF\xFE"
+      "b/\xE4.txt");
+  folder.file("twin\xE4");
+  folder.file("twin\xF6");
+  folder.file("mark\xEF\xBF\xBD");
+  const Text inside = folder.text(
+      "a\xFF\xFE"
+      "b");
+  const struct {
+    const char16_t* shown;
+    bool mayBeNew;
+    Text exact;  // empty: an error
+  } cases[] = {
+      {u"/a\uFFFDb", false, inside},
+      {u"/a\uFFFD\uFFFDb/\uFFFD.txt", false,
+       folder.text("a\xFF\xFE"
+                   "b/\xE4.txt")},
+      {u"/a\uFFFDb/new\uFFFD.txt", true, inside + u"/new\uFFFD.txt"},
+      {u"/a\uFFFDb/new\uFFFD.txt", false, {}},
+      {u"/none\uFFFD/new.txt", true, {}},
+      {u"/twin\uFFFD", true, {}},
+      {u"/mark\uFFFD", false, folder.text("mark\xEF\xBF\xBD")},
+      {u"/plain", false, folder.text("plain")},
+  };
+  for (const auto& c : cases) {
+    const Result<Text> exact = exactPath(folder.text() + c.shown, c.mayBeNew);
+    EXPECT_EQ(exact ? toBytes(*exact) : "", toBytes(c.exact)) << &c - cases;
+    EXPECT_TRUE(exact || !exact.error().text.empty());
+  }
 }
 
 TEST(FilesystemTest, PathsBeyondTheKernelsLimit) {

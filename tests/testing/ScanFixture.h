@@ -24,11 +24,16 @@ class QuietInterface : public UserInterface {
   void yield() override {
     if (onYield) onYield();
   }
+  void runAside(const std::function<void()>& job) override {
+    if (beforeAside) beforeAside();
+    job();
+  }
   bool GetInputState() override { return static_cast<bool>(onYield); }
   void message(TextView text, Severity) override { messages.emplace_back(text); }
   bool ask(TextView) override { return false; }
 
   std::function<void()> onYield;      // set: the walk calls it for every entry
+  std::function<void()> beforeAside;  // called before each job that runs aside
   int asksUntilSaveIsCancelled = -1;  // -1: no cancel
   std::vector<Text> messages;
 };

@@ -5,6 +5,9 @@
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QRadioButton>
+#include <chrono>
+#include <future>
+#include <stdexcept>
 
 #include "settings/Optionen.h"
 #include "tests/testing/SaveFixture.h"
@@ -131,6 +134,20 @@ TEST_F(SaveFromWindowTest, AListTellsWhereItComesFromAndAnEmptyOneIsNotSaved) {
                      [] { EXPECT_EQ(QApplication::activeModalWidget(), nullptr); });
   run_.execute(ListId::Folders, CommandId::Save);
   QApplication::processEvents();
+}
+
+TEST_F(SaveFromWindowTest, ThePathOfAFileIsSavedWithItsName) {
+  run_.execute(std::nullopt, CommandId::ShowFiles);
+  ListView& list = run_.list(ListId::Files);
+  for (int section = 0; section < list.model()->columnCount(); ++section)
+    list.setColumnVisible(section, section == 1 || section == 10);
+  const QStringList names = run_.column(ListId::Files);
+  ASSERT_FALSE(names.isEmpty());
+  for (const ReportFormat format : kFormats) {
+    const QString report = saved(ListId::Files, format);
+    for (const QString& name : names)
+      EXPECT_TRUE(report.contains(path() + u'/' + name)) << int(format) << qPrintable(report);
+  }
 }
 
 /// A dialog without a window, for a made tree.
@@ -304,6 +321,55 @@ TEST_F(SaveDialogTest, ASaveThatIsEndedLeavesAWholeFile) {
     EXPECT_TRUE(written.endsWith(ends[int(format)])) << int(format);
     EXPECT_FALSE(written.contains(u"folder%1"_s.arg(kRows - 1))) << int(format);
   }
+}
+
+TEST_F(SaveDialogTest, EventsAreHandledWhileTheEndOfASaveIsSlow) {
+  std::promise<void> turned;
+  bool wasSlow = false;
+  SaveDialog dialog(
+      folderSaveChoices(options), true,
+      [&](ReportFormat, const Text&, UserInterface& user) -> Failure {
+        QTimer::singleShot(0, qApp, [&] {
+          EXPECT_FALSE(dialog.close()) << "the file is not yet complete";
+          EXPECT_TRUE(dialog.isVisible());
+          turned.set_value();
+        });
+        user.runAside([&] {  // ends only if the timer below runs, which the window's thread does
+          wasSlow =
+              turned.get_future().wait_for(std::chrono::seconds(60)) == std::future_status::ready;
+        });
+        EXPECT_THROW(user.runAside([] { throw std::runtime_error("why"); }), std::runtime_error);
+        return {};
+      },
+      settings);
+  dialog.show();
+  choose(dialog, ReportFormat::CSV, pathIn(out, ReportFormat::CSV));
+  press(dialog, "OKButton");
+  EXPECT_TRUE(wasSlow);
+  EXPECT_FALSE(dialog.wasCancelled()) << "it came too late";
+  EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST_F(SaveDialogTest, AFolderWhoseNameIsNoTextCanBeChosen) {
+  out.folder("\xFF");
+  const auto dialog = open(ReportFormat::CSV);
+  choose(*dialog, ReportFormat::CSV, toQString(out.text()) + u"/\uFFFD/r.csv"_s);
+  press(*dialog, "OKButton");
+  EXPECT_EQ(dialog->target(), out.text("\xFF/r.csv"));
+  EXPECT_EQ(namesIn(out.path("\xFF")), std::vector<std::string>{"r.csv"});
+}
+
+TEST_F(SaveDialogTest, AnExceptionOfASaveIsReportedAndTheDialogStaysUsable) {
+  SaveDialog dialog(
+      listSaveChoices(options), false,
+      [](ReportFormat, const Text&, UserInterface&) -> Failure { throw std::bad_alloc(); },
+      settings);
+  dialog.show();
+  choose(dialog, ReportFormat::CSV, pathIn(out, ReportFormat::CSV));
+  Answer message(QMessageBox::Ok);
+  press(dialog, "OKButton");
+  EXPECT_TRUE(message.text.contains(u"report.csv"_s)) << qPrintable(message.text);
+  EXPECT_TRUE(dialog.isVisible() && !dialog.isSaving() && dialog.target().empty());
 }
 
 TEST_F(SaveDialogTest, AfterAFailureAnotherNameCanBeChosenAndAFileThatNobodyOpensIsReported) {

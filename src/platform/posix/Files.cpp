@@ -77,8 +77,6 @@ int openFlags(int disposition) {
       return O_WRONLY | O_CREAT | O_APPEND;
     case kOpenExisting:
       return O_RDWR;
-    case kOpenFolder:
-      return O_PATH | O_DIRECTORY;
     case kCreateNameless:
       return O_WRONLY | O_TMPFILE;
     default:

@@ -18,6 +18,7 @@
 #include "platform/posix/CMemory.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/Errors.h"
+#include "platform/posix/SignalsBlocked.h"
 
 namespace ombrelian::platform {
 namespace {
@@ -179,6 +180,11 @@ NamedMutex CreateMutexW(TextView name) {
 bool OpenMutexW(TextView name) {
   const Descriptor mark(openMark(name));
   return mark && flock(mark.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+std::thread StartThread(std::function<void()> body) {
+  const SignalsBlocked signals;
+  return std::thread(std::move(body));
 }
 
 void DisableWow64FsRedirection(bool) {}
