@@ -216,16 +216,21 @@ bool Deletion::survey(Targets& targets, Survey& survey) {
   Targets left;
   for (Target& target : targets) {
     const Text& path = target.object.path;
+    const auto failToDelete = [&](platform::ErrorCode reason) {
+      fail(TL(9662, u"'%1' kann nicht gelöscht werden: %2", {path, xGetErrorText(true, reason)}));
+    };
     platform::FindData data;
     const platform::ErrorCode error = look(target.object, data);
     const bool isThere = error == platform::kSuccess;
     if (!isThere && !platform::isMissing(error)) {
-      fail(TL(9662, u"'%1' kann nicht gelöscht werden: %2", {path, xGetErrorText(true, error)}));
+      failToDelete(error);
       continue;
     }
     const std::uint64_t before = survey.objects();
     const auto goOn = [&](std::uint64_t count) { return goesOn(path, count); };
-    if ((isThere && !survey.add(path, data, goOn)) || !goOn(survey.objects())) return false;
+    const bool isCounted = !isThere || survey.add(path, data, goOn);
+    if (survey.isSilent) failToDelete(platform::kTimeout);
+    if (!isCounted || !goOn(survey.objects())) return false;
     target.file.isHardlink = hardlinkCount(data) > 0;
     target.file.identity = isThere ? data.identity : target.object.identity;
     target.objects = survey.objects() - before;

@@ -15,6 +15,7 @@
 #include "platform/posix/CMemory.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/PathAt.h"
+#include "platform/posix/PatientCalls.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -37,6 +38,57 @@ ErrorCode readAt(TextView path, int flags, FindData& data) {
     data.dwFileAttributes |= kAttributeHidden;
   }
   return kSuccess;
+}
+
+/// The same as readAt for a file system that may not answer.
+ErrorCode readPatiently(TextView path, int flags, FindData& data) {
+  const std::optional<std::string> mount = patientMountOf(path);
+  if (!mount) return readAt(path, flags, data);
+  using Answer = std::pair<ErrorCode, FindData>;
+  const auto read = [path = Text(path), flags] {
+    Answer answer;
+    answer.first = readAt(path, flags, answer.second);
+    return answer;
+  };
+  const Answer answer = askPatiently(mount, read, Answer(kTimeout, FindData()));
+  if (answer.first == kSuccess) data = answer.second;
+  return answer.first;
+}
+
+/// Result of `call` for `path`, which may be on a file system that does not answer.
+template <class Call>
+auto askAt(TextView path, Call call, std::invoke_result_t<Call&, TextView> silent) {
+  const auto ask = [path = Text(path), call] { return call(path); };
+  return askPatiently(patientMountOf(path), ask, std::move(silent));
+}
+
+ErrorCode moveFile(TextView from, TextView to) {
+  const PathAt fromAt(from);
+  const PathAt toAt(to);
+  if (fromAt.error() != 0) return translateErrno(fromAt.error());
+  if (toAt.error() != 0) return translateErrno(toAt.error());
+  const int result = renameat(fromAt.folder(), fromAt.name(), toAt.folder(), toAt.name());
+  return result == 0 ? kSuccess : lastError();
+}
+
+ErrorCode makeFolder(TextView path) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  return mkdirat(at.folder(), at.name(), kFolderMode) == 0 ? kSuccess : lastError();
+}
+
+ErrorCode checkWritable(TextView path) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  struct stat told;
+  if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
+  if (!S_ISDIR(told.st_mode)) return kNotADirectory;
+  return faccessat(at.folder(), at.name(), W_OK | X_OK, AT_EACCESS) == 0 ? kSuccess : lastError();
+}
+
+Text finalPath(TextView path) {
+  const CText resolved(realpath(toBytes(path).c_str(), nullptr));
+  return resolved == nullptr ? Text() : fromBytes(resolved.get());
 }
 
 /// Calls `visit` for each component of `path`.
@@ -96,39 +148,23 @@ bool hasAlias(std::intptr_t handle) { return access(aliasOf(handle).c_str(), F_O
 const char16_t kNativeSeparator = u'/';
 
 ErrorCode FindFirstFileW(TextView path, FindData& data) {
-  return readAt(path, AT_SYMLINK_NOFOLLOW, data);
+  return readPatiently(path, AT_SYMLINK_NOFOLLOW, data);
 }
 
-ErrorCode GetFileInformation(TextView path, FindData& data) { return readAt(path, 0, data); }
+ErrorCode GetFileInformation(TextView path, FindData& data) { return readPatiently(path, 0, data); }
 
 ErrorCode MoveFileExW(TextView from, TextView to) {
-  const PathAt fromAt(from);
-  const PathAt toAt(to);
-  if (fromAt.error() != 0) return translateErrno(fromAt.error());
-  if (toAt.error() != 0) return translateErrno(toAt.error());
-  const int result = renameat(fromAt.folder(), fromAt.name(), toAt.folder(), toAt.name());
-  return result == 0 ? kSuccess : lastError();
+  std::optional<std::string> mount = patientMountOf(from);
+  if (!mount) mount = patientMountOf(to);
+  const auto move = [from = Text(from), to = Text(to)] { return moveFile(from, to); };
+  return askPatiently(mount, move, kTimeout);
 }
 
-ErrorCode CreateDirectoryW(TextView path) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  return mkdirat(at.folder(), at.name(), kFolderMode) == 0 ? kSuccess : lastError();
-}
+ErrorCode CreateDirectoryW(TextView path) { return askAt(path, makeFolder, kTimeout); }
 
-ErrorCode CheckFolderWritable(TextView path) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  struct stat told;
-  if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
-  if (!S_ISDIR(told.st_mode)) return kNotADirectory;
-  return faccessat(at.folder(), at.name(), W_OK | X_OK, AT_EACCESS) == 0 ? kSuccess : lastError();
-}
+ErrorCode CheckFolderWritable(TextView path) { return askAt(path, checkWritable, kTimeout); }
 
-Text GetFinalPathNameW(TextView path) {
-  const CText resolved(realpath(toBytes(path).c_str(), nullptr));
-  return resolved == nullptr ? Text() : fromBytes(resolved.get());
-}
+Text GetFinalPathNameW(TextView path) { return askAt(path, finalPath, Text()); }
 
 Text GetFullPathNameW(TextView path) {
   Text absolute(path);
