@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "platform/posix/CMemory.h"
@@ -23,6 +24,7 @@ namespace {
 
 constexpr mode_t kFileMode = 0666;  // mode before the file mask of the process is applied
 constexpr mode_t kFolderMode = 0777;
+constexpr std::chrono::minutes kLongestFlush(1);
 
 ErrorCode lastError() { return translateErrno(errno); }
 
@@ -141,6 +143,27 @@ int openFlags(int disposition) {
 /// A path that leads to the open file or folder while it is open.
 std::string aliasOf(std::intptr_t handle) { return "/proc/self/fd/" + std::to_string(handle); }
 
+/// Writes all of `bytes`.
+ErrorCode writeAll(int fd, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(fd, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return lastError();
+    bytes.remove_prefix(std::size_t(written));
+  }
+  return kSuccess;
+}
+
+ErrorCode readSome(int fd, char* buffer, std::size_t size, std::size_t& got) {
+  for (;;) {
+    const ssize_t result = read(fd, buffer, size);
+    if (result < 0 && errno == EINTR) continue;
+    if (result < 0) return lastError();
+    got = std::size_t(result);
+    return kSuccess;
+  }
+}
+
 bool hasAlias(std::intptr_t handle) { return access(aliasOf(handle).c_str(), F_OK) == 0; }
 
 }  // namespace
@@ -187,30 +210,64 @@ Text GetFullPathNameW(TextView path) {
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept
-    : handle_(std::exchange(other.handle_, kNone)) {}
+    : handle_(std::exchange(other.handle_, kNone)), slowMount_(std::move(other.slowMount_)) {}
 
 FileHandle& FileHandle::operator=(FileHandle&& other) noexcept {
   std::swap(handle_, other.handle_);
+  std::swap(slowMount_, other.slowMount_);
   return *this;
 }
 
 FileHandle::~FileHandle() {
-  if (isOpen()) close(int(handle_));
+  if (isOpen()) close();
+}
+
+/// Result of a call on the open file, which owns all its other data.
+template <class Call>
+ErrorCode FileHandle::ask(Call call) const {
+  return askPatiently(
+      slowMount_, [call, fd = int(handle_)] { return call(fd); }, kTimeout);
+}
+
+/// Closes the file. If its file system does not answer, that happens later.
+ErrorCode FileHandle::close() {
+  const int fd = int(std::exchange(handle_, kNone));
+  if (!slowMount_) return ::close(fd) == 0 ? kSuccess : lastError();
+  // A healthy server may need some time to store what was written.
+  const Patience::GoOn* const goOn = Patience::current();
+  const Patience patience([goOn](std::chrono::milliseconds waited) {
+    return waited < kLongestFlush && (goOn == nullptr || (*goOn)(std::chrono::milliseconds(0)));
+  });
+  const auto file = std::make_shared<Descriptor>(fd);
+  const auto result = std::make_shared<std::atomic<ErrorCode>>(kTimeout);
+  PatientCalls calls(*slowMount_);
+  const bool isClosed = calls.run(
+      [file, result] { *result = ::close(file->release()) == 0 ? kSuccess : lastError(); });
+  if (!isClosed) calls.runLast([file] { file->reset(); });
+  return *result;
 }
 
 FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error) {
+  using Answer = std::pair<ErrorCode, Descriptor>;
+  const auto open = [path = Text(path), disposition] {
+    Answer answer;
+    const PathAt at(path);
+    answer.first = translateErrno(at.error());
+    if (answer.first != kSuccess) return answer;
+    const int flags = openFlags(disposition) | O_CLOEXEC;
+    answer.second.reset(openat(at.folder(), at.name(), flags, kFileMode));
+    if (!answer.second) {
+      answer.first = lastError();
+    } else if (disposition == kCreateNameless && !hasAlias(answer.second.get())) {
+      answer.first = kNotSupported;  // only the alias can give the file a name later
+    }
+    return answer;
+  };
   FileHandle file;
-  const PathAt at(path);
-  error = translateErrno(at.error());
-  if (error != kSuccess) return file;
-  const int fd = openat(at.folder(), at.name(), openFlags(disposition) | O_CLOEXEC, kFileMode);
-  if (fd < 0) {
-    error = lastError();
-    return file;
-  }
-  file.handle_ = fd;
-  // Only the alias can give the file a name later.
-  if (disposition == kCreateNameless && !hasAlias(fd)) error = kNotSupported;
+  file.slowMount_ = patientMountOf(path);
+  Answer answer = askPatiently(file.slowMount_, open, Answer(kTimeout, Descriptor()));
+  error = answer.first;
+  if (answer.second) file.handle_ = answer.second.release();
   return file;
 }
 
@@ -223,58 +280,56 @@ FileHandle OpenStandardOutput(ErrorCode& error) {
 }
 
 ErrorCode NameFile(const FileHandle& file, TextView path) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  const std::string alias = aliasOf(file.handle_);
-  const int result = linkat(AT_FDCWD, alias.c_str(), at.folder(), at.name(), AT_SYMLINK_FOLLOW);
-  return result == 0 ? kSuccess : lastError();
+  return file.ask([path = Text(path)](int fd) {
+    const PathAt at(path);
+    if (at.error() != 0) return translateErrno(at.error());
+    const std::string alias = aliasOf(fd);
+    const int result = linkat(AT_FDCWD, alias.c_str(), at.folder(), at.name(), AT_SYMLINK_FOLLOW);
+    return result == 0 ? kSuccess : lastError();
+  });
 }
 
 ErrorCode LockFile(FileHandle& file) {
-  return flock(int(file.handle_), LOCK_EX | LOCK_NB) == 0 ? kSuccess : lastError();
+  return file.ask(
+      [](int fd) { return flock(fd, LOCK_EX | LOCK_NB) == 0 ? kSuccess : lastError(); });
 }
 
 ErrorCode WriteFile(FileHandle& file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = write(int(file.handle_), bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return lastError();
-    bytes.remove_prefix(std::size_t(written));
-  }
-  return kSuccess;
+  if (!file.slowMount_) return writeAll(int(file.handle_), bytes);
+  return file.ask([copy = std::string(bytes)](int fd) { return writeAll(fd, copy); });
 }
 
 ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t& got) {
   got = 0;
-  for (;;) {
-    const ssize_t result = read(int(file.handle_), buffer, size);
-    if (result < 0 && errno == EINTR) continue;
-    if (result < 0) return lastError();
-    got = std::size_t(result);
-    return kSuccess;
-  }
+  if (!file.slowMount_) return readSome(int(file.handle_), buffer, size, got);
+  const auto copy = std::make_shared<std::string>(size, '\0');
+  const auto copied = std::make_shared<std::size_t>(0);
+  const ErrorCode error = file.ask(
+      [copy, copied](int fd) { return readSome(fd, copy->data(), copy->size(), *copied); });
+  if (error != kSuccess) return error;
+  got = *copied;
+  std::copy_n(copy->data(), got, buffer);
+  return kSuccess;
 }
 
 ErrorCode CopyFileSecurity(TextView path, FileHandle& file) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  struct stat told;
-  if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
-  const int fd = int(file.handle_);
-  // If the group cannot be kept, another group must not get its rights.
-  const bool isSameGroup =
-      fchown(fd, told.st_uid, told.st_gid) == 0 || fchown(fd, -1, told.st_gid) == 0;
-  const mode_t kept = isSameGroup ? 0777 : 0707;
-  return fchmod(fd, told.st_mode & kept) == 0 ? kSuccess : lastError();
+  return file.ask([path = Text(path)](int fd) {
+    const PathAt at(path);
+    if (at.error() != 0) return translateErrno(at.error());
+    struct stat told;
+    if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
+    // If the group cannot be kept, another group must not get its rights.
+    const bool isSameGroup =
+        fchown(fd, told.st_uid, told.st_gid) == 0 || fchown(fd, -1, told.st_gid) == 0;
+    const mode_t kept = isSameGroup ? 0777 : 0707;
+    return fchmod(fd, told.st_mode & kept) == 0 ? kSuccess : lastError();
+  });
 }
 
 std::string GetHandlePath(const FileHandle& file, TextView path) {
   return hasAlias(file.handle_) ? aliasOf(file.handle_) : toBytes(path);
 }
 
-ErrorCode CloseHandle(FileHandle& file) {
-  const int fd = int(std::exchange(file.handle_, FileHandle::kNone));
-  return close(fd) == 0 ? kSuccess : lastError();
-}
+ErrorCode CloseHandle(FileHandle& file) { return file.close(); }
 
 }  // namespace ombrelian::platform
