@@ -13,8 +13,7 @@ namespace ombrelian::platform {
 /// call fails with kTimeout, although the system may still be working on it. Without an object, and
 /// on local file systems, calls take as long as the system needs.
 ///
-/// The innermost object is in force. It must be destroyed by the thread that made it, before the
-/// objects that existed earlier.
+/// The newest object is in force. It must be destroyed by the thread that made it.
 class Patience {
  public:
   /// `waited` is the time since the call began.
@@ -28,12 +27,12 @@ class Patience {
   Patience(const Patience&) = delete;
   Patience& operator=(const Patience&) = delete;
 
-  /// The question of the innermost object of this thread; null: there is no object.
+  /// The question of the newest object of this thread; null: there is no object.
   static const GoOn* current();
 
  private:
   const GoOn goOn_;
-  const Patience* const outer_;
+  Patience* older_;
 };
 
 /// Whether the object at `path` is on a file system whose calls may never return. Does not access

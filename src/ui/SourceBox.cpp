@@ -2,13 +2,15 @@
 
 #include <QCompleter>
 #include <QFileDialog>
-#include <QFileSystemModel>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QStringListModel>
 
 #include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Files.h"
+#include "platform/FolderWalk.h"
+#include "platform/Patience.h"
 #include "platform/Volumes.h"
 #include "settings/SavedFolders.h"
 #include "support/Translate.h"
@@ -17,14 +19,26 @@
 namespace ombrelian::ui {
 namespace {
 
-/// Whether a saved folder should be offered. A folder on another machine is always offered without
-/// a check, because that machine may not answer for a long time.
+constexpr std::size_t kMostEntries = 10'000;  // entries of a folder that are looked at
+
+/// Whether a saved folder should be offered. A folder on a file system that may not answer for a
+/// long time is always offered without a check.
 bool existsOrIsFarAway(TextView path) {
-  for (const Text& drive : platform::GetLogicalDriveStringsW()) {
-    if (path.starts_with(drive) && platform::GetDriveTypeW(drive) == platform::kDriveRemote)
-      return true;
+  return platform::MayNotAnswer(path) || xExistFolder_W(path);
+}
+
+/// Full paths of the folders in `folder`, which ends in a separator.
+QStringList foldersIn(TextView folder) {
+  QStringList folders;
+  platform::FolderWalk walk(0, platform::WalkReach::OneFolder);
+  if (walk.openSource(folder) != platform::kSuccess) return folders;
+  std::size_t entries = 0;
+  while (const platform::FindData* const entry = walk.nextEntry()) {
+    if (++entries > kMostEntries) break;
+    if (entry->isFolder()) folders.append(toQString(Text(folder).append(walk.name())));
   }
-  return xExistFolder_W(path);
+  folders.sort();
+  return folders;
 }
 
 }  // namespace
@@ -41,20 +55,25 @@ SourceBox::SourceBox(WindowState& state, QWidget* parent) : QComboBox(parent), s
   lineEdit()->setPlaceholderText(toolTip());
   lineEdit()->installEventFilter(this);
   setCompleter(makeCompleter());
+  connect(lineEdit(), &QLineEdit::textEdited, this, &SourceBox::offerFolders);
   connect(lineEdit(), &QLineEdit::returnPressed, this, &SourceBox::startWanted);
 }
 
 /// Offers folders of the disk below the field. Nothing is completed in the field itself, so that
 /// Return scans what was typed.
 QCompleter* SourceBox::makeCompleter() {
-  auto* const folders = new QFileSystemModel(this);
-  folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
-  folders->setOption(QFileSystemModel::DontWatchForChanges);
-  folders->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
-  folders->setRootPath(QStringLiteral("/"));
-  auto* const completer = new QCompleter(folders, this);
+  offered_ = new QStringListModel(this);
+  auto* const completer = new QCompleter(offered_, this);
   completer->setCompletionMode(QCompleter::PopupCompletion);
   return completer;
+}
+
+/// Offers the folders next to the one that is being typed.
+void SourceBox::offerFolders(const QString& typed) {
+  const QString folder = typed.left(typed.lastIndexOf(u'/') + 1);
+  if (folder == offeredFolder_ || !folder.startsWith(u'/')) return;
+  offeredFolder_ = folder;
+  offered_->setStringList(foldersIn(toText(folder)));
 }
 
 Text SourceBox::path() const {

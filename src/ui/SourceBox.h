@@ -4,6 +4,8 @@
 
 #include "ui/WindowState.h"
 
+class QStringListModel;
+
 namespace ombrelian::ui {
 
 /// The field for the folder to scan, with the drives and the folders that were scanned before.
@@ -40,8 +42,11 @@ class SourceBox : public QComboBox {
 
  private:
   QCompleter* makeCompleter();
+  void offerFolders(const QString& typed);
 
   WindowState& state_;
+  QStringListModel* offered_ = nullptr;  // folders below the field; a child of the box
+  QString offeredFolder_;                // the folder that contains them
 };
 
 }  // namespace ombrelian::ui

@@ -17,7 +17,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kInterval(30);   // time between two questions to the caller
 constexpr std::chrono::milliseconds kLastCall(200);  // limit of runLast()
 
-thread_local const Patience* innermost = nullptr;
+thread_local Patience* newest = nullptr;
 
 /// The mounts that do not answer. Abandoned threads use it too, so it has no fixed owner.
 struct SilentMounts {
@@ -45,12 +45,16 @@ const std::shared_ptr<SilentMounts>& silentMounts() {
 
 }  // namespace
 
-Patience::Patience(GoOn goOn) : goOn_(std::move(goOn)), outer_(std::exchange(innermost, this)) {}
-Patience::~Patience() { innermost = outer_; }
+Patience::Patience(GoOn goOn) : goOn_(std::move(goOn)), older_(std::exchange(newest, this)) {}
 
-const Patience::GoOn* Patience::current() {
-  return innermost == nullptr ? nullptr : &innermost->goOn_;
+Patience::~Patience() {
+  Patience** place = &newest;
+  while (*place != this)
+    place = &(*place)->older_;
+  *place = older_;
 }
+
+const Patience::GoOn* Patience::current() { return newest == nullptr ? nullptr : &newest->goOn_; }
 
 /// Data that the caller and the thread share. They exist as long as either of them.
 struct PatientCalls::State {

@@ -68,8 +68,8 @@ const std::vector<std::string>& slowPoints() {
 }
 
 /// `path` made absolute; the current folder is known without access to it.
-std::string absolute(std::string path) {
-  if (path.starts_with('/')) return path;
+std::string absolute(const std::string& path) {
+  if (!path.empty() && path[0] == '/') return path;
   const CText folder(getcwd(nullptr, 0));
   return folder == nullptr ? path : std::string(folder.get()).append("/").append(path);
 }
@@ -93,14 +93,14 @@ bool mayHang(const Mount& mount) {
 
 bool isAnyMountSlow() { return !slowPoints().empty(); }
 
-std::optional<std::string> slowMountOf(std::string path) {
+std::optional<std::string> slowMountOf(const std::string& path) {
   const std::vector<std::string>& points = slowPoints();
   if (points.empty()) return {};
   const auto isPoint = [&](const std::string& place) {
     return std::find(points.begin(), points.end(), place) != points.end();
   };
   if (isPoint("/")) return "/";
-  std::string rest = absolute(std::move(path));
+  std::string rest = absolute(path);
   std::string place;  // the part of the path that is resolved; empty: the root folder
   for (int links = 0; links < kMostLinks;) {
     std::string_view view = rest;

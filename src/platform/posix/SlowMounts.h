@@ -16,7 +16,7 @@ bool isAnyMountSlow();
 
 /// The mount point through which `path` leads first if calls on it may never return; none: all of
 /// the path is local. Links are followed, but nothing behind the mount point is accessed.
-std::optional<std::string> slowMountOf(std::string path);
+std::optional<std::string> slowMountOf(const std::string& path);
 
 /// The slow mount that contains the folder `path` or is below it, if there is exactly one; empty:
 /// none, or it is not known which.
