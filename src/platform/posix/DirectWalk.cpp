@@ -205,9 +205,14 @@ bool DirectWalk::isOpenCurrentQuick() {
 }
 
 bool DirectWalk::isCloseQuick() const {
+  if (levels_.size() < 2) return false;
   const Level& level = levels_.back();
+  const Level& above = *(levels_.end() - 2);
+  // A local source answers always, unless the walk left it by a link or a mount point.
+  const std::uint64_t source = levels_.begin()->identity.device;
+  if (!mayHang_ && level.identity.device == source && above.identity.device == source) return true;
   return level.folder == nullptr && level.listing == nullptr && level.parts.empty() &&
-         levels_.size() > 1 && (levels_.end() - 2)->folder != nullptr;
+         above.folder != nullptr;
 }
 
 void DirectWalk::close() {

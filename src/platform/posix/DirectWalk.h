@@ -28,8 +28,8 @@ struct WalkLevel : OpenLevel {
 /// needs. One thread at a time may use it.
 class DirectWalk {
  public:
-  /// `mayHang`: a folder that is read before the walk needs it must not keep the walk from the
-  /// folders that are ready.
+  /// `mayHang`: calls on the source may never return. A folder that is read before the walk needs
+  /// it must then not keep the walk from the folders that are ready.
   DirectWalk(int helpers, WalkReach reach, bool mayHang)
       : helpers_(helpers), reach_(reach), mayHang_(mayHang) {}
   ~DirectWalk();

@@ -69,10 +69,9 @@ ErrorCode FolderWalk::Implementation::openSource(TextView path) {
   leave();
   calls_.reset();
   // Links and mount points can lead to a slow mount from any source.
-  if (Patience::current() != nullptr && isAnyMountSlow()) {
-    calls_.emplace(slowMountAround(toBytes(path)));
-  }
-  walk_ = std::make_shared<Walk>(helpers_, reach_, calls_.has_value());
+  const std::optional<std::string> mount = patientMountAround(path);
+  if (mount) calls_.emplace(*mount);
+  walk_ = std::make_shared<Walk>(helpers_, reach_, mount && MayNotAnswer(path));
   const ErrorCode error = ask(
       false, [path = Text(path)](Walk& walk) { return walk.openSource(path); }, kTimeout);
   depth_ = error == kSuccess ? 1 : 0;

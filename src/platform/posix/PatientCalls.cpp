@@ -160,4 +160,12 @@ std::optional<std::string> patientMountOf(TextView path) {
   return mount;
 }
 
+std::optional<std::string> patientMountAround(TextView path) {
+  std::optional<std::string> mount = patientMountOf(path);
+  if (!mount && Patience::current() != nullptr && isAnyMountSlow()) {
+    mount = slowMountBelow(toBytes(path));
+  }
+  return mount;
+}
+
 }  // namespace ombrelian::platform

@@ -61,4 +61,8 @@ Result askPatiently(const std::optional<std::string>& mount, Call call, Result s
 /// The slow mount of `path` if this thread waits with limited patience.
 std::optional<std::string> patientMountOf(TextView path);
 
+/// The mount point for calls on everything below `path`, if this thread waits with limited patience
+/// and the calls could come to a slow mount; empty: it is not known to which.
+std::optional<std::string> patientMountAround(TextView path);
+
 }  // namespace ombrelian::platform

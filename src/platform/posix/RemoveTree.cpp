@@ -380,7 +380,8 @@ class Relay : public RemovalProgress {
 
 /// Removes the folder in another thread. If the user stops the removal, the thread gets a moment to
 /// end it orderly.
-Removal removePatiently(const ShownObject& folder, RemovalProgress& progress) {
+Removal removePatiently(const ShownObject& folder, RemovalProgress& progress,
+                        const std::string& mount) {
   const auto relay = std::make_shared<Relay>();
   const auto removal = std::make_shared<Removal>();
   std::optional<std::chrono::milliseconds> stopped;
@@ -388,7 +389,7 @@ Removal removePatiently(const ShownObject& folder, RemovalProgress& progress) {
     if (!relay->pass(progress) && !stopped) stopped = waited;
     return !stopped || waited - *stopped < kTimeToStop;
   });
-  PatientCalls calls(slowMountAround(toBytes(folder.path)));
+  PatientCalls calls(mount);
   const bool isAnswered =
       calls.run([folder, relay, removal] { *removal = TreeRemoval(folder, *relay).run(); });
   relay->passFailures(progress);
@@ -400,8 +401,10 @@ Removal removePatiently(const ShownObject& folder, RemovalProgress& progress) {
 }  // namespace
 
 Removal RemoveTree(const ShownObject& folder, RemovalProgress& progress) {
-  const bool isPatient = Patience::current() != nullptr && isAnyMountSlow();
-  return isPatient ? removePatiently(folder, progress) : TreeRemoval(folder, progress).run();
+  if (const auto mount = patientMountAround(folder.path)) {
+    return removePatiently(folder, progress, *mount);
+  }
+  return TreeRemoval(folder, progress).run();
 }
 
 }  // namespace ombrelian::platform

@@ -34,6 +34,11 @@ class SlowMounts {
     return points_;
   }
 
+  bool isAnyWithFiles() {
+    points();
+    return isAnyWithFiles_;
+  }
+
  private:
   bool hasChanged() {
     // A child process may have mounts of its own.
@@ -48,11 +53,13 @@ class SlowMounts {
 
   void read() {
     points_.clear();
+    isAnyWithFiles_ = false;
     const std::vector<Mount> mounts = readMounts();
     for (const Mount& mount : mounts) {
       // Of several mounts at one place, only the last one is reached.
       if (mayHang(mount) && findMount(mounts, mount.mountPoint) == &mount) {
         points_.push_back(mount.mountPoint);
+        isAnyWithFiles_ = isAnyWithFiles_ || !isPseudoFileSystem(mount.type);
       }
     }
   }
@@ -60,12 +67,15 @@ class SlowMounts {
   Descriptor table_;
   pid_t process_ = 0;
   std::vector<std::string> points_;
+  bool isAnyWithFiles_ = false;
 };
 
-const std::vector<std::string>& slowPoints() {
+SlowMounts& slowMounts() {
   thread_local SlowMounts mounts;
-  return mounts.points();
+  return mounts;
 }
+
+const std::vector<std::string>& slowPoints() { return slowMounts().points(); }
 
 /// `path` made absolute; the current folder is known without access to it.
 std::string absolute(const std::string& path) {
@@ -91,7 +101,7 @@ bool mayHang(const Mount& mount) {
              std::end(kSlowTypes);
 }
 
-bool isAnyMountSlow() { return !slowPoints().empty(); }
+bool isAnyMountSlow() { return slowMounts().isAnyWithFiles(); }
 
 std::optional<std::string> slowMountOf(const std::string& path) {
   const std::vector<std::string>& points = slowPoints();
@@ -123,8 +133,7 @@ std::optional<std::string> slowMountOf(const std::string& path) {
   return {};
 }
 
-std::string slowMountAround(const std::string& path) {
-  if (auto mount = slowMountOf(path)) return *mount;
+std::string slowMountBelow(const std::string& path) {
   std::string found;
   for (const std::string& point : slowPoints()) {
     if (!holds(path, point)) continue;

@@ -11,15 +11,15 @@ namespace ombrelian::platform {
 /// a user answers them.
 bool mayHang(const Mount& mount);
 
-/// Whether there is any mount whose calls may never return.
+/// Whether there is a mount whose calls may never return, except for mounts of the system and of
+/// the desktop that hold no files of their own. Walks do not enter these.
 bool isAnyMountSlow();
 
 /// The mount point through which `path` leads first if calls on it may never return; none: all of
 /// the path is local. Links are followed, but nothing behind the mount point is accessed.
 std::optional<std::string> slowMountOf(const std::string& path);
 
-/// The slow mount that contains the folder `path` or is below it, if there is exactly one; empty:
-/// none, or it is not known which.
-std::string slowMountAround(const std::string& path);
+/// The only slow mount below the folder `path`; empty: there is none or more than one.
+std::string slowMountBelow(const std::string& path);
 
 }  // namespace ombrelian::platform

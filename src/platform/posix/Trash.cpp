@@ -250,10 +250,7 @@ ErrorCode RecycleObject(const ShownObject& object, Text& detail) {
   detail.clear();
   if (object.path == u"/") return kShellSourceIsRoot;
   // The object or the bin can be on a slow mount.
-  std::optional<std::string> mount;
-  if (Patience::current() != nullptr && isAnyMountSlow()) {
-    mount = slowMountAround(toBytes(object.path));
-  }
+  const std::optional<std::string> mount = patientMountAround(object.path);
   using Answer = std::pair<ErrorCode, Text>;
   const auto move = [object] {
     Answer answer;
