@@ -125,6 +125,20 @@ TEST_F(SilentMountTest, ScansAndRescansEndWhenTheUserStopsThem) {
   });
 }
 
+TEST_F(SilentMountTest, AScanOfALocalFolderEndsAtALinkIntoTheMount) {
+  links.file("first/file", 10);
+  links.symlink("link", folder.path("a"));
+  withMount([&] {
+    NodeIndex root = scan(links.text());
+    EXPECT_EQ(totals(root), (ScanTotals{10, 1, 2, 0, 0, 1}));
+    tree.clear();
+    mount->silence(FUSE_LOOKUP, SilentMount::kA);
+    expectSoon([&] { root = scan(links.text()); });
+    EXPECT_TRUE(tree[root].has(FolderNode::IsIncomplete));
+    EXPECT_TRUE(hasLogged(u"Das Dateisystem antwortet nicht."));
+  });
+}
+
 TEST_F(SilentMountTest, ADeletionEndsAndWhatRemainsStaysInTheTree) {
   struct Case {
     std::uint32_t request;
