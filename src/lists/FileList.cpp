@@ -11,6 +11,7 @@
 #include "lists/LocalClock.h"
 #include "platform/FolderWalk.h"
 #include "platform/Locale.h"
+#include "platform/Patience.h"
 #include "platform/Time.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
@@ -185,6 +186,8 @@ bool FileList::List_Files_ScanFolder(Text& folder, bool force, const GoOn& goOn)
         }
         xAddBackslash(folder);
         if (folder == shown_.folder && !force) return false;
+        std::optional<platform::Patience> patience;
+        if (goOn) patience.emplace([&](std::chrono::milliseconds) { return goOn(); });
         List_Files_ScanFolderR(folder, goOn);
         return true;
       },

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -63,8 +64,13 @@ class FileHandle {
   friend ErrorCode CopyFileSecurity(TextView, FileHandle&);
   friend std::string GetHandlePath(const FileHandle&, TextView);
 
+  template <class Call>
+  ErrorCode ask(Call call) const;
+  ErrorCode close();
+
   static constexpr std::intptr_t kNone = -1;
   std::intptr_t handle_ = kNone;
+  std::optional<std::string> slowMount_;  // mount point of the file if calls on it may never return
 };
 
 inline constexpr int kCreateNew = 1;       // opens for writing; kAlreadyExists if the name is taken

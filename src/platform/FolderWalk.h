@@ -19,7 +19,7 @@ enum class WalkReach { Tree, OneFolder };
 ///
 /// Entries come in the order of the file system, without "." and "..". Helpers, which are threads
 /// of the walk, may read the next folders ahead; the number of helpers never changes the result.
-/// The class is not copyable and is used by one thread.
+/// The class is not copyable and is used by one thread. Its calls obey the Patience of that thread.
 class FolderWalk {
  public:
   /// `helpers` is the number of threads that read ahead; kHelpersByDevice: as many as are useful on
@@ -57,6 +57,10 @@ class FolderWalk {
   /// Target of the current entry, which is a reparse folder: the text of the link, or what is
   /// mounted there. `path` is the full path of the entry.
   Text reparseTarget(TextView path, ErrorCode& error) const;
+
+  /// Whether a file system did not answer as long as the Patience of this thread allowed. All calls
+  /// then fail with kTimeout or find no entry, and goOut() only removes the levels.
+  bool hasGivenUp() const;
 
   /// Number of open levels.
   std::size_t depth() const;

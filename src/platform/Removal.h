@@ -42,6 +42,7 @@ class ForcedRights {
 
  private:
   static constexpr std::intptr_t kNone = -1;
+  const Text path_;
   std::intptr_t folder_ = kNone;
   std::uint32_t mode_ = 0;
   ErrorCode error_ = kSuccess;

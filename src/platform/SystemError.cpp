@@ -17,6 +17,8 @@ Text ownText(ErrorCode code) {
       return TL(9611,
                 u"An dieser Stelle liegt inzwischen etwas anderes als angezeigt; bitte neu "
                 u"einlesen.");
+    case platform::kTimeout:
+      return TL(9840, u"Das Dateisystem antwortet nicht.");
     default:
       return {};
   }

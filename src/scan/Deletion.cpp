@@ -234,18 +234,23 @@ bool Deletion::survey(Targets& targets, Survey& survey) {
   Targets left;
   for (Target& target : targets) {
     const Text& path = target.object.path;
+    const auto failToDelete = [&](platform::ErrorCode reason) {
+      fail({path, xGetErrorText(false, reason)},
+           TL(9662, u"'%1' kann nicht gelöscht werden: %2", {path, xGetErrorText(true, reason)}));
+    };
     platform::FindData data;
     const platform::ErrorCode error = look(target.object, data);
     const bool isThere = error == platform::kSuccess;
     if (!isThere && !platform::isMissing(error)) {
-      fail({path, xGetErrorText(false, error)},
-           TL(9662, u"'%1' kann nicht gelöscht werden: %2", {path, xGetErrorText(true, error)}));
+      failToDelete(error);
       continue;
     }
     const Survey others = survey;
     const std::uint64_t before = survey.objects();
     const auto goOn = [&](std::uint64_t count) { return goesOn(path, count); };
-    if ((isThere && !survey.add(path, data, goOn)) || !goOn(survey.objects())) return false;
+    const bool isCounted = !isThere || survey.add(path, data, goOn);
+    if (survey.isSilent) failToDelete(platform::kTimeout);
+    if (!isCounted || !goOn(survey.objects())) return false;
     if (recycles_ && survey.mountPoints > others.mountPoints) {
       const Text reason =
           TL(9862, u"Darin ist ein Dateisystem eingehängt, das mit in den Papierkorb käme.");

@@ -6,6 +6,10 @@
 namespace ombrelian {
 
 RunScope::RunScope(const ScanState& state) : state_(state) {
+  // Nobody could stop a run without a window, so it waits as long as the system does.
+  if (!state.context.SilentMode) {
+    patience_.emplace([this](std::chrono::milliseconds waited) { return keepsWaiting(waited); });
+  }
   state_.context.ScanBusy = true;
   try {
     state_.ui.scanBegins();
@@ -16,6 +20,13 @@ RunScope::RunScope(const ScanState& state) : state_(state) {
 }
 
 RunScope::~RunScope() { end(); }
+
+/// Handles user input while a call of the run is waiting for a file system.
+bool RunScope::keepsWaiting(std::chrono::milliseconds waited) const {
+  state_.ui.yield();
+  if (state_.context.IgnoresCancel) return waited < platform::Patience::kForOneQuestion;
+  return state_.context.ScanCancelState != kScanCancelRequested;
+}
 
 void RunScope::end() noexcept {
   state_.context.ScanCancelState = kScanIdle;

@@ -26,6 +26,12 @@ Date now() { return toDate(platform::GetLocalTime()); }
 /// The name of the root node for a source with this path.
 Text rootName(TextView path) { return xRemoveBackslash(path); }
 
+/// Whether the file system of the source does not answer; its row then shows this error.
+bool doesNotAnswer(TextView path) {
+  platform::FindData data;
+  return platform::GetFileInformation(path, data) == platform::kTimeout;
+}
+
 /// The source with this name; kNoNode: none.
 NodeIndex sourceNamed(const FolderTree& tree, TextView name) {
   NodeIndex root = tree.firstRoot();
@@ -64,7 +70,7 @@ void ScanRun::scanQueue(std::deque<Text>& SourceQueue, RunResult& result) {
   while (!SourceQueue.empty() && !result.cancelled) {
     const Text path = SourceQueue.front();
     if (SourceQueue.size() > 1) isOnlySource = false;
-    if (xExistFolder_W(path)) {
+    if (xExistFolder_W(path) || doesNotAnswer(path)) {
       scanSource(path, isOnlySource, result);
     } else {
       ++result.sourcesMissing;

@@ -34,7 +34,7 @@ void Survey::count(const FindData& data) {
 bool Survey::walk(TextView folder, const GoOn& goOn) {
   platform::FolderWalk walk(helpers_);
   if (walk.openSource(folder) != kSuccess) ++unreadable;
-  while (walk.depth() > 0) {
+  while (walk.depth() > 0 && !walk.hasGivenUp()) {
     const FindData* const entry = walk.nextEntry();
     if (entry == nullptr) {
       if (walk.listError() != kSuccess) ++unreadable;
@@ -47,7 +47,8 @@ bool Survey::walk(TextView folder, const GoOn& goOn) {
     const platform::ErrorCode error = walk.goIn();
     if (error != kSuccess && !platform::isMissing(error)) ++unreadable;
   }
-  return true;
+  isSilent = walk.hasGivenUp();
+  return !isSilent;
 }
 
 std::int64_t Survey::keptBytes() const {

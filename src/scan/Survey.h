@@ -31,6 +31,7 @@ class Survey {
   std::uint64_t mountPoints = 0;
   std::uint64_t hardlinks = 0;   // number of names of files that have several names
   std::uint64_t unreadable = 0;  // number of folders whose content is not counted
+  bool isSilent = false;         // the survey was ended because a file system does not answer
 
   /// The part of `bytes` that is not freed: data with further names that remain, and data that was
   /// counted once for each of several names.

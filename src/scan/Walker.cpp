@@ -52,12 +52,14 @@ void Walker::enterSource(NodeIndex node) {
 void Walker::walk() {
   bool cancelled = false;
   for (;;) {
+    const bool wasCancelled = cancelled;
     const FindData* const entry = frames_.back().isOpen && !cancelled ? walk_.nextEntry() : nullptr;
     if (entry != nullptr && !(cancelled = isCancelled())) {
       if (!isLeftOut(*entry)) visit(*entry);
       continue;
     }
-    if (entry != nullptr) cutOffFrames();
+    cancelled = cancelled || walk_.hasGivenUp();
+    if (cancelled && !wasCancelled) cutOffFrames();
     if (!cancelled) finishFolder();
     if (frames_.back().isOpen) walk_.goOut();
     if (frames_.size() == 1) return;
@@ -65,9 +67,13 @@ void Walker::walk() {
   }
 }
 
-/// Marks the folders whose listing the user stopped. Their direct files are in no sum, so other
-/// names of these files must count.
+/// Marks the folders whose listing the user stopped or whose file system does not answer. Their
+/// direct files are in no sum, so other names of these files must count.
 void Walker::cutOffFrames() {
+  // A folder that could not be opened has its error already.
+  if (walk_.hasGivenUp() && frames_.back().isOpen) {
+    markError(frames_.back().node, platform::kTimeout);
+  }
   std::unordered_set<NodeIndex> nodes;
   for (const Frame& frame : frames_) {
     cutOff(tree_[frame.node]);

@@ -1,5 +1,6 @@
 #include "ui/MainWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QMimeData>
@@ -31,6 +32,13 @@ namespace {
 
 constexpr TextView kForm = u"frmMain";
 constexpr QSize kFirstSize(1240, 760);
+
+/// Keeps the window alive while a single question waits for a file system. User input has to wait,
+/// because it could begin something else in the middle of a command.
+bool keepsWaiting(std::chrono::milliseconds waited) {
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  return waited < platform::Patience::kForOneQuestion;
+}
 
 }  // namespace
 
@@ -70,7 +78,8 @@ struct MainWindow::Owned {
 };
 
 MainWindow::MainWindow(Session& session, IniStore& settings)
-    : state_(session, settings),
+    : patience_(keepsWaiting),
+      state_(session, settings),
       main_(new CommandSet(Bar::Main, std::nullopt, session.options, this)),
       header_(new CommandSet(Bar::Header, std::nullopt, session.options, this)) {
   setWindowTitle(ui::windowTitle(session));
@@ -241,6 +250,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
+  owned_->files.stop();
   if (storesSettings_) storeSettings();
   event->accept();
 }

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <memory>
 
+#include "platform/Patience.h"
 #include "ui/CommandActions.h"
 #include "ui/CommandSet.h"
 #include "ui/WindowState.h"
@@ -57,6 +58,7 @@ class MainWindow : public QMainWindow {
   void showReadOnly();
   void storeSettings();
 
+  const platform::Patience patience_;
   WindowState state_;
   CommandSet* main_;
   CommandSet* header_;

@@ -15,6 +15,7 @@
 #include "export/ReportSave.h"
 #include "fs/ExactPath.h"
 #include "fs/PathText.h"
+#include "platform/Files.h"
 #include "settings/Optionen.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
@@ -46,9 +47,9 @@ int entry(std::int32_t number, const QComboBox& box, int standard) {
 /// The folder of the last report if it is writable, else the user's home. "/" is the default of the
 /// setting, not a folder that somebody chose.
 QString startFolder(const Text& last) {
-  const QFileInfo folder(toQString(last));
-  return folder.isDir() && folder.isWritable() && !folder.isRoot() ? folder.filePath()
-                                                                   : QDir::homePath();
+  const bool isUsable =
+      !last.empty() && last != u"/" && platform::CheckFolderWritable(last) == platform::kSuccess;
+  return isUsable ? toQString(last) : QDir::homePath();
 }
 
 QString askDesktopForFile(QWidget* parent, const FileQuestion& question) {

@@ -8,6 +8,8 @@
 #include "fs/PathText.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Files.h"
+#include "platform/FolderWalk.h"
+#include "platform/Patience.h"
 #include "platform/Volumes.h"
 #include "settings/SavedFolders.h"
 #include "support/Translate.h"
@@ -18,14 +20,10 @@
 namespace ombrelian::ui {
 namespace {
 
-/// Whether a saved folder should be offered. A folder on another machine is always offered without
-/// a check, because that machine may not answer for a long time.
+/// Whether a saved folder should be offered. A folder on a file system that may not answer for a
+/// long time is always offered without a check.
 bool existsOrIsFarAway(TextView path) {
-  for (const Text& drive : platform::GetLogicalDriveStringsW()) {
-    if (path.starts_with(drive) && platform::GetDriveTypeW(drive) == platform::kDriveRemote)
-      return true;
-  }
-  return xExistFolder_W(path);
+  return platform::MayNotAnswer(path) || xExistFolder_W(path);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <QComboBox>
 
 #include "ui/WindowState.h"
-
 namespace ombrelian::ui {
 
 /// The field for the folder to scan, with the drives and the folders that were scanned before.

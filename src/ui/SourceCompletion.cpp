@@ -1,11 +1,14 @@
 #include "ui/SourceCompletion.h"
 
-#include <QAbstractItemView>
 #include <QLineEdit>
+
+#include "platform/FolderWalk.h"
+#include "ui/QtText.h"
 
 namespace ombrelian::ui {
 namespace {
 
+constexpr std::size_t kMostEntries = 10'000;  // entries of a folder that are looked at
 constexpr qsizetype kMostEarlier = 6;
 constexpr qsizetype kMostFolders = 60;
 
@@ -15,56 +18,44 @@ QString folderOf(const QString& text) { return text.left(text.lastIndexOf(u'/') 
 }  // namespace
 
 SourceCompletion::SourceCompletion(QComboBox& box)
-    : QObject(&box),
-      box_(box),
-      folders_(new QFileSystemModel(this)),
-      offered_(new QStringListModel(this)),
-      completer_(new QCompleter(offered_, this)) {
-  folders_->setFilter(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
-  folders_->setOption(QFileSystemModel::DontWatchForChanges);
-  folders_->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
-  completer_->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
-  box_.setCompleter(completer_);
+    : QObject(&box), box_(box), offered_(new QStringListModel(this)) {
+  auto* const completer = new QCompleter(offered_, this);
+  completer->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
+  box_.setCompleter(completer);
   connect(box_.lineEdit(), &QLineEdit::textEdited, this, &SourceCompletion::offer);
-  connect(folders_, &QFileSystemModel::directoryLoaded, this, &SourceCompletion::folderRead);
-}
-
-QStringList SourceCompletion::offers(const QString& text) const {
-  QStringList found;
-  if (text.isEmpty()) return found;
-  for (int i = 0; i < box_.count() && found.size() < kMostEarlier; ++i) {
-    const QString& earlier = box_.itemText(i);
-    if (earlier != text && earlier.contains(text, Qt::CaseInsensitive)) found += earlier;
-  }
-  const QString folder = folderOf(text);
-  if (folder.isEmpty()) return found;
-  const QString begin = text.mid(folder.size());
-  const QModelIndex parent = folders_->index(folder);
-  for (int row = 0; row < folders_->rowCount(parent) && found.size() < kMostFolders; ++row) {
-    const QString name = folders_->index(row, 0, parent).data().toString();
-    const bool isHidden = name.startsWith(u'.') && !begin.startsWith(u'.');
-    if (name == begin || isHidden || !name.startsWith(begin, Qt::CaseInsensitive)) continue;
-    if (!found.contains(folder + name)) found += folder + name;
-  }
-  return found;
 }
 
 /// Changes what is offered; the field shows it after each key.
 void SourceCompletion::offer(const QString& text) {
+  QStringList found;
+  for (int i = 0; i < box_.count() && found.size() < kMostEarlier && !text.isEmpty(); ++i) {
+    const QString& earlier = box_.itemText(i);
+    if (earlier != text && earlier.contains(text, Qt::CaseInsensitive)) found += earlier;
+  }
   const QString folder = folderOf(text);
-  if (!folder.isEmpty()) folders_->setRootPath(folder);  // starts to read the folder
-  const QStringList found = offers(text);
+  if (folder != folder_) readFolder(folder);
+  const QString begin = text.mid(folder.size());
+  for (const QString& name : inside_) {
+    if (found.size() >= kMostFolders) break;
+    const bool isHidden = name.startsWith(u'.') && !begin.startsWith(u'.');
+    if (name == begin || isHidden || !name.startsWith(begin, Qt::CaseInsensitive)) continue;
+    if (!found.contains(folder + name)) found += folder + name;
+  }
   if (found != offered_->stringList()) offered_->setStringList(found);
 }
 
-/// Offers the subfolders when they are known, if the user is still in the field.
-void SourceCompletion::folderRead(const QString& folder) {
-  const QString text = box_.currentText();
-  const QString typed = folderOf(text);
-  const bool isMeant = typed == folder || typed == folder + u'/';
-  if (!isMeant || !box_.lineEdit()->hasFocus() || !box_.lineEdit()->isModified()) return;
-  offer(text);
-  completer_->complete();
+void SourceCompletion::readFolder(const QString& folder) {
+  folder_ = folder;
+  inside_.clear();
+  if (!folder.startsWith(u'/')) return;
+  platform::FolderWalk walk(0, platform::WalkReach::OneFolder);
+  if (walk.openSource(toText(folder)) != platform::kSuccess) return;
+  std::size_t entries = 0;
+  while (const platform::FindData* const entry = walk.nextEntry()) {
+    if (++entries > kMostEntries) break;
+    if (entry->isFolder()) inside_.append(toQString(walk.name()));
+  }
+  inside_.sort();
 }
 
 }  // namespace ombrelian::ui

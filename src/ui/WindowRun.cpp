@@ -11,6 +11,7 @@
 #include "frame/SilentRun.h"
 #include "frame/StartUp.h"
 #include "fs/PathText.h"
+#include "platform/Patience.h"
 #include "platform/Process.h"
 #include "support/Translate.h"
 #include "ui/Icons.h"
@@ -81,6 +82,10 @@ void dressApplication(int languageId) {
 
 int runWindow(int argc, char** argv) {
   const std::vector<Text> arguments = argumentsOf(argc, argv);
+  // Until the window has its own patience.
+  const platform::Patience patience([](std::chrono::milliseconds waited) {
+    return waited < platform::Patience::kForOneQuestion;
+  });
   Translation translation;
   startLanguage(arguments, translation);
   const CommandLine line = parseArguments(arguments);

@@ -31,10 +31,12 @@ class QuietInterface : public UserInterface {
   bool GetInputState() override { return static_cast<bool>(onYield); }
   void message(TextView text, Severity) override { messages.emplace_back(text); }
   bool ask(TextView) override { return false; }
+  bool confirm(TextView, const std::vector<Text>&, TextView) override { return confirms; }
 
   std::function<void()> onYield;      // set: the walk calls it for every entry
   std::function<void()> beforeAside;  // called before each job that runs aside
   int asksUntilSaveIsCancelled = -1;  // -1: no cancel
+  bool confirms = false;
   std::vector<Text> messages;
 };
 

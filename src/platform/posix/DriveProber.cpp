@@ -14,11 +14,16 @@
 #include <system_error>
 #include <thread>
 
+#include "platform/Patience.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/SignalsBlocked.h"
 
 namespace ombrelian::platform {
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kInterval(30);  // time between two questions to the caller
 
 /// Size of `blocks` blocks in bytes. It is limited to INT64_MAX, because a file system with
 /// invented figures may report more.
@@ -93,17 +98,29 @@ DriveProber::~DriveProber() {
 
 std::vector<DriveReport> DriveProber::ask(const std::vector<std::string>& roots,
                                           std::chrono::milliseconds limit) {
-  const auto end = std::chrono::steady_clock::now() + limit;
+  const Clock::time_point begin = Clock::now();
+  const Clock::time_point end = begin + limit;
   std::unique_lock lock(state_->mutex);
-  state_->answers.clear();
   std::set<std::string> asked;
   for (const std::string& root : roots) {
     if (!state_->open.insert(root).second) continue;
+    state_->answers.erase(root);
     asked.insert(root);
     state_->waiting.push_back(root);
   }
   startThreads();
-  state_->answered.wait_until(lock, end, [&] { return state_->areAnswered(asked); });
+  const Patience::GoOn* const goOn = Patience::current();
+  const auto isOver = [&] { return state_->areAnswered(asked); };
+  for (auto now = begin; now < end && !isOver(); now = Clock::now()) {
+    state_->answered.wait_until(lock, goOn == nullptr ? end : std::min(end, now + kInterval),
+                                isOver);
+    if (goOn == nullptr || isOver()) continue;
+    lock.unlock();
+    const bool goesOn =
+        (*goOn)(std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin));
+    lock.lock();
+    if (!goesOn) break;
+  }
   state_->dropWaiting();
   std::vector<DriveReport> reports;
   for (const std::string& root : roots) {

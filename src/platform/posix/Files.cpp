@@ -10,11 +10,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "platform/posix/CMemory.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/PathAt.h"
+#include "platform/posix/PatientCalls.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -22,6 +24,7 @@ namespace {
 
 constexpr mode_t kFileMode = 0666;  // mode before the file mask of the process is applied
 constexpr mode_t kFolderMode = 0777;
+constexpr std::chrono::minutes kLongestFlush(1);
 
 ErrorCode lastError() { return translateErrno(errno); }
 
@@ -37,6 +40,57 @@ ErrorCode readAt(TextView path, int flags, FindData& data) {
     data.dwFileAttributes |= kAttributeHidden;
   }
   return kSuccess;
+}
+
+/// The same as readAt for a file system that may not answer.
+ErrorCode readPatiently(TextView path, int flags, FindData& data) {
+  const std::optional<std::string> mount = patientMountOf(path);
+  if (!mount) return readAt(path, flags, data);
+  using Answer = std::pair<ErrorCode, FindData>;
+  const auto read = [path = Text(path), flags] {
+    Answer answer;
+    answer.first = readAt(path, flags, answer.second);
+    return answer;
+  };
+  const Answer answer = askPatiently(mount, read, Answer(kTimeout, FindData()));
+  if (answer.first == kSuccess) data = answer.second;
+  return answer.first;
+}
+
+/// Result of `call` for `path`, which may be on a file system that does not answer.
+template <class Call>
+auto askAt(TextView path, Call call, std::invoke_result_t<Call&, TextView> silent) {
+  const auto ask = [path = Text(path), call] { return call(path); };
+  return askPatiently(patientMountOf(path), ask, std::move(silent));
+}
+
+ErrorCode moveFile(TextView from, TextView to) {
+  const PathAt fromAt(from);
+  const PathAt toAt(to);
+  if (fromAt.error() != 0) return translateErrno(fromAt.error());
+  if (toAt.error() != 0) return translateErrno(toAt.error());
+  const int result = renameat(fromAt.folder(), fromAt.name(), toAt.folder(), toAt.name());
+  return result == 0 ? kSuccess : lastError();
+}
+
+ErrorCode makeFolder(TextView path) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  return mkdirat(at.folder(), at.name(), kFolderMode) == 0 ? kSuccess : lastError();
+}
+
+ErrorCode checkWritable(TextView path) {
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  struct stat told;
+  if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
+  if (!S_ISDIR(told.st_mode)) return kNotADirectory;
+  return faccessat(at.folder(), at.name(), W_OK | X_OK, AT_EACCESS) == 0 ? kSuccess : lastError();
+}
+
+Text finalPath(TextView path) {
+  const CText resolved(realpath(toBytes(path).c_str(), nullptr));
+  return resolved == nullptr ? Text() : fromBytes(resolved.get());
 }
 
 /// Calls `visit` for each component of `path`.
@@ -87,6 +141,27 @@ int openFlags(int disposition) {
 /// A path that leads to the open file or folder while it is open.
 std::string aliasOf(std::intptr_t handle) { return "/proc/self/fd/" + std::to_string(handle); }
 
+/// Writes all of `bytes`.
+ErrorCode writeAll(int fd, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(fd, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return lastError();
+    bytes.remove_prefix(std::size_t(written));
+  }
+  return kSuccess;
+}
+
+ErrorCode readSome(int fd, char* buffer, std::size_t size, std::size_t& got) {
+  for (;;) {
+    const ssize_t result = read(fd, buffer, size);
+    if (result < 0 && errno == EINTR) continue;
+    if (result < 0) return lastError();
+    got = std::size_t(result);
+    return kSuccess;
+  }
+}
+
 bool hasAlias(std::intptr_t handle) { return access(aliasOf(handle).c_str(), F_OK) == 0; }
 
 }  // namespace
@@ -94,39 +169,23 @@ bool hasAlias(std::intptr_t handle) { return access(aliasOf(handle).c_str(), F_O
 const char16_t kNativeSeparator = u'/';
 
 ErrorCode FindFirstFileW(TextView path, FindData& data) {
-  return readAt(path, AT_SYMLINK_NOFOLLOW, data);
+  return readPatiently(path, AT_SYMLINK_NOFOLLOW, data);
 }
 
-ErrorCode GetFileInformation(TextView path, FindData& data) { return readAt(path, 0, data); }
+ErrorCode GetFileInformation(TextView path, FindData& data) { return readPatiently(path, 0, data); }
 
 ErrorCode MoveFileExW(TextView from, TextView to) {
-  const PathAt fromAt(from);
-  const PathAt toAt(to);
-  if (fromAt.error() != 0) return translateErrno(fromAt.error());
-  if (toAt.error() != 0) return translateErrno(toAt.error());
-  const int result = renameat(fromAt.folder(), fromAt.name(), toAt.folder(), toAt.name());
-  return result == 0 ? kSuccess : lastError();
+  std::optional<std::string> mount = patientMountOf(from);
+  if (!mount) mount = patientMountOf(to);
+  const auto move = [from = Text(from), to = Text(to)] { return moveFile(from, to); };
+  return askPatiently(mount, move, kTimeout);
 }
 
-ErrorCode CreateDirectoryW(TextView path) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  return mkdirat(at.folder(), at.name(), kFolderMode) == 0 ? kSuccess : lastError();
-}
+ErrorCode CreateDirectoryW(TextView path) { return askAt(path, makeFolder, kTimeout); }
 
-ErrorCode CheckFolderWritable(TextView path) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  struct stat told;
-  if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
-  if (!S_ISDIR(told.st_mode)) return kNotADirectory;
-  return faccessat(at.folder(), at.name(), W_OK | X_OK, AT_EACCESS) == 0 ? kSuccess : lastError();
-}
+ErrorCode CheckFolderWritable(TextView path) { return askAt(path, checkWritable, kTimeout); }
 
-Text GetFinalPathNameW(TextView path) {
-  const CText resolved(realpath(toBytes(path).c_str(), nullptr));
-  return resolved == nullptr ? Text() : fromBytes(resolved.get());
-}
+Text GetFinalPathNameW(TextView path) { return askAt(path, finalPath, Text()); }
 
 Text GetFullPathNameW(TextView path) {
   Text absolute(path);
@@ -149,30 +208,64 @@ Text GetFullPathNameW(TextView path) {
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept
-    : handle_(std::exchange(other.handle_, kNone)) {}
+    : handle_(std::exchange(other.handle_, kNone)), slowMount_(std::move(other.slowMount_)) {}
 
 FileHandle& FileHandle::operator=(FileHandle&& other) noexcept {
   std::swap(handle_, other.handle_);
+  std::swap(slowMount_, other.slowMount_);
   return *this;
 }
 
 FileHandle::~FileHandle() {
-  if (isOpen()) close(int(handle_));
+  if (isOpen()) close();
+}
+
+/// Result of a call on the open file, which owns all its other data.
+template <class Call>
+ErrorCode FileHandle::ask(Call call) const {
+  return askPatiently(
+      slowMount_, [call, fd = int(handle_)] { return call(fd); }, kTimeout);
+}
+
+/// Closes the file. If its file system does not answer, that happens later.
+ErrorCode FileHandle::close() {
+  const int fd = int(std::exchange(handle_, kNone));
+  if (!slowMount_) return ::close(fd) == 0 ? kSuccess : lastError();
+  // A healthy server may need some time to store what was written.
+  const Patience::GoOn* const goOn = Patience::current();
+  const Patience patience([goOn](std::chrono::milliseconds waited) {
+    return waited < kLongestFlush && (goOn == nullptr || (*goOn)(std::chrono::milliseconds(0)));
+  });
+  const auto file = std::make_shared<Descriptor>(fd);
+  const auto result = std::make_shared<std::atomic<ErrorCode>>(kTimeout);
+  PatientCalls calls(*slowMount_);
+  const bool isClosed = calls.run(
+      [file, result] { *result = ::close(file->release()) == 0 ? kSuccess : lastError(); });
+  if (!isClosed) calls.runLast([file] { file->reset(); });
+  return *result;
 }
 
 FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error) {
+  using Answer = std::pair<ErrorCode, Descriptor>;
+  const auto open = [path = Text(path), disposition] {
+    Answer answer;
+    const PathAt at(path);
+    answer.first = translateErrno(at.error());
+    if (answer.first != kSuccess) return answer;
+    const int flags = openFlags(disposition) | O_CLOEXEC;
+    answer.second.reset(openat(at.folder(), at.name(), flags, kFileMode));
+    if (!answer.second) {
+      answer.first = lastError();
+    } else if (disposition == kCreateNameless && !hasAlias(answer.second.get())) {
+      answer.first = kNotSupported;  // only the alias can give the file a name later
+    }
+    return answer;
+  };
   FileHandle file;
-  const PathAt at(path);
-  error = translateErrno(at.error());
-  if (error != kSuccess) return file;
-  const int fd = openat(at.folder(), at.name(), openFlags(disposition) | O_CLOEXEC, kFileMode);
-  if (fd < 0) {
-    error = lastError();
-    return file;
-  }
-  file.handle_ = fd;
-  // Only the alias can give the file a name later.
-  if (disposition == kCreateNameless && !hasAlias(fd)) error = kNotSupported;
+  file.slowMount_ = patientMountOf(path);
+  Answer answer = askPatiently(file.slowMount_, open, Answer(kTimeout, Descriptor()));
+  error = answer.first;
+  if (answer.second) file.handle_ = answer.second.release();
   return file;
 }
 
@@ -185,58 +278,56 @@ FileHandle OpenStandardOutput(ErrorCode& error) {
 }
 
 ErrorCode NameFile(const FileHandle& file, TextView path) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  const std::string alias = aliasOf(file.handle_);
-  const int result = linkat(AT_FDCWD, alias.c_str(), at.folder(), at.name(), AT_SYMLINK_FOLLOW);
-  return result == 0 ? kSuccess : lastError();
+  return file.ask([path = Text(path)](int fd) {
+    const PathAt at(path);
+    if (at.error() != 0) return translateErrno(at.error());
+    const std::string alias = aliasOf(fd);
+    const int result = linkat(AT_FDCWD, alias.c_str(), at.folder(), at.name(), AT_SYMLINK_FOLLOW);
+    return result == 0 ? kSuccess : lastError();
+  });
 }
 
 ErrorCode LockFile(FileHandle& file) {
-  return flock(int(file.handle_), LOCK_EX | LOCK_NB) == 0 ? kSuccess : lastError();
+  return file.ask(
+      [](int fd) { return flock(fd, LOCK_EX | LOCK_NB) == 0 ? kSuccess : lastError(); });
 }
 
 ErrorCode WriteFile(FileHandle& file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = write(int(file.handle_), bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return lastError();
-    bytes.remove_prefix(std::size_t(written));
-  }
-  return kSuccess;
+  if (!file.slowMount_) return writeAll(int(file.handle_), bytes);
+  return file.ask([copy = std::string(bytes)](int fd) { return writeAll(fd, copy); });
 }
 
 ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t& got) {
   got = 0;
-  for (;;) {
-    const ssize_t result = read(int(file.handle_), buffer, size);
-    if (result < 0 && errno == EINTR) continue;
-    if (result < 0) return lastError();
-    got = std::size_t(result);
-    return kSuccess;
-  }
+  if (!file.slowMount_) return readSome(int(file.handle_), buffer, size, got);
+  const auto copy = std::make_shared<std::string>(size, '\0');
+  const auto copied = std::make_shared<std::size_t>(0);
+  const ErrorCode error = file.ask(
+      [copy, copied](int fd) { return readSome(fd, copy->data(), copy->size(), *copied); });
+  if (error != kSuccess) return error;
+  got = *copied;
+  std::copy_n(copy->data(), got, buffer);
+  return kSuccess;
 }
 
 ErrorCode CopyFileSecurity(TextView path, FileHandle& file) {
-  const PathAt at(path);
-  if (at.error() != 0) return translateErrno(at.error());
-  struct stat told;
-  if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
-  const int fd = int(file.handle_);
-  // If the group cannot be kept, another group must not get its rights.
-  const bool isSameGroup =
-      fchown(fd, told.st_uid, told.st_gid) == 0 || fchown(fd, -1, told.st_gid) == 0;
-  const mode_t kept = isSameGroup ? 0777 : 0707;
-  return fchmod(fd, told.st_mode & kept) == 0 ? kSuccess : lastError();
+  return file.ask([path = Text(path)](int fd) {
+    const PathAt at(path);
+    if (at.error() != 0) return translateErrno(at.error());
+    struct stat told;
+    if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
+    // If the group cannot be kept, another group must not get its rights.
+    const bool isSameGroup =
+        fchown(fd, told.st_uid, told.st_gid) == 0 || fchown(fd, -1, told.st_gid) == 0;
+    const mode_t kept = isSameGroup ? 0777 : 0707;
+    return fchmod(fd, told.st_mode & kept) == 0 ? kSuccess : lastError();
+  });
 }
 
 std::string GetHandlePath(const FileHandle& file, TextView path) {
   return hasAlias(file.handle_) ? aliasOf(file.handle_) : toBytes(path);
 }
 
-ErrorCode CloseHandle(FileHandle& file) {
-  const int fd = int(std::exchange(file.handle_, FileHandle::kNone));
-  return close(fd) == 0 ? kSuccess : lastError();
-}
+ErrorCode CloseHandle(FileHandle& file) { return file.close(); }
 
 }  // namespace ombrelian::platform

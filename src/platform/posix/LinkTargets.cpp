@@ -7,6 +7,7 @@
 #include "platform/posix/Errors.h"
 #include "platform/posix/Mounts.h"
 #include "platform/posix/PathAt.h"
+#include "platform/posix/PatientCalls.h"
 
 namespace ombrelian::platform {
 
@@ -38,9 +39,17 @@ Text mountedSource(std::string mountPoint, ErrorCode& error) {
 
 Text GetReparseTarget(TextView path, std::uint32_t tag, ErrorCode& error) {
   if (tag == kTagMountPoint) return mountedSource(toBytes(path), error);
-  const PathAt at(path);
-  error = translateErrno(at.error());
-  return at.error() != 0 ? Text() : linkText(at.folder(), at.name(), error);
+  using Target = std::pair<Text, ErrorCode>;
+  const auto read = [path = toBytes(path)] {
+    Target target;
+    const PathAt at(path);
+    target.second = translateErrno(at.error());
+    if (at.error() == 0) target.first = linkText(at.folder(), at.name(), target.second);
+    return target;
+  };
+  Target target = askPatiently(patientMountOf(path), read, Target(Text(), kTimeout));
+  error = target.second;
+  return std::move(target.first);
 }
 
 }  // namespace ombrelian::platform

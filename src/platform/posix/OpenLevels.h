@@ -39,6 +39,9 @@ class OpenLevels {
   auto begin() const { return levels_.begin(); }
   auto end() const { return levels_.end(); }
 
+  /// Whether another level can only be added if one is detached.
+  bool isFull() const { return levels_.size() - detached_ >= kMaxOpen; }
+
   /// Adds an innermost level. If another level has to be detached for it, `prepare` is called with
   /// that level while it is still open.
   template <class Prepare>

@@ -99,13 +99,11 @@ bool ReadAhead::take(const ListingPointer& listing, std::list<ListingPart>& part
   return true;
 }
 
-/// Waits for a part of the listing. Meanwhile the walk reads the next listing in the order; it
-/// sleeps if there is none.
+/// Waits for a part of the listing. Meanwhile the walk reads the next listing in the order, if the
+/// plan wants this; it sleeps if there is none.
 void ReadAhead::waitFor(Lock& lock, const Listing& listing) {
-  if (Listing* const next = nextInOrder(); next != nullptr && hasRoom()) {
-    read(lock, *next, ownReader_);
-    return;
-  }
+  Listing* const next = plan_.walkHelps ? nextInOrder() : nullptr;
+  if (next != nullptr && hasRoom()) return read(lock, *next, ownReader_);
   awaited_ = &listing;
   ready_.wait(lock);
   awaited_ = nullptr;

@@ -20,6 +20,7 @@ struct ReadPlan {
   unsigned helpers = 0;         // threads in addition to the thread of the walk
   unsigned processors = 1;      // more threads than this work only while they wait for the device
   bool entersFolders = true;    // false: subfolders are not read ahead
+  bool walkHelps = true;        // the walk reads other folders while it waits for one
   bool isInInodeOrder = false;  // see EntryReader::ask
   std::size_t memory = std::size_t(16) << 20;  // limit of the bytes that wait for the walk
   unsigned descriptors = 256;                  // limit of the open folders that wait for it

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -12,6 +14,7 @@
 #include "platform/posix/Errors.h"
 #include "platform/posix/ObjectAt.h"
 #include "platform/posix/OpenLevels.h"
+#include "platform/posix/PatientCalls.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -19,6 +22,7 @@ namespace {
 
 constexpr std::size_t kBatch = 100'000;      // number of entries that are sorted by inode at a time
 constexpr std::size_t kFewEntries = 10'000;  // entries below this number are not sorted by inode
+constexpr std::chrono::milliseconds kTimeToStop(300);
 constexpr int kMostPasses = 16;  // passes over a folder that other programs fill meanwhile
 
 bool isRefused(int error) { return error == EACCES || error == EPERM; }
@@ -332,9 +336,74 @@ void TreeRemoval::fail(ErrorCode error, const char* name) {
   progress_.failed(path, error);
 }
 
+/// Brings the progress of a removal from the thread that removes to the thread that shows it.
+class Relay : public RemovalProgress {
+ public:
+  bool goOn(std::uint64_t files, std::uint64_t folders) override {
+    files_ = files;
+    folders_ = folders;
+    return !isStopped_;
+  }
+
+  void failed(TextView path, ErrorCode error) override {
+    const std::lock_guard lock(mutex_);
+    failures_.emplace_back(path, error);
+  }
+
+  /// Passes on what came since the last call; false: the user stopped the removal.
+  bool pass(RemovalProgress& progress) {
+    passFailures(progress);
+    if (!progress.goOn(files_, folders_)) isStopped_ = true;
+    return !isStopped_;
+  }
+
+  void passFailures(RemovalProgress& progress) {
+    std::vector<std::pair<Text, ErrorCode>> failures;
+    {
+      const std::lock_guard lock(mutex_);
+      failures.swap(failures_);
+    }
+    for (const auto& [path, error] : failures)
+      progress.failed(path, error);
+  }
+
+  /// What was removed before the file system stopped answering.
+  Removal unfinished() const { return {false, true, files_, folders_}; }
+
+ private:
+  std::atomic<std::uint64_t> files_ = 0;
+  std::atomic<std::uint64_t> folders_ = 0;
+  std::atomic<bool> isStopped_ = false;
+  std::mutex mutex_;
+  std::vector<std::pair<Text, ErrorCode>> failures_;
+};
+
+/// Removes the folder in another thread. If the user stops the removal, the thread gets a moment to
+/// end it orderly.
+Removal removePatiently(const ShownObject& folder, RemovalProgress& progress,
+                        const std::string& mount) {
+  const auto relay = std::make_shared<Relay>();
+  const auto removal = std::make_shared<Removal>();
+  std::optional<std::chrono::milliseconds> stopped;
+  const Patience patience([&](std::chrono::milliseconds waited) {
+    if (!relay->pass(progress) && !stopped) stopped = waited;
+    return !stopped || waited - *stopped < kTimeToStop;
+  });
+  PatientCalls calls(mount);
+  const bool isAnswered =
+      calls.run([folder, relay, removal] { *removal = TreeRemoval(folder, *relay).run(); });
+  relay->passFailures(progress);
+  if (isAnswered) return *removal;
+  progress.failed(folder.path, kTimeout);
+  return relay->unfinished();
+}
+
 }  // namespace
 
 Removal RemoveTree(const ShownObject& folder, RemovalProgress& progress) {
+  if (const auto mount = patientMountAround(folder.path)) {
+    return removePatiently(folder, progress, *mount);
+  }
   return TreeRemoval(folder, progress).run();
 }
 

@@ -14,6 +14,7 @@
 #include "platform/posix/Mounts.h"
 #include "platform/posix/ObjectAt.h"
 #include "platform/posix/PathAt.h"
+#include "platform/posix/PatientCalls.h"
 #include "platform/posix/Stat.h"
 #include "platform/posix/TrashFolder.h"
 #include "platform/posix/TrashRecord.h"
@@ -229,11 +230,7 @@ bool isAboutBin(ErrorCode code) {
          code == kShellSourceInBin;
 }
 
-}  // namespace
-
-ErrorCode RecycleObject(const ShownObject& object, Text& detail) {
-  detail.clear();
-  if (object.path == u"/") return kShellSourceIsRoot;
+ErrorCode recycle(const ShownObject& object, Text& detail) {
   const ObjectAt at(object);
   Source source{at, toBytes(object.path), {}};
   ErrorCode error = check(source);
@@ -245,6 +242,24 @@ ErrorCode RecycleObject(const ShownObject& object, Text& detail) {
   if (error == kNotSameDevice) error = moveToTop(source, trash);
   if (isAboutBin(error)) detail = fromBytes(trash.path);
   return error;
+}
+
+}  // namespace
+
+ErrorCode RecycleObject(const ShownObject& object, Text& detail) {
+  detail.clear();
+  if (object.path == u"/") return kShellSourceIsRoot;
+  // The object or the bin can be on a slow mount.
+  const std::optional<std::string> mount = patientMountAround(object.path);
+  using Answer = std::pair<ErrorCode, Text>;
+  const auto move = [object] {
+    Answer answer;
+    answer.first = recycle(object, answer.second);
+    return answer;
+  };
+  Answer answer = askPatiently(mount, move, Answer(kTimeout, Text()));
+  detail = std::move(answer.second);
+  return answer.first;
 }
 
 }  // namespace ombrelian::platform

@@ -1,0 +1,265 @@
+#include "platform/posix/DirectWalk.h"
+
+#include <errno.h>
+#include <fcntl.h>
+
+#include <algorithm>
+
+#include "platform/posix/Errors.h"
+#include "platform/posix/FoldersAbove.h"
+#include "platform/posix/LinkTargets.h"
+#include "platform/posix/Medium.h"
+#include "platform/posix/Mounts.h"
+#include "platform/posix/PathAt.h"
+#include "platform/posix/Stat.h"
+
+namespace ombrelian::platform {
+namespace {
+
+/// kNotSupported: the file system of the device holds no files of its own.
+ErrorCode checkDevice(std::uint64_t device) {
+  for (const Mount& mount : readMounts()) {
+    if (mount.device == device && isPseudoFileSystem(mount.type)) return kNotSupported;
+  }
+  return kSuccess;
+}
+
+/// Opens the folder `path`, follows links, and reads which folder it is.
+ErrorCode openFolder(std::string path, OpenLevel& level) {
+  const PathAt at(std::move(path));
+  if (at.error() != 0) return translateErrno(at.error());
+  Descriptor folder(openat(at.folder(), at.name(), kOpenLevel));
+  if (!folder) return translateErrno(errno);
+  level.folder = std::make_shared<const Descriptor>(std::move(folder));
+  return translateErrno(readIdentity(level.folder->get(), level.identity));
+}
+
+bool contains(const std::vector<FileIdentity>& folders, const FileIdentity& folder) {
+  return std::find(folders.begin(), folders.end(), folder) != folders.end();
+}
+
+}  // namespace
+
+DirectWalk::~DirectWalk() {
+  for (Level& level : levels_)
+    drop(level);
+}
+
+/// Chooses how to read the source, which was just opened.
+void DirectWalk::prepare(const Level& source) {
+  for (Level& level : levels_)
+    drop(level);
+  levels_.clear();
+  ReadPlan plan = planFor(source.folder->get(), source.identity.device);
+  if (helpers_ >= 0) plan.helpers = unsigned(helpers_);
+  plan.entersFolders = reach_ == WalkReach::Tree && plan.helpers > 0;
+  if (mayHang_ && plan.helpers > 0) {
+    // One more helper works in place of the walk.
+    ++plan.helpers;
+    ++plan.processors;
+    plan.walkHelps = false;
+  }
+  reader_ = std::make_unique<ReadAhead>(plan);
+}
+
+/// Moves the next part of the listing to the level; false: there are no more parts.
+bool DirectWalk::takePart(Level& level) {
+  if (level.listing == nullptr) return false;
+  const bool isTaken = reader_->take(level.listing, level.parts);
+  if (reader_->wasStarved()) dropFarthest();
+  if (isTaken) return true;
+  level.error = level.listing->error;
+  level.listing.reset();
+  return false;
+}
+
+/// Drops the listings that the walk needs last, to make room for those that it needs next. The walk
+/// reads the dropped folders again.
+void DirectWalk::dropFarthest() {
+  for (Level& level : levels_) {
+    for (auto part = level.parts.rbegin(); part != level.parts.rend(); ++part) {
+      for (auto at = part->subfolders.rbegin(); at != part->subfolders.rend(); ++at) {
+        if (reader_->isHalfEmpty()) return;
+        if (at->listing != nullptr) reader_->drop(std::move(at->listing));
+      }
+    }
+  }
+}
+
+void DirectWalk::drop(Level& level) {
+  if (level.listing != nullptr) reader_->drop(std::move(level.listing));
+  if (!level.parts.empty()) reader_->drop(level.parts);
+}
+
+/// Reads the rest of a level before its descriptor is closed.
+void DirectWalk::readRest(Level& level) {
+  while (takePart(level)) {
+  }
+  reader_->dropWaiting(level.parts);
+}
+
+/// Adds a level whose folder is open or is read ahead.
+ErrorCode DirectWalk::push(Level level) {
+  if (level.listing == nullptr) {
+    level.listing = ReadAhead::begin(level.folder, level.identity.device);
+  }
+  const ListingPointer listing = level.listing;
+  if (!takePart(level) && level.error != 0) return translateErrno(level.error);
+  level.folder = listing->folder;
+  levels_.push(std::move(level), [this](Level& outermost) { readRest(outermost); });
+  return kSuccess;
+}
+
+ErrorCode DirectWalk::openSource(TextView path) {
+  Level level;
+  level.name = toBytes(path);
+  if (const ErrorCode error = openFolder(level.name, level); error != kSuccess) return error;
+  above_.reset();
+  prepare(level);
+  return push(std::move(level));
+}
+
+ErrorCode DirectWalk::openCurrent() {
+  Level level;
+  level.identity = current_->identity;
+  level.name = currentName_;
+  if (ListingPointer* const listing = currentListing(levels_.back())) {
+    level.listing = std::move(*listing);
+  } else if (const ErrorCode error = openByName(level); error != kSuccess) {
+    return error;
+  }
+  return push(std::move(level));
+}
+
+ErrorCode DirectWalk::openByName(Level& level) {
+  const int follow = current_->isReparse() ? 0 : O_NOFOLLOW;
+  Descriptor folder(openat(levels_.back().folder->get(), currentName_, kOpenLevel | follow));
+  if (!folder) return translateErrno(errno);
+  level.folder = std::make_shared<const Descriptor>(std::move(folder));
+  if (!current_->isReparse() && current_->statError == kSuccess) return kSuccess;
+  if (const int error = readIdentity(level.folder->get(), level.identity); error != 0) {
+    return translateErrno(error);
+  }
+  return checkReparse(level);
+}
+
+/// Whether a reparse folder that was just opened may be walked.
+ErrorCode DirectWalk::checkReparse(const Level& level) {
+  const bool isOnTheWay = std::any_of(levels_.begin(), levels_.end(), [&](const Level& above) {
+    return above.identity == level.identity;
+  });
+  if (!above_) above_ = foldersAbove(levels_.begin()->name);
+  if (isOnTheWay || contains(*above_, level.identity)) return kLinkLoop;
+  if (level.identity.device == levels_.back().identity.device) return kSuccess;
+  return checkDevice(level.identity.device);
+}
+
+const FindData* DirectWalk::next() {
+  Level& level = levels_.back();
+  nameConverted_ = false;
+  current_ = nullptr;
+  passBy(level);
+  while (level.parts.empty() || level.isPartRead()) {
+    if (!level.parts.empty()) level.parts.pop_front();
+    level.entry = 0;
+    level.subfolder = 0;
+    if (level.parts.empty() && !takePart(level)) return nullptr;
+  }
+  const EntryBatch& batch = level.parts.front().batch;
+  const EntryBatch::Entry& entry = batch.entries()[level.entry++];
+  currentName_ = batch.nameOf(entry);
+  return current_ = &entry;
+}
+
+/// Place of the listing of the current entry; null if the entry is not read ahead.
+ListingPointer* DirectWalk::currentListing(Level& level) {
+  if (level.parts.empty()) return nullptr;
+  auto& subfolders = level.parts.front().subfolders;
+  if (level.subfolder == subfolders.size()) return nullptr;
+  ListingPart::Subfolder& subfolder = subfolders[level.subfolder];
+  return subfolder.entry + 1 == level.entry && subfolder.listing != nullptr ? &subfolder.listing
+                                                                            : nullptr;
+}
+
+/// Moves past the current entry, which was opened or will never be opened.
+void DirectWalk::passBy(Level& level) {
+  if (ListingPointer* const listing = currentListing(level)) reader_->drop(std::move(*listing));
+  if (level.parts.empty()) return;
+  const auto& subfolders = level.parts.front().subfolders;
+  if (level.subfolder < subfolders.size() && subfolders[level.subfolder].entry + 1 == level.entry) {
+    ++level.subfolder;
+  }
+}
+
+bool DirectWalk::isNextQuick() {
+  Level& level = levels_.back();
+  if (currentListing(level) != nullptr) return false;
+  if (!level.parts.empty() && !level.isPartRead()) return true;
+  return level.listing == nullptr || level.listing->isWhole.load(std::memory_order_acquire);
+}
+
+bool DirectWalk::isOpenCurrentQuick() {
+  ListingPointer* const listing = currentListing(levels_.back());
+  return listing != nullptr && (*listing)->isWhole.load(std::memory_order_acquire) &&
+         !levels_.isFull();
+}
+
+bool DirectWalk::isCloseQuick() const {
+  if (levels_.size() < 2) return false;
+  const Level& level = levels_.back();
+  const Level& above = *(levels_.end() - 2);
+  // A local source answers always, unless the walk left it by a link or a mount point.
+  const std::uint64_t source = levels_.begin()->identity.device;
+  if (!mayHang_ && level.identity.device == source && above.identity.device == source) return true;
+  return level.folder == nullptr && level.listing == nullptr && level.parts.empty() &&
+         above.folder != nullptr;
+}
+
+void DirectWalk::close() {
+  Level child = levels_.pop();
+  drop(child);
+  if (levels_.empty() || levels_.back().folder != nullptr) return;
+  reopenByNames();
+  Level& level = levels_.back();
+  if (level.folder != nullptr) return;
+  const bool isRead = level.parts.empty() || (level.parts.size() == 1 && level.isPartRead());
+  if (!isRead) level.error = ENOENT;
+  drop(level);
+}
+
+/// Opens the innermost level by its path, if the same folder is still there.
+void DirectWalk::reopenByNames() {
+  std::string path;
+  for (const Level& level : levels_) {
+    if (!path.empty() && path.back() != '/') path.push_back('/');
+    path += level.name;
+  }
+  OpenLevel found;
+  const ErrorCode error = openFolder(std::move(path), found);
+  if (error == kSuccess && found.identity == levels_.back().identity)
+    levels_.back().folder = std::move(found.folder);
+}
+
+ErrorCode DirectWalk::listError() const { return translateErrno(levels_.back().error); }
+
+TextView DirectWalk::name() {
+  if (!nameConverted_) {
+    fromBytes(currentName_, name_);
+    nameConverted_ = true;
+  }
+  return name_;
+}
+
+Text DirectWalk::reparseTarget(TextView path, ErrorCode& error) const {
+  if (current_->dwReserved0 == kTagMountPoint) return mountedSource(toBytes(path), error);
+  return linkText(levels_.back().folder->get(), currentName_, error);
+}
+
+ErrorCode checkReparseFolder(const std::string& path) {
+  OpenLevel folder;
+  if (const ErrorCode error = openFolder(path, folder); error != kSuccess) return error;
+  if (contains(foldersAbove(path), folder.identity)) return kLinkLoop;
+  return checkDevice(folder.identity.device);
+}
+
+}  // namespace ombrelian::platform
