@@ -17,7 +17,7 @@ struct DriveToolTipValues {
   Text filesystem;
   Text type;
   Text cluster;
-  std::vector<Text> otherPlaces;  // where the same device is mounted too
+  std::vector<Text> otherPlaces = {};  // where the same device is mounted too
 };
 
 enum class DriveSizeKind { Used, Free, Total };

@@ -308,7 +308,8 @@ void Deletion::correctTree(const Targets& gone, const Targets& touched) {
   FolderTree& tree = state_.tree;
   const bool hasOneSource = tree.firstRoot() == tree.lastRoot();
   const auto nodesOf = [&](const Target& target) {
-    if (hasOneSource) return std::vector<NodeIndex>{target.id};
+    const bool isLink = tree[target.id].parent == kNoNode && tree.facts(target.id).isLink;
+    if (hasOneSource || isLink) return std::vector<NodeIndex>{target.id};
     std::vector<NodeIndex> nodes = foldersAt(tree, target.object.path);
     const std::vector<NodeIndex> below = sourcesBelow(tree, target.object.path);
     nodes.insert(nodes.end(), below.begin(), below.end());

@@ -23,9 +23,13 @@ void takeOutFile(FolderTree& tree, TextView folder, TextView name, const platfor
 }
 
 void renameNodes(FolderTree& tree, TextView path, TextView newPath, TextView name) {
-  for (const NodeIndex node : foldersAt(tree, path))
-    tree.rename(node, tree[node].parent == kNoNode ? newPath : name);
-  for (const NodeIndex source : sourcesBelow(tree, path)) {
+  const std::vector<NodeIndex> below = sourcesBelow(tree, path);
+  for (const NodeIndex node : foldersAt(tree, path)) {
+    const bool isSource = tree[node].parent == kNoNode;
+    if (!isSource || tree[node].name() == path) tree.rename(node, isSource ? newPath : name);
+  }
+  for (const NodeIndex source : below) {
+    if (!tree[source].name().starts_with(path)) continue;
     Text sourcePath(newPath);
     sourcePath.append(tree[source].name().substr(path.size()));
     tree.rename(source, sourcePath);

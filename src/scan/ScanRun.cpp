@@ -4,6 +4,7 @@
 #include "format/Sizes.h"
 #include "fs/z_Filesystem.h"
 #include "lists/ListTable.h"
+#include "platform/Files.h"
 #include "platform/Process.h"
 #include "platform/Time.h"
 #include "scan/RunScope.h"
@@ -99,7 +100,11 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   } else {
     readAgain(path, root, true);
   }
-  state_.tree.facts(root) = {started, state_.context.run, walkFilters(state_.options)};
+  const Text real = platform::GetFinalPathNameW(path);
+  platform::FindData named;
+  const bool isLink = findObject(path, named) == platform::kSuccess && named.isReparse();
+  state_.tree.facts(root) = {started, state_.context.run, walkFilters(state_.options), isLink,
+                             real == rootName(path) ? Text() : real};
   result.lastRoot = root;
   ++result.sourcesScanned;
   result.sum += state_.context.Total;

@@ -77,6 +77,8 @@ struct SourceFacts {
   Date created = 0;            // time when its scan began; 0: none
   HardlinkNames::Run run = 0;  // the run that scanned it
   WalkFilters filters;         // what its scan left out
+  bool isLink = false;         // the source itself is a link; a deletion removes the link
+  Text realPath;               // the source without links on the way; empty: the same as its name
 };
 
 /// The forest of all scanned sources. It owns its nodes and all their texts.

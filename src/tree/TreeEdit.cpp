@@ -47,6 +47,29 @@ bool liesBelow(TextView path, TextView folder, char16_t separator) {
          path.starts_with(folder);
 }
 
+/// The path of a source without links on the way.
+TextView realPath(const FolderTree& tree, NodeIndex root) {
+  const Text& real = tree.facts(root).realPath;
+  return real.empty() ? tree[root].name() : TextView(real);
+}
+
+/// The path of an object without the links on the way to its source.
+Text realPath(const FolderTree& tree, TextView path, char16_t separator) {
+  TextView source;
+  TextView real;
+  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+    const TextView name = tree[root].name();
+    const bool isHere = path == name || liesBelow(path, name, separator);
+    if (!isHere || name.size() < source.size()) continue;
+    source = name;
+    real = realPath(tree, root);
+  }
+  Text resolved(real);
+  const TextView rest = path.substr(source.size());
+  if (resolved.ends_with(separator) && rest.starts_with(separator)) resolved.pop_back();
+  return resolved.append(rest);
+}
+
 NodeIndex childOf(const FolderTree& tree, NodeIndex folder, TextView name) {
   NodeIndex child = tree[folder].firstChild;
   while (child != kNoNode && !(tree[child].has(FolderNode::IsFolder) && tree[child].name() == name))
@@ -173,10 +196,11 @@ void putInPlace(FolderTree& tree, NodeIndex folder, NodeIndex twin, bool follows
   settleNames(tree);
 }
 
-std::vector<NodeIndex> foldersAt(const FolderTree& tree, TextView path, char16_t separator) {
+std::vector<NodeIndex> foldersAt(const FolderTree& tree, TextView shown, char16_t separator) {
+  const Text path = realPath(tree, shown, separator);
   std::vector<NodeIndex> found;
   for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
-    const TextView source = tree[root].name();
+    const TextView source = realPath(tree, root);
     NodeIndex folder = kNoNode;
     if (path == source) folder = root;
     if (liesBelow(path, source, separator)) {
@@ -187,10 +211,11 @@ std::vector<NodeIndex> foldersAt(const FolderTree& tree, TextView path, char16_t
   return found;
 }
 
-std::vector<NodeIndex> sourcesBelow(const FolderTree& tree, TextView path, char16_t separator) {
+std::vector<NodeIndex> sourcesBelow(const FolderTree& tree, TextView shown, char16_t separator) {
+  const Text path = realPath(tree, shown, separator);
   std::vector<NodeIndex> found;
   for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
-    if (liesBelow(tree[root].name(), path, separator)) found.push_back(root);
+    if (liesBelow(realPath(tree, root), path, separator)) found.push_back(root);
   }
   return found;
 }

@@ -32,7 +32,8 @@ void forgetHardlinks(FolderTree& tree, NodeIndex folder);
 /// folders above are corrected; with `followsAll` also hardlinks, junctions and errors.
 void putInPlace(FolderTree& tree, NodeIndex folder, NodeIndex twin, bool followsAll);
 
-/// The folders with the path `path` (without final separator), at most one for each source.
+/// The folders with the path `path` (without final separator), at most one for each source. Sources
+/// that are or contain the same folder by another path, such as a link, have it too.
 std::vector<NodeIndex> foldersAt(const FolderTree& tree, TextView path,
                                  char16_t separator = platform::kNativeSeparator);
 

@@ -40,9 +40,11 @@ void OpenCommands::doubleClickRow(ListId list, std::size_t row) {
 
 void OpenCommands::openPaths(ListId list) {
   const std::vector<Text> paths = panes_.pane(list).selectedPaths();
+  const Text count = toText(std::int64_t(paths.size()));
+  const bool areFiles = listRow(list).rows == RowKind::File;
   if (paths.size() > kManyFiles &&
-      !dialogs_.ask(TL(9557, u"Sollen wirklich %1 Dateien geöffnet werden?",
-                       {toText(std::int64_t(paths.size()))})))
+      !dialogs_.ask(areFiles ? TL(9557, u"Sollen wirklich %1 Dateien geöffnet werden?", {count})
+                             : TL(9864, u"Sollen wirklich %1 Ordner geöffnet werden?", {count})))
     return;
   for (const Text& path : paths) {
     if (openFile(path)) continue;

@@ -60,8 +60,11 @@ TEST(LocaleTest, ReadsEachCategoryAndLetsTheGeneralOnesWin) {
     EXPECT_EQ(told(), u". dd.MM.yyyy 12");
     const ScopedLocale over("sv_SE", "LC_ALL");
     EXPECT_EQ(told(), u", yyyy-MM-dd 29");
+    const testing::ScopedVariable preferred("LANGUAGE", "ja:it_IT:de");
+    EXPECT_EQ(told(), u", yyyy-MM-dd 16") << "the first language that is known";
   }
   const ScopedLocale none("", "LANG");
+  const testing::ScopedVariable ignored("LANGUAGE", "de");
   EXPECT_EQ(told(), u". yyyy-MM-dd 9");
   const ScopedLocale other("ja_JP.UTF-8", "LC_MESSAGES");
   EXPECT_EQ(told(), u". yyyy-MM-dd 0");

@@ -278,6 +278,22 @@ TEST_F(DeletionTest, ListsOfTheLastRunLoseNoRowsButTheirOwn) {
   EXPECT_GT(rows(ListId::Extensions), 0U);
 }
 
+TEST_F(DeletionTest, SourcesThatAreOneFolderByTwoPathsFollowTogether) {
+  folder.symlink("way", "source");
+  folder.symlink("deep", "source/a");
+  const NodeIndex linked = scan(folder.text("way"));
+  const NodeIndex inner = scan(folder.text("deep"));
+  EXPECT_TRUE(deletion().List_Files_DeleteFiles(files, show("way", {u"top"})));
+  EXPECT_EQ(totals(root), totals(linked));
+  EXPECT_TRUE(deletion().DeleteFolders({find(linked, u"a/sub")}));
+  EXPECT_EQ(totals(root), (ScanTotals{103, 2, 2, 0, 0, 0}));
+  EXPECT_EQ(totals(linked), totals(root));
+  EXPECT_EQ(totals(inner), (ScanTotals{100, 1, 0, 0, 0, 0}));
+  EXPECT_TRUE(deletion().DeleteFolders({inner}));  // removes only the link
+  EXPECT_EQ(totals(root), (ScanTotals{103, 2, 2, 0, 0, 0}));
+  EXPECT_TRUE(exists("source/a/one"));
+}
+
 TEST_F(DeletionTest, WhatDidNotCountIsNotSubtracted) {
   options.AddHardlinksOnlyOnce = 1;
   folder.hardlink("source/b/twin", "source/a/one");

@@ -18,6 +18,7 @@ class ScopedLocale {
   }
 
  private:
+  testing::ScopedVariable language_{"LANGUAGE", ""};  // it would win over the locale
   std::optional<testing::ScopedVariable> variable_;
 };
 

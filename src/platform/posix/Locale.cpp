@@ -346,9 +346,15 @@ int GetUserDefaultLangID() {
                     {"nl", 19}, {"pl", 21},       {"ru", 25}, {"sv", 29}};
   const std::string name = localeName("LC_MESSAGES");
   if (name.empty()) return kEnglish;
-  const std::string_view language = std::string_view(name).substr(0, name.find('_'));
-  for (const auto& known : kLanguages) {
-    if (known.language == language) return known.number;
+  // "LANGUAGE" is a list of languages by preference, which counts unless the locale is "C".
+  const char* const preferred = std::getenv("LANGUAGE");
+  std::string list = preferred == nullptr ? std::string() : preferred;
+  list.append(":").append(name);
+  for (std::string_view rest = list; !rest.empty();) {
+    const std::string_view entry = rest.substr(0, rest.find(':'));
+    rest.remove_prefix(std::min(entry.size() + 1, rest.size()));
+    for (const auto& known : kLanguages)
+      if (known.language == entry.substr(0, entry.find_first_of("_.@"))) return known.number;
   }
   return 0;
 }
