@@ -103,6 +103,7 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
   StartUp startUp(line, commandText(arguments), translation.LanguageId());
   Session session;
   session.loadOptions(startUp.settings());
+  if (line.mode == Mode::Lists) session.chooseUnitsForFirstLists(startUp.settings());
   if (!startUp.settingsNotice().empty())
     console.message(startUp.settingsNotice(), UserInterface::Severity::Warning);
   if (startUp.errorLog().Errcount() > 0) {
@@ -123,6 +124,7 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
 }  // namespace
 
 int main(int argc, char** argv) {
+  ombrelian::platform::FillStandardDescriptors();
   std::vector<ombrelian::Text> arguments;
   for (int i = 1; i < argc; ++i)
     arguments.push_back(ombrelian::fromBytes(argv[i]));

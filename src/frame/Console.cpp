@@ -11,10 +11,14 @@ namespace {
 
 constexpr std::string_view kClearLine = "\r\x1B[K";
 
-bool isControl(char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); }
+/// Whether a terminal would execute the character, or show the text after it in another direction.
+bool isControl(char16_t unit) {
+  const bool isDirection = unit == 0x061C || unit == 0x200E || unit == 0x200F ||
+                           (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
+  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || isDirection;
+}
 
-/// Replaces control characters by a mark, because a terminal would execute control characters in a
-/// name.
+/// Replaces control characters of a name by a mark.
 Text withoutControls(TextView text) {
   Text clean(text);
   for (char16_t& unit : clean) {

@@ -37,7 +37,8 @@ std::vector<std::pair<Text, Text>> propertiesOf(const Text& path, const FolderTr
   const auto add = [&rows](Text caption, Text value) {
     if (!value.empty()) rows.emplace_back(std::move(caption), std::move(value));
   };
-  add(TL(3728, u"Pfad"), path);
+  add(TL(3571, u"Name"), Text(xGetFileName(path)));
+  add(TL(3728, u"Pfad"), Text(xGetPath(path)));
   platform::FindData data;
   if (const platform::ErrorCode error = findObject(path, data); error != platform::kSuccess) {
     add(TL(3792, u"Fehler"), xGetErrorText(false, error));

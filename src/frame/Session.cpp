@@ -43,6 +43,10 @@ void chooseColumnsOfFiles(Options& options) {
   showColumns(links.visible, links.positions, {FileName, Folder, FileSize, Links, Identity});
 }
 
+bool wasWindowOpen(const IniStore& settings) {
+  return !settings.INI_ReadString(u"frmMain", u"Width", u"").empty();
+}
+
 }  // namespace
 
 void Session::loadOptions(const IniStore& settings) {
@@ -56,9 +60,16 @@ void Session::loadOptions(const IniStore& settings) {
   folderReport.applySettings();
 }
 
+void Session::chooseUnitsForFirstLists(const IniStore& settings) {
+  if (wasWindowOpen(settings)) return;
+  options.FileSizeFormatAll = kUnitFitting;
+  options.SizeFormatNachkommastellenAll = Options::kMixed;
+  options.SizeFormatShowSizeTextAll = Options::kMixed;
+  applyCommonSizes(options);
+}
+
 void Session::chooseForFirstWindow(const IniStore& settings) {
-  const bool wasOpen = !settings.INI_ReadString(u"frmMain", u"Width", u"").empty();
-  if (wasOpen) return;
+  if (wasWindowOpen(settings)) return;
   using Id = FolderColumnId;
   turnAllListsOn(options);
   options.FolderColumnVisible.fill(0);

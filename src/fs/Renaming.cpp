@@ -28,6 +28,14 @@ bool areNamesOfOneFile(TextView path, TextView other) {
 
 }  // namespace
 
+bool isAnotherFolder(TextView path, TextView target) {
+  platform::FindData own;
+  platform::FindData there;
+  const bool isThere = findObject(target, there) == platform::kSuccess && there.isFolder();
+  return isThere && findObject(path, own) == platform::kSuccess &&
+         !(own.identity == there.identity);
+}
+
 Text renameInFolder(TextView path, TextView name) {
   const TextView present = xGetFileName(path);
   if (name == present) return {};
@@ -36,6 +44,9 @@ Text renameInFolder(TextView path, TextView name) {
   appendName(target, name);
   if (areNamesOfOneFile(path, target))
     return TL(9401, u"'%1' und '%2' sind zwei Namen derselben Datei.", {present, name});
+  if (isAnotherFolder(path, target))
+    return TL(9865, u"Einen Ordner '%1' gibt es dort schon. Ein Ordner wird nicht ersetzt.",
+              {name});
   return xMoveFile_W(path, target);
 }
 

@@ -10,4 +10,7 @@ namespace ombrelian {
 /// renamed.
 Text renameInFolder(TextView path, TextView name);
 
+/// Whether another folder has the path `target`; a rename never replaces a folder.
+bool isAnotherFolder(TextView path, TextView target);
+
 }  // namespace ombrelian

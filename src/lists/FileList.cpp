@@ -259,7 +259,8 @@ void FileList::removeRows(const std::vector<std::uint32_t>& ids) {
 }
 
 bool FileList::nameIsTaken(Grid::RowIndex row, TextView newName) const {
-  return otherNamed(row, newName).has_value();
+  const std::optional<FindData> other = otherNamed(row, newName);
+  return other && !other->isFolder();
 }
 
 /// The other object with this name in the folder; none: there is none, or it is the file of the

@@ -136,7 +136,9 @@ void TopLists::offerDate(ListId list, TextView name, TextView folder, std::int64
   // The conversion to local time is the slowest step, and most files are not candidates, so a bound
   // is checked first.
   if (!rows(list).admits(LocalClock::bound(date_, list == ListId::NewestFiles))) return;
-  offerFile(list, clock_.seconds(date_), name, folder, size, data);
+  // A date that cannot be shown is none.
+  if (const std::int64_t seconds = clock_.seconds(date_); seconds > 0)
+    offerFile(list, seconds, name, folder, size, data);
 }
 
 void TopLists::offerFile(ListId list, std::int64_t key, TextView name, TextView folder,

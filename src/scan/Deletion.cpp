@@ -269,14 +269,16 @@ bool Deletion::survey(Targets& targets, Survey& survey) {
 
 std::vector<Text> Deletion::details(const Targets& targets, const Survey& survey) const {
   std::vector<Text> lines;
-  for (std::size_t i = 0; i < std::min(targets.size(), kNamedObjects); ++i)
+  // The question names a single folder itself.
+  const bool isNamed = targets.size() == 1 && survey.folders > 0;
+  for (std::size_t i = 0; i < std::min(targets.size(), kNamedObjects) && !isNamed; ++i)
     lines.push_back(targets[i].object.path);
   const auto add = [&lines](Text line) { lines.push_back(std::move(line)); };
   const auto count = [](std::uint64_t number) { return statusCount(std::int64_t(number)); };
   if (targets.size() > kNamedObjects) {
     add(TL(9612, u"und %1 weitere", {count(targets.size() - kNamedObjects)}));
   }
-  add(Text());
+  if (!isNamed) add(Text());
   add(TL(9613, u"Dateien: %1, Ordner: %2, Größe: %3",
          {count(survey.files), count(survey.folders), xFormatFileSizeAuto(survey.bytes, true)}));
   if (survey.links > 0) {

@@ -28,6 +28,14 @@ const ListModel& modelOf(const QModelIndex& index) {
 
 int indentOf(const RowLook& look) { return std::min(look.level, kMostLevels) * ListView::kIndent; }
 
+/// Paths are cut in the middle, because their ends tell them apart; other texts at the end.
+Qt::TextElideMode elisionOf(const Column* column) {
+  constexpr TextView kPaths[] = {u"path", u"fullpath", u"junction", u"target", u"junctiontarget"};
+  const bool isPath = column != nullptr && std::find(std::begin(kPaths), std::end(kPaths),
+                                                     column->key) != std::end(kPaths);
+  return isPath ? Qt::ElideMiddle : Qt::ElideRight;
+}
+
 /// The background of a folder of `level` if levels are shown by shade: a deeper level differs more
 /// from the base colour.
 QColor faded(const QPalette& palette, int level) {
@@ -122,7 +130,7 @@ void CellDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& opti
       column == nullptr ? QString::number(index.row() + 1) : index.data(Qt::DisplayRole).toString();
   const auto alignment = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
   painter.drawText(area, int(alignment) | Qt::TextSingleLine,
-                   option.fontMetrics.elidedText(text, Qt::ElideRight, area.width()));
+                   option.fontMetrics.elidedText(text, elisionOf(column), area.width()));
 }
 
 void CellDelegate::paintLines(QPainter& painter, const QRect& cell) const {

@@ -1,5 +1,6 @@
 #include "ui/CommandSet.h"
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -38,6 +39,7 @@ CommandSet::CommandSet(Bar bar, std::optional<ListId> list, Options& options, QW
       menus_[command.id]->installEventFilter(this);
     }
     if (command.kind != CommandKind::Edit) make(command);
+    if (command.kind == CommandKind::Choice) joinChoices(item);
   }
   for (const auto& [popup, menu] : menus_)
     fillMenu(*menu, popup);
@@ -81,6 +83,14 @@ QAction* CommandSet::make(const Command& command) {
   connect(action, &QAction::triggered, this,
           [this, id = command.id](bool checked) { trigger(id, checked); });
   return action;
+}
+
+/// Puts the choices of one menu or bar for one setting together, so that menus show that one of
+/// them is in force.
+void CommandSet::joinChoices(const BarItem& item) {
+  QActionGroup*& group = choices_[{item.popup, state(item.id).flag}];
+  if (group == nullptr) group = new QActionGroup(this);
+  group->addAction(actions_.at(item.id));
 }
 
 /// A menu stays open while toggles in it are clicked.

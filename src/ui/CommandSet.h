@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAction>
+#include <QActionGroup>
 #include <QMenu>
 #include <QToolBar>
 #include <functional>
@@ -69,6 +70,7 @@ class CommandSet : public QObject {
  private:
   bool isOn(const Command& command) const;
   QAction* make(const Command& command);
+  void joinChoices(const BarItem& item);
   void typed(const CommandState& bound, const QString& text);
   QAction* makeEdit(const Command& command, QWidget* parent);
   void trigger(CommandId id, bool checked);
@@ -88,6 +90,7 @@ class CommandSet : public QObject {
   QToolBar* toolBar_ = nullptr;
   std::map<CommandId, QAction*> actions_;
   std::map<CommandId, QMenu*> menus_;
+  std::map<std::pair<CommandId, const void*>, QActionGroup*> choices_;  // by menu and setting
 };
 
 }  // namespace ombrelian::ui

@@ -24,6 +24,9 @@ FilesOfFolder::FilesOfFolder(WindowState& state, Panes& panes) : state_(state), 
   });
   connect(&panes.pane(ListId::Files).list(), &ListView::columnsChanged, this,
           &FilesOfFolder::columnsChanged);
+  // The files of a renamed folder have new paths.
+  connect(&panes.pane(ListId::Folders).model(), &ListModel::renamed, this,
+          [this] { showFiles(true); });
 }
 
 void FilesOfFolder::selectedFolderChanged() {

@@ -133,6 +133,7 @@ bool ListModel::setData(const QModelIndex& index, const QVariant& value, int rol
     return false;
   }
   Q_EMIT dataChanged(this->index(index.row(), 0), this->index(index.row(), columnCount() - 1));
+  Q_EMIT renamed();
   return true;
 }
 

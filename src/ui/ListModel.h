@@ -61,6 +61,7 @@ class ListModel : public QAbstractTableModel {
   /// Asks whether an object that has the wanted name may be replaced; `answer` is "no" at first.
   void nameTaken(const QString& name, bool* answer);
   void renameFailed(const QString& error);
+  void renamed();
 
  private:
   bool canEdit(const QModelIndex& index) const;

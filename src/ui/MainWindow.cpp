@@ -104,7 +104,6 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   o.sources->load();
   resize(kFirstSize.boundedTo(screen()->availableGeometry().size()));
   placeForm(*this, kForm, false, settings);
-  o.area->loadWidths(settings);
   o.looks.applyLook();
   setBusy(false);
   o.status.StatusbarSetTextRightAUTO();
@@ -236,7 +235,7 @@ void MainWindow::showReadOnly() {
 void MainWindow::storeSettings() {
   IniStore& settings = state_.settings;
   storeForm(*this, kForm, settings);
-  owned_->area->storeWidths(settings);
+  if (wasShown_) owned_->area->storeWidths(settings);
   owned_->sources->store();
   Optionen_Speichern(state_.session.options, settings);
   state_.drives.Optionen_Speichern_Drives_SaveNetworkFolders(settings);
@@ -259,6 +258,8 @@ void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (wasShown_) return;
   wasShown_ = true;
+  centralWidget()->layout()->activate();  // the area has its width from now on
+  owned_->area->loadWidths(state_.settings);
   for (ListPane* const pane : owned_->panes.all())
     pane->rowsReplaced();
   owned_->sources->setFocus();
@@ -288,6 +289,10 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
     owned_->files.stop();
     if (owned_->scans.isScanning()) owned_->scans.stop();
+    return;
+  }
+  if (event->key() == Qt::Key_F10) {
+    menuBar()->setActiveAction(menuBar()->actions().constFirst());
     return;
   }
   if (!owned_->keys.press(*event)) QMainWindow::keyPressEvent(event);

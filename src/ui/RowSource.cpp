@@ -65,7 +65,8 @@ Text RowSource::toolTip(std::size_t row, const Column& column) const {
 }
 
 bool RowSource::isNameTaken(std::size_t row, const Text& name) const {
-  return xExistFile_W(beside(path(row), name));
+  const Text other = beside(path(row), name);
+  return xExistFile_W(other) && !isAnotherFolder(path(row), other);
 }
 
 Text RowSource::renameObject(std::size_t row, const Text& name) const {

@@ -68,7 +68,8 @@ class RowSource {
   /// Whether the row is a network path that the user stored.
   virtual bool isNetworkPath(std::size_t) const { return false; }
 
-  /// Whether another object in the same folder has this name; a rename would replace it.
+  /// Whether another object in the same folder has this name and a rename would replace it. Folders
+  /// are not replaced.
   virtual bool isNameTaken(std::size_t row, const Text& name) const;
 
   /// The next row after `from`, or before it, that has the text; `from` itself is tried last. None:

@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QTimer>
 
 #include "fs/ExactPath.h"
 #include "fs/PathText.h"
@@ -40,7 +41,13 @@ SourceBox::SourceBox(WindowState& state, QWidget* parent) : QComboBox(parent), s
   lineEdit()->setPlaceholderText(toolTip());
   lineEdit()->installEventFilter(this);
   new SourceCompletion(*this);
-  connect(lineEdit(), &QLineEdit::returnPressed, this, &SourceBox::startWanted);
+  // The list of suggestions still acts on the key after this signal, and must not change the text.
+  connect(lineEdit(), &QLineEdit::returnPressed, this, [this] {
+    QTimer::singleShot(0, this, [this, text = currentText()] {
+      setEditText(text);
+      Q_EMIT startWanted();
+    });
+  });
 }
 
 Text SourceBox::path() const {

@@ -8,6 +8,7 @@
 #include "support/Translate.h"
 #include "tree/TreeEdit.h"
 #include "tree/TreeOrder.h"
+#include "ui/Messages.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -62,6 +63,7 @@ StatusLine::StatusLine(WindowState& state, Panes& panes, PaneArea& area, QStatus
       bar_(bar),
       left_(makeLabel(bar)),
       right_(makeLabel(bar)) {
+  left_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   right_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   bar_.addWidget(left_, 1);
   bar_.addPermanentWidget(right_);
@@ -73,6 +75,7 @@ void StatusLine::StatusbarSetTextRightAUTO() {
   const FolderTree& tree = state_.session.tree;
   left_->setText(toQString(describeSources(tree, state_.session.options, state_.scanMilliseconds) +
                            selectedFolders()));
+  left_->setToolTip(plainToolTip(left_->text()));  // the right text has its room first
   right_->setText(area_.isRightVisible() ? toQString(statusOf(area_.rightList())) : QString());
 }
 

@@ -146,6 +146,7 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     case SH_EtchDisabledText:
     case SH_ComboBox_Popup:
     case SH_Menu_FillScreenWithScroll:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
       return 0;
     case SH_ToolTip_WakeUpDelay:
       return 500;

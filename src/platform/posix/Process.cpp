@@ -106,6 +106,13 @@ bool HasDisplay() {
   return false;
 }
 
+void FillStandardDescriptors() {
+  for (const int descriptor : {0, 1, 2}) {
+    // The lowest free number is used, which is this one; the wrong direction makes its use fail.
+    if (fcntl(descriptor, F_GETFD) < 0) open("/dev/null", descriptor == 0 ? O_WRONLY : O_RDONLY);
+  }
+}
+
 const bool kReplacesInPlace = true;
 
 ErrorCode ReplaceProcess(TextView program, const std::vector<Text>& arguments) {
