@@ -73,6 +73,13 @@ void mCompare::SetTopFilesExtFilter(const Options& options) {
                                  options.CreateList100LargestFilesIncludeText);
 }
 
+mCompare::Answer mCompare::answerOf(const LikePattern& pattern, TextView name, TextView path) {
+  if (pattern.isMalformed()) return Answer::Malformed;
+  const bool isFit = (!path.empty() && pattern.matches(path)) ||
+                     ((path.empty() || !pattern.startsWithRun()) && pattern.matches(name));
+  return isFit ? Answer::Yes : Answer::No;
+}
+
 /// Compares with one pattern. A malformed pattern is reported once in each run.
 mCompare::Answer mCompare::fits(const LikePattern& pattern, TextView name, TextView path,
                                 TextView procedure) {
@@ -83,11 +90,8 @@ mCompare::Answer mCompare::fits(const LikePattern& pattern, TextView name, TextV
           {kMalformedPattern, Text(procedure), u"Invalid pattern string: " + pattern.text()},
           {pattern.text()});
     }
-    return Answer::Malformed;
   }
-  const bool isFit = (!path.empty() && pattern.matches(path)) ||
-                     ((path.empty() || !pattern.startsWithRun()) && pattern.matches(name));
-  return isFit ? Answer::Yes : Answer::No;
+  return answerOf(pattern, name, path);
 }
 
 bool mCompare::isExcluded(const PatternList& list, TextView name, TextView path,
@@ -113,6 +117,21 @@ bool mCompare::CheckFolderFilter(TextView Name, TextView FullPath) {
   constexpr TextView kProcedure = u"CheckFolderFilter";
   if (folderExclude_.isActive) return isExcluded(folderExclude_, Name, FullPath, kProcedure);
   return folderInclude_.isActive && isNotIncluded(folderInclude_, Name, FullPath, kProcedure);
+}
+
+std::function<bool(TextView, TextView)> mCompare::folderFilter() const {
+  if (!filtersFolders()) return {};
+  const bool excludes = folderExclude_.isActive;
+  const Answer decides = excludes ? Answer::Yes : Answer::No;
+  const Answer goesOn = excludes ? Answer::No : Answer::Yes;
+  return [patterns = (excludes ? folderExclude_ : folderInclude_).patterns, decides, goesOn](
+             TextView name, TextView path) {
+    for (const LikePattern& pattern : patterns) {
+      const Answer answer = answerOf(pattern, name, path);
+      if (answer != goesOn) return answer == decides;
+    }
+    return false;
+  };
 }
 
 bool mCompare::Check_FolderList_FileFilter(TextView Name, TextView FullPath) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <set>
 #include <vector>
 
@@ -38,6 +39,10 @@ class mCompare {
   bool CheckFolderFilter(TextView Name, TextView FullPath);
   bool Check_FolderList_FileFilter(TextView Name, TextView FullPath);
 
+  /// A copy of CheckFolderFilter() for other threads, which reports no malformed pattern; empty: no
+  /// folder is left out.
+  std::function<bool(TextView Name, TextView FullPath)> folderFilter() const;
+
   /// Whether the two functions above can leave anything out; if not, they need not be called.
   bool filtersFolders() const { return folderExclude_.isOn() || folderInclude_.isOn(); }
   bool filtersFiles() const { return fileInclude_.isOn() || fileExclude_.isOn(); }
@@ -64,6 +69,7 @@ class mCompare {
   enum class Answer { No, Yes, Malformed };
 
   void compile(std::uint8_t active, Text& setting, PatternList& list) const;
+  static Answer answerOf(const LikePattern& pattern, TextView name, TextView path);
   Answer fits(const LikePattern& pattern, TextView name, TextView path, TextView procedure);
   bool isExcluded(const PatternList& list, TextView name, TextView path, TextView procedure);
   bool isNotIncluded(const PatternList& list, TextView name, TextView path, TextView procedure);

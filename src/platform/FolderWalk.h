@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/FindData.h"
@@ -13,6 +14,10 @@ inline constexpr int kMaxHelpers = 64;
 /// The folders that a walk is going to enter.
 enum class WalkReach { Tree, OneFolder };
 
+/// Whether the walk will not enter the folder `name` with the full path `path`. Several threads
+/// call it at the same time.
+using LeavesOut = std::function<bool(TextView name, TextView path)>;
+
 /// Lists the folders of one source in the order of a depth-first walk. The open folders are a
 /// stack, and the innermost folder is read. The depth has no limit, the number of descriptors has
 /// one, and no step costs more at a greater depth.
@@ -23,8 +28,10 @@ enum class WalkReach { Tree, OneFolder };
 class FolderWalk {
  public:
   /// `helpers` is the number of threads that read ahead; kHelpersByDevice: as many as are useful on
-  /// the device of the source. OneFolder: nothing below the source is read ahead.
-  explicit FolderWalk(int helpers = kHelpersByDevice, WalkReach reach = WalkReach::Tree);
+  /// the device of the source. OneFolder: nothing below the source is read ahead, and neither is
+  /// what `leavesOut` names; the entries themselves are listed in any case.
+  explicit FolderWalk(int helpers = kHelpersByDevice, WalkReach reach = WalkReach::Tree,
+                      LeavesOut leavesOut = {});
   ~FolderWalk();
   FolderWalk(const FolderWalk&) = delete;
   FolderWalk& operator=(const FolderWalk&) = delete;

@@ -26,8 +26,8 @@ Text GetCurrentDirectoryW();
 /// Whether the environment of this process names a screen for windows.
 bool HasDisplay();
 
-/// Fills closed standard descriptors, so that no file that is opened later becomes the standard input
-/// or output. Reading and writing them fails. Called first in a program.
+/// Fills closed standard descriptors, so that no file that is opened later becomes the standard
+/// input or output. Reading and writing them fails. Called first in a program.
 void FillStandardDescriptors();
 
 /// Whether ReplaceProcess continues in the same process. If so, the program that it starts need not

@@ -1,5 +1,7 @@
 #include "scan/ScanRun.h"
 
+#include <algorithm>
+
 #include "format/DatePattern.h"
 #include "format/Sizes.h"
 #include "fs/z_Filesystem.h"
@@ -71,7 +73,10 @@ void ScanRun::scanQueue(std::deque<Text>& SourceQueue, RunResult& result) {
   while (!SourceQueue.empty() && !result.cancelled) {
     const Text path = SourceQueue.front();
     if (SourceQueue.size() > 1) isOnlySource = false;
-    if (xExistFolder_W(path) || doesNotAnswer(path)) {
+    if (wasRead(path)) {
+      state_.log.LogProtokoll(
+          TL(9866, u"'%1' ist ein Ordner, der in diesem Lauf schon eingelesen wurde.", {path}));
+    } else if (xExistFolder_W(path) || doesNotAnswer(path)) {
       scanSource(path, isOnlySource, result);
     } else {
       ++result.sourcesMissing;
@@ -82,6 +87,16 @@ void ScanRun::scanQueue(std::deque<Text>& SourceQueue, RunResult& result) {
     SourceQueue.pop_front();
   }
   Report_Folder_Sort_All(state_.tree);
+}
+
+/// Whether this run read the folder already, by the same or another path. If not, it counts as read
+/// from now on.
+bool ScanRun::wasRead(const Text& path) {
+  platform::FindData data;
+  if (platform::GetFileInformation(path, data) != platform::kSuccess) return false;
+  if (std::find(read_.begin(), read_.end(), data.identity) != read_.end()) return true;
+  read_.push_back(data.identity);
+  return false;
 }
 
 void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result) {

@@ -44,6 +44,7 @@ class ScanRun {
 
  private:
   void scanSource(const Text& path, bool isOnlySource, RunResult& result);
+  bool wasRead(const Text& path);
   void prepareSource(bool isOnlySource);
   void useFiltersOfOptions();
   void logOptions();
@@ -56,6 +57,7 @@ class ScanRun {
 
   const ScanState state_;
   RowsOnShow& rows_;
+  std::vector<platform::FileIdentity> read_;  // folders that this run has read as sources
 };
 
 }  // namespace ombrelian

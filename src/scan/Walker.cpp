@@ -30,7 +30,7 @@ Walker::Walker(const ScanState& state, DerivedLists* lists)
       filters_(state.filters),
       lists_(lists),
       filesName_(TL(3514, u"Dateien")),
-      walk_(state.context.helpers) {}
+      walk_(state.context.helpers, platform::WalkReach::Tree, state.filters.folderFilter()) {}
 
 ScanTotals Walker::Report_ScanFolders(TextView path, NodeIndex node) {
   path_ = path;

@@ -111,6 +111,11 @@ TEST_F(SilentRunTest, StatusTellsWhatWasMissed) {
     EXPECT_NE(partial.errors.find(source.path("denied/")), std::string::npos);
     EXPECT_NE(partial.output.find("Fehler 1,"), std::string::npos);
   }
+  source.symlink("again", ".");
+  const Outcome once = run({u"-s", target, source.text(), source.text("again")});
+  const std::string all = run({u"-s", target, source.text()}).output;
+  EXPECT_EQ(once.output.substr(0, all.find("Fehler")), all.substr(0, all.find("Fehler")))
+      << "one folder by two paths";
   const Outcome missing = run({u"-s", target, source.text("nowhere"), source.text()});
   EXPECT_EQ(missing.status, kExitPartial);
   EXPECT_NE(missing.errors.find(source.path("nowhere")), std::string::npos);

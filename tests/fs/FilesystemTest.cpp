@@ -116,6 +116,14 @@ TEST(FilesystemTest, DatesThatNoCalendarHasAreToldOnce) {
   EXPECT_LT(xGetFileModifyDateByWFD(data, u"/old"), 0);
 }
 
+TEST(FilesystemTest, AVolumeNamesItsFileSystemOrSaysWhyNot) {
+  Text error;
+  EXPECT_EQ(xGetDriveFileSystem(u"/proc", error), u"proc");
+  EXPECT_EQ(error, u"");
+  EXPECT_EQ(xGetDriveFileSystem(u"/no such folder", error), u"?");
+  EXPECT_NE(error, u"");
+}
+
 TEST(FilesystemTest, AnOwnerIsAnAccountUnknownOrEveryone) {
   const OwnerTexts owners;
   EXPECT_EQ(owners.of(true, Text(u"someone")), u"someone");

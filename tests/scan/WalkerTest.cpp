@@ -190,7 +190,15 @@ TEST_F(WalkerTest, WhatFiltersLeaveOutIsNotThere) {
   options.FolderList_FilterFolderExclude_Text = u"*/keep/deep/CACHE";
   options.FolderList_FilterFilesExclude_Active = 1;
   options.FolderList_FilterFilesExclude_Text = u"*.TMP";
-  NodeIndex root = scan(folder.text());
+  context.helpers = 3;
+  NodeIndex root = kNoNode;
+  {
+    const ScopedFault opening({Call::Openat, "cache", EACCES});
+    root = scan(folder.text("keep"));
+    EXPECT_EQ(opening.hits(), 0) << "it is not read ahead either";
+  }
+  EXPECT_EQ(totals(root), (ScanTotals{1, 1, 1, 0, 0, 0}));
+  root = scan(folder.text());
   EXPECT_EQ(totals(root), (ScanTotals{101, 2, 3, 0, 0, 0}));
   EXPECT_EQ(find(root, u"keep/deep/cache"), kNoNode);
   // A changed option applies from the next source on.

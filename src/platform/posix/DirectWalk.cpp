@@ -38,6 +38,11 @@ bool contains(const std::vector<FileIdentity>& folders, const FileIdentity& fold
   return std::find(folders.begin(), folders.end(), folder) != folders.end();
 }
 
+std::string& appendStep(std::string& path, const std::string& name) {
+  if (!path.empty() && path.back() != '/') path.push_back('/');
+  return path += name;
+}
+
 }  // namespace
 
 DirectWalk::~DirectWalk() {
@@ -52,6 +57,7 @@ void DirectWalk::prepare(const Level& source) {
   levels_.clear();
   ReadPlan plan = planFor(source.folder->get(), source.identity.device);
   if (helpers_ >= 0) plan.helpers = unsigned(helpers_);
+  plan.leavesOut = leavesOut_;
   plan.entersFolders = reach_ == WalkReach::Tree && plan.helpers > 0;
   if (mayHang_ && plan.helpers > 0) {
     // One more helper works in place of the walk.
@@ -102,6 +108,11 @@ void DirectWalk::readRest(Level& level) {
 ErrorCode DirectWalk::push(Level level) {
   if (level.listing == nullptr) {
     level.listing = ReadAhead::begin(level.folder, level.identity.device);
+    if (leavesOut_) {
+      std::string path = pathOfLevels();
+      appendStep(path, level.name);
+      level.listing->path = fromBytes(appendStep(path, {}));
+    }
   }
   const ListingPointer listing = level.listing;
   if (!takePart(level) && level.error != 0) return translateErrno(level.error);
@@ -227,15 +238,18 @@ void DirectWalk::close() {
   drop(level);
 }
 
+/// Path of the innermost level; empty: there is none.
+std::string DirectWalk::pathOfLevels() const {
+  std::string path;
+  for (const Level& level : levels_)
+    appendStep(path, level.name);
+  return path;
+}
+
 /// Opens the innermost level by its path, if the same folder is still there.
 void DirectWalk::reopenByNames() {
-  std::string path;
-  for (const Level& level : levels_) {
-    if (!path.empty() && path.back() != '/') path.push_back('/');
-    path += level.name;
-  }
   OpenLevel found;
-  const ErrorCode error = openFolder(std::move(path), found);
+  const ErrorCode error = openFolder(pathOfLevels(), found);
   if (error == kSuccess && found.identity == levels_.back().identity)
     levels_.back().folder = std::move(found.folder);
 }

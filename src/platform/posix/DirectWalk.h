@@ -30,8 +30,8 @@ class DirectWalk {
  public:
   /// `mayHang`: calls on the source may never return. A folder that is read before the walk needs
   /// it must then not keep the walk from the folders that are ready.
-  DirectWalk(int helpers, WalkReach reach, bool mayHang)
-      : helpers_(helpers), reach_(reach), mayHang_(mayHang) {}
+  DirectWalk(int helpers, WalkReach reach, bool mayHang, LeavesOut leavesOut = {})
+      : helpers_(helpers), reach_(reach), mayHang_(mayHang), leavesOut_(std::move(leavesOut)) {}
   ~DirectWalk();
   DirectWalk(const DirectWalk&) = delete;
   DirectWalk& operator=(const DirectWalk&) = delete;
@@ -58,6 +58,7 @@ class DirectWalk {
   ErrorCode checkReparse(const Level& level);
   void readRest(Level& level);
   void reopenByNames();
+  std::string pathOfLevels() const;
   bool takePart(Level& level);
   ListingPointer* currentListing(Level& level);
   void passBy(Level& level);
@@ -67,6 +68,7 @@ class DirectWalk {
   const int helpers_;
   const WalkReach reach_;
   const bool mayHang_;
+  const LeavesOut leavesOut_;
   std::unique_ptr<ReadAhead> reader_;
   OpenLevels<Level> levels_;
   std::optional<std::vector<FileIdentity>> above_;  // folders that the source is in; empty: not

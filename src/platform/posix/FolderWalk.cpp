@@ -12,7 +12,8 @@ namespace ombrelian::platform {
 /// left to that thread with its helpers.
 class FolderWalk::Implementation {
  public:
-  Implementation(int helpers, WalkReach reach) : helpers_(helpers), reach_(reach) {}
+  Implementation(int helpers, WalkReach reach, LeavesOut leavesOut)
+      : helpers_(helpers), reach_(reach), leavesOut_(std::move(leavesOut)) {}
   ~Implementation() { leave(); }
   Implementation(const Implementation&) = delete;
   Implementation& operator=(const Implementation&) = delete;
@@ -36,6 +37,7 @@ class FolderWalk::Implementation {
 
   const int helpers_;
   const WalkReach reach_;
+  const LeavesOut leavesOut_;
   std::shared_ptr<Walk> walk_;         // null: it was left because of a file system that hangs
   std::optional<PatientCalls> calls_;  // none: all calls are made in this thread
   std::size_t depth_ = 0;
@@ -71,7 +73,7 @@ ErrorCode FolderWalk::Implementation::openSource(TextView path) {
   // Links and mount points can lead to a slow mount from any source.
   const std::optional<std::string> mount = patientMountAround(path);
   if (mount) calls_.emplace(*mount);
-  walk_ = std::make_shared<Walk>(helpers_, reach_, mount && MayNotAnswer(path));
+  walk_ = std::make_shared<Walk>(helpers_, reach_, mount && MayNotAnswer(path), leavesOut_);
   const ErrorCode error = ask(
       false, [path = Text(path)](Walk& walk) { return walk.openSource(path); }, kTimeout);
   depth_ = error == kSuccess ? 1 : 0;
@@ -128,8 +130,8 @@ Text FolderWalk::Implementation::reparseTarget(TextView path, ErrorCode& error) 
   return std::move(target.text);
 }
 
-FolderWalk::FolderWalk(int helpers, WalkReach reach)
-    : implementation_(std::make_unique<Implementation>(helpers, reach)) {}
+FolderWalk::FolderWalk(int helpers, WalkReach reach, LeavesOut leavesOut)
+    : implementation_(std::make_unique<Implementation>(helpers, reach, std::move(leavesOut))) {}
 FolderWalk::~FolderWalk() = default;
 ErrorCode FolderWalk::openSource(TextView path) { return implementation_->openSource(path); }
 ErrorCode FolderWalk::goIn() { return implementation_->openCurrent(); }

@@ -315,11 +315,19 @@ void ReadAhead::ask(Work& work, EntryReader& reader) {
   }
   for (std::size_t i = 0; plan_.entersFolders && i < entries.size(); ++i) {
     if (!canBeReadAhead(entries[i])) continue;
+    Text path;
+    if (plan_.leavesOut) {
+      const Text name = fromBytes(part.batch.nameOf(entries[i]));
+      path = listing.path + name;
+      if (plan_.leavesOut(name, path)) continue;
+      path += u'/';
+    }
     ListingPointer below = std::make_shared<Listing>();
     below->above = listing.folder;
     below->name = part.batch.nameOf(entries[i]);
     below->device = listing.device;
     below->marksEnd = listing.marksEnd;
+    below->path = std::move(path);
     part.subfolders.push_back({std::uint32_t(i), std::move(below)});
   }
   part.bytes = part.batch.bytes() + part.subfolders.size() * kSubfolderBytes;

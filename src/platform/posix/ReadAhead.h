@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/FolderWalk.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/EntryReader.h"
 
@@ -24,6 +25,7 @@ struct ReadPlan {
   bool isInInodeOrder = false;  // see EntryReader::ask
   std::size_t memory = std::size_t(16) << 20;  // limit of the bytes that wait for the walk
   unsigned descriptors = 256;                  // limit of the open folders that wait for it
+  LeavesOut leavesOut = {};  // folders that the walk will not need; none: it may need all
 };
 
 struct Listing;
@@ -69,6 +71,7 @@ struct Listing : std::enable_shared_from_this<Listing> {
   std::string name;
   std::uint64_t device = 0;
   bool marksEnd = false;  // see marksEndOfFolder
+  Text path;              // full path, ends in a separator; only for ReadPlan::leavesOut
   std::uint32_t partsListed = 0;
 
   // The open folder. It belongs to the thread that reads it, then to the walk. It is null in a
