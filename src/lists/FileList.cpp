@@ -235,8 +235,9 @@ Text FileList::List_Files_ShowFileStat(const std::vector<Grid::RowIndex>& select
   }
   if (selected.empty()) return status;
   const std::int64_t size = sumOfSizes(shown_.grid, selected);
-  return status += u" / " + selectedFilesText(std::int64_t(selected.size()),
-                                              xFormatFileSize(sizes.unit, size, true, false));
+  return status +=
+         u" / " + selectedFilesText(std::int64_t(selected.size()),
+                                    List_Files_FormatSize(sizes, size, true, false, true));
 }
 
 Text FileList::fullPath(Grid::RowIndex row) const { return Text(shown_.grid.text(row, kFullPath)); }

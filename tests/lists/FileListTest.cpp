@@ -218,6 +218,9 @@ TEST_F(FileListTest, TheStatusTellsSumsInTheUnitsOfTheList) {
             u"2 Datei(en) mit insgesamt 4.00 MB / 1 ausgewählte Datei(en) mit 3.00 MB");
   options.FileSizeFormatFiles = 0;
   EXPECT_EQ(list.List_Files_ShowFileStat(), u"2 Datei(en) mit insgesamt 4,194,304 Bytes");
+  options.FileSizeFormatFiles = kUnitFitting;
+  EXPECT_EQ(list.List_Files_ShowFileStat(Rows{0}),
+            u"2 Datei(en) mit insgesamt 4.0 MB / 1 ausgewählte Datei(en) mit 3.0 MB");
 }
 
 TEST_F(FileListTest, ARenamedFileKeepsItsRow) {
