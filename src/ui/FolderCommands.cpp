@@ -1,5 +1,6 @@
 #include "ui/FolderCommands.h"
 
+#include "fs/Owners.h"
 #include "fs/PathText.h"
 #include "tree/TreeEdit.h"
 #include "ui/QtText.h"
@@ -56,6 +57,21 @@ void FolderCommands::showFilesOfExtension(std::size_t row) {
   // The row of the files without an extension has a text that no name contains.
   if (extension.starts_with(u'.'))
     panes_.pane(ListId::LargestFiles).searchFor(toQString(extension));
+}
+
+/// The lists of files keep no owners, so the owners of their files are read now.
+void FolderCommands::showFilesOfOwner(std::size_t row) {
+  const RowSource& owners = panes_.pane(ListId::Owners).rows();
+  const Text owner = owners.shown(row, owners.columns().front());
+  area_.Change_ButtonHeaderActive(ListId::LargestFiles);
+  const RowSource& files = panes_.pane(ListId::LargestFiles).rows();
+  const OwnerTexts texts;
+  std::vector<std::size_t> found;
+  for (std::size_t file = 0; file < files.count(); ++file) {
+    const Text path = files.path(file);
+    if (texts.at(path, keepsOwners(path)) == owner) found.push_back(file);
+  }
+  panes_.pane(ListId::LargestFiles).list().selectRows(found);
 }
 
 void FolderCommands::clearFolders() {

@@ -23,6 +23,9 @@ class FolderCommands {
   /// Searches the list of the largest files for the extension in a row of the extension list.
   void showFilesOfExtension(std::size_t row);
 
+  /// The same for the files of an owner, which are selected.
+  void showFilesOfOwner(std::size_t row);
+
   /// Removes all sources from the tree; nothing on the disk is changed.
   void clearFolders();
 

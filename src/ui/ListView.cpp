@@ -169,6 +169,16 @@ void ListView::goTo(std::size_t row) {
   scrollTo(index);
 }
 
+void ListView::selectRows(const std::vector<std::size_t>& rows) {
+  clearSelection();
+  if (rows.empty()) return;
+  goTo(rows.front());
+  QItemSelection selection;
+  for (const std::size_t row : rows)
+    selection.select(model_.index(int(row), 0), model_.index(int(row), model_.columnCount() - 1));
+  selectionModel()->select(selection, QItemSelectionModel::Select);
+}
+
 void ListView::editName() {
   const QModelIndex index = model_.index(currentIndex().row(), kNameSection);
   if (index.isValid() && (model_.flags(index) & Qt::ItemIsEditable)) edit(index);

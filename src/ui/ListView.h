@@ -41,6 +41,9 @@ class ListView : public QTableView {
 
   void goTo(std::size_t row);
 
+  /// Selects these rows and no other, and shows the first of them.
+  void selectRows(const std::vector<std::size_t>& rows);
+
   /// Starts the in-place edit of the name; does nothing if the name cannot be changed.
   void editName();
 

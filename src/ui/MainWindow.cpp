@@ -178,6 +178,8 @@ void MainWindow::connectLists() {
   connect(&o.panes, &Panes::rowDoubleClicked, this, [&o](ListId list, std::size_t row) {
     if (list == ListId::Extensions) {
       o.folders.showFilesOfExtension(row);
+    } else if (list == ListId::Owners) {
+      o.folders.showFilesOfOwner(row);
     } else {
       o.opening.doubleClickRow(list, row);
     }

@@ -404,6 +404,7 @@ TEST_F(RescanTest, LinksAndWhatFailedAreRefusedAndWhatVanishedFails) {
   folder.file("other/new", 4);
   EXPECT_EQ(rescan(link), link);
   EXPECT_EQ(totals(link), (ScanTotals{1014, 2, 0, 0, 0, 0}));
+  EXPECT_NE(tree[link].attributes & platform::kAttributeReparsePoint, 0U) << "it stays a link";
 }
 
 TEST_F(RescanTest, ACancelLeavesWhatWasFound) {

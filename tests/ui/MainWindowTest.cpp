@@ -307,6 +307,10 @@ TEST_F(ScannedMainWindowTest, AnExtensionLeadsToItsFilesAmongTheLargest) {
   ASSERT_EQ(run_.window->parts().area.rightList(), ListId::LargestFiles);
   const std::size_t found = run_.list(ListId::LargestFiles).currentRow();
   EXPECT_TRUE(run_.column(ListId::LargestFiles).value(int(found)).endsWith(u".txt"_s));
+  Q_EMIT run_.list(ListId::Owners).rowDoubleClicked(0);
+  const std::vector<std::size_t> all = run_.list(ListId::LargestFiles).selectedRowNumbers();
+  EXPECT_EQ(all.size(), std::size_t(run_.column(ListId::LargestFiles).size()))
+      << "one owner has all";
 }
 
 TEST_F(ScannedMainWindowTest, KeysReachEveryEntryOfAMenuAndTypeIntoItsFields) {
