@@ -88,7 +88,7 @@ WorkbookPart workbookPart(TextView title, std::size_t sheets) {
     content += "<sheet name=\"";
     appendWorkbookText(sheetName(title, number), content);
     const std::string id = std::to_string(number);
-    content += "\" sheetId=\"" + id + "\" r:id=\"rId" + id + "\"/>";
+    content.append("\" sheetId=\"").append(id).append("\" r:id=\"rId").append(id).append("\"/>");
   }
   return {"xl/workbook.xml", content + "</sheets></workbook>"};
 }

@@ -14,7 +14,7 @@ struct WorkbookPart {
 };
 
 /// Styles of cells, as attributes.
-inline constexpr std::string_view kPlainStyle = "";
+inline constexpr std::string_view kPlainStyle;
 inline constexpr std::string_view kDateStyle = " s=\"1\"";
 
 /// The parts that do not depend on the sheets.

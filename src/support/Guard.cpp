@@ -37,18 +37,18 @@ void reportTrace(TextView text, const std::vector<Text>& params) noexcept {
 }
 
 void reportFault(TextView module, TextView name, const Error& error,
-                 const std::vector<Text>& params, const std::source_location& where) noexcept {
+                 const std::vector<Text>& params, CodeLine line) noexcept {
   if (faultSink == nullptr) return;
   Error told = error;
-  told.line = where.line();
+  told.line = line;
   faultSink->Debug(name, module, told, params);
 }
 
 Error reportEscaped(TextView module, TextView name, std::initializer_list<TextView> params,
-                    const std::source_location& guard) noexcept {
+                    CodeLine guard) noexcept {
   try {
     Error error = describeEscaped();
-    if (error.line == 0) error.line = guard.line();
+    if (error.line == 0) error.line = guard;
     if (faultSink != nullptr) faultSink->Debug(name, module, error, {params.begin(), params.end()});
     return error;
   } catch (...) {  // no memory for the report: the process continues without it

@@ -2,7 +2,6 @@
 
 #include <exception>
 #include <initializer_list>
-#include <source_location>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -11,12 +10,15 @@
 
 namespace ombrelian {
 
+/// Number of a line of the source. As a default argument, __builtin_LINE() is the line of the call;
+/// std::source_location is not in every compiler that builds this program.
+using CodeLine = int;
+
 /// A fault that is not handled where it happens: it leaves every scope up to the procedure guard.
 class Fault : public std::exception {
  public:
-  explicit Fault(Error error, const std::source_location& where = std::source_location::current())
-      : error_(std::move(error)) {
-    error_.line = where.line();
+  explicit Fault(Error error, CodeLine line = __builtin_LINE()) : error_(std::move(error)) {
+    error_.line = line;
   }
 
   const Error& error() const { return error_; }
@@ -54,13 +56,12 @@ void reportTrace(TextView text, const std::vector<Text>& params) noexcept;
 
 /// Passes a fault in the procedure `name` to the sink if no exception was thrown.
 void reportFault(TextView module, TextView name, const Error& error,
-                 const std::vector<Text>& params = {},
-                 const std::source_location& where = std::source_location::current()) noexcept;
+                 const std::vector<Text>& params = {}, CodeLine line = __builtin_LINE()) noexcept;
 
 /// Passes the current exception to the sink and returns its error. Only guards call it. The error
 /// has no text if there was no memory for one. `guard` is its line if the exception has none.
 Error reportEscaped(TextView module, TextView name, std::initializer_list<TextView> params,
-                    const std::source_location& guard) noexcept;
+                    CodeLine guard) noexcept;
 
 /// The text of an error for procedures that return an error text; never empty.
 Text errorTextOf(const Error& error);
@@ -73,10 +74,9 @@ Failure failureOf(const Error& error);
 /// throws too, which only a lack of memory can cause, it is called once more with an error without
 /// a text.
 template <class Body, class OnFault>
-std::invoke_result_t<Body> GuardedOr(
-    TextView module, TextView name, Body&& body, OnFault&& onFault,
-    std::initializer_list<TextView> params = {},
-    const std::source_location& guard = std::source_location::current()) noexcept {
+std::invoke_result_t<Body> GuardedOr(TextView module, TextView name, Body&& body, OnFault&& onFault,
+                                     std::initializer_list<TextView> params = {},
+                                     CodeLine guard = __builtin_LINE()) noexcept {
   try {
     return std::forward<Body>(body)();
   } catch (...) {
@@ -93,9 +93,9 @@ std::invoke_result_t<Body> GuardedOr(
 /// false. Other procedures use GuardedOr to define the result after a fault, because their empty
 /// value might mean success.
 template <class Body>
-std::invoke_result_t<Body> Guarded(
-    TextView module, TextView name, Body&& body, std::initializer_list<TextView> params = {},
-    const std::source_location& guard = std::source_location::current()) noexcept {
+std::invoke_result_t<Body> Guarded(TextView module, TextView name, Body&& body,
+                                   std::initializer_list<TextView> params = {},
+                                   CodeLine guard = __builtin_LINE()) noexcept {
   using Value = std::invoke_result_t<Body>;
   static_assert(std::is_void_v<Value> || std::is_same_v<Value, bool>,
                 "say by GuardedOr what a failure of this procedure is");

@@ -270,8 +270,12 @@ QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
   }
   layout->addWidget(field);
   const auto show = [field, bound] {
-    if (bound.text != nullptr) *bound.text = tidyPatterns(*bound.text);
-    field->setText(bound.number ? QString::number(*bound.number.place) : toQString(*bound.text));
+    if (bound.number) {
+      field->setText(QString::number(*bound.number.place));
+    } else if (bound.text != nullptr) {
+      *bound.text = tidyPatterns(*bound.text);
+      field->setText(toQString(*bound.text));
+    }
   };
   show();
   if (auto* const menu = qobject_cast<QMenu*>(parent)) {

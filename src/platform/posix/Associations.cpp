@@ -28,6 +28,10 @@ std::vector<std::string> split(const std::string& text, char separator) {
   return parts;
 }
 
+std::string inFolder(const std::string& folder, const std::string& name) {
+  return std::string(folder).append("/").append(name);
+}
+
 std::string variable(TextView name) { return toBytes(GetEnvironmentVariableW(name)); }
 
 /// The user's folder, then those of the system.
@@ -73,7 +77,7 @@ std::string nameOf(const std::string& entry) {
     std::string plain;
     std::string local;
     bool isHidden = false;
-    forEachKey(folder + '/' + entry,
+    forEachKey(inFolder(folder, entry),
                [&](const std::string& section, const std::string& key, const std::string& value) {
                  if (section != "Desktop Entry") return;
                  if (key == "Name") plain = value;
@@ -99,7 +103,7 @@ std::vector<std::string> associationFiles() {
   std::vector<std::string> files;
   for (const std::string& folder : folders) {
     for (const std::string& name : names)
-      files.push_back(folder + '/' + name);
+      files.push_back(inFolder(folder, name));
   }
   for (const std::string& folder : applications)
     files.push_back(folder + "/mimeinfo.cache");

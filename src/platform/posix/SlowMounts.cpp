@@ -132,7 +132,7 @@ std::optional<std::string> slowMountOf(const std::string& path) {
     if (const std::string link = linkAt(place); !link.empty()) {
       ++links;
       place.resize(link.starts_with('/') ? 0 : place.rfind('/'));
-      rest = link + "/" + rest;
+      rest.insert(0, "/").insert(0, link);
     }
   }
   return {};
