@@ -79,7 +79,7 @@ void ScanRun::scanQueue(std::deque<Text>& SourceQueue, RunResult& result) {
     } else if (xExistFolder_W(path) || doesNotAnswer(path)) {
       scanSource(path, isOnlySource, result);
     } else {
-      ++result.sourcesMissing;
+      if (++result.sourcesMissing == 1) result.missing = path;
       state_.log.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}),
                               true);
     }

@@ -12,6 +12,7 @@ struct RunResult {
   ScanTotals sum;  // over all sources
   int sourcesScanned = 0;
   int sourcesMissing = 0;  // number of sources that do not exist
+  Text missing;            // the first of them
   bool cancelled = false;
   bool failed = false;  // a fault of the program ended the run
   NodeIndex lastRoot = kNoNode;

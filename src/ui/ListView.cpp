@@ -231,14 +231,14 @@ void ListView::keyPressEvent(QKeyEvent* event) {
   QTableView::keyPressEvent(event);
 }
 
-/// Takes the first row with any of the keys that move if no row is selected.
+/// Takes the first row with any of the keys that move if no row is selected, or the last with End.
 bool ListView::takeFirstRow(const QKeyEvent& event) {
   constexpr int kMoves[] = {Qt::Key_Up,       Qt::Key_Down, Qt::Key_PageUp,
                             Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End};
   const bool moves =
       std::find(std::begin(kMoves), std::end(kMoves), event.key()) != std::end(kMoves);
   if (!moves || model_.rowCount() == 0 || selectionModel()->hasSelection()) return false;
-  goTo(0);
+  goTo(event.key() == Qt::Key_End ? std::size_t(model_.rowCount() - 1) : 0);
   return true;
 }
 

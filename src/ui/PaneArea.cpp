@@ -103,7 +103,9 @@ ListId PaneArea::focusedList() const {
 }
 
 void PaneArea::restoreFocus() {
-  if (lastFocused_ == ListId::Folders) panes_.pane(ListId::Folders).list().setFocus();
+  const QWidget* const focus = QApplication::focusWidget();
+  if (focus == nullptr || qobject_cast<const QToolButton*>(focus) != nullptr)
+    panes_.pane(focusedList()).list().setFocus();
 }
 
 void PaneArea::Change_ButtonHeaderActive(ListId list) {

@@ -25,7 +25,8 @@ class PaneArea : public QSplitter {
   /// The list that has the keyboard focus, or had it last.
   ListId focusedList() const;
 
-  /// Gives the focus back to the tree if the tree had it.
+  /// Gives the focus back to the list that had it last, if no other control has taken it; a button
+  /// got it only because the list or the source field was disabled.
   void restoreFocus();
 
   /// Shows what a scan found on the right side, with a selected row: the files of the source, or

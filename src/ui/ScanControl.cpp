@@ -34,7 +34,7 @@ void ScanControl::StartSearchViaToolbar() {
   state_.session.SourceQueue.clear();
   const Text path = sources_.path();
   if (path.empty()) return;
-  if (sources_.findText(toQString(path), Qt::MatchExactly) < 0) sources_.AddNewSearchPath(path);
+  if (xExistFolder_W(path)) sources_.AddNewSearchPath(path);
   state_.session.SourceQueue.push_back(path);
   Ordnerliste_Abarbeiten();
 }
@@ -71,6 +71,10 @@ void ScanControl::Ordnerliste_Abarbeiten() {
   folders.rowsReplaced();
   if (result.lastRoot != kNoNode) folders.selectRow(result.lastRoot);
   Q_EMIT finished(fillsLists);
+  if (result.sourcesMissing == 0) return;
+  dialogs_.message(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {result.missing}),
+                   UserInterface::Severity::Warning);
+  sources_.edit();
 }
 
 /// The lists that a run with one source filled.

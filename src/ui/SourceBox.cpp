@@ -7,6 +7,7 @@
 
 #include "fs/ExactPath.h"
 #include "fs/PathText.h"
+#include "fs/TypedPath.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Files.h"
 #include "platform/FolderWalk.h"
@@ -50,12 +51,7 @@ SourceBox::SourceBox(WindowState& state, QWidget* parent) : QComboBox(parent), s
   });
 }
 
-Text SourceBox::path() const {
-  Text typed = toText(currentText());
-  // A name may begin or end with blanks, but most blanks come with a copied path.
-  if (!xExistFolder_W(typed)) typed = Text(trimBlanks(typed));
-  return typed.empty() ? typed : platform::GetFullPathNameW(typed);
-}
+Text SourceBox::path() const { return typedPath(toText(currentText())); }
 
 void SourceBox::AddNewSearchPath(const Text& path) {
   const QString text = toQString(xRemoveBackslash(path));

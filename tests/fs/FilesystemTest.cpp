@@ -7,6 +7,7 @@
 #include "fs/PathText.h"
 #include "fs/Recycling.h"
 #include "fs/Renaming.h"
+#include "fs/TypedPath.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Accounts.h"
 #include "tests/testing/RecordingSink.h"
@@ -114,6 +115,22 @@ TEST(FilesystemTest, DatesThatNoCalendarHasAreToldOnce) {
       sink.lines[0].starts_with(u"Die Datei '/odd' besitzt ein ungültiges Datum. Error5: "));
   data.ftLastWriteTime = fileTimeFromUnix(-86400LL * 365 * 200, 0);
   EXPECT_LT(xGetFileModifyDateByWFD(data, u"/old"), 0);
+}
+
+TEST(FilesystemTest, ATypedPathIsTheFolderThatAPersonMeans) {
+  const TestFolder folder;
+  folder.file("a b/file", 1);
+  folder.folder("'q'");
+  const ScopedVariable home("HOME", folder.path());
+  const Text inside = folder.text("a b");
+  for (const Text& typed : {inside + u"/", u"  " + inside + u" ", u"\"" + inside + u"\"",
+                            u"'" + inside + u"'", Text(u"~/a b"), inside + u"/file",
+                            u"file://" + folder.text() + u"/a%20b", inside + u"//../a b/."})
+    EXPECT_EQ(typedPath(typed), inside) << toBytes(typed);
+  EXPECT_EQ(typedPath(u"~"), folder.text());
+  EXPECT_EQ(typedPath(folder.text("'q'")), folder.text("'q'")) << "the folder has this name";
+  EXPECT_EQ(typedPath(u" "), u"");
+  EXPECT_EQ(typedPath(u"/no/such"), u"/no/such");
 }
 
 TEST(FilesystemTest, AVolumeNamesItsFileSystemOrSaysWhyNot) {

@@ -609,7 +609,14 @@ TEST_F(PartsTest, TheSourceFieldOffersEarlierSourcesAndFoldersAndScansWhatIsInIt
   QTest::keyClick(popup, Qt::Key_Down);
   QTest::keyClick(popup, Qt::Key_Return);
   EXPECT_TRUE(QTest::qWaitFor([&] { return names(kFolders).value(0) == path("small"); }));
+  EXPECT_TRUE(run_.list(kFolders).hasFocus());
   EXPECT_EQ(field->text(), path("small"));
+  const int offered = box.count();
+  box.setEditText(u"/no/such"_s);
+  const Answer told(QMessageBox::Ok);
+  parts_.scans.startOrStop();
+  EXPECT_TRUE(QString(told.text).remove(QChar(0x200B)).contains(u"/no/such"_s));
+  EXPECT_EQ(box.count(), offered) << "it is not offered again";
 }
 
 TEST(ColumnFitTest, WideColumnsGiveWayToNarrowOnes) {
