@@ -609,7 +609,7 @@ TEST_F(PartsTest, TheSourceFieldOffersEarlierSourcesAndFoldersAndScansWhatIsInIt
   QTest::keyClick(popup, Qt::Key_Down);
   QTest::keyClick(popup, Qt::Key_Return);
   EXPECT_TRUE(QTest::qWaitFor([&] { return names(kFolders).value(0) == path("small"); }));
-  EXPECT_TRUE(run_.list(kFolders).hasFocus());
+  EXPECT_EQ(run_.window->focusWidget(), &run_.list(kFolders));
   EXPECT_EQ(field->text(), path("small"));
   const int offered = box.count();
   box.setEditText(u"/no/such"_s);
