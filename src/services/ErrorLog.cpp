@@ -141,7 +141,7 @@ void ErrorLog::LogDebug(TextView text, const std::vector<Text>& params) noexcept
     Text line = now().append(u" - ").append(text);
     for (const Text& param : params)
       line.append(u", ").append(param);
-    appendTo(u"debug.log", line.append(kLineEnd));
+    appendTo(u"debug.log", onOneLine(line).append(kLineEnd));
   } catch (...) {
   }
 }

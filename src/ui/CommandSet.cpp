@@ -7,12 +7,15 @@
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
 #include <QToolButton>
+#include <QToolTip>
 #include <QWidgetAction>
 #include <utility>
 
 #include "filters/FilterText.h"
+#include "platform/Locale.h"
 #include "support/Translate.h"
 #include "ui/Icons.h"
+#include "ui/Messages.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -246,6 +249,15 @@ void CommandSet::typed(const CommandState& bound, const QString& text) {
   }
 }
 
+/// Shows below a field what the user should know of its patterns.
+void CommandSet::showHint(QLineEdit& field, CommandId id) const {
+  const bool needsAll =
+      !list_ && (id == CommandId::OnlyTheseFilesText || id == CommandId::OnlyTheseFoldersText);
+  const Text hint = patternHint(toText(field.text()), needsAll, platform::localeTextRules());
+  QToolTip::showText(field.mapToGlobal(QPoint(0, field.height())), plainToolTip(toQString(hint)),
+                     &field);
+}
+
 /// Makes a line of a menu with a label and a field. The setting changes while the user types; when
 /// the user leaves the field, it shows what the setting became.
 QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
@@ -283,12 +295,14 @@ QAction* CommandSet::makeEdit(const Command& command, QWidget* parent) {
     connect(menu, &QMenu::aboutToHide, field, show);
   }
   connect(field, &QLineEdit::editingFinished, this, show);
-  connect(field, &QLineEdit::textEdited, this, [this, bound, id = command.id](const QString& text) {
-    typed(bound, text);
-    update();
-    applyLook();
-    Q_EMIT triggered(id);
-  });
+  connect(field, &QLineEdit::textEdited, this,
+          [this, bound, field, id = command.id](const QString& text) {
+            typed(bound, text);
+            if (bound.text != nullptr) showHint(*field, id);
+            update();
+            applyLook();
+            Q_EMIT triggered(id);
+          });
   // The arrow keys of the menu give the focus only to an entry that accepts it.
   line->setFocusPolicy(Qt::StrongFocus);
   line->setFocusProxy(field);

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QLineEdit>
 #include <QMenu>
 #include <QToolBar>
 #include <functional>
@@ -72,6 +73,7 @@ class CommandSet : public QObject {
   QAction* make(const Command& command);
   void joinChoices(const BarItem& item);
   void typed(const CommandState& bound, const QString& text);
+  void showHint(QLineEdit& field, CommandId id) const;
   QAction* makeEdit(const Command& command, QWidget* parent);
   void trigger(CommandId id, bool checked);
   void switchByText(CommandId toggle, bool on);

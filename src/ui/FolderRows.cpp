@@ -40,7 +40,8 @@ void FolderRows::treeChanged() {
     sortedDescending_ = true;
   }
   nodesWent();
-  if (sortColumn_ != bySize || !sortedDescending_) sort(*sortColumn_, sortedDescending_);
+  if (sortColumn_ != bySize || !sortedDescending_)
+    FolderRows::sort(*sortColumn_, sortedDescending_);
 }
 
 void FolderRows::nodesWent() {

@@ -1,3 +1,4 @@
+#include "filters/FilterText.h"
 #include "filters/mCompare.h"
 
 #include <random>
@@ -21,6 +22,17 @@ void expectLike(bool matches, TextView pairs) {
     const auto middle = pair.find(u'~');
     EXPECT_EQ(like(pair.substr(0, middle), pair.substr(middle + 1)), matches) << toBytes(pair);
   }
+}
+
+TEST(FilterTextTest, AHintTellsOfBrokenPatternsAndOfListsThatNeedAll) {
+  const auto hint = [](TextView patterns, bool needsAll) {
+    return patternHint(patterns, needsAll, platform::localeTextRules());
+  };
+  for (const TextView good : {u"", u"*.jpg", u"[a-f]*,*.png,"})
+    EXPECT_EQ(hint(good, false), u"") << toBytes(good);
+  EXPECT_NE(hint(u"*.jpg, [a", false), u"");
+  EXPECT_EQ(hint(u"*.jpg", true), u"");
+  EXPECT_NE(hint(u"*.jpg,*.png", true), u"");
 }
 
 TEST(LikePatternTest, Elements) {
