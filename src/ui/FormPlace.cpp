@@ -1,6 +1,7 @@
 #include "ui/FormPlace.h"
 
 #include <QScreen>
+#include <algorithm>
 
 namespace ombrelian::ui {
 namespace {
@@ -19,8 +20,14 @@ void placeForm(QWidget& window, TextView form, bool positionOnly, const IniStore
   const FormPosition wanted =
       LoadFormPosition(form, positionOnly, positionOf(window.geometry()),
                        {screen.width() * kTwipsPerPixel, screen.height() * kTwipsPerPixel}, file);
-  window.setGeometry(wanted.Left / kTwipsPerPixel, wanted.Top / kTwipsPerPixel,
-                     wanted.Width / kTwipsPerPixel, wanted.Height / kTwipsPerPixel);
+  // The screen may be smaller than the one of the last time, or have another scale.
+  QRect place(wanted.Left / kTwipsPerPixel, wanted.Top / kTwipsPerPixel,
+              wanted.Width / kTwipsPerPixel, wanted.Height / kTwipsPerPixel);
+  const QRect room = window.screen()->availableGeometry();
+  if (!positionOnly) place.setSize(place.size().boundedTo(room.size()));
+  place.moveTopLeft({std::min(place.left(), room.right() + 1 - place.width()),
+                     std::min(place.top(), room.bottom() + 1 - place.height())});
+  window.setGeometry(place);
   if (wanted.WindowState == 2 && !positionOnly) window.setWindowState(Qt::WindowMaximized);
 }
 

@@ -102,6 +102,7 @@ void Looks::ChangeLanguage(int language) {
   StoreSettings(u"Allgemein", u"Lang", ombrelian::toText(language), state_.settings);
   if (language == state_.session.languageId) return;
   const Text question =
+      TL(9869, u"Die neue Sprache gilt nach einem Neustart.") + u"\n\n" +
       TL(9280, u"Soll die Anwendung jetzt neu gestartet werden?") +
       (state_.session.tree.empty()
            ? Text()

@@ -106,6 +106,7 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   placeForm(*this, kForm, false, settings);
   o.looks.applyLook();
   setBusy(false);
+  showSides();
   o.status.StatusbarSetTextRightAUTO();
 }
 
@@ -189,11 +190,7 @@ void MainWindow::connectLists() {
     main_->update();
   });
   connect(o.area, &PaneArea::shownChanged, this, [this, &o](ListId list) {
-    const bool left = o.area->isLeftVisible();
-    const bool right = o.area->isRightVisible();
-    main_->action(CommandId::ShowBothSides)->setChecked(left && right);
-    main_->action(CommandId::ShowLeftSide)->setChecked(left && !right);
-    main_->action(CommandId::ShowRightSide)->setChecked(!left);
+    showSides();
     if (isVisible()) o.drives.readDrivesOnce();
     if (list == ListId::Files) {
       o.files.showFiles(false);
@@ -202,6 +199,15 @@ void MainWindow::connectLists() {
     }
     o.status.StatusbarSetTextRightAUTO();
   });
+}
+
+/// Marks in the menu which sides are visible.
+void MainWindow::showSides() {
+  const bool left = owned_->area->isLeftVisible();
+  const bool right = owned_->area->isRightVisible();
+  main_->action(CommandId::ShowBothSides)->setChecked(left && right);
+  main_->action(CommandId::ShowLeftSide)->setChecked(left && !right);
+  main_->action(CommandId::ShowRightSide)->setChecked(!left);
 }
 
 bool MainWindow::execute(std::optional<ListId> list, CommandId id) {

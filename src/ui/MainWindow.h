@@ -54,6 +54,7 @@ class MainWindow : public QMainWindow {
   void connectParts();
   void connectLists();
   void setBusy(bool busy);
+  void showSides();
   void setCommandsBusy(bool busy);
   void showReadOnly();
   void storeSettings();

@@ -292,6 +292,14 @@ QString SaveDialog::askForFile() {
              isReadOnly_});
 }
 
+/// Chooses the format of the ending that the user typed.
+void SaveDialog::followEnding(const Text& target) {
+  const auto format = formatOfExtension(xGetExtension(xGetFileName(target)));
+  if (!format || *format == chosenFormat()) return;
+  cboFormat_->setCurrentIndex(int(*format));
+  takeChoices();
+}
+
 void SaveDialog::accept() {
   if (isSaving_) return;
   takeChoices();
@@ -303,6 +311,7 @@ void SaveDialog::accept() {
     return;
   }
   const Text& target = *exact;
+  followEnding(target);
   choices_.last.LastSaveDir = Text(xGetPath(target));
   choices_.last.LastSaveFileName = Text(xGetFileNameWithoutExtension(target));
   const Failure failure = save(target);

@@ -80,6 +80,7 @@ class SaveDialog : public QDialog {
   void cboDelimiter_Click();
   ReportFormat chosenFormat() const;
   QString askForFile();
+  void followEnding(const Text& target);
   Failure save(const Text& target);
   void DisableControls(bool disable);
 

@@ -259,6 +259,11 @@ TEST_F(SaveDialogTest, TheQuestionForAFileBeginsWhereTheLastReportWent) {
   EXPECT_EQ((QStringList{asked.folder, asked.name, asked.filter, asked.extension}),
             (QStringList{toQString(out.text()), u"weekly.xlsx"_s, u"XLSX (*.xlsx)"_s, u"xlsx"_s}));
   EXPECT_TRUE(dialog->isVisible()) << "no file was chosen";
+  // The ending that a person types chooses the format.
+  dialog->setChooseFile(
+      [&](QWidget*, const FileQuestion&) { return toQString(out.text("t.xml")); });
+  press(*dialog, "OKButton");
+  EXPECT_TRUE(contents(toQString(out.text("t.xml"))).contains(u"<list>"_s));
 }
 
 /// Types a name into the desktop's dialog.
