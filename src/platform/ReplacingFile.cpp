@@ -132,6 +132,8 @@ Failure ReplacingFile::commit() {
     if (error != kSuccess) failure_ = systemError(error, kSource);
   }
   discard();
+  // A process that was killed between the two steps of a replacement left its file.
+  if (!failure_) removeLeftovers(folderOf(target_));
   return failure_;
 }
 

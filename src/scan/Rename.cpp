@@ -23,9 +23,14 @@ void takeOutFile(FolderTree& tree, TextView folder, TextView name, const platfor
 }
 
 void renameNodes(FolderTree& tree, TextView path, TextView newPath, TextView name) {
+  const Text real = realPath(tree, path);
+  Text newReal(xGetPath(real));
+  appendName(newReal, name);
+  bool isLink = false;  // only the link is renamed, not its target
   const std::vector<NodeIndex> below = sourcesBelow(tree, path);
   for (const NodeIndex node : foldersAt(tree, path)) {
     const bool isSource = tree[node].parent == kNoNode;
+    isLink = isLink || (isSource && tree[node].name() == path && tree.facts(node).isLink);
     if (!isSource || tree[node].name() == path) tree.rename(node, isSource ? newPath : name);
   }
   for (const NodeIndex source : below) {
@@ -34,6 +39,7 @@ void renameNodes(FolderTree& tree, TextView path, TextView newPath, TextView nam
     sourcePath.append(tree[source].name().substr(path.size()));
     tree.rename(source, sourcePath);
   }
+  if (!isLink) renameRealPaths(tree, real, newReal);
 }
 
 }  // namespace

@@ -53,23 +53,6 @@ TextView realPath(const FolderTree& tree, NodeIndex root) {
   return real.empty() ? tree[root].name() : TextView(real);
 }
 
-/// The path of an object without the links on the way to its source.
-Text realPath(const FolderTree& tree, TextView path, char16_t separator) {
-  TextView source;
-  TextView real;
-  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
-    const TextView name = tree[root].name();
-    const bool isHere = path == name || liesBelow(path, name, separator);
-    if (!isHere || name.size() < source.size()) continue;
-    source = name;
-    real = realPath(tree, root);
-  }
-  Text resolved(real);
-  const TextView rest = path.substr(source.size());
-  if (resolved.ends_with(separator) && rest.starts_with(separator)) resolved.pop_back();
-  return resolved.append(rest);
-}
-
 NodeIndex childOf(const FolderTree& tree, NodeIndex folder, TextView name) {
   NodeIndex child = tree[folder].firstChild;
   while (child != kNoNode && !(tree[child].has(FolderNode::IsFolder) && tree[child].name() == name))
@@ -194,6 +177,29 @@ void putInPlace(FolderTree& tree, NodeIndex folder, NodeIndex twin, bool follows
   }
   markIncompleteAbove(tree, old.parent);
   settleNames(tree);
+}
+
+Text realPath(const FolderTree& tree, TextView path, char16_t separator) {
+  TextView source;
+  TextView real;
+  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+    const TextView name = tree[root].name();
+    const bool isHere = path == name || liesBelow(path, name, separator);
+    if (!isHere || name.size() < source.size()) continue;
+    source = name;
+    real = realPath(tree, root);
+  }
+  Text resolved(real);
+  const TextView rest = path.substr(source.size());
+  if (resolved.ends_with(separator) && rest.starts_with(separator)) resolved.pop_back();
+  return resolved.append(rest);
+}
+
+void renameRealPaths(FolderTree& tree, TextView from, TextView to, char16_t separator) {
+  for (NodeIndex root = tree.firstRoot(); root != kNoNode; root = tree[root].nextSibling) {
+    Text& real = tree.facts(root).realPath;
+    if (real == from || liesBelow(real, from, separator)) real.replace(0, from.size(), to);
+  }
 }
 
 std::vector<NodeIndex> foldersAt(const FolderTree& tree, TextView shown, char16_t separator) {

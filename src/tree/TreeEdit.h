@@ -32,6 +32,14 @@ void forgetHardlinks(FolderTree& tree, NodeIndex folder);
 /// folders above are corrected; with `followsAll` also hardlinks, junctions and errors.
 void putInPlace(FolderTree& tree, NodeIndex folder, NodeIndex twin, bool followsAll);
 
+/// The path of an object without the links on the way to its source.
+Text realPath(const FolderTree& tree, TextView path,
+              char16_t separator = platform::kNativeSeparator);
+
+/// Notes that the folder with the real path `from` has the real path `to` now.
+void renameRealPaths(FolderTree& tree, TextView from, TextView to,
+                     char16_t separator = platform::kNativeSeparator);
+
 /// The folders with the path `path` (without final separator), at most one for each source. Sources
 /// that are or contain the same folder by another path, such as a link, have it too.
 std::vector<NodeIndex> foldersAt(const FolderTree& tree, TextView path,

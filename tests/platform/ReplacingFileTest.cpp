@@ -39,6 +39,13 @@ TEST_F(ReplacingFileTest, AKilledProcessLeavesNothing) {
   EXPECT_EQ(readFile(folder.path("report")), "old");
 }
 
+TEST_F(ReplacingFileTest, AFileRemovesWhatWasLeftBetweenTheStepsOfAReplacement) {
+  folder.write(".ombrelian-12.tmp", "whole but never renamed");
+  ReplacingFile file;
+  EXPECT_FALSE(file.open(folder.text("a")) || file.write("1") || file.commit());
+  EXPECT_EQ(namesIn(folder.path()), Names{"a"});
+}
+
 TEST_F(ReplacingFileTest, TheNextFileRemovesWhatAKilledProcessLeftButNotWhatIsInUse) {
   std::optional<ScopedFault> fault(noNamelessFiles());
   killWhileWriting();

@@ -294,6 +294,18 @@ TEST_F(DeletionTest, SourcesThatAreOneFolderByTwoPathsFollowTogether) {
   EXPECT_TRUE(exists("source/a/one"));
 }
 
+TEST_F(DeletionTest, SourcesBelowALinkFollowARename) {
+  folder.symlink("way", "source");
+  const NodeIndex outer = scan(folder.text("way/a"));
+  const NodeIndex inner = scan(folder.text("way/a/sub"));
+  EXPECT_EQ(renameFolder(tree, folder.text("way/a/sub"), u"new"), u"");
+  EXPECT_EQ(tree[inner].name(), folder.text("way/a/new"));
+  EXPECT_TRUE(deletion().List_Files_DeleteFiles(files, show("way/a/new", {u"two"})));
+  EXPECT_EQ(totals(inner), (ScanTotals{0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(totals(outer), (ScanTotals{100, 1, 1, 0, 0, 0}));
+  EXPECT_EQ(totals(root), (ScanTotals{4103, 3, 3, 0, 0, 0}));
+}
+
 TEST_F(DeletionTest, WhatDidNotCountIsNotSubtracted) {
   options.AddHardlinksOnlyOnce = 1;
   folder.hardlink("source/b/twin", "source/a/one");
