@@ -137,7 +137,7 @@ void TopLists::offerDate(ListId list, TextView name, TextView folder, std::int64
   // is checked first.
   if (!rows(list).admits(LocalClock::bound(date_, list == ListId::NewestFiles))) return;
   // A date that cannot be shown is none.
-  if (const std::int64_t seconds = clock_.seconds(date_); seconds > 0)
+  if (const std::int64_t seconds = clock_.seconds(date_); seconds != 0)
     offerFile(list, seconds, name, folder, size, data);
 }
 

@@ -26,8 +26,9 @@ std::vector<int> toWidths(TextView text, std::size_t sections) {
   for (const QString& pair : toQString(text).split(u' ', Qt::SkipEmptyParts)) {
     const QStringList parts = pair.split(u':');
     if (parts.size() != 2) continue;
-    const auto section = std::size_t(parts[0].toUInt());
-    if (section < sections) widths[section] = std::clamp(parts[1].toInt(), 0, 10'000);
+    bool isNumber = false;
+    const auto section = std::size_t(parts[0].toUInt(&isNumber));
+    if (isNumber && section < sections) widths[section] = std::clamp(parts[1].toInt(), 0, 10'000);
   }
   return widths;
 }
