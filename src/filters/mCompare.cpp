@@ -94,23 +94,32 @@ mCompare::Answer mCompare::fits(const LikePattern& pattern, TextView name, TextV
   return answerOf(pattern, name, path);
 }
 
-bool mCompare::isExcluded(const PatternList& list, TextView name, TextView path,
-                          TextView procedure) {
-  for (const LikePattern& pattern : list.patterns) {
-    const Answer answer = fits(pattern, name, path, procedure);
-    if (answer != Answer::No) return answer == Answer::Yes;
+/// Whether a list leaves out an object: an exclude list by its first pattern that matches, an
+/// include list by its first pattern that matches neither name nor path. A malformed pattern ends
+/// the list.
+template <class Ask>
+bool mCompare::leavesOut(const std::vector<LikePattern>& patterns, bool excludes, Ask ask) {
+  const Answer goesOn = excludes ? Answer::No : Answer::Yes;
+  const Answer decides = excludes ? Answer::Yes : Answer::No;
+  for (const LikePattern& pattern : patterns) {
+    const Answer answer = ask(pattern);
+    if (answer != goesOn) return answer == decides;
   }
   return false;
 }
 
-/// Whether an include list excludes the object: one pattern matches neither name nor path.
+bool mCompare::isExcluded(const PatternList& list, TextView name, TextView path,
+                          TextView procedure) {
+  return leavesOut(list.patterns, true, [&](const LikePattern& pattern) {
+    return fits(pattern, name, path, procedure);
+  });
+}
+
 bool mCompare::isNotIncluded(const PatternList& list, TextView name, TextView path,
                              TextView procedure) {
-  for (const LikePattern& pattern : list.patterns) {
-    const Answer answer = fits(pattern, name, path, procedure);
-    if (answer != Answer::Yes) return answer == Answer::No;
-  }
-  return false;
+  return leavesOut(list.patterns, false, [&](const LikePattern& pattern) {
+    return fits(pattern, name, path, procedure);
+  });
 }
 
 bool mCompare::CheckFolderFilter(TextView Name, TextView FullPath) {
@@ -122,15 +131,10 @@ bool mCompare::CheckFolderFilter(TextView Name, TextView FullPath) {
 std::function<bool(TextView, TextView)> mCompare::folderFilter() const {
   if (!filtersFolders()) return {};
   const bool excludes = folderExclude_.isActive;
-  const Answer decides = excludes ? Answer::Yes : Answer::No;
-  const Answer goesOn = excludes ? Answer::No : Answer::Yes;
-  return [patterns = (excludes ? folderExclude_ : folderInclude_).patterns, decides, goesOn](
+  return [patterns = (excludes ? folderExclude_ : folderInclude_).patterns, excludes](
              TextView name, TextView path) {
-    for (const LikePattern& pattern : patterns) {
-      const Answer answer = answerOf(pattern, name, path);
-      if (answer != goesOn) return answer == decides;
-    }
-    return false;
+    return leavesOut(patterns, excludes,
+                     [&](const LikePattern& pattern) { return answerOf(pattern, name, path); });
   };
 }
 

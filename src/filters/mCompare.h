@@ -70,6 +70,8 @@ class mCompare {
 
   void compile(std::uint8_t active, Text& setting, PatternList& list) const;
   static Answer answerOf(const LikePattern& pattern, TextView name, TextView path);
+  template <class Ask>
+  static bool leavesOut(const std::vector<LikePattern>& patterns, bool excludes, Ask ask);
   Answer fits(const LikePattern& pattern, TextView name, TextView path, TextView procedure);
   bool isExcluded(const PatternList& list, TextView name, TextView path, TextView procedure);
   bool isNotIncluded(const PatternList& list, TextView name, TextView path, TextView procedure);

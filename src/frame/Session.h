@@ -29,10 +29,10 @@ struct Session {
   /// Chooses what the window shows at its first start: every list, the most useful columns of the
   /// tree, bars for percentages, and each size in its fitting unit. Later starts use the stored
   /// options.
+  void chooseForFirstWindow(const IniStore& settings);
+
   /// Chooses fitting units if no window was ever open, for lists that are printed or saved.
   void chooseUnitsForFirstLists(const IniStore& settings);
-
-  void chooseForFirstWindow(const IniStore& settings);
 
   ScanState scanState(UserInterface& ui, DerivedLists* lists) {
     return {options, tree, context, filters, log, ui, lists};

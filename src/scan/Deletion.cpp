@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "format/Sizes.h"
 #include "fs/Deleting.h"
@@ -245,17 +246,19 @@ bool Deletion::survey(Targets& targets, Survey& survey) {
       failToDelete(error);
       continue;
     }
-    const Survey others = survey;
+    // Only a folder in the bin can be taken out of the numbers again; a copy knows all hardlinks.
+    std::optional<Survey> others;
+    if (recycles_ && data.isFolder()) others = survey;
     const std::uint64_t before = survey.objects();
     const auto goOn = [&](std::uint64_t count) { return goesOn(path, count); };
     const bool isCounted = !isThere || survey.add(path, data, goOn);
     if (survey.isSilent) failToDelete(platform::kTimeout);
     if (!isCounted || !goOn(survey.objects())) return false;
-    if (recycles_ && survey.mountPoints > others.mountPoints) {
+    if (others && survey.mountPoints > others->mountPoints) {
       const Text reason =
           TL(9862, u"Darin ist ein Dateisystem eingehängt, das mit in den Papierkorb käme.");
       fail({path, reason}, TL(9662, u"'%1' kann nicht gelöscht werden: %2", {path, reason}));
-      survey = others;
+      survey = std::move(*others);
       continue;
     }
     target.file.isHardlink = hardlinkCount(data) > 0;

@@ -4,27 +4,29 @@
 #include "support/Guard.h"
 
 namespace ombrelian {
+namespace {
 
-Text SystemFileTypes::typeText(TextView extension) {
+/// What `ask` knows of an extension; it is asked once, and `known` keeps the answer.
+template <class Ask>
+Text askOnce(std::unordered_map<Text, Text>& known, TextView extension, TextView proc, Ask ask) {
   return GuardedOr(
-      u"FileTypes", u"typeText",
+      u"FileTypes", proc,
       [&] {
-        const auto [known, isNew] = typeTexts_.try_emplace(Text(extension));
-        if (isNew) known->second = platform::GetFileTypeName(extension);
-        return known->second;
+        const auto [entry, isNew] = known.try_emplace(Text(extension));
+        if (isNew) entry->second = ask(extension);
+        return entry->second;
       },
       nothing<Text>);
 }
 
+}  // namespace
+
+Text SystemFileTypes::typeText(TextView extension) {
+  return askOnce(typeTexts_, extension, u"typeText", platform::GetFileTypeName);
+}
+
 Text SystemFileTypes::associatedProgram(TextView extension) {
-  return GuardedOr(
-      u"FileTypes", u"associatedProgram",
-      [&] {
-        const auto [known, isNew] = programs_.try_emplace(Text(extension));
-        if (isNew) known->second = platform::GetAssociatedProgram(extension);
-        return known->second;
-      },
-      nothing<Text>);
+  return askOnce(programs_, extension, u"associatedProgram", platform::GetAssociatedProgram);
 }
 
 Text SystemFileTypes::iconName(TextView extension) {
