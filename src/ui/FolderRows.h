@@ -35,9 +35,10 @@ class FolderRows : public RowSource {
   MatchCount countMatches(const QString& text, int milliseconds) override;
   bool holds(std::size_t row, const QString& text) const override;
 
+  const char* iconOf(NodeIndex node, const RowLook& look) const;
+
   /// Name of a source, with the label of its drive and the date of the scan if the options request
   /// them.
-  const char* iconOf(NodeIndex node, const RowLook& look) const;
   Text rootCaption(NodeIndex root) const;
 
   /// Updates the rows after nodes were added or removed and the tree was sorted by size.
