@@ -27,9 +27,9 @@ ReportSource allSources(const FolderTree& tree) {
 /// The note about the file that a dialog saved.
 Text noteOn(const SaveDialog& dialog) {
   const Text& target = dialog.target();
-  const Text note = dialog.wasCancelled()
-                        ? TL(9607, u"Abgebrochen; gespeichert ist, was fertig war: %1", {target})
-                        : TL(9606, u"Gespeichert: %1", {target});
+  Text note = dialog.wasCancelled()
+                  ? TL(9607, u"Abgebrochen; gespeichert ist, was fertig war: %1", {target})
+                  : TL(9606, u"Gespeichert: %1", {target});
   if (dialog.cutCells() == 0) return note;
   const Text cut = TL(9821, u"Zu lange Zellen, die gekürzt wurden: %1",
                       {ombrelian::toText(std::int64_t(dialog.cutCells()))});
