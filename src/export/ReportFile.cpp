@@ -2,6 +2,9 @@
 
 #include <bit>
 
+#include "format/TerminalText.h"
+#include "platform/Process.h"
+
 namespace ombrelian {
 namespace {
 
@@ -21,6 +24,7 @@ Failure ReportFile::openOutput() {
   platform::ErrorCode error = platform::kSuccess;
   output_ = platform::OpenStandardOutput(error);
   if (error != platform::kSuccess) failure_ = systemError(error, u"ReportFile");
+  isTerminal_ = platform::IsTerminal(platform::StandardStream::Output);
   return failure_;
 }
 
@@ -31,7 +35,9 @@ void ReportFile::SaveLineToFile(TextView line, bool WithLineEnd) {
 }
 
 void ReportFile::append(TextView text) {
-  if (isPiped()) {
+  if (isTerminal_) {
+    appendBytes(forTerminal(text), buffer_);
+  } else if (isPiped()) {
     appendBytes(text, buffer_);
   } else if constexpr (std::endian::native == std::endian::little) {
     buffer_.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));

@@ -12,13 +12,14 @@ inline constexpr TextView kStandardOutput = u"-";
 
 /// Writes a report in text form to the disk: UTF-16, little-endian, with a byte order mark; lines
 /// end with CR LF. The file gets the name of its target only when it is complete. The standard
-/// output gets what other programs expect of it: UTF-8 without a mark; lines end with LF.
+/// output gets what other programs expect of it: UTF-8 without a mark; lines end with LF. A
+/// terminal gets no control characters of names.
 class ReportFile {
  public:
   Failure open(TextView target);
 
-  /// Appends all code units of `line` without changes. A failed write is kept for commit(), so the
-  /// caller need not check each line.
+  /// Appends `line`; files get all its code units without changes. A failed write is kept for
+  /// commit(), so the caller need not check each line.
   void SaveLineToFile(TextView line, bool WithLineEnd);
 
   /// Whether the report goes to the standard output.
@@ -39,6 +40,7 @@ class ReportFile {
 
   platform::ReplacingFile file_;
   platform::FileHandle output_;  // the standard output, if that is the target
+  bool isTerminal_ = false;      // whether the target is a terminal
   std::string buffer_;
   Failure failure_;
 };

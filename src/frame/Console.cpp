@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "format/Sizes.h"
+#include "format/TerminalText.h"
 #include "platform/Process.h"
 #include "support/Translate.h"
 
@@ -10,22 +11,6 @@ namespace ombrelian {
 namespace {
 
 constexpr std::string_view kClearLine = "\r\x1B[K";
-
-/// Whether a terminal would execute the character, or show the text after it in another direction.
-bool isControl(char16_t unit) {
-  const bool isDirection = unit == 0x061C || unit == 0x200E || unit == 0x200F ||
-                           (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
-  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || isDirection;
-}
-
-/// Replaces control characters of a name by a mark.
-Text withoutControls(TextView text) {
-  Text clean(text);
-  for (char16_t& unit : clean) {
-    if (isControl(unit) && unit != u'\n') unit = u'\uFFFD';
-  }
-  return clean;
-}
 
 /// The beginning and the end of a line that is longer than `width` code units.
 Text shortened(const Text& line, std::size_t width) {
@@ -41,17 +26,17 @@ bool writeAll(FILE* stream, std::string_view bytes) {
 
 }  // namespace
 
-Console::Console() : isTerminal_(platform::IsErrorOutputTerminal()) {}
+Console::Console()
+    : isTerminal_(platform::IsTerminal(platform::StandardStream::Error)),
+      isOutputTerminal_(platform::IsTerminal(platform::StandardStream::Output)) {}
 
 Console::~Console() { clearProgress(); }
 
-void Console::print(TextView line) {
-  clearProgress();
-  writeAll(stdout, toBytes(line) + "\n");
-}
+void Console::print(TextView line) { write(toBytes(line) + "\n"); }
 
 bool Console::write(std::string_view bytes) {
   clearProgress();
+  if (isOutputTerminal_) return writeAll(stdout, toBytes(forTerminal(fromBytes(bytes))));
   return writeAll(stdout, bytes);
 }
 
@@ -84,7 +69,7 @@ void Console::cellsWereCut(std::uint64_t cells) {
 void Console::showProgress(const Text& line) {
   const auto width = std::size_t(platform::GetTerminalWidth() - 1);
   std::string bytes(kClearLine);
-  appendBytes(shortened(withoutControls(replaceAll(line, u"\n", u" ")), width), bytes);
+  appendBytes(shortened(forTerminal(replaceAll(line, u"\n", u" ")), width), bytes);
   writeAll(stderr, bytes);
   progressShown_ = true;
 }
@@ -97,7 +82,7 @@ void Console::clearProgress() {
 
 std::string Console::forErrorOutput(TextView text) const {
   const Text lines = replaceAll(text, u"\r\n", u"\n");
-  return toBytes(isTerminal_ ? withoutControls(lines) : lines) + "\n";
+  return toBytes(isTerminal_ ? forTerminal(lines) : lines) + "\n";
 }
 
 void Console::message(TextView text, Severity) {

@@ -15,7 +15,8 @@ class Console : public UserInterface, public LogListener {
   /// Writes one line to standard output.
   void print(TextView line);
 
-  /// Writes bytes to standard output without changes; false: not all of them could be written.
+  /// Writes whole characters in UTF-8 to standard output, to a terminal without control characters;
+  /// false: not all of them could be written.
   bool write(std::string_view bytes);
 
   void scanBegins() override {}
@@ -41,7 +42,8 @@ class Console : public UserInterface, public LogListener {
   void clearProgress();
   std::string forErrorOutput(TextView text) const;
 
-  const bool isTerminal_;
+  const bool isTerminal_;        // whether standard error is a terminal
+  const bool isOutputTerminal_;  // whether standard output is one
   bool progressShown_ = false;
   bool hasCutCells_ = false;
 };

@@ -60,10 +60,12 @@ struct SystemFacts {
 };
 SystemFacts GetSystemFacts();
 
-/// Whether the standard error of the process is a terminal.
-bool IsErrorOutputTerminal();
+enum class StandardStream { Output, Error };
 
-/// Width of that terminal in columns; 80 if it is not known.
+/// Whether a stream of the process is a terminal.
+bool IsTerminal(StandardStream stream);
+
+/// Width of the terminal of the standard error in columns; 80 if it is not known.
 int GetTerminalWidth();
 
 /// A named mark that other processes of this user can see while this object exists. More than one

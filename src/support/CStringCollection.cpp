@@ -257,7 +257,6 @@ void CStringCollection::removeNode(std::int32_t z) {
   }
   const std::int32_t x = unlink(y);
   const std::int32_t freed = GetIndex(z);
-  IndexArray[freed] = 0;
   if (y != z) {
     // The item of the successor moves to z and keeps its position.
     Nodes[z].Key.swap(Nodes[y].Key);

@@ -2,6 +2,7 @@
 
 #include "frame/SilentRun.h"
 
+#include <pty.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -205,6 +206,66 @@ TEST_F(SilentRunTest, CountsOfARealDiskAreThoseOfFind) {
   const Outcome usr = run({u"-s1", out.text("usr.csv"), u"/usr"});
   EXPECT_LE(usr.status, kExitPartial) << usr.errors;
   EXPECT_EQ(filesFoldersBytes(usr.output), countWithFind("/usr"));
+}
+
+/// What `body` writes to its standard output and standard error if both are a terminal that is 60
+/// columns wide.
+template <class Body>
+std::string onTerminal(Body body) {
+  int keyboard = -1, screen = -1;
+  const winsize size = {24, 60, 0, 0};
+  EXPECT_EQ(openpty(&keyboard, &screen, nullptr, nullptr, &size), 0);
+  const int streams[] = {dup(STDOUT_FILENO), dup(STDERR_FILENO)};
+  dup2(screen, STDOUT_FILENO);
+  dup2(screen, STDERR_FILENO);
+  body();
+  dup2(streams[0], STDOUT_FILENO);
+  dup2(streams[1], STDERR_FILENO);
+  for (const int descriptor : {screen, streams[0], streams[1]})
+    close(descriptor);
+  std::string shown;
+  char buffer[4096];
+  for (ssize_t got = 0; (got = read(keyboard, buffer, sizeof buffer)) > 0;)
+    shown.append(buffer, std::size_t(got));
+  close(keyboard);
+  return shown;
+}
+
+TEST_F(SilentRunTest, ATerminalShowsProgressAndIsNotControlledByNames) {
+  const auto progress = [] {
+    Console console;
+    console.scanProgress(u"/a/\x1B[2J/" + Text(60, u'n') + u"/end", 12, 3, 2048);
+    console.saveProgress(7, 1000);
+    console.message(u"told", UserInterface::Severity::Error);
+  };
+  const std::string line = onTerminal(progress);
+  const std::string clear = "\r\x1B[K";
+  const std::string_view parts[] = {"12 Dateien, 3 Ordner, 2.00 KB", "/end", "\u2026"};
+  for (const std::string_view part : parts)
+    EXPECT_NE(line.find(part), std::string::npos) << line;
+  EXPECT_EQ(line.find("\x1B[2J"), std::string::npos);
+  EXPECT_NE(line.find(clear + "Speichere Zeile 7 von 1,000" + clear + "ombrelian: told\r\n"),
+            std::string::npos)
+      << line;
+  EXPECT_LE(fromBytes(line.substr(clear.size(), line.find(clear, 1) - clear.size())).size(), 59U);
+
+  source.file("a\x1B]0;title\x07z/\u202Egpj.exe", 5);
+  source.file("a\x1B]0;title\x07z/b\tc", 4);
+  for (const std::vector<Text>& arguments :
+       {std::vector<Text>{u"-s", u"-d1", u"-", source.text()}, {u"--lists", source.text()}}) {
+    const bool isSaved = arguments.front() == u"-s";
+    const std::string shown = onTerminal([&] {
+      Console console;
+      Session session;
+      const CommandLine parsed = parseArguments(arguments);
+      EXPECT_EQ(
+          isSaved ? runSilently(parsed, session, console) : runLists(parsed, session, console),
+          kExitDone);
+    });
+    EXPECT_NE(shown.find("a\uFFFD]0;title\uFFFDz"), std::string::npos) << shown;
+    for (const std::string_view part : {"\x1B]", "\x07", "\u202E"})
+      EXPECT_EQ(shown.find(part), std::string::npos) << shown;
+  }
 }
 
 Outcome lists(const std::vector<Text>& arguments) { return runOnConsole(runLists, arguments); }

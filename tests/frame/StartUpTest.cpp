@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <regex>
 
 #include "settings/z_Translate.h"
 #include "tests/testing/ScopedLocale.h"
@@ -129,6 +130,12 @@ TEST_F(StartUpTest, FaultsAreReportedAndCounted) {
                               "IniCreate: 20"};
   for (const std::string& row : rows) {
     EXPECT_NE(log.find(row), std::string::npos) << row;
+  }
+  // What every machine reports of itself.
+  for (const char* const line : {"SysUp: [0-9]+d [0-9:]+", "OS: [^ ].* Version: [0-9].*",
+                                 "PhysRAM: [1-9][0-9]* MB Free / [1-9][0-9]* MB Total",
+                                 "MemLoad: [0-9]+%", "RAM used: [1-9][0-9]* MB", "Comp: .+"}) {
+    EXPECT_TRUE(std::regex_search(log, std::regex("\r\n" + std::string(line) + "\r\n"))) << line;
   }
 }
 

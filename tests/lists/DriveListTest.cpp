@@ -3,6 +3,7 @@
 #include "lists/DriveList.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 
@@ -10,6 +11,7 @@
 #include "export/ListSave.h"
 #include "settings/SavedFolders.h"
 #include "tests/testing/Lists.h"
+#include "tests/testing/OwnMounts.h"
 #include "tests/testing/ScanFixture.h"
 
 namespace ombrelian {
@@ -136,6 +138,22 @@ TEST_F(DriveListTest, EveryMountIsARowAndTheTipOfADriveNamesTheOthersOfItsDevice
   const std::vector<Text> others = list.toolTipValues(list.rowOfDrive(u"/")).otherPlaces;
   EXPECT_THAT(all, ::testing::IsSupersetOf(others));
   EXPECT_THAT(others, ::testing::Not(::testing::Contains(u"/")));
+}
+
+TEST_F(DriveListTest, ADriveHasTheLabelThatTheSystemKeepsForItsDevice) {
+  struct stat root;
+  ASSERT_EQ(stat("/", &root), 0);
+  folder.folder("disk/by-label");
+  const std::string link = folder.path("disk/by-label/My\\x20\u00E4 disk");
+  if (mknod(link.c_str(), S_IFBLK | 0600, root.st_dev) != 0)
+    GTEST_SKIP() << "this user may not make devices";
+  runWithOwnMounts([&] {
+    mountAt("/dev");
+    ASSERT_EQ(mkdir("/dev/disk", 0755), 0);
+    mountAt("/dev/disk", folder.path("disk"));
+    list.Drives_GetAllDrives(file);
+    EXPECT_EQ(text(list.rowOfDrive(u"/"), u"name"), u"My \u00E4 disk");
+  });
 }
 
 TEST_F(DriveListTest, DrivesWithoutValuesComeFirstInOrder) {

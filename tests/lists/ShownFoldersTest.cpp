@@ -26,6 +26,9 @@ class ShownFoldersTest : public ::testing::Test {
       nodes_.push_back(tree_.addChild(parent, name, true));
       tree_[nodes_.back()].size = std::int64_t(random_() % 100);
       tree_[nodes_.back()].attributes = std::uint32_t(random_() % 8);
+      tree_[nodes_.back()].dateModified = FileTime(random_() % 5);
+      tree_[nodes_.back()].dateCreate = FileTime(random_() % 5);
+      tree_[nodes_.back()].dateAccess = FileTime(random_() % 5);
     }
   }
 
@@ -115,14 +118,18 @@ TEST_F(ShownFoldersTest, SortingOrdersSiblingsKeepsEqualsInOrderAndLosesNone) {
   const TextRules& rules = platform::localeTextRules();
   const auto order = [&](int id, NodeIndex a, NodeIndex b) {
     if (id == Id::Name) return rules.compare(tree_[a].name(), tree_[b].name(), false);
-    if (id == Id::Size) return int(tree_[a].size - tree_[b].size);
+    if (id == Id::Size || id == Id::Percent) return int(tree_[a].size - tree_[b].size);
+    if (id == Id::Modified) return int(tree_[a].dateModified - tree_[b].dateModified);
+    if (id == Id::Created) return int(tree_[a].dateCreate - tree_[b].dateCreate);
+    if (id == Id::Accessed) return int(tree_[a].dateAccess - tree_[b].dateAccess);
     const auto letters = [&](NodeIndex node) {
       return xFormatFileAttribute(tree_[node].attributes, false, {});
     };
     return letters(a).compare(letters(b));
   };
   for (const bool descending : {false, true}) {
-    for (const int id : {Id::Name, Id::Size, Id::Attributes, Id::Depth}) {
+    for (const int id : {Id::Name, Id::Size, Id::Percent, Id::Modified, Id::Created, Id::Accessed,
+                         Id::Attributes, Id::Depth}) {
       std::vector<std::size_t> before(nodes_.size());
       for (const NodeIndex node : nodes_)
         before[node] = shown_.rowOf(node);

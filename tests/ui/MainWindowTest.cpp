@@ -671,6 +671,7 @@ TEST_F(PartsTest, FilesFollowTheSelectedFolderWhileTheirListIsVisible) {
   parts_.area.Change_ButtonHeaderActive(ListId::Files);
   parts_.files.selectedFolderChanged();
   EXPECT_EQ(names(ListId::Files).size(), 3);
+  EXPECT_EQ(names(ListId::Files).first(), u"a.bin"_s) << "the largest file is the first";
   tree_.file("big/late", 1);
   parts_.files.showFiles(false);
   parts_.files.filterChanged(std::nullopt);

@@ -156,7 +156,9 @@ SystemFacts GetSystemFacts() {
   return facts;
 }
 
-bool IsErrorOutputTerminal() { return isatty(STDERR_FILENO) == 1; }
+bool IsTerminal(StandardStream stream) {
+  return isatty(stream == StandardStream::Output ? STDOUT_FILENO : STDERR_FILENO) == 1;
+}
 
 int GetTerminalWidth() {
   struct winsize size;
