@@ -481,6 +481,12 @@ TEST_F(TopListsFeedTest, LimitsAreHeldAndFilteredExtensionsStayOut) {
   EXPECT_EQ(lists.List_TOP_ShowFileStat(ListId::LargestFiles), u"5 Datei(en)");
   EXPECT_EQ(lists.Toplist_ShowSelectedFilesize(ListId::LargestFiles, {0, 1}).substr(0, 27),
             u"2 ausgewählte Datei(en) mit");
+
+  options.TopMaxCount[0] = 100'000;
+  lists.reset();
+  for (int size = 1; size <= 1'200; ++size)
+    feed(toText(size) + u".jpg", size);
+  EXPECT_EQ(names(ListId::LargestFiles).size(), 999U);
 }
 
 }  // namespace
