@@ -172,7 +172,9 @@ class FileList::Reader {
 FileList::Contents::Contents() : grid(kFileTable) {}
 
 FileList::FileList(Options& options, FileTypes& types)
-    : options_(options), types_(types), filter_(platform::localeTextRules()), sortColumn_(&kSize) {}
+    : options_(options), types_(types), filter_(platform::localeTextRules()) {
+  sortAsOpened(shown_.grid, ListId::Files);
+}
 
 bool FileList::List_Files_ScanFolder(Text& folder, bool force, const GoOn& goOn) {
   if (isReading_) return false;

@@ -111,8 +111,8 @@ class FileList : public FlatList {
   FileTypes& types_;
   mCompare filter_;
   Contents shown_;
-  const Column* sortColumn_;  // column by which the next read sorts the rows
-  bool sortsDescending_ = true;
+  const Column* sortColumn_ = nullptr;  // column by which the next read sorts the rows
+  bool sortsDescending_ = false;
   bool isReading_ = false;
 };
 

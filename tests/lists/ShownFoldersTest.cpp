@@ -128,7 +128,7 @@ TEST_F(ShownFoldersTest, SortingOrdersSiblingsKeepsEqualsInOrderAndLosesNone) {
     return letters(a).compare(letters(b));
   };
   for (const bool descending : {false, true}) {
-    for (const int id : {Id::Name, Id::Size, Id::Percent, Id::Modified, Id::Created, Id::Accessed,
+    for (const int id : {Id::Percent, Id::Name, Id::Size, Id::Modified, Id::Created, Id::Accessed,
                          Id::Attributes, Id::Depth}) {
       std::vector<std::size_t> before(nodes_.size());
       for (const NodeIndex node : nodes_)
