@@ -17,6 +17,9 @@ namespace {
 /// The longest time that input may wait, in milliseconds.
 constexpr std::uint64_t kInputIntervalMs = 30;
 
+/// How long one call on the file system of the target may take after the user cancelled the save.
+constexpr std::chrono::milliseconds kAfterCancel(1000);
+
 constexpr int kBarSteps = 1000;
 
 /// The number of rows for which the text has room.
@@ -56,10 +59,22 @@ void SaveProgress::begin() {
   text_->setText(toQString(TL(9604, u"Der Bericht wird begonnen...")));
   bar_->setRange(0, 0);
   show();
+  patience_.emplace([this](std::chrono::milliseconds waited) {
+    yield();
+    return keepsWaiting(waited);
+  });
   yield();
 }
 
-void SaveProgress::end() { hide(); }
+void SaveProgress::end() {
+  patience_.reset();
+  hide();
+}
+
+/// A save may take as long as its file system needs, until the user cancels it.
+bool SaveProgress::keepsWaiting(std::chrono::milliseconds waited) const {
+  return !isCancelled_ || waited < kAfterCancel;
+}
 
 void SaveProgress::cancel() {
   isCancelled_ = true;
@@ -89,10 +104,17 @@ void SaveProgress::runAside(const std::function<void()>& job) {
   bar_->setRange(0, 0);
   text_->setText(closingText());
   QEventLoop events;
+  const auto patientJob = [this, &job] {
+    const platform::Patience patience(
+        [this](std::chrono::milliseconds waited) { return keepsWaiting(waited); });
+    job();
+  };
   std::future<void> result = worker_.add(
-      job, [&events] { QMetaObject::invokeMethod(&events, "quit", Qt::QueuedConnection); });
+      patientJob, [&events] { QMetaObject::invokeMethod(&events, "quit", Qt::QueuedConnection); });
   events.exec();
-  result.get();  // waits if the end of the program ended the loop
+  // If the end of the program ended the loop, nobody can cancel the save any more.
+  if (result.wait_for(std::chrono::seconds(0)) != std::future_status::ready) cancel();
+  result.get();
 }
 
 /// Qt cannot report whether input is waiting, so input is handled at short intervals.

@@ -2,7 +2,10 @@
 
 #include <QLabel>
 #include <QProgressBar>
+#include <atomic>
+#include <optional>
 
+#include "platform/Patience.h"
 #include "platform/Worker.h"
 #include "support/UserInterface.h"
 
@@ -20,7 +23,7 @@ class SaveProgress : public QWidget, public UserInterface {
   void begin();
   void end();
 
-  /// Lets the save end as soon as it asks.
+  /// Lets the save end as soon as it asks. If its file system does not answer, the save fails.
   void cancel();
 
   /// Whether the last save was cancelled before everything was written.
@@ -43,12 +46,15 @@ class SaveProgress : public QWidget, public UserInterface {
   bool ask(TextView question) override;
 
  private:
+  bool keepsWaiting(std::chrono::milliseconds waited) const;
+
   QLabel* const text_;
   QProgressBar* const bar_;
-  bool isCancelled_ = false;
+  std::atomic<bool> isCancelled_ = false;  // the worker reads it too
   bool isHeeded_ = false;
   std::uint64_t cutCells_ = 0;
-  std::uint64_t lastYield_ = 0;  // platform::GetTickCount
+  std::uint64_t lastYield_ = 0;                 // platform::GetTickCount
+  std::optional<platform::Patience> patience_;  // during a save
   platform::Worker worker_;
 };
 

@@ -195,7 +195,7 @@ TEST_F(SilentMountTest, NoQuestionWaitsForEver) {
        }},
       {"volume", FUSE_LOOKUP, SilentMount::kA, [&] { return !keepsOwners(folder.text("a")); }},
       {"rename", FUSE_RENAME, SilentMount::kAny,
-       [&] { return !xMoveFile_W(target, folder.text("new")).empty(); }},
+       [&] { return !xMoveFile_W(folder.text("a/a2"), folder.text("a/new")).empty(); }},
       {"delete", FUSE_UNLINK, SilentMount::kA1,
        [&] { return platform::DeleteFileW({folder.text("a/a1")}) == platform::kTimeout; }},
       {"bin", FUSE_LOOKUP, SilentMount::kTop,

@@ -23,20 +23,20 @@ constexpr unsigned kLongestLife = 60;  // seconds after which the server ends an
 
 struct Node {
   std::uint64_t parent;
-  const char* name;
+  std::string name;
   bool isFolder;
   bool isGone = false;
 };
 
-/// The objects by their numbers.
-Node nodes[] = {{0, "", false},   {0, "", true},    {1, "a", true},   {2, "a1", false},
-                {2, "a2", false}, {1, "b", true},   {5, "b1", false}, {5, "c", true},
-                {7, "c1", false}, {1, "top", false}};
+/// The objects by their numbers; files that are made come behind them.
+std::vector<Node> nodes = {{0, "", false},   {0, "", true},    {1, "a", true},   {2, "a1", false},
+                           {2, "a2", false}, {1, "b", true},   {5, "b1", false}, {5, "c", true},
+                           {7, "c1", false}, {1, "top", false}};
 
 std::uint64_t find(std::uint64_t parent, const char* name) {
-  for (std::uint64_t i = 1; i < std::size(nodes); ++i) {
+  for (std::uint64_t i = 1; i < nodes.size(); ++i) {
     const Node& node = nodes[i];
-    if (node.parent == parent && !node.isGone && std::strcmp(node.name, name) == 0) return i;
+    if (node.parent == parent && !node.isGone && node.name == name) return i;
   }
   return 0;
 }
@@ -89,6 +89,19 @@ class Server {
       case FUSE_RMDIR:
         nodes[find(request.header.nodeid, request.body)].isGone = true;
         return send(request, 0, nullptr, 0);
+      case FUSE_CREATE:
+        return create(request);
+      case FUSE_OPEN:
+        return reply(request, fuse_open_out{});
+      case FUSE_WRITE: {
+        const auto& in = *reinterpret_cast<const fuse_write_in*>(request.body);
+        return reply(request, fuse_write_out{in.size, 0});
+      }
+      case FUSE_RENAME:
+        return rename(request, request.body + sizeof(fuse_rename_in));
+      case FUSE_FLUSH:
+      case FUSE_FSYNC:
+      case FUSE_RELEASE:
       case FUSE_RELEASEDIR:
         return send(request, 0, nullptr, 0);
       default:
@@ -135,14 +148,35 @@ class Server {
     reply(request, out);
   }
 
+  void create(const Request& request) {
+    struct {
+      fuse_entry_out entry = {};
+      fuse_open_out file = {};
+    } out;
+    out.entry.nodeid = nodes.size();
+    nodes.push_back({request.header.nodeid, request.body + sizeof(fuse_create_in), false});
+    out.entry.attr = attributes(out.entry.nodeid);
+    reply(request, out);
+  }
+
+  /// `names` are the old and the new name, which are in one folder.
+  void rename(const Request& request, const char* names) {
+    Node& node = nodes[find(request.header.nodeid, names)];
+    const std::string name = names + node.name.size() + 1;
+    if (const std::uint64_t older = find(request.header.nodeid, name.c_str()); older != 0)
+      nodes[older].isGone = true;
+    node.name = name;
+    send(request, 0, nullptr, 0);
+  }
+
   /// Lists a folder at once; the second request gets nothing.
   void list(const Request& request) {
     std::vector<char> out;
     const auto& in = *reinterpret_cast<const fuse_read_in*>(request.body);
-    for (std::uint64_t i = 1; in.offset == 0 && i < std::size(nodes); ++i) {
+    for (std::uint64_t i = 1; in.offset == 0 && i < nodes.size(); ++i) {
       const Node& node = nodes[i];
       if (node.parent != request.header.nodeid || node.isGone) continue;
-      const std::size_t length = std::strlen(node.name);
+      const std::size_t length = node.name.size();
       const std::size_t at = out.size();
       out.resize(at + FUSE_DIRENT_ALIGN(FUSE_NAME_OFFSET + length));
       auto& entry = *reinterpret_cast<fuse_dirent*>(out.data() + at);
@@ -150,7 +184,7 @@ class Server {
       entry.off = i;
       entry.namelen = std::uint32_t(length);
       entry.type = node.isFolder ? DT_DIR : DT_REG;
-      std::memcpy(entry.name, node.name, length);
+      std::memcpy(entry.name, node.name.data(), length);
     }
     send(request, 0, out.data(), out.size());
   }

@@ -3,12 +3,17 @@
 #include <sched.h>
 #include <sys/mount.h>
 
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTest>
 
+#include "tests/testing/SaveFixture.h"
 #include "tests/ui/WindowFixture.h"
 #include "ui/FilesOfFolder.h"
+#include "ui/QtText.h"
+#include "ui/SaveDialog.h"
 #include "ui/ScanControl.h"
 
 namespace ombrelian::testing {
@@ -67,6 +72,38 @@ TEST_F(SilentMountWindowTest, EscapeEndsWhatHangsAndTheWindowStaysAlive) {
     return label->text() == QStringLiteral("Das Dateisystem antwortet nicht.");
   }));
   mount_->answer();
+}
+
+TEST_F(SilentMountWindowTest, CancelEndsASaveWhoseTargetStopsAnswering) {
+  Program run(data_);
+  run.scan({tree_.text()});
+  for (const ReportFormat format : {ReportFormat::CSV, ReportFormat::XLSX}) {
+    for (const std::uint32_t request : {FUSE_CREATE, FUSE_WRITE, FUSE_RENAME}) {
+      mount_->silence(request, SilentMount::kAny);
+      const Text target = place_.text(nameOf(format));
+      QTimer::singleShot(0, run.window.get(), [&] {
+        auto* const dialog = qobject_cast<SaveDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        dialog->findChild<QComboBox*>(QStringLiteral("cboFormat"))->setCurrentIndex(int(format));
+        dialog->setChooseFile([&](QWidget*, const FileQuestion&) { return toQString(target); });
+        QTimer::singleShot(kPressAfterMs, dialog, [dialog] {
+          EXPECT_TRUE(dialog->isSaving());
+          QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        Answer message(QMessageBox::Ok);
+        QElapsedTimer clock;
+        clock.start();
+        dialog->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+        EXPECT_LT(clock.elapsed(), 5'000);
+        EXPECT_TRUE(message.text.contains(toQString(target))) << message.text.toStdString();
+        dialog->reject();
+      });
+      run.execute(ListId::Folders, CommandId::Save);
+      mount_->answer();
+      ASSERT_TRUE(QTest::qWaitFor(
+          [&] { return platform::CheckFolderWritable(place_.text()) == platform::kSuccess; }));
+    }
+  }
 }
 
 TEST_F(SilentMountWindowTest, TheSourceFieldDoesNotWaitForEver) {
