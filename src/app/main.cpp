@@ -40,6 +40,7 @@ void printHelp(Console& console) {
          u"  --save ORDNER     speichert stattdessen die Ordnerliste, alle Listen und das%!"
          u"                    Protokoll in ORDNER, jede unter ihrem Namen%!"
          u"  --format FORMAT   txt, csv, html, xml oder xlsx (sonst die gespeicherte Wahl)%!"
+         u"  --force           ersetzt auch schreibgeschützte Berichte%!"
          u"  --helpers N       Threads, die vorauslesen; 0 bis 64 (sonst so viele, wie sich%!"
          u"                    auf dem Laufwerk lohnen)%!"
          u"  --read-only       im Fenster sind Löschen und Umbenennen aus; Berichte lassen%!"
@@ -104,8 +105,8 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
   Session session;
   session.loadOptions(startUp.settings());
   if (line.mode == Mode::Lists) session.chooseUnitsForFirstLists(startUp.settings());
-  if (!startUp.settingsNotice().empty())
-    console.message(startUp.settingsNotice(), UserInterface::Severity::Warning);
+  for (const Text& notice : startUp.notices())
+    console.message(notice, UserInterface::Severity::Warning);
   if (startUp.errorLog().Errcount() > 0) {
     Text trace = startUp.DataPath();
     appendName(trace, u"debug.log");

@@ -6,6 +6,7 @@
 #include "export/XlsxWriter.h"
 #include "export/XmlWriter.h"
 #include "platform/Time.h"
+#include "support/Translate.h"
 
 namespace ombrelian {
 namespace {
@@ -149,8 +150,18 @@ std::unique_ptr<ReportWriter> makeReportWriter(ReportFormat format, const Report
   return std::make_unique<TxtWriter>(list, std::move(settings));
 }
 
+Failure protectionOf(TextView target, UserInterface& ui) {
+  if (target == kStandardOutput || !platform::ReplacingFile::isProtected(target)) return {};
+  if (ui.mayReplaceProtected(target)) return {};
+  return Error{std::int32_t(platform::kWriteProtect), u"saveReport",
+               TL(9879,
+                  u"Der vorhandene Bericht ist schreibgeschützt; ohne Fenster ersetzt ihn die "
+                  u"Option '--force'.")};
+}
+
 Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
                    const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui) {
+  if (Failure failure = protectionOf(target, ui)) return failure;
   const std::unique_ptr<ReportWriter> writer = makeReportWriter(format, list, settings);
   if (Failure failure = writer->open(target)) return failure;
   Progress progress(ui, feed.rowCount());

@@ -30,9 +30,13 @@ class ReportFeed {
 
 /// Saves the rows of `feed` to `target` (absolute). After a failure the target has not changed. If
 /// the user ends the save, the target contains the rows that were written until then, and it is
-/// well-formed.
+/// well-formed. A write-protected target is replaced only if `ui` allows it.
 Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
                    const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui);
+
+/// Why `target` must not be replaced although the folder allows it; none: it is not write-protected,
+/// or `ui` allows it.
+Failure protectionOf(TextView target, UserInterface& ui);
 
 /// The size settings of a list in a format. Formats that other programs read have bytes in place of
 /// the fitting unit.

@@ -76,6 +76,7 @@ class ArgumentReader {
     }
     if (option == kReadOnly) return line_.readOnly = true;
     if (option == u"--json") return line_.json = true;
+    if (option == u"--force") return line_.force = true;
     if (option == u"--save" || option == u"--format") return readValue(option);
     if (option == u"--rows" && readRows()) return true;
     if (option == u"--helpers") {

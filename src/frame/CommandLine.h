@@ -22,6 +22,7 @@ struct CommandLine {
   std::int32_t levels = -1;       // Silent: deepest level with rows; -1: all
   std::int32_t delimiter = -1;    // Silent: entry of the delimiter list; -1: the stored choice
   Text customDelimiter = {};      // Silent: used instead of the entry unless empty
+  bool force = false;             // Silent, Lists: write-protected reports are replaced
   bool json = false;              // Lists: the output is JSON
   Text saveFolder = {};           // Lists: folder for the saved lists; empty: they are printed
   std::optional<ReportFormat> format =

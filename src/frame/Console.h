@@ -25,11 +25,15 @@ class Console : public UserInterface, public LogListener {
                     std::int64_t bytes) override;
   void saveProgress(std::uint64_t row, std::uint64_t rows) override;
   void cellsWereCut(std::uint64_t cells) override;
+  bool mayReplaceProtected(TextView) override { return isForced_; }
   bool saveCancelled() override { return false; }
   void yield() override {}
   bool GetInputState() override { return false; }
   void message(TextView text, Severity severity) override;
   bool ask(TextView) override { return false; }
+
+  /// Lets reports that are write-protected be replaced.
+  void setForce(bool force) { isForced_ = force; }
 
   /// Whether a report was saved with cut cells.
   bool hasCutCells() const { return hasCutCells_; }
@@ -46,6 +50,7 @@ class Console : public UserInterface, public LogListener {
   const bool isOutputTerminal_;  // whether standard output is one
   bool progressShown_ = false;
   bool hasCutCells_ = false;
+  bool isForced_ = false;
 };
 
 }  // namespace ombrelian

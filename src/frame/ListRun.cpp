@@ -141,6 +141,7 @@ int runLists(const CommandLine& line, Session& session, Console& console) {
   turnAllListsOn(session.options);
   for (std::int64_t& maximum : session.options.TopMaxCount)
     maximum = std::max(maximum, std::min<std::int64_t>(line.rows, kMostTopRows));
+  console.setForce(line.force);
   const ListSaver saver(line, session, console);
   if (saves && !saver.prepare()) return kExitNothing;
   session.log.setListener(&console);

@@ -16,9 +16,10 @@ using Severity = UserInterface::Severity;
 
 /// Error text if it is known before the scan that the report cannot be saved; empty: no error is
 /// known.
-Text findObstacle(const Text& target) {
+Text findObstacle(const Text& target, Console& console) {
   if (target == kStandardOutput) return {};
-  const Failure failure = platform::ReplacingFile::check(target);
+  Failure failure = platform::ReplacingFile::check(target);
+  if (!failure) failure = protectionOf(target, console);
   return failure ? unwritableText(target, *failure) : Text();
 }
 
@@ -43,7 +44,8 @@ Text unwritableText(const Text& target, const Error& error) {
 }
 
 int runSilently(const CommandLine& line, Session& session, Console& console) {
-  if (const Text obstacle = findObstacle(line.target); !obstacle.empty()) {
+  console.setForce(line.force);
+  if (const Text obstacle = findObstacle(line.target, console); !obstacle.empty()) {
     console.message(obstacle, Severity::Error);
     return kExitNothing;
   }

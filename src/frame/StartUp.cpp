@@ -1,6 +1,7 @@
 #include "frame/StartUp.h"
 
 #include "fs/z_Filesystem.h"
+#include "platform/FilePlace.h"
 #include "platform/Time.h"
 #include "settings/IniSetUp.h"
 #include "support/Translate.h"
@@ -11,19 +12,37 @@ namespace {
 
 constexpr TextView kProgramName = u"Ombrelian";
 constexpr TextView kIniName = u"Ombrelian3.ini";
+constexpr TextView kLogName = u"Ombrelian.log";
 constexpr TextView kOldIniName = u"Ombrelian.ini";  // name that an older version used
 constexpr TextView kLanguageSection = u"Allgemein";
 constexpr TextView kLanguageKey = u"Lang";
 
-/// The folder for this user's settings and logs, even if it does not exist yet.
+/// The folder for this user's settings and logs, even if it does not exist yet; empty: none.
 Text dataFolder() {
   Text folder = platform::GetApplicationDataFolder();
-  return folder.empty() ? platform::GetModuleFolder() : appendName(folder, kProgramName);
+  return folder.empty() ? folder : appendName(folder, kProgramName);
 }
 
+/// Path of a file in the data folder; empty: there is no such folder.
 Text inDataFolder(TextView name) {
   Text path = dataFolder();
-  return appendName(path, name);
+  return path.empty() ? path : appendName(path, name);
+}
+
+/// Line about a variable of the environment that is not used.
+Text noteOn(const platform::UnusedFolder& folder) {
+  if (folder.isOfOthers) {
+    return TL(9874,
+              u"%1 nennt '%2'; diesen Ordner kann ein anderer Benutzer verändern, deshalb wird er "
+              u"nicht verwendet.",
+              {folder.variable, folder.value});
+  }
+  return TL(9875, u"%1 ist kein absoluter Pfad und wird nicht verwendet: '%2'",
+            {folder.variable, folder.value});
+}
+
+Text unusable(const Text& path, platform::ErrorCode error) {
+  return TL(9876, u"'%1' wird nicht verwendet: %2", {path, xGetErrorText(false, error)});
 }
 
 /// The language that an earlier start chose; none: this is the first start.
@@ -68,7 +87,7 @@ StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
   globalMutex_ = platform::CreateMutexW(Text(u"Global\\g").append(kProgramName));
   dataPath_ = dataFolder();
   iniFile_ = inDataFolder(kIniName);
-  if (!platform::GetApplicationDataFolder().empty()) xCreatePath(dataPath_);
+  checkDataFolder();
   ProgramFacts facts;
   facts.title = kProgramName;
   facts.version =
@@ -86,19 +105,41 @@ StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
 
 Text StartUp::logFile() const {
   Text path = dataPath_;
-  return appendName(path, u"Ombrelian.log");
+  return path.empty() ? path : appendName(path, kLogName);
 }
 
 StartUp::~StartUp() { setFaultSink(nullptr); }
+
+/// Makes the data folder and looks for objects that take the place of its files.
+void StartUp::checkDataFolder() {
+  for (const platform::UnusedFolder& folder : platform::GetUnusedFolders())
+    notices_.push_back(noteOn(folder));
+  if (dataPath_.empty()) return;
+  if (platform::MakeOwnFolder(dataPath_) == platform::kNotOwnFile) {
+    notices_.push_back(TL(9877,
+                          u"'%1' ist kein Ordner des Benutzers, der das Programm ausführt. "
+                          u"Einstellungen und Protokolle werden nicht verwendet.",
+                          {dataPath_}));
+    dataPath_.clear();
+    iniFile_.clear();
+    return;
+  }
+  for (const TextView name : {kIniName, kLogName, TextView(u"error.log"), TextView(u"debug.log")}) {
+    const Text path = inDataFolder(name);
+    platform::ErrorCode error = platform::kSuccess;
+    platform::OpenOwnFile(path, platform::kOpenRead, error);
+    if (error == platform::kNotOwnFile) notices_.push_back(unusable(path, error));
+  }
+}
 
 /// Opens the settings. Values that are written here are stored even if the run fails later.
 void StartUp::openSettings(int languageId) {
   const Text copy = prepareIniFile(iniFile_, inDataFolder(kOldIniName));
   if (!copy.empty()) {
-    settingsNotice_ = TL(9760,
-                         u"Der Datei mit den Einstellungen fehlte die Kennung am Anfang. Sie wurde "
-                         u"neu geschrieben; die alte Datei ist '%1'.",
-                         {copy});
+    notices_.push_back(TL(9760,
+                          u"Der Datei mit den Einstellungen fehlte die Kennung am Anfang. Sie wurde "
+                          u"neu geschrieben; die alte Datei ist '%1'.",
+                          {copy}));
   }
   settings_ = std::make_unique<IniStore>(iniFile_);
   // The choice of the first start is kept.

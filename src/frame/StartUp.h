@@ -29,22 +29,25 @@ class StartUp {
   StartUp(const StartUp&) = delete;
   StartUp& operator=(const StartUp&) = delete;
 
+  /// Folder of the settings and logs; empty: there is none.
   const Text& DataPath() const { return dataPath_; }
   const Text& IniFile() const { return iniFile_; }
-  /// Path of the user's log.
+  /// Path of the user's log; empty: there is none.
   Text logFile() const;
 
   ErrorLog& errorLog() { return *errorLog_; }
   IniStore& settings() { return *settings_; }
 
-  /// A line for the user if the settings file was repaired; else empty.
-  const Text& settingsNotice() const { return settingsNotice_; }
+  /// Lines for the user: a settings file that was repaired, and files and folders that are not used
+  /// because they could belong to somebody else.
+  const std::vector<Text>& notices() const { return notices_; }
 
   /// Whether this user starts the program for the first time, so that folders should get the shell
   /// verb.
   bool isFirstStart() const { return isFirstStart_; }
 
  private:
+  void checkDataFolder();
   void openSettings(int languageId);
 
   Date programStartTime_;
@@ -54,7 +57,7 @@ class StartUp {
   Text iniFile_;
   std::unique_ptr<ErrorLog> errorLog_;
   std::unique_ptr<IniStore> settings_;
-  Text settingsNotice_;
+  std::vector<Text> notices_;
   bool isFirstStart_ = false;
 };
 

@@ -43,7 +43,7 @@ Text typedPath(TextView typed) {
   if (path.empty()) return path;
   if (path.starts_with(kFileAddress)) path = pathOfAddress(path);
   if (path == u"~" || path.starts_with(u"~/"))
-    path.replace(0, 1, platform::GetEnvironmentVariableW(u"HOME"));
+    path.replace(0, 1, platform::GetHomeFolder());
   path = platform::GetFullPathNameW(path);
   if (!xExistFolder_W(path) && xExistFile_W(path)) path = Text(xGetPath(path));
   return path;

@@ -3,6 +3,7 @@
 #include "format/Sizes.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Time.h"
+#include "platform/WholeFile.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
 
@@ -11,6 +12,8 @@ namespace {
 
 /// The line end of text files on this system.
 TextView lineEnd() { return platform::kNativeSeparator == u'\\' ? u"\r\n" : u"\n"; }
+
+constexpr std::uint64_t kLongestLog = std::uint64_t(16) << 20;  // bytes
 
 constexpr Column kColumns[] = {
     {1, 3841, u"Zeit", u"date", CellKind::Timestamp},
@@ -32,10 +35,8 @@ void Log::LogProtokoll(TextView text, bool isError) {
 }
 
 void Log::appendToFile(const LogRow& row) {
-  platform::ErrorCode error = platform::kSuccess;
-  platform::FileHandle file = platform::CreateFileW(file_, platform::kOpenAppend, error);
-  if (error != platform::kSuccess) return;
-  platform::WriteFile(file, toBytes(dateText(row).append(u" - ").append(row.text) += lineEnd()));
+  const Text line = dateText(row).append(u" - ").append(row.text) += lineEnd();
+  platform::AppendToLog(file_, toBytes(line), kLongestLog);
 }
 
 void Log::addToGrid(const LogRow& row) {

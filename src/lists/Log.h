@@ -33,8 +33,8 @@ class Log : public FlatList {
   /// A reference to `options` is kept.
   explicit Log(const Options& options) : options_(options), grid_(columns()) {}
 
-  /// Sets the absolute path of the log file; without a path there is no file. The file is never
-  /// shortened.
+  /// Sets the absolute path of the log file; without a path there is no file. A file of more than
+  /// 16 MB is renamed, and a new one begins.
   void setFile(Text path) { file_ = std::move(path); }
 
   /// Adds a line with the current time. If the file cannot be written, the line is only in the

@@ -59,11 +59,14 @@ class FileHandle {
   friend ErrorCode ReadFile(FileHandle&, char*, std::size_t, std::size_t&);
   friend ErrorCode CloseHandle(FileHandle&);
   friend FileHandle OpenStandardOutput(ErrorCode&);
-  friend ErrorCode NameFile(const FileHandle&, TextView);
+  friend FileHandle DuplicateHandle(const FileHandle&, ErrorCode&);
+  friend ErrorCode FlushFileBuffers(FileHandle&);
+  friend ErrorCode GetFileInformationByHandle(const FileHandle&, FindData&);
   friend ErrorCode LockFile(FileHandle&);
-  friend ErrorCode CopyFileSecurity(TextView, FileHandle&);
   friend std::string GetHandlePath(const FileHandle&, TextView);
+  friend class FilePlace;
 
+  /// Result of a call on the open file, which owns all its other data.
   template <class Call>
   ErrorCode ask(Call call) const;
   ErrorCode close();
@@ -77,21 +80,23 @@ inline constexpr int kCreateNew = 1;       // opens for writing; kAlreadyExists 
 inline constexpr int kOpenExisting = 3;    // opens for reading and writing in place
 inline constexpr int kOpenAppend = 4;      // opens for writing at the end; makes a missing file
 inline constexpr int kOpenRead = 5;        // opens for reading
-inline constexpr int kCreateNameless = 7;  // makes a file without a name on the volume of the
-                                           // folder `path`, for writing and for NameFile; it
-                                           // disappears when it is closed. An error means that the
-                                           // volume has no such files
 
-/// Opens or makes a file. The file mask of the process decides who may read a new file. A folder
-/// can be opened with kOpenRead for LockFile alone.
+/// Opens or makes a file, and does not wait for the other end of a pipe. The file mask of the
+/// process decides who may read a new file. A folder can be opened with kOpenRead for LockFile
+/// alone.
 FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error);
 
 /// The standard output of the process.
 FileHandle OpenStandardOutput(ErrorCode& error);
 
-/// Gives a file that was made with kCreateNameless, open in any way, the name `path`, which must be
-/// on the same volume; kAlreadyExists: the name is taken.
-ErrorCode NameFile(const FileHandle& file, TextView path);
+/// A second handle of the open file. Both share a lock, which ends when both are closed.
+FileHandle DuplicateHandle(const FileHandle& file, ErrorCode& error);
+
+/// Waits until all that was written is on the disk. Success also if the file system cannot say so.
+ErrorCode FlushFileBuffers(FileHandle& file);
+
+/// Reads the data of the open file.
+ErrorCode GetFileInformationByHandle(const FileHandle& file, FindData& data);
 
 /// Locks the open file or folder until it is closed, without waiting. kSharingViolation: another
 /// handle holds the lock. Only callers of this function respect the lock, and some file systems
@@ -103,10 +108,6 @@ ErrorCode WriteFile(FileHandle& file, std::string_view bytes);
 
 /// Reads up to `size` bytes; `got` is 0 at the end of the file.
 ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t& got);
-
-/// Gives `file` the access rights of the object that `path` leads to, and also its owner if this
-/// user may set it.
-ErrorCode CopyFileSecurity(TextView path, FileHandle& file);
 
 /// A path with which the open file `file` can be opened again, even if it has no name; `path` is
 /// its own path. Valid while `file` is open.

@@ -14,8 +14,24 @@ namespace ombrelian::platform {
 Text GetEnvironmentVariableW(TextView name);
 
 /// Folder for the settings that all programs store for this user (no trailing separator); empty if
-/// the system names none.
+/// neither the environment nor the database of users names one. An administrator never gets a
+/// folder that another user controls.
 Text GetApplicationDataFolder();
+
+/// Home folder of this user: that of the environment, else that of the database of users; empty:
+/// none.
+Text GetHomeFolder();
+
+/// A folder in the environment that this program does not use.
+struct UnusedFolder {
+  Text variable;
+  Text value;
+  bool isOfOthers;  // an administrator runs the program, and another user controls the folder; else
+                    // the path is not absolute
+};
+
+/// All such folders, for a message.
+std::vector<UnusedFolder> GetUnusedFolders();
 
 /// Folder that holds this program's file, without trailing separator.
 Text GetModuleFolder();

@@ -17,6 +17,12 @@ Text ownText(ErrorCode code) {
       return TL(9611,
                 u"An dieser Stelle liegt inzwischen etwas anderes als angezeigt; bitte neu "
                 u"einlesen.");
+    case platform::kUntrustedLink:
+      return TL(9872,
+                u"Dort ist eine Verknüpfung, die ein anderer Benutzer angelegt hat; ihr wird nicht "
+                u"gefolgt.");
+    case platform::kNotOwnFile:
+      return TL(9873, u"Das ist keine gewöhnliche Datei des Benutzers, der das Programm ausführt.");
     case platform::kTimeout:
       return TL(9840, u"Das Dateisystem antwortet nicht.");
     default:

@@ -35,10 +35,14 @@ inline constexpr ErrorCode kAlreadyExists = 183;
 inline constexpr ErrorCode kNameTooLong = 206;
 inline constexpr ErrorCode kFileTooLarge = 223;
 inline constexpr ErrorCode kNotADirectory = 267;
+inline constexpr ErrorCode kUntrustedLink = 448;  // a link of somebody whom this process does not
+                                                  // trust
 inline constexpr ErrorCode kObjectReplaced =
     1006;  // another object is in the place of the wanted one
 inline constexpr ErrorCode kInputOutputError = 1117;
 inline constexpr ErrorCode kQuotaExceeded = 1295;
+inline constexpr ErrorCode kNotOwnFile =
+    1307;  // what is there is not an ordinary file of this user
 inline constexpr ErrorCode kTimeout = 1460;  // no answer within the time limit
 inline constexpr ErrorCode kLinkLoop = 1921;
 

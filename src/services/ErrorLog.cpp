@@ -7,11 +7,14 @@
 #include "platform/Accounts.h"
 #include "platform/Process.h"
 #include "platform/Time.h"
+#include "platform/WholeFile.h"
 #include "support/Translate.h"
 
 namespace ombrelian {
 namespace {
 
+constexpr TextView kFaults = u"error.log";
+constexpr std::uint64_t kLongestLog = std::uint64_t(16) << 20;  // bytes
 constexpr TextView kLineEnd = u"\r\n";
 constexpr std::int32_t kMissingComponent = 429;
 
@@ -131,7 +134,7 @@ void ErrorLog::Debug(TextView proc, TextView module, const Error& error,
 
 void ErrorLog::errorLine(TextView line) noexcept {
   try {
-    appendTo(u"error.log", now().append(u" - ").append(line).append(kLineEnd).append(kLineEnd));
+    appendTo(kFaults, now().append(u" - ").append(line).append(kLineEnd).append(kLineEnd));
   } catch (...) {
   }
 }
@@ -149,10 +152,8 @@ void ErrorLog::LogDebug(TextView text, const std::vector<Text>& params) noexcept
 void ErrorLog::appendTo(TextView file, TextView text) const noexcept {
   try {
     Text path = facts_.dataPath;
-    platform::ErrorCode error = platform::kSuccess;
-    platform::FileHandle log =
-        platform::CreateFileW(appendName(path, file), platform::kOpenAppend, error);
-    if (error == platform::kSuccess) platform::WriteFile(log, toBytes(text));
+    if (path.empty()) return;
+    platform::AppendToLog(appendName(path, file), toBytes(text), file == kFaults ? kLongestLog : 0);
   } catch (...) {
   }
 }

@@ -42,11 +42,11 @@ std::string withMark(std::string bytes) {
 /// Returns the path of the copy that it made; empty: there was nothing to repair.
 Text repair(const Text& path) {
   std::string bytes;
-  const ErrorCode error = platform::ReadWholeFile(path, bytes);
+  const ErrorCode error = platform::ReadOwnFile(path, bytes);
   if (error != kSuccess || bytes.starts_with(kIniByteOrderMark)) return {};
   Text copy = bytes.empty() ? Text() : path + u".bak";
-  if (!copy.empty() && platform::ReplaceWholeFile(copy, bytes)) return {};
-  platform::ReplaceWholeFile(path, withMark(std::move(bytes)));
+  if (!copy.empty() && platform::ReplaceOwnFile(copy, bytes)) return {};
+  platform::ReplaceOwnFile(path, withMark(std::move(bytes)));
   return copy;
 }
 

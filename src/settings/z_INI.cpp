@@ -1,5 +1,6 @@
 #include "settings/z_INI.h"
 
+#include "platform/FilePlace.h"
 #include "platform/Time.h"
 #include "platform/WholeFile.h"
 #include "support/Guard.h"
@@ -138,7 +139,7 @@ Result<IniStore::Stamp> IniStore::readStamp() const {
 Result<std::string> IniStore::readBytes(const Stamp& stamp) const {
   std::string bytes;
   if (!stamp.isThere) return bytes;
-  const ErrorCode error = platform::ReadWholeFile(path_, bytes);
+  const ErrorCode error = platform::ReadOwnFile(path_, bytes);
   if (error != kSuccess) return systemError(error, path_);
   return bytes;
 }
@@ -152,10 +153,10 @@ Failure IniStore::replaceFile() const {
     if (isReadOnly) return systemError(platform::kAccessDenied, path_);
     // The folder decides whether the file can be replaced, but the file itself decides whether it
     // may be changed.
-    const auto writable = platform::CreateFileW(path_, platform::kOpenExisting, error);
+    const auto writable = platform::OpenOwnFile(path_, platform::kOpenExisting, error);
     if (error != kSuccess) return systemError(error, path_);
   }
-  return platform::ReplaceWholeFile(path_, encodeIni(text_.text()));
+  return platform::ReplaceOwnFile(path_, encodeIni(text_.text()));
 }
 
 Text GetSettings(TextView section, TextView key, TextView defaultText, const IniStore& file) {

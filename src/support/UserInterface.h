@@ -34,6 +34,9 @@ class UserInterface {
   /// cut.
   virtual void cellsWereCut(std::uint64_t /*cells*/) {}
 
+  /// Whether a report that is write-protected may be replaced.
+  virtual bool mayReplaceProtected(TextView /*target*/) { return false; }
+
   /// Whether the user wants the save to end early; the report is then still well-formed.
   virtual bool saveCancelled() = 0;
 

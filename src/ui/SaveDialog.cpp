@@ -316,7 +316,8 @@ void SaveDialog::accept() {
   choices_.last.LastSaveFileName = Text(xGetFileNameWithoutExtension(target));
   const Failure failure = save(target);
   if (failure) {
-    progress_->message(unwritableText(target, *failure), UserInterface::Severity::Warning);
+    if (!progress_->wasDeclined())
+      progress_->message(unwritableText(target, *failure), UserInterface::Severity::Warning);
     OKButton_->setFocus();
     return;
   }

@@ -55,6 +55,7 @@ SaveProgress::SaveProgress(QWidget* parent)
 void SaveProgress::begin() {
   isCancelled_ = false;
   isHeeded_ = false;
+  isDeclined_ = false;
   cutCells_ = 0;
   text_->setText(toQString(TL(9604, u"Der Bericht wird begonnen...")));
   bar_->setRange(0, 0);
@@ -88,6 +89,13 @@ void SaveProgress::saveProgress(std::uint64_t row, std::uint64_t rows) {
   if (isClosing) return text_->setText(closingText());
   bar_->setValue(int(double(row) / double(rows) * kBarSteps));
   text_->setText(rowText(row, rows));
+}
+
+bool SaveProgress::mayReplaceProtected(TextView target) {
+  const Text question = TL(
+      9878, u"Der Bericht '%1' ist schreibgeschützt. Soll er trotzdem ersetzt werden?", {target});
+  isDeclined_ = !askQuestion(window(), toQString(question), QMessageBox::No);
+  return !isDeclined_;
 }
 
 bool SaveProgress::saveCancelled() {

@@ -29,6 +29,9 @@ class SaveProgress : public QWidget, public UserInterface {
   /// Whether the last save was cancelled before everything was written.
   bool wasCancelled() const { return isHeeded_; }
 
+  /// Whether the user did not want the last save to replace a protected report.
+  bool wasDeclined() const { return isDeclined_; }
+
   /// Number of cells of the last save that were cut.
   std::uint64_t cutCells() const { return cutCells_; }
 
@@ -38,6 +41,7 @@ class SaveProgress : public QWidget, public UserInterface {
   void scanProgress(TextView, std::int64_t, std::int64_t, std::int64_t) override {}
   void saveProgress(std::uint64_t row, std::uint64_t rows) override;
   void cellsWereCut(std::uint64_t cells) override { cutCells_ = cells; }
+  bool mayReplaceProtected(TextView target) override;
   bool saveCancelled() override;
   void yield() override;
   void runAside(const std::function<void()>& job) override;
@@ -52,6 +56,7 @@ class SaveProgress : public QWidget, public UserInterface {
   QProgressBar* const bar_;
   std::atomic<bool> isCancelled_ = false;  // the worker reads it too
   bool isHeeded_ = false;
+  bool isDeclined_ = false;
   std::uint64_t cutCells_ = 0;
   std::uint64_t lastYield_ = 0;                 // platform::GetTickCount
   std::optional<platform::Patience> patience_;  // during a save

@@ -115,8 +115,8 @@ int runWindow(int argc, char** argv) {
     session.log.setFile(startUp.logFile());
     MainWindow window(session, startUp.settings());
     window.show();
-    if (!startUp.settingsNotice().empty())
-      showMessage(&window, UserInterface::Severity::Warning, toQString(startUp.settingsNotice()));
+    for (const Text& notice : startUp.notices())
+      showMessage(&window, UserInterface::Severity::Warning, toQString(notice));
     if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
     QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
     status = QApplication::exec();

@@ -97,7 +97,7 @@ TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsCopiedAndWrittenAgain) {
     StartUp startUp({}, u"", 12);
     EXPECT_TRUE(dataFile("Ombrelian3.ini").starts_with(c.after)) << c.before;
     EXPECT_EQ(dataFile("Ombrelian3.ini.bak"), c.isCopied ? c.before : "");
-    EXPECT_EQ(startUp.settingsNotice().empty(), !c.isCopied);
+    EXPECT_EQ(startUp.notices().empty(), !c.isCopied);
     EXPECT_EQ(startUp.settings().INI_ReadString(u"Optionen", u"Kontextmenu", u""), u"1");
     EXPECT_EQ(startUp.settings().INI_ReadString(u"S", u"Name", u""), c.name);
   }

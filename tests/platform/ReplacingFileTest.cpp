@@ -15,7 +15,7 @@ class ReplacingFileTest : public ::testing::Test {
  protected:
   /// Makes the next file get a temporary name, as on a file system without nameless files.
   Fault noNamelessFiles() const {
-    return {.call = Call::Openat, .name = folder.path(), .error = EOPNOTSUPP, .times = 1};
+    return {.call = Call::Openat, .name = ".", .error = EOPNOTSUPP, .times = 1};
   }
 
   /// Begins a file in a process that is then killed.

@@ -97,6 +97,8 @@ int __real_renameat2(int fromFolder, const char* from, int toFolder, const char*
                      unsigned flags);
 int __real_mkdirat(int folder, const char* name, mode_t mode);
 int __real_unlinkat(int folder, const char* name, int flags);
+int __real_fdatasync(int fd);
+int __real_fsync(int fd);
 int __real_fchmodat(int folder, const char* name, mode_t mode, int flags);
 
 int __wrap_openat(int folder, const char* name, int flags, ...) {
@@ -144,6 +146,14 @@ int __wrap_mkdirat(int folder, const char* name, mode_t mode) {
 
 int __wrap_unlinkat(int folder, const char* name, int flags) {
   return guarded(Call::Unlinkat, name, [&] { return __real_unlinkat(folder, name, flags); });
+}
+
+int __wrap_fdatasync(int fd) {
+  return guarded(Call::Fdatasync, nullptr, [&] { return __real_fdatasync(fd); });
+}
+
+int __wrap_fsync(int fd) {
+  return guarded(Call::Fsync, nullptr, [&] { return __real_fsync(fd); });
 }
 
 int __wrap_fchmodat(int folder, const char* name, mode_t mode, int flags) {

@@ -19,7 +19,9 @@ enum class Call {
   Renameat2,
   Mkdirat,
   Unlinkat,
-  Fchmodat
+  Fchmodat,
+  Fdatasync,
+  Fsync
 };
 
 /// A kind of call that fails, and the error.

@@ -7,6 +7,7 @@
 #include "platform/Locale.h"
 #include "platform/MimeDatabase.h"
 #include "platform/Process.h"
+#include "platform/posix/Home.h"
 
 namespace ombrelian::platform {
 namespace {
@@ -35,19 +36,18 @@ std::string inFolder(const std::string& folder, const std::string& name) {
 std::string variable(TextView name) { return toBytes(GetEnvironmentVariableW(name)); }
 
 /// The user's folder, then those of the system.
-std::vector<std::string> baseFolders(TextView userName, const char* inHome, TextView systemName,
+std::vector<std::string> baseFolders(const char* userName, const char* inHome, TextView systemName,
                                      const char* system) {
-  std::vector<std::string> folders;
-  const std::string user = variable(userName);
-  folders.push_back(user.starts_with('/') ? user : variable(u"HOME") + inHome);
+  std::vector<std::string> folders = {userFolder(userName, inHome)};
   const std::string others = variable(systemName);
-  for (std::string& folder : split(others.empty() ? system : others, ':'))
-    folders.push_back(std::move(folder));
+  for (std::string& folder : split(others.empty() ? system : others, ':')) {
+    if (folder.starts_with('/')) folders.push_back(std::move(folder));
+  }
   return folders;
 }
 
 std::vector<std::string> applicationFolders() {
-  std::vector<std::string> folders = baseFolders(u"XDG_DATA_HOME", "/.local/share",
+  std::vector<std::string> folders = baseFolders("XDG_DATA_HOME", "/.local/share",
                                                  u"XDG_DATA_DIRS", "/usr/local/share:/usr/share");
   for (std::string& folder : folders)
     folder += "/applications";
@@ -93,7 +93,7 @@ std::string nameOf(const std::string& entry) {
 /// The files with associations, from the most important one.
 std::vector<std::string> associationFiles() {
   std::vector<std::string> folders =
-      baseFolders(u"XDG_CONFIG_HOME", "/.config", u"XDG_CONFIG_DIRS", "/etc/xdg");
+      baseFolders("XDG_CONFIG_HOME", "/.config", u"XDG_CONFIG_DIRS", "/etc/xdg");
   const std::vector<std::string> applications = applicationFolders();
   folders.insert(folders.end(), applications.begin(), applications.end());
   std::vector<std::string> names;

@@ -15,6 +15,7 @@
 
 #include "platform/posix/CMemory.h"
 #include "platform/posix/Errors.h"
+#include "platform/posix/HandleCalls.h"
 #include "platform/posix/PathAt.h"
 #include "platform/posix/PatientCalls.h"
 #include "platform/posix/Stat.h"
@@ -131,8 +132,6 @@ int openFlags(int disposition) {
       return O_WRONLY | O_CREAT | O_APPEND;
     case kOpenExisting:
       return O_RDWR;
-    case kCreateNameless:
-      return O_WRONLY | O_TMPFILE;
     default:
       return O_RDONLY;
   }
@@ -161,6 +160,20 @@ ErrorCode readSome(int fd, char* buffer, std::size_t size, std::size_t& got) {
     return kSuccess;
   }
 }
+
+/// Patience for a healthy server that needs some time to store what was written. The user can still
+/// end the waiting.
+class MorePatience {
+ public:
+  MorePatience()
+      : patience_([goOn = Patience::current()](std::chrono::milliseconds waited) {
+          return waited < kLongestFlush &&
+                 (goOn == nullptr || (*goOn)(std::chrono::milliseconds(0)));
+        }) {}
+
+ private:
+  const Patience patience_;
+};
 
 bool hasAlias(std::intptr_t handle) { return access(aliasOf(handle).c_str(), F_OK) == 0; }
 
@@ -220,22 +233,11 @@ FileHandle::~FileHandle() {
   if (isOpen()) close();
 }
 
-/// Result of a call on the open file, which owns all its other data.
-template <class Call>
-ErrorCode FileHandle::ask(Call call) const {
-  return askPatiently(
-      slowMount_, [call, fd = int(handle_)] { return call(fd); }, kTimeout);
-}
-
 /// Closes the file. If its file system does not answer, that happens later.
 ErrorCode FileHandle::close() {
   const int fd = int(std::exchange(handle_, kNone));
   if (!slowMount_) return ::close(fd) == 0 ? kSuccess : lastError();
-  // A healthy server may need some time to store what was written.
-  const Patience::GoOn* const goOn = Patience::current();
-  const Patience patience([goOn](std::chrono::milliseconds waited) {
-    return waited < kLongestFlush && (goOn == nullptr || (*goOn)(std::chrono::milliseconds(0)));
-  });
+  const MorePatience patience;
   const auto file = std::make_shared<Descriptor>(fd);
   const auto result = std::make_shared<std::atomic<ErrorCode>>(kTimeout);
   PatientCalls calls(*slowMount_);
@@ -252,13 +254,9 @@ FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error) {
     const PathAt at(path);
     answer.first = translateErrno(at.error());
     if (answer.first != kSuccess) return answer;
-    const int flags = openFlags(disposition) | O_CLOEXEC;
+    const int flags = openFlags(disposition) | O_NONBLOCK | O_CLOEXEC;
     answer.second.reset(openat(at.folder(), at.name(), flags, kFileMode));
-    if (!answer.second) {
-      answer.first = lastError();
-    } else if (disposition == kCreateNameless && !hasAlias(answer.second.get())) {
-      answer.first = kNotSupported;  // only the alias can give the file a name later
-    }
+    if (!answer.second) answer.first = lastError();
     return answer;
   };
   FileHandle file;
@@ -277,14 +275,30 @@ FileHandle OpenStandardOutput(ErrorCode& error) {
   return file;
 }
 
-ErrorCode NameFile(const FileHandle& file, TextView path) {
-  return file.ask([path = Text(path)](int fd) {
-    const PathAt at(path);
-    if (at.error() != 0) return translateErrno(at.error());
-    const std::string alias = aliasOf(fd);
-    const int result = linkat(AT_FDCWD, alias.c_str(), at.folder(), at.name(), AT_SYMLINK_FOLLOW);
-    return result == 0 ? kSuccess : lastError();
+FileHandle DuplicateHandle(const FileHandle& file, ErrorCode& error) {
+  FileHandle copy;
+  const int fd = fcntl(int(file.handle_), F_DUPFD_CLOEXEC, 0);
+  error = fd < 0 ? lastError() : kSuccess;
+  if (fd < 0) return copy;
+  copy.handle_ = fd;
+  copy.slowMount_ = file.slowMount_;
+  return copy;
+}
+
+ErrorCode FlushFileBuffers(FileHandle& file) {
+  const MorePatience patience;
+  return file.ask([](int fd) {
+    const bool isDone = fdatasync(fd) == 0 || errno == EINVAL || errno == ENOTSUP;
+    return isDone ? kSuccess : lastError();
   });
+}
+
+ErrorCode GetFileInformationByHandle(const FileHandle& file, FindData& data) {
+  const auto told = std::make_shared<FindData>();
+  const ErrorCode error = file.ask(
+      [told](int fd) { return translateErrno(readFindData(fd, "", AT_EMPTY_PATH, 0, *told)); });
+  if (error == kSuccess) data = *told;
+  return error;
 }
 
 ErrorCode LockFile(FileHandle& file) {
@@ -308,20 +322,6 @@ ErrorCode ReadFile(FileHandle& file, char* buffer, std::size_t size, std::size_t
   got = *copied;
   std::copy_n(copy->data(), got, buffer);
   return kSuccess;
-}
-
-ErrorCode CopyFileSecurity(TextView path, FileHandle& file) {
-  return file.ask([path = Text(path)](int fd) {
-    const PathAt at(path);
-    if (at.error() != 0) return translateErrno(at.error());
-    struct stat told;
-    if (fstatat(at.folder(), at.name(), &told, 0) != 0) return lastError();
-    // If the group cannot be kept, another group must not get its rights.
-    const bool isSameGroup =
-        fchown(fd, told.st_uid, told.st_gid) == 0 || fchown(fd, -1, told.st_gid) == 0;
-    const mode_t kept = isSameGroup ? 0777 : 0707;
-    return fchmod(fd, told.st_mode & kept) == 0 ? kSuccess : lastError();
-  });
 }
 
 std::string GetHandlePath(const FileHandle& file, TextView path) {

@@ -18,15 +18,11 @@
 #include "platform/posix/CMemory.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/Errors.h"
+#include "platform/posix/Home.h"
 #include "platform/posix/SignalsBlocked.h"
 
 namespace ombrelian::platform {
 namespace {
-
-std::string environmentVariable(const char* name) {
-  const char* const value = getenv(name);
-  return value != nullptr ? value : "";
-}
 
 /// Value after "key:" or "KEY=" in a small text file of the system; empty if it is missing.
 std::string valueInFile(const char* path, const std::string& key, char separator) {
@@ -48,30 +44,32 @@ std::uint64_t kilobytesInFile(const char* path, const char* key) {
   return std::strtoull(valueInFile(path, key, ':').c_str(), nullptr, 10) * 1024;
 }
 
-/// Folder of this user for marks that end with the session; empty if there is none.
-std::string runtimeFolder() {
+/// Folder of this user for marks that end with the session; closed if there is none.
+Descriptor runtimeFolder() {
   std::string folder = environmentVariable("XDG_RUNTIME_DIR");
-  if (folder.empty() || folder.front() != '/') {
-    folder = "/tmp/ombrelian-" + std::to_string(geteuid());
-  } else {
-    folder += "/Ombrelian";
-  }
-  mkdir(folder.c_str(), 0700);
   struct stat told;
-  const bool isOurs = lstat(folder.c_str(), &told) == 0 && S_ISDIR(told.st_mode) &&
-                      told.st_uid == geteuid() && (told.st_mode & 077) == 0;
-  return isOurs ? folder : std::string();
+  const bool isOurs = folder.starts_with('/') && stat(folder.c_str(), &told) == 0 &&
+                      told.st_uid == geteuid();
+  folder = isOurs ? folder + "/Ombrelian" : "/tmp/ombrelian-" + std::to_string(geteuid());
+  mkdir(folder.c_str(), 0700);
+  Descriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  const bool isSafe = opened && fstat(opened.get(), &told) == 0 && told.st_uid == geteuid() &&
+                      (told.st_mode & 077) == 0;
+  return isSafe ? std::move(opened) : Descriptor();
 }
 
-int openMark(TextView name) {
+Descriptor openMark(TextView name) {
   std::string file = toBytes(name);
   for (char& c : file) {
     if (c == '/' || c == '\\') c = '_';
   }
-  const std::string folder = runtimeFolder();
-  if (folder.empty()) return -1;
-  return open((folder + "/" + file + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
-              0600);
+  const Descriptor folder = runtimeFolder();
+  if (!folder) return {};
+  constexpr int kFlags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  Descriptor mark(openat(folder.get(), (file + ".lock").c_str(), kFlags, 0600));
+  struct stat told;
+  const bool isFile = mark && fstat(mark.get(), &told) == 0 && S_ISREG(told.st_mode);
+  return isFile ? std::move(mark) : Descriptor();
 }
 
 }  // namespace
@@ -80,11 +78,11 @@ Text GetEnvironmentVariableW(TextView name) {
   return fromBytes(environmentVariable(toBytes(name).c_str()));
 }
 
-Text GetApplicationDataFolder() {
-  const std::string configured = environmentVariable("XDG_CONFIG_HOME");
-  if (!configured.empty() && configured.front() == '/') return fromBytes(configured);
+Text GetApplicationDataFolder() { return fromBytes(userFolder("XDG_CONFIG_HOME", "/.config")); }
+
+Text GetHomeFolder() {
   const std::string home = environmentVariable("HOME");
-  return home.empty() ? Text() : fromBytes(home + "/.config");
+  return fromBytes(home.starts_with('/') ? home : accountHome());
 }
 
 Text GetModuleFolder() {
@@ -179,7 +177,7 @@ NamedMutex::~NamedMutex() {
 
 NamedMutex CreateMutexW(TextView name) {
   NamedMutex mutex;
-  Descriptor mark(openMark(name));
+  Descriptor mark = openMark(name);
   // All holders share the lock. OpenMutexW finds the mark because it cannot get the lock
   // exclusively.
   if (mark && flock(mark.get(), LOCK_SH) == 0) mutex.handle_ = mark.release();
@@ -187,7 +185,7 @@ NamedMutex CreateMutexW(TextView name) {
 }
 
 bool OpenMutexW(TextView name) {
-  const Descriptor mark(openMark(name));
+  const Descriptor mark = openMark(name);
   return mark && flock(mark.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 

@@ -8,10 +8,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "platform/Process.h"
 #include "platform/Removal.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/FoldersAbove.h"
+#include "platform/posix/Home.h"
 #include "platform/posix/PathAt.h"
 #include "platform/posix/Stat.h"
 
@@ -43,16 +43,7 @@ int openLevel(int folder, const char* name, Level& level) {
 
 /// Folder for the data that all programs store for this user, without final separator; empty: none.
 std::string dataFolder() {
-  const auto variable = [](TextView name) { return toBytes(GetEnvironmentVariableW(name)); };
-  std::string folder = variable(u"XDG_DATA_HOME");
-  if (!folder.starts_with('/')) {
-    folder = variable(u"HOME");
-    if (!folder.starts_with('/')) return {};
-    folder += "/.local/share";
-  }
-  while (folder.ends_with('/'))
-    folder.pop_back();
-  return folder;
+  return userFolder("XDG_DATA_HOME", "/.local/share");
 }
 
 bool isOn(int folder, std::uint64_t device) {
@@ -79,8 +70,8 @@ ErrorCode openDataFolder(std::string_view path, std::uint64_t device, Descriptor
   return binError(errno);
 }
 
-/// Opens a folder of a bin and makes it if it is missing. A link and a folder of another user are
-/// refused.
+/// Opens a folder of a bin and makes it if it is missing. A link, a folder of another user and a
+/// folder in which others may write are refused.
 ErrorCode openOwn(int parent, const std::string& name, Descriptor& folder) {
   constexpr int kFlags = kPathOnly | O_NOFOLLOW;
   folder = Descriptor(openat(parent, name.c_str(), kFlags));
@@ -90,7 +81,8 @@ ErrorCode openOwn(int parent, const std::string& name, Descriptor& folder) {
   }
   struct stat told;
   if (!folder || fstat(folder.get(), &told) != 0) return binError(errno);
-  return told.st_uid == geteuid() ? kSuccess : binError(EACCES);
+  const bool isPrivate = told.st_uid == geteuid() && (told.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+  return isPrivate ? kSuccess : binError(EACCES);
 }
 
 /// The same as openOwn for a folder in which objects or records are made.
