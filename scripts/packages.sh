@@ -9,7 +9,8 @@ packages_base=(g++ cmake ninja-build ccache libicu-dev zlib1g-dev esbuild)
 packages_window=(qt6-base-dev qt6-svg-dev qt6-translations-l10n)
 
 # To build and run the tests.
-packages_test=(libgtest-dev libgmock-dev python3 python3-openpyxl chromium)
+packages_test=(libgtest-dev libgmock-dev python3 python3-openpyxl chromium desktop-file-utils
+  libglib2.0-bin)
 
 # To run the checks of .ci/run that are not tests.
 packages_ci=(git python3 clang-format clang-tidy valgrind locales tzdata)

@@ -100,7 +100,9 @@ StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
   errorLog_ = std::make_unique<ErrorLog>(std::move(facts));
   setFaultSink(errorLog_.get());
   errorLog_->LogDebug(u"Command$=", {Text(commandText)});
-  openSettings(languageId);
+  const bool isWithoutWindow =
+      line.mode == CommandLine::Mode::Silent || line.mode == CommandLine::Mode::Lists;
+  openSettings(languageId, !isWithoutWindow);
 }
 
 Text StartUp::logFile() const {
@@ -133,18 +135,19 @@ void StartUp::checkDataFolder() {
 }
 
 /// Opens the settings. Values that are written here are stored even if the run fails later.
-void StartUp::openSettings(int languageId) {
+void StartUp::openSettings(int languageId, bool mayAddShellVerb) {
   const Text copy = prepareIniFile(iniFile_, inDataFolder(kOldIniName));
   if (!copy.empty()) {
-    notices_.push_back(TL(9760,
-                          u"Der Datei mit den Einstellungen fehlte die Kennung am Anfang. Sie wurde "
-                          u"neu geschrieben; die alte Datei ist '%1'.",
-                          {copy}));
+    notices_.push_back(
+        TL(9760,
+           u"Der Datei mit den Einstellungen fehlte die Kennung am Anfang. Sie wurde "
+           u"neu geschrieben; die alte Datei ist '%1'.",
+           {copy}));
   }
   settings_ = std::make_unique<IniStore>(iniFile_);
   // The choice of the first start is kept.
   settings_->INI_WriteStringAnsi(kLanguageSection, kLanguageKey, toText(languageId));
-  isFirstStart_ = claimFirstStart(*settings_);
+  isFirstStart_ = mayAddShellVerb && claimFirstStart(*settings_);
   settings_->flush();
 }
 

@@ -42,13 +42,13 @@ class StartUp {
   /// because they could belong to somebody else.
   const std::vector<Text>& notices() const { return notices_; }
 
-  /// Whether this user starts the program for the first time, so that folders should get the shell
-  /// verb.
+  /// Whether this user starts the program for the first time with its window, so that folders should
+  /// get the shell verb.
   bool isFirstStart() const { return isFirstStart_; }
 
  private:
   void checkDataFolder();
-  void openSettings(int languageId);
+  void openSettings(int languageId, bool mayAddShellVerb);
 
   Date programStartTime_;
   platform::NamedMutex mutex_;

@@ -32,6 +32,9 @@ ErrorCode MoveFileExW(TextView from, TextView to);
 /// Makes a folder; kAlreadyExists if the name is taken.
 ErrorCode CreateDirectoryW(TextView path);
 
+/// Lets its owner execute the file `path`, and nobody else open it.
+ErrorCode AllowExecution(TextView path);
+
 /// Whether this process may make and rename files in the folder `path`.
 ErrorCode CheckFolderWritable(TextView path);
 

@@ -18,6 +18,10 @@ Text GetEnvironmentVariableW(TextView name);
 /// folder that another user controls.
 Text GetApplicationDataFolder();
 
+/// Folder for data that programs store for this user, such as desktop entries; the rules are the
+/// same.
+Text GetUserDataFolder();
+
 /// Home folder of this user: that of the environment, else that of the database of users; empty:
 /// none.
 Text GetHomeFolder();

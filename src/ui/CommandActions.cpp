@@ -7,6 +7,7 @@
 #include "ui/Help.h"
 #include "ui/Looks.h"
 #include "ui/OpenCommands.h"
+#include "ui/OptionsCommand.h"
 #include "ui/Saving.h"
 
 namespace ombrelian::ui {

@@ -15,6 +15,7 @@ class FolderCommands;
 class Help;
 class Looks;
 class OpenCommands;
+class OptionsCommand;
 class PaneArea;
 class Panes;
 class Saving;
@@ -35,6 +36,7 @@ struct Parts {
   DeleteCommands& deleting;
   OpenCommands& opening;
   Looks& looks;
+  OptionsCommand& options;
   Help& help;
 };
 

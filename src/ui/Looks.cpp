@@ -46,8 +46,10 @@ void Looks::chooseTheme() {
   ChangeTheme();
 }
 
-void Looks::ChangeTheme() {
-  applyTheme(makeTheme(state_.session.options.ToolbarTheme, scheme_.isDark()));
+void Looks::ChangeTheme() { previewTheme(state_.session.options.ToolbarTheme); }
+
+void Looks::previewTheme(int theme) {
+  applyTheme(makeTheme(theme, scheme_.isDark()));
   main_.update();
   for (ListPane* const pane : panes_.all())
     pane->list().viewport()->update();

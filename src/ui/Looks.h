@@ -22,6 +22,9 @@ class Looks : public QObject {
   /// Applies the design, with the light or dark scheme of the desktop.
   void ChangeTheme();
 
+  /// Shows the design `theme` until the next call of ChangeTheme().
+  void previewTheme(int theme);
+
   /// Applies the design that was chosen in the menu, and stores it at once.
   void chooseTheme();
 

@@ -20,6 +20,7 @@
 #include "ui/Icons.h"
 #include "ui/Looks.h"
 #include "ui/OpenCommands.h"
+#include "ui/OptionsCommand.h"
 #include "ui/QtText.h"
 #include "ui/Saving.h"
 #include "ui/StatusLine.h"
@@ -56,6 +57,7 @@ struct MainWindow::Owned {
         deleting(state, dialogs, panes, files, drives, scans),
         opening(state, dialogs, panes, scans),
         looks(state, dialogs, panes, *area, *w.main_, *w.header_, w),
+        options(state, dialogs, looks, w),
         help(dialogs, w),
         keys(panes, *area, *sources),
         status(state, panes, *area, *w.statusBar()) {}
@@ -72,6 +74,7 @@ struct MainWindow::Owned {
   DeleteCommands deleting;
   OpenCommands opening;
   Looks looks;
+  OptionsCommand options;
   Help help;
   WindowKeys keys;
   StatusLine status;
@@ -91,7 +94,7 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   Owned& o = *owned_;
   parts_ = std::make_unique<Parts>(Parts{*this, o.panes, *o.area, *o.sources, o.scans, o.files,
                                          o.folders, o.drives, o.saving, o.deleting, o.opening,
-                                         o.looks, o.help});
+                                         o.looks, o.options, o.help});
   auto* const layout = new QVBoxLayout(middle);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -140,10 +143,12 @@ void MainWindow::connectParts() {
   connect(&o.files, &FilesOfFolder::readingLong, this, &MainWindow::setCommandsBusy);
   connect(&o.drives, &DriveCommands::progress, this, show);
   connect(&o.saving, &Saving::note, this, [&o](const QString& text) { o.status.showNote(text); });
-  connect(&o.looks, &Looks::restartWanted, this, [this] {
+  const auto restart = [this] {
     wantsRestart_ = true;
     close();
-  });
+  };
+  connect(&o.looks, &Looks::restartWanted, this, restart);
+  connect(&o.options, &OptionsCommand::restartWanted, this, restart);
   connect(&o.scans, &ScanControl::starting, this, [&o] {
     if (!o.area->isLeftVisible()) o.area->showSides(true, true);
   });

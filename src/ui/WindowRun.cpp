@@ -13,6 +13,7 @@
 #include "fs/PathText.h"
 #include "platform/Patience.h"
 #include "platform/Process.h"
+#include "services/ShellVerb.h"
 #include "support/Translate.h"
 #include "ui/Icons.h"
 #include "ui/MainWindow.h"
@@ -105,6 +106,7 @@ int runWindow(int argc, char** argv) {
     const QSize screen = QGuiApplication::primaryScreen()->size() *
                          QGuiApplication::primaryScreen()->devicePixelRatio();
     startUp.errorLog().setScreen(screen.width(), screen.height());
+    if (startUp.isFirstStart()) Kontextmenu(1);
     Session session;
     session.readOnly = line.readOnly;
     session.languageId = std::uint8_t(translation.LanguageId());

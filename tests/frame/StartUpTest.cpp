@@ -33,6 +33,9 @@ class StartUpTest : public ::testing::Test {
 };
 
 TEST_F(StartUpTest, ANewUserGetsAFolderAndASettingsFile) {
+  CommandLine silent;
+  silent.mode = CommandLine::Mode::Silent;
+  EXPECT_FALSE(StartUp(silent, u"", 7).isFirstStart()) << "only a window adds the shell verb";
   const StartUp startUp({}, u"\"line\"", 7);
   EXPECT_EQ(startUp.DataPath(), home.text("config/Ombrelian"));
   EXPECT_TRUE(startUp.isFirstStart());

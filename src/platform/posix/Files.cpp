@@ -80,6 +80,13 @@ ErrorCode makeFolder(TextView path) {
   return mkdirat(at.folder(), at.name(), kFolderMode) == 0 ? kSuccess : lastError();
 }
 
+ErrorCode allowExecution(TextView path) {
+  constexpr mode_t kOwnersProgram = 0700;
+  const PathAt at(path);
+  if (at.error() != 0) return translateErrno(at.error());
+  return fchmodat(at.folder(), at.name(), kOwnersProgram, 0) == 0 ? kSuccess : lastError();
+}
+
 ErrorCode checkWritable(TextView path) {
   const PathAt at(path);
   if (at.error() != 0) return translateErrno(at.error());
@@ -195,6 +202,8 @@ ErrorCode MoveFileExW(TextView from, TextView to) {
 }
 
 ErrorCode CreateDirectoryW(TextView path) { return askAt(path, makeFolder, kTimeout); }
+
+ErrorCode AllowExecution(TextView path) { return askAt(path, allowExecution, kTimeout); }
 
 ErrorCode CheckFolderWritable(TextView path) { return askAt(path, checkWritable, kTimeout); }
 

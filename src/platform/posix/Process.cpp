@@ -80,6 +80,8 @@ Text GetEnvironmentVariableW(TextView name) {
 
 Text GetApplicationDataFolder() { return fromBytes(userFolder("XDG_CONFIG_HOME", "/.config")); }
 
+Text GetUserDataFolder() { return fromBytes(userFolder("XDG_DATA_HOME", "/.local/share")); }
+
 Text GetHomeFolder() {
   const std::string home = environmentVariable("HOME");
   return fromBytes(home.starts_with('/') ? home : accountHome());
