@@ -113,13 +113,18 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
   menu->popup(window.mapToGlobal(QPoint(420, 70)));
   photographer.take("11-lists-menu", menu);
   menu->close();
-  QTimer::singleShot(300, &window, [&] {
-    if (QWidget* const dialog = QApplication::activeModalWidget()) {
-      photographer.take("12-save-dialog", dialog);
-      dialog->close();
-    }
-  });
+  const auto takeDialog = [&](const char* name) {
+    QTimer::singleShot(300, &window, [&photographer, name] {
+      if (QWidget* const dialog = QApplication::activeModalWidget()) {
+        photographer.take(name, dialog);
+        dialog->close();
+      }
+    });
+  };
+  takeDialog("12-save-dialog");
   window.execute(ListId::Folders, CommandId::Save);
+  takeDialog("15-options");
+  window.execute(std::nullopt, CommandId::OptionsDialog);
   // The question before folders are deleted is answered with no.
   ListView& list = window.pane(ListId::Folders).list();
   list.goTo(1);
@@ -144,6 +149,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   const testing::TestFolder data;
   qputenv("XDG_CONFIG_HOME", data.path().c_str());
+  qputenv("XDG_DATA_HOME", data.path("share").c_str());
   Translation translation;
   translation.Init_Sprache({fromBytes(argv[0]).substr(0, fromBytes(argv[0]).rfind(u'/')),
                             QByteArray(argv[4]) == "de" ? kGerman : kEnglish, false});
