@@ -101,6 +101,7 @@ class NamedMutex {
 
  private:
   friend NamedMutex CreateMutexW(TextView);
+  friend NamedMutex TakeMutexW(TextView, bool&);
 
   static constexpr std::intptr_t kNone = -1;
   std::intptr_t handle_ = kNone;

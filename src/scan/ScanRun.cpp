@@ -125,6 +125,7 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   result.sum += state_.context.Total;
   logCounts(result.sum);
   if (DerivedLists* const lists = listsOfRun()) {
+    result.listedRoot = root;
     lists->finish(state_.context.Total, [this](TextView text) { state_.ui.scanPhase(text); });
   }
   result.cancelled = state_.context.ScanCancelState == kScanCancelRequested;

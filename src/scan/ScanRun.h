@@ -16,6 +16,7 @@ struct RunResult {
   bool cancelled = false;
   bool failed = false;  // a fault of the program ended the run
   NodeIndex lastRoot = kNoNode;
+  NodeIndex listedRoot = kNoNode;  // the source that filled the lists
   std::int64_t milliseconds = 0;  // over all sources
 
   /// Whether everything that was requested was read.

@@ -39,6 +39,9 @@ class ErrorLog : public FaultSink {
   /// Sets the size of the screen in pixels for reports.
   void setScreen(int width, int height) { screen_ = toText(width) + u"x" + toText(height); }
 
+  /// The language of the run, as a Windows primary language number.
+  int languageId() const { return facts_.languageId; }
+
   /// Number of reports in this run.
   int Errcount() const { return errcount_; }
 

@@ -13,6 +13,7 @@ class DriveCommands;
 class FilesOfFolder;
 class FolderCommands;
 class Help;
+class LaterStarts;
 class Looks;
 class OpenCommands;
 class OptionsCommand;
@@ -38,6 +39,7 @@ struct Parts {
   Looks& looks;
   OptionsCommand& options;
   Help& help;
+  LaterStarts& laterStarts;
 };
 
 /// Runs a command of `list`, or of the main bar if there is no list.

@@ -18,6 +18,7 @@
 #include "ui/FormPlace.h"
 #include "ui/Help.h"
 #include "ui/Icons.h"
+#include "ui/LaterStarts.h"
 #include "ui/Looks.h"
 #include "ui/OpenCommands.h"
 #include "ui/OptionsCommand.h"
@@ -59,6 +60,7 @@ struct MainWindow::Owned {
         looks(state, dialogs, panes, *area, *w.main_, *w.header_, w),
         options(state, dialogs, looks, w),
         help(dialogs, w),
+        laterStarts(state, scans, w),
         keys(panes, *area, *sources),
         status(state, panes, *area, *w.statusBar()) {}
 
@@ -76,6 +78,7 @@ struct MainWindow::Owned {
   Looks looks;
   OptionsCommand options;
   Help help;
+  LaterStarts laterStarts;
   WindowKeys keys;
   StatusLine status;
 };
@@ -94,7 +97,7 @@ MainWindow::MainWindow(Session& session, IniStore& settings)
   Owned& o = *owned_;
   parts_ = std::make_unique<Parts>(Parts{*this, o.panes, *o.area, *o.sources, o.scans, o.files,
                                          o.folders, o.drives, o.saving, o.deleting, o.opening,
-                                         o.looks, o.options, o.help});
+                                         o.looks, o.options, o.help, o.laterStarts});
   auto* const layout = new QVBoxLayout(middle);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -149,6 +152,8 @@ void MainWindow::connectParts() {
   };
   connect(&o.looks, &Looks::restartWanted, this, restart);
   connect(&o.options, &OptionsCommand::restartWanted, this, restart);
+  connect(&o.laterStarts, &LaterStarts::waitingChanged, this,
+          [this, &o] { setWindowTitle(ui::windowTitle(state_.session, o.laterStarts.waiting())); });
   connect(&o.scans, &ScanControl::starting, this, [&o] {
     if (!o.area->isLeftVisible()) o.area->showSides(true, true);
   });

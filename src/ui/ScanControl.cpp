@@ -48,6 +48,18 @@ void ScanControl::scan(const std::deque<Text>& sources) {
   Ordnerliste_Abarbeiten();
 }
 
+bool ScanControl::takeMore(const std::deque<Text>& sources) {
+  std::deque<Text>& queue = state_.session.SourceQueue;
+  // A rescan has no queue, and a stopped run empties it.
+  const bool isStopped = state_.session.context.ScanCancelState == kScanCancelRequested;
+  if (!isScanning() || queue.empty() || isStopped) return false;
+  queue.insert(queue.end(), sources.begin(), sources.end());
+  for (const Text& source : sources) {
+    if (xExistFolder_W(source)) sources_.AddNewSearchPath(source);
+  }
+  return true;
+}
+
 void ScanControl::Ordnerliste_Abarbeiten() {
   Session& session = state_.session;
   started_.start();
@@ -80,7 +92,7 @@ void ScanControl::Ordnerliste_Abarbeiten() {
 /// The lists that a run with one source filled.
 FilledLists ScanControl::filledBy(const RunResult& run) const {
   FilledLists filled;
-  if (run.lastRoot != kNoNode) filled.source = state_.session.tree[run.lastRoot].name();
+  if (run.listedRoot != kNoNode) filled.source = state_.session.tree[run.listedRoot].name();
   filled.isIncomplete = run.cancelled || run.failed;
   for (const ListId list : kDerivedLists)
     filled.wasOn[std::size_t(list)] = isOn(state_.session.options, list);

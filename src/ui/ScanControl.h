@@ -24,6 +24,9 @@ class ScanControl : public QObject {
   /// end of the scans; does nothing while a scan runs.
   void scan(const std::deque<Text>& sources);
 
+  /// Adds sources to the run that scans now; false: none does.
+  bool takeMore(const std::deque<Text>& sources);
+
   /// Scans the path in the source box, or stops the running scan. A second call within a second
   /// does nothing, because a double click means only one start.
   void startOrStop();

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QTranslator>
 
+#include "frame/Instance.h"
 #include "frame/SilentRun.h"
 #include "frame/StartUp.h"
 #include "fs/PathText.h"
@@ -16,6 +17,8 @@
 #include "services/ShellVerb.h"
 #include "support/Translate.h"
 #include "ui/Icons.h"
+#include "ui/InstanceServer.h"
+#include "ui/LaterStarts.h"
 #include "ui/MainWindow.h"
 #include "ui/MenuCare.h"
 #include "ui/Messages.h"
@@ -66,6 +69,43 @@ void restart(bool readOnly) {
   becomeOmbrelian(arguments);
 }
 
+struct WindowEnd {
+  int status = 0;
+  bool wantsRestart = false;
+};
+
+/// Shows the window until the user closes it.
+WindowEnd showWindow(int& argc, char** argv, const CommandLine& line, StartUp& startUp,
+                     InstancePlace& place) {
+  QApplication application(argc, argv);
+  Session session;
+  session.languageId = std::uint8_t(startUp.errorLog().languageId());
+  dressApplication(session.languageId);
+  const QSize screen = QGuiApplication::primaryScreen()->size() *
+                       QGuiApplication::primaryScreen()->devicePixelRatio();
+  startUp.errorLog().setScreen(screen.width(), screen.height());
+  if (startUp.isFirstStart()) Kontextmenu(1);
+  session.readOnly = line.readOnly;
+  session.context.helpers = line.helpers;
+  session.loadOptions(startUp.settings());
+  session.options.Allgemein.Lang = session.languageId;
+  session.chooseForFirstWindow(startUp.settings());
+  session.log.setFile(startUp.logFile());
+  MainWindow window(session, startUp.settings());
+  window.show();
+  for (const Text& notice : startUp.notices())
+    showMessage(&window, UserInterface::Severity::Warning, toQString(notice));
+  if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
+  QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
+  InstanceServer server(place.listener(), startUp.errorLog());
+  QObject::connect(&server, &InstanceServer::received, &window,
+                   [&](const InstanceMessage& message) {
+                     window.parts().laterStarts.add(message.sources, message.activationToken);
+                   });
+  const int status = QApplication::exec();
+  return {status, window.wantsRestart()};
+}
+
 }  // namespace
 
 void dressApplication(int languageId) {
@@ -97,35 +137,17 @@ int runWindow(int argc, char** argv) {
   }
   QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
       Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-  QApplication application(argc, argv);
-  dressApplication(translation.LanguageId());
-  bool wantsRestart = false;
-  int status = 0;
+  WindowEnd end;
   {
     StartUp startUp(line, commandText(arguments), translation.LanguageId());
-    const QSize screen = QGuiApplication::primaryScreen()->size() *
-                         QGuiApplication::primaryScreen()->devicePixelRatio();
-    startUp.errorLog().setScreen(screen.width(), screen.height());
-    if (startUp.isFirstStart()) Kontextmenu(1);
-    Session session;
-    session.readOnly = line.readOnly;
-    session.languageId = std::uint8_t(translation.LanguageId());
-    session.context.helpers = line.helpers;
-    session.loadOptions(startUp.settings());
-    session.options.Allgemein.Lang = session.languageId;
-    session.chooseForFirstWindow(startUp.settings());
-    session.log.setFile(startUp.logFile());
-    MainWindow window(session, startUp.settings());
-    window.show();
-    for (const Text& notice : startUp.notices())
-      showMessage(&window, UserInterface::Severity::Warning, toQString(notice));
-    if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
-    QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
-    status = QApplication::exec();
-    wantsRestart = window.wantsRestart();
+    InstancePlace place;
+    if (!CheckVBinstance(line, commandText(arguments), startUp.settings(), startUp.errorLog(),
+                         place))
+      return kExitDone;
+    end = showWindow(argc, argv, line, startUp, place);
   }
-  if (wantsRestart) restart(line.readOnly);
-  return status;
+  if (end.wantsRestart) restart(line.readOnly);
+  return end.status;
 }
 
 }  // namespace ombrelian::ui

@@ -18,7 +18,9 @@
 
 #include "tests/testing/ScopedVariable.h"
 #include "tests/ui/WindowFixture.h"
+#include "tree/TreeOrder.h"
 #include "ui/FolderCommands.h"
+#include "ui/LaterStarts.h"
 #include "ui/Looks.h"
 #include "ui/MenuCare.h"
 #include "ui/OpenCommands.h"
@@ -744,6 +746,34 @@ TEST_F(PartsTest, SizesOfTheMainBarAreThoseOfAllLists) {
     parts_.looks.ChangeFontSize(change);
     EXPECT_EQ(options.FontSize, size);
   }
+}
+
+TEST_F(PartsTest, SourcesOfLaterStartsJoinAScanAndWaitForADialog) {
+  LaterStarts& later = parts_.laterStarts;
+  tree_.folder("late");
+  tree_.folder("later");
+  // The event loop of the scan delivers the message.
+  QTimer::singleShot(0, [&] {
+    EXPECT_TRUE(run_.session.context.ScanBusy);
+    later.add({tree_.text("late")}, {});
+  });
+  run_.scan({tree_.text("big")});
+  const auto isShown = [&](TextView name) {
+    return pathsOfSources(run_.session.tree).find(tree_.text(toBytes(name))) != Text::npos;
+  };
+  EXPECT_TRUE(QTest::qWaitFor([&] { return isShown(u"late"); }));
+  {
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    later.add({tree_.text("later")}, {});
+    QTest::qWait(500);
+    EXPECT_FALSE(isShown(u"later")) << "the dialog may be a question about rows";
+    EXPECT_EQ(later.waiting(), 1U);
+    EXPECT_TRUE(run_.window->windowTitle().contains(u"1 Ordner wartet"_s));
+  }
+  EXPECT_TRUE(QTest::qWaitFor([&] { return isShown(u"later"); }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !run_.window->windowTitle().contains(u"wartet"_s); }));
 }
 
 TEST_F(PartsTest, ManyFilesAreOpenedOnlyAfterAQuestion) {

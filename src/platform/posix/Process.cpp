@@ -44,34 +44,6 @@ std::uint64_t kilobytesInFile(const char* path, const char* key) {
   return std::strtoull(valueInFile(path, key, ':').c_str(), nullptr, 10) * 1024;
 }
 
-/// Folder of this user for marks that end with the session; closed if there is none.
-Descriptor runtimeFolder() {
-  std::string folder = environmentVariable("XDG_RUNTIME_DIR");
-  struct stat told;
-  const bool isOurs = folder.starts_with('/') && stat(folder.c_str(), &told) == 0 &&
-                      told.st_uid == geteuid();
-  folder = isOurs ? folder + "/Ombrelian" : "/tmp/ombrelian-" + std::to_string(geteuid());
-  mkdir(folder.c_str(), 0700);
-  Descriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-  const bool isSafe = opened && fstat(opened.get(), &told) == 0 && told.st_uid == geteuid() &&
-                      (told.st_mode & 077) == 0;
-  return isSafe ? std::move(opened) : Descriptor();
-}
-
-Descriptor openMark(TextView name) {
-  std::string file = toBytes(name);
-  for (char& c : file) {
-    if (c == '/' || c == '\\') c = '_';
-  }
-  const Descriptor folder = runtimeFolder();
-  if (!folder) return {};
-  constexpr int kFlags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-  Descriptor mark(openat(folder.get(), (file + ".lock").c_str(), kFlags, 0600));
-  struct stat told;
-  const bool isFile = mark && fstat(mark.get(), &told) == 0 && S_ISREG(told.st_mode);
-  return isFile ? std::move(mark) : Descriptor();
-}
-
 }  // namespace
 
 Text GetEnvironmentVariableW(TextView name) {
@@ -163,32 +135,6 @@ bool IsTerminal(StandardStream stream) {
 int GetTerminalWidth() {
   struct winsize size;
   return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
-}
-
-NamedMutex::NamedMutex(NamedMutex&& other) noexcept
-    : handle_(std::exchange(other.handle_, kNone)) {}
-
-NamedMutex& NamedMutex::operator=(NamedMutex&& other) noexcept {
-  std::swap(handle_, other.handle_);
-  return *this;
-}
-
-NamedMutex::~NamedMutex() {
-  if (isHeld()) close(int(handle_));
-}
-
-NamedMutex CreateMutexW(TextView name) {
-  NamedMutex mutex;
-  Descriptor mark = openMark(name);
-  // All holders share the lock. OpenMutexW finds the mark because it cannot get the lock
-  // exclusively.
-  if (mark && flock(mark.get(), LOCK_SH) == 0) mutex.handle_ = mark.release();
-  return mutex;
-}
-
-bool OpenMutexW(TextView name) {
-  const Descriptor mark = openMark(name);
-  return mark && flock(mark.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
 std::thread StartThread(std::function<void()> body) {
