@@ -13,6 +13,7 @@
 #include "settings/z_Translate.h"
 #include "support/Translate.h"
 #include "tests/testing/TestFolder.h"
+#include "ui/FaultDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/Panes.h"
 #include "ui/QtText.h"
@@ -125,6 +126,10 @@ void takeAll(MainWindow& window, const Text& sample, Photographer& photographer)
   window.execute(ListId::Folders, CommandId::Save);
   takeDialog("15-options");
   window.execute(std::nullopt, CommandId::OptionsDialog);
+  takeDialog("16-fault-report");
+  FaultDialog(faultIntroduction(), u"Now: 2026-11-25 01:00:00\r\nApp: Ombrelian\r\nErr: 13\r\n",
+              &window)
+      .exec();
   // The question before folders are deleted is answered with no.
   ListView& list = window.pane(ListId::Folders).list();
   list.goTo(1);

@@ -99,6 +99,7 @@ StartUp::StartUp(const CommandLine& line, TextView commandText, int languageId)
   facts.languageId = languageId;
   errorLog_ = std::make_unique<ErrorLog>(std::move(facts));
   setFaultSink(errorLog_.get());
+  errorLog_->watchFatalFaults();
   errorLog_->LogDebug(u"Command$=", {Text(commandText)});
   const bool isWithoutWindow =
       line.mode == CommandLine::Mode::Silent || line.mode == CommandLine::Mode::Lists;

@@ -5,7 +5,9 @@
 
 #include "fs/z_Filesystem.h"
 #include "platform/Accounts.h"
+#include "platform/FatalFaults.h"
 #include "platform/Process.h"
+#include "platform/Removal.h"
 #include "platform/Time.h"
 #include "platform/WholeFile.h"
 #include "support/Translate.h"
@@ -15,6 +17,8 @@ namespace {
 
 constexpr TextView kFaults = u"error.log";
 constexpr std::uint64_t kLongestLog = std::uint64_t(16) << 20;  // bytes
+constexpr TextView kErrorLog = u"error.log";
+constexpr TextView kFatalNotice = u"fatal.txt";  // until the next start with a window
 constexpr TextView kLineEnd = u"\r\n";
 constexpr std::int32_t kMissingComponent = 429;
 
@@ -127,7 +131,9 @@ void ErrorLog::Debug(TextView proc, TextView module, const Error& error,
     std::int64_t index = 0;
     for (const Text& param : params)
       report.line(u"Debug" + toText(index++) + u": ", param);
-    errorLine(SystemReport(proc, module, error) + report.take());
+    const Text text = SystemReport(proc, module, error) + report.take();
+    errorLine(text);
+    if (present_) present_(text);
   } catch (...) {  // a fault of the logger must not end the program
   }
 }
@@ -156,6 +162,32 @@ void ErrorLog::appendTo(TextView file, TextView text) const noexcept {
     platform::AppendToLog(appendName(path, file), toBytes(text), file == kFaults ? kLongestLog : 0);
   } catch (...) {
   }
+}
+
+ErrorLog::~ErrorLog() {
+  if (watchesFaults_) platform::RemoveExceptionFilter();
+}
+
+void ErrorLog::watchFatalFaults() {
+  watchesFaults_ = !facts_.dataPath.empty();
+  if (!watchesFaults_) return;
+  Text log = facts_.dataPath;
+  Text notice = facts_.dataPath;
+  Report facts;
+  facts.line(u"App: ", facts_.title + u" " + facts_.version);
+  addMachine(facts, screen_);
+  facts.line(u"Command: ", facts_.commandLine);
+  platform::InstallExceptionFilter(
+      {appendName(log, kErrorLog), appendName(notice, kFatalNotice), facts.take()});
+}
+
+Text ErrorLog::takeFatalReport() {
+  if (facts_.dataPath.empty()) return {};
+  Text path = facts_.dataPath;
+  std::string bytes;
+  if (platform::ReadOwnFile(appendName(path, kFatalNotice), bytes) != platform::kSuccess) return {};
+  platform::DeleteFileW({path});
+  return fromBytes(bytes);
 }
 
 }  // namespace ombrelian

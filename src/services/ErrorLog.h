@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "support/Date.h"
 #include "support/Guard.h"
 
@@ -22,6 +24,7 @@ struct ProgramFacts {
 class ErrorLog : public FaultSink {
  public:
   explicit ErrorLog(ProgramFacts facts) : facts_(std::move(facts)) {}
+  ~ErrorLog() override;
 
   /// Appends a full report; `params` are values that the procedure wanted recorded.
   void Debug(TextView proc, TextView module, const Error& error,
@@ -35,6 +38,19 @@ class ErrorLog : public FaultSink {
   /// Sets the value that reports contain about a cancelled scan. Not owned; null: no scan can be
   /// cancelled.
   void watchStop(const int* StopReason) { stopReason_ = StopReason; }
+
+  /// Sets what shows a report to the user at once; empty: nothing does. It may be called by any
+  /// thread.
+  void setPresenter(std::function<void(const Text& report)> present) {
+    present_ = std::move(present);
+  }
+
+  /// Starts to write entries about faults that end the process; ~ErrorLog ends that.
+  void watchFatalFaults();
+
+  /// The entry about the fault that ended the last run; empty: none did. The next call gets
+  /// nothing.
+  Text takeFatalReport();
 
   /// Sets the size of the screen in pixels for reports.
   void setScreen(int width, int height) { screen_ = toText(width) + u"x" + toText(height); }
@@ -53,6 +69,8 @@ class ErrorLog : public FaultSink {
   Text screen_;  // width, "x", height; empty: there is none
   int errcount_ = 0;
   const int* stopReason_ = nullptr;
+  std::function<void(const Text& report)> present_;
+  bool watchesFaults_ = false;
 };
 
 }  // namespace ombrelian

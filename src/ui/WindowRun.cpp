@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QScreen>
+#include <QThread>
 #include <QTimer>
 #include <QTranslator>
 
@@ -16,6 +17,7 @@
 #include "platform/Process.h"
 #include "services/ShellVerb.h"
 #include "support/Translate.h"
+#include "ui/FaultDialog.h"
 #include "ui/Icons.h"
 #include "ui/InstanceServer.h"
 #include "ui/LaterStarts.h"
@@ -69,6 +71,29 @@ void restart(bool readOnly) {
   becomeOmbrelian(arguments);
 }
 
+/// Shows the fault that ended the last run, and from now on every error of this one. An error in
+/// another thread is shown when the thread of the window has time.
+void showFaults(ErrorLog& log, QWidget& window) {
+  if (const Text report = log.takeFatalReport(); !report.empty()) {
+    FaultDialog(TL(9911,
+                   u"Die Anwendung wurde beim letzten Mal durch einen Fehler beendet. Der Bericht "
+                   u"steht auch in der Datei 'error.log'."),
+                report, &window)
+        .exec();
+  }
+  log.setPresenter([&window](const Text& report) {
+    const auto show = [&window, report] {
+      FaultDialog(faultIntroduction(), report, &window).exec();
+    };
+    const bool isHere = QThread::currentThread() == window.thread();
+    if (isHere) {
+      show();
+    } else {
+      QMetaObject::invokeMethod(&window, show, Qt::QueuedConnection);
+    }
+  });
+}
+
 struct WindowEnd {
   int status = 0;
   bool wantsRestart = false;
@@ -96,6 +121,7 @@ WindowEnd showWindow(int& argc, char** argv, const CommandLine& line, StartUp& s
   for (const Text& notice : startUp.notices())
     showMessage(&window, UserInterface::Severity::Warning, toQString(notice));
   if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
+  showFaults(startUp.errorLog(), window);
   QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
   InstanceServer server(place.listener(), startUp.errorLog());
   QObject::connect(&server, &InstanceServer::received, &window,
@@ -103,6 +129,7 @@ WindowEnd showWindow(int& argc, char** argv, const CommandLine& line, StartUp& s
                      window.parts().laterStarts.add(message.sources, message.activationToken);
                    });
   const int status = QApplication::exec();
+  startUp.errorLog().setPresenter({});
   return {status, window.wantsRestart()};
 }
 
