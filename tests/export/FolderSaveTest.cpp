@@ -178,7 +178,8 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
   }
   EXPECT_GT(failures, 20);
   for (const testing::Fault& makeFail : {testing::Fault{Call::Write, {}, ENOSPC},
-                                         {Call::Close, {}, EDQUOT, 0, 1},
+                                         {Call::Close, {}, EDQUOT},
+                                         {Call::Fdatasync, {}, EIO},
                                          {Call::Openat, out.path(), EACCES},
                                          {Call::Renameat, {}, EACCES}}) {
     std::ofstream(path) << "old";

@@ -170,13 +170,13 @@ TEST(FilesystemTest, ARenameStaysInItsFolder) {
   folder.file("outside");
   const Text one = folder.text("a/one");
   for (const TextView name : {u"../gone", u"b/c", u"..", u".", u"", u"twin"}) {
-    EXPECT_FALSE(renameInFolder(one, name).empty()) << toBytes(name);
+    EXPECT_FALSE(renameInFolder({one}, name).empty()) << toBytes(name);
     EXPECT_TRUE(xExistFile_W(one)) << toBytes(name);
   }
-  EXPECT_EQ(renameInFolder(one, u"one"), u"") << "its own name";
-  EXPECT_EQ(renameInFolder(one, u"other"), u"") << "replaces a file";
+  EXPECT_EQ(renameInFolder({one}, u"one"), u"") << "its own name";
+  EXPECT_EQ(renameInFolder({one}, u"other"), u"") << "replaces a file";
   EXPECT_EQ(namesIn(folder.path("a")), (std::vector<std::string>{"other", "twin"}));
-  EXPECT_EQ(renameInFolder(folder.text("a"), u"b\n"), u"") << "a folder, and any name";
+  EXPECT_EQ(renameInFolder({folder.text("a")}, u"b\n"), u"") << "a folder, and any name";
   EXPECT_TRUE(xExistFolder_W(folder.text("b\n")));
 }
 
