@@ -143,6 +143,19 @@ bool isOwnFile(int fd, bool isWritten) {
   return true;
 }
 
+int ownFlags(int disposition) {
+  switch (disposition) {
+    case kCreateNew:
+      return O_WRONLY | O_CREAT | O_EXCL;
+    case kOpenAppend:
+      return O_WRONLY | O_CREAT | O_APPEND;
+    case kOpenExisting:
+      return O_RDWR;
+    default:
+      return O_RDONLY;
+  }
+}
+
 /// The error of a file that could not be opened: a link, a folder and a pipe are no own files.
 ErrorCode openError() {
   const bool isOther = errno == ELOOP || errno == ENXIO || errno == EISDIR;
@@ -257,12 +270,9 @@ FileHandle FilePlace::openOwn(TextView name, int disposition, ErrorCode& error) 
   using Answer = std::pair<ErrorCode, Descriptor>;
   const auto open = [bytes = toBytes(name), disposition, folder = folder_] {
     const bool isWritten = disposition != kOpenRead;
-    const int flags = disposition == kOpenAppend     ? O_WRONLY | O_CREAT | O_APPEND
-                      : disposition == kOpenExisting ? O_RDWR
-                                                     : O_RDONLY;
     Answer answer;
-    answer.second.reset(
-        openat(folder->descriptor.get(), bytes.c_str(), flags | kNoWaiting, kOwnersFile));
+    answer.second.reset(openat(folder->descriptor.get(), bytes.c_str(),
+                               ownFlags(disposition) | kNoWaiting, kOwnersFile));
     if (!answer.second) {
       answer.first = openError();
     } else if (!isOwnFile(answer.second.get(), isWritten)) {
