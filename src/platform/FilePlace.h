@@ -40,7 +40,7 @@ class FilePlace {
   /// Opens the file `name` if it is an ordinary file of this user, else the error is kNotOwnFile.
   /// A file that is only read may also belong to the administrator.
   /// `disposition` is one of those of CreateFileW. A new file is for its owner alone, and rights of
-  /// others are taken from a file that is opened for writing.
+  /// others are taken from an old one.
   FileHandle openOwn(TextView name, int disposition, ErrorCode& error) const;
 
   /// Gives a file without a name the name `name`; kAlreadyExists: the name is taken.

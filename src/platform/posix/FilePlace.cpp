@@ -137,8 +137,8 @@ bool isOwnFile(int fd, bool isWritten) {
   struct stat told;
   if (fstat(fd, &told) != 0 || !S_ISREG(told.st_mode)) return false;
   // An administrator may have written a file that the user only reads.
-  if (told.st_uid != geteuid() && (isWritten || told.st_uid != 0)) return false;
-  if (isWritten && (told.st_mode & kRightsOfOthers) != 0)
+  if (told.st_uid != geteuid()) return !isWritten && told.st_uid == 0;
+  if ((told.st_mode & kRightsOfOthers) != 0)
     setMode(fd, told.st_mode & kAnyRights & ~kRightsOfOthers);
   return true;
 }
