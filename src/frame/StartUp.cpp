@@ -136,10 +136,11 @@ void StartUp::checkDataFolder() {
 void StartUp::openSettings(int languageId) {
   const Text copy = prepareIniFile(iniFile_, inDataFolder(kOldIniName));
   if (!copy.empty()) {
-    notices_.push_back(TL(9760,
-                          u"Der Datei mit den Einstellungen fehlte die Kennung am Anfang. Sie wurde "
-                          u"neu geschrieben; die alte Datei ist '%1'.",
-                          {copy}));
+    notices_.push_back(
+        TL(9760,
+           u"Der Datei mit den Einstellungen fehlte die Kennung am Anfang. Sie wurde "
+           u"neu geschrieben; die alte Datei ist '%1'.",
+           {copy}));
   }
   settings_ = std::make_unique<IniStore>(iniFile_);
   // The choice of the first start is kept.

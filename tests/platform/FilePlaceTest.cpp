@@ -85,7 +85,8 @@ TEST_F(FilePlaceTest, OnlyALinkOfATrustedUserIsFollowed) {
     EXPECT_EQ(readFile(folder.path("victim")), c.isFollowed ? "report" : "untouched") << row;
     EXPECT_EQ(S_ISLNK(statOf("place/report").st_mode), true) << row << ": the link stays";
     EXPECT_EQ(namesIn(folder.path("place")), std::vector<std::string>{"report"}) << row;
-    EXPECT_EQ(failure ? failure->number : 0, c.isFollowed ? 0 : std::int32_t(kUntrustedLink)) << row;
+    EXPECT_EQ(failure ? failure->number : 0, c.isFollowed ? 0 : std::int32_t(kUntrustedLink))
+        << row;
   }
 }
 

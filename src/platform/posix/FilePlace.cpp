@@ -291,8 +291,8 @@ FileHandle FilePlace::openOwn(TextView name, int disposition, ErrorCode& error) 
 ErrorCode FilePlace::nameFile(const FileHandle& file, TextView name) const {
   return file.ask([bytes = toBytes(name), folder = folder_](int fd) {
     const std::string alias = "/proc/self/fd/" + std::to_string(fd);
-    const int result = linkat(AT_FDCWD, alias.c_str(), folder->descriptor.get(), bytes.c_str(),
-                              AT_SYMLINK_FOLLOW);
+    const int result =
+        linkat(AT_FDCWD, alias.c_str(), folder->descriptor.get(), bytes.c_str(), AT_SYMLINK_FOLLOW);
     return result == 0 ? kSuccess : lastError();
   });
 }

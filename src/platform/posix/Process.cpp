@@ -48,8 +48,8 @@ std::uint64_t kilobytesInFile(const char* path, const char* key) {
 Descriptor runtimeFolder() {
   std::string folder = environmentVariable("XDG_RUNTIME_DIR");
   struct stat told;
-  const bool isOurs = folder.starts_with('/') && stat(folder.c_str(), &told) == 0 &&
-                      told.st_uid == geteuid();
+  const bool isOurs =
+      folder.starts_with('/') && stat(folder.c_str(), &told) == 0 && told.st_uid == geteuid();
   folder = isOurs ? folder + "/Ombrelian" : "/tmp/ombrelian-" + std::to_string(geteuid());
   mkdir(folder.c_str(), 0700);
   Descriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));

@@ -105,8 +105,8 @@ int makeRecord(int info, const std::string& name, std::string_view content) {
   return error;
 }
 
-/// Moves the object back, unless another object is in the old place now or the file system does not support
-/// RENAME_NOREPLACE.
+/// Moves the object back, unless another object is in the old place now or the file system does not
+/// support RENAME_NOREPLACE.
 bool moveBack(const ObjectAt& at, int files, const char* name) {
   return renameat2(files, name, at.folder(), at.name(), RENAME_NOREPLACE) == 0;
 }
