@@ -39,7 +39,8 @@ ErrorCode CheckFolderWritable(TextView path);
 Text GetFinalPathNameW(TextView path);
 
 /// `path` made absolute with the current folder, without ".", "..", doubled or trailing separators.
-/// If a link is before a "..", the existing objects decide what the path means.
+/// If a link is before a "..", the existing objects decide what the path means; a link at the end
+/// stays.
 Text GetFullPathNameW(TextView path);
 
 /// An open file. The destructor closes it and ignores errors; a caller that must know whether
