@@ -34,8 +34,8 @@ class ReportFeed {
 Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
                    const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui);
 
-/// Why `target` must not be replaced although the folder allows it; none: it is not write-protected,
-/// or `ui` allows it.
+/// Why `target` must not be replaced although the folder allows it; none: it is not
+/// write-protected, or `ui` allows it.
 Failure protectionOf(TextView target, UserInterface& ui);
 
 /// The size settings of a list in a format. Formats that other programs read have bytes in place of

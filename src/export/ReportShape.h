@@ -18,7 +18,6 @@ struct ReportShape {
   bool blankLineBeforeHead;  // and the title of the list once, before all sources
   bool labelsDrives;         // the path of a drive is followed by its label
   bool alignsCaptions;       // captions are aligned like their columns, else at the left
-  bool trimsLines;           // lines have no blanks at their ends
   bool wholePercents;        // percentages are rounded, without mask
   CellForm txtCell;
 
@@ -37,7 +36,6 @@ inline constexpr ReportShape kTreeShape = {
     .blankLineBeforeHead = true,
     .labelsDrives = true,
     .alignsCaptions = false,
-    .trimsLines = false,
     .wholePercents = true,
     .txtCell = CellForm::Shown,
     .endsLastLine = true,
@@ -53,7 +51,6 @@ inline constexpr ReportShape kFlatShape = {
     .blankLineBeforeHead = false,
     .labelsDrives = false,
     .alignsCaptions = true,
-    .trimsLines = true,
     .wholePercents = false,
     .txtCell = CellForm::ShownOrPlain,
     .endsLastLine = false,

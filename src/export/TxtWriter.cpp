@@ -4,7 +4,6 @@
 
 #include "format/DatePattern.h"
 #include "format/Sizes.h"
-#include "lists/FolderReport.h"
 #include "platform/Locale.h"
 #include "support/Translate.h"
 
@@ -56,8 +55,7 @@ Text TxtWriter::composeHeader() const {
     FormatTextWithSpacer(platform::localeTextRules().upper(slot.caption), slot.width, leftAlign,
                          line);
   }
-  const bool endsInTarget = !slots_.empty() && slots_.back().column->id == FolderColumnId::Target;
-  if (list_.shape.trimsLines || endsInTarget) trimEnd(line);
+  trimEnd(line);
   return line;
 }
 
@@ -100,7 +98,7 @@ void TxtWriter::FormatPrintValuesForTXT(const ReportRow& row) {
     if (&slot != slots_.data()) line_ += settings_.delimiter;
     appendCell(slot, row);
   }
-  if (list_.shape.trimsLines) trimEnd(line_);
+  trimEnd(line_);
 }
 
 void TxtWriter::appendCell(const Slot& slot, const ReportRow& row) {

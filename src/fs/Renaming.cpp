@@ -1,6 +1,8 @@
 #include "fs/Renaming.h"
 
 #include "fs/z_Filesystem.h"
+#include "platform/Rename.h"
+#include "support/Guard.h"
 #include "support/Translate.h"
 
 namespace ombrelian {
@@ -36,18 +38,27 @@ bool isAnotherFolder(TextView path, TextView target) {
          !(own.identity == there.identity);
 }
 
-Text renameInFolder(TextView path, TextView name) {
-  const TextView present = xGetFileName(path);
-  if (name == present) return {};
-  if (Text error = nameError(name); !error.empty()) return error;
-  Text target(xGetPath(path));
-  appendName(target, name);
-  if (areNamesOfOneFile(path, target))
-    return TL(9401, u"'%1' und '%2' sind zwei Namen derselben Datei.", {present, name});
-  if (isAnotherFolder(path, target))
-    return TL(9865, u"Einen Ordner '%1' gibt es dort schon. Ein Ordner wird nicht ersetzt.",
-              {name});
-  return xMoveFile_W(path, target);
+Text renameInFolder(const platform::ShownObject& object, TextView name) {
+  return GuardedOr(
+      u"z_Filesystem", u"renameInFolder",
+      [&]() -> Text {
+        const TextView present = xGetFileName(object.path);
+        if (name == present) return {};
+        if (Text error = nameError(name); !error.empty()) return error;
+        Text target(xGetPath(object.path));
+        appendName(target, name);
+        if (areNamesOfOneFile(object.path, target))
+          return TL(9401, u"'%1' und '%2' sind zwei Namen derselben Datei.", {present, name});
+        if (isAnotherFolder(object.path, target))
+          return TL(9865, u"Einen Ordner '%1' gibt es dort schon. Ein Ordner wird nicht ersetzt.",
+                    {name});
+        platform::FindData there;
+        std::optional<platform::FileIdentity> replaced;
+        if (findObject(target, there) == platform::kSuccess) replaced = there.identity;
+        const platform::ErrorCode error = platform::RenameObject(object, name, replaced);
+        return error == platform::kSuccess ? Text() : xGetErrorText(false, error);
+      },
+      errorTextOf);
 }
 
 }  // namespace ombrelian

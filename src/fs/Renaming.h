@@ -1,14 +1,13 @@
 #pragma once
 
-#include "support/Text.h"
+#include "platform/Removal.h"
 
 namespace ombrelian {
 
-/// Gives the object at `path` (absolute, without final separator) another name in its folder, and
-/// replaces an object that has this name. A name that would lead to another folder, or that is
-/// another name of the same file, is refused. Returns the error text; empty: the object was
-/// renamed.
-Text renameInFolder(TextView path, TextView name);
+/// Gives an object another name in its folder, and replaces an object that has this name. A name
+/// that would lead to another folder, or that is another name of the same file, is refused, and so
+/// is an object that is not the shown one. Returns the error text; empty: the object was renamed.
+Text renameInFolder(const platform::ShownObject& object, TextView name);
 
 /// Whether another folder has the path `target`; a rename never replaces a folder.
 bool isAnotherFolder(TextView path, TextView target);

@@ -42,8 +42,7 @@ Text typedPath(TextView typed) {
   Text path(withoutQuotes(trimBlanks(typed)));
   if (path.empty()) return path;
   if (path.starts_with(kFileAddress)) path = pathOfAddress(path);
-  if (path == u"~" || path.starts_with(u"~/"))
-    path.replace(0, 1, platform::GetHomeFolder());
+  if (path == u"~" || path.starts_with(u"~/")) path.replace(0, 1, platform::GetHomeFolder());
   path = platform::GetFullPathNameW(path);
   if (!xExistFolder_W(path) && xExistFile_W(path)) path = Text(xGetPath(path));
   return path;

@@ -288,7 +288,9 @@ FileList::Renaming FileList::rename(Grid::RowIndex row, TextView newName) {
       [&]() -> Renaming {
         if (newName.empty() || newName == shown_.grid.text(row, kName)) return {};
         const std::optional<FindData> replaced = otherNamed(row, newName);
-        if (Text error = renameInFolder(fullPath(row), newName); !error.empty())
+        if (Text error =
+                renameInFolder({fullPath(row), Text::npos, shown_.grid.identity(row)}, newName);
+            !error.empty())
           return {std::move(error), {}};
         const std::uint32_t id = shown_.grid.id(row);
         removeReplaced(row, newName);

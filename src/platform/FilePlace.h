@@ -39,8 +39,8 @@ class FilePlace {
 
   /// Opens the file `name` if it is an ordinary file of this user, else the error is kNotOwnFile.
   /// A file that is only read may also belong to the administrator.
-  /// `disposition` is kOpenRead, kOpenExisting or kOpenAppend. Rights of others are taken from a
-  /// file that is opened for writing.
+  /// `disposition` is one of those of CreateFileW. A new file is for its owner alone, and rights of
+  /// others are taken from an old one.
   FileHandle openOwn(TextView name, int disposition, ErrorCode& error) const;
 
   /// Gives a file without a name the name `name`; kAlreadyExists: the name is taken.
@@ -74,8 +74,7 @@ class FilePlace {
 };
 
 /// Opens a file of the program itself, such as a log, with FilePlace; kNotOwnFile: the object at
-/// `path` is not an ordinary file of this user. kOpenAppend makes a missing file, which only its
-/// owner may open.
+/// `path` is not an ordinary file of this user.
 FileHandle OpenOwnFile(TextView path, int disposition, ErrorCode& error);
 
 /// Makes the folder `path` and the missing ones above it, for this user alone. kNotOwnFile: what is

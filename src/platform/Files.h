@@ -42,7 +42,8 @@ ErrorCode CheckFolderWritable(TextView path);
 Text GetFinalPathNameW(TextView path);
 
 /// `path` made absolute with the current folder, without ".", "..", doubled or trailing separators.
-/// If a link is before a "..", the existing objects decide what the path means.
+/// If a link is before a "..", the existing objects decide what the path means; a link at the end
+/// stays.
 Text GetFullPathNameW(TextView path);
 
 /// An open file. The destructor closes it and ignores errors; a caller that must know whether
@@ -79,10 +80,10 @@ class FileHandle {
   std::optional<std::string> slowMount_;  // mount point of the file if calls on it may never return
 };
 
-inline constexpr int kCreateNew = 1;       // opens for writing; kAlreadyExists if the name is taken
-inline constexpr int kOpenExisting = 3;    // opens for reading and writing in place
-inline constexpr int kOpenAppend = 4;      // opens for writing at the end; makes a missing file
-inline constexpr int kOpenRead = 5;        // opens for reading
+inline constexpr int kCreateNew = 1;     // opens for writing; kAlreadyExists if the name is taken
+inline constexpr int kOpenExisting = 3;  // opens for reading and writing in place
+inline constexpr int kOpenAppend = 4;    // opens for writing at the end; makes a missing file
+inline constexpr int kOpenRead = 5;      // opens for reading
 
 /// Opens or makes a file, and does not wait for the other end of a pipe. The file mask of the
 /// process decides who may read a new file. A folder can be opened with kOpenRead for LockFile

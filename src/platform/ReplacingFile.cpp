@@ -109,8 +109,7 @@ ErrorCode ReplacingFile::create(TextView name) {
   if (error != kSuccess) return error;
   FindData made;
   FindData found;
-  const bool isThere = hold() == kSuccess &&
-                       GetFileInformationByHandle(file_, made) == kSuccess &&
+  const bool isThere = hold() == kSuccess && GetFileInformationByHandle(file_, made) == kSuccess &&
                        place_.find(name, found) == kSuccess && found.identity == made.identity;
   return isThere ? kSuccess : kAlreadyExists;
 }
@@ -158,8 +157,7 @@ ErrorCode ReplacingFile::finish() {
 ErrorCode ReplacingFile::nameFile() {
   const ErrorCode error = place_.nameFile(hold_, place_.name());
   if (error != kAlreadyExists) return error;
-  const ErrorCode taken =
-      takeName([this](TextView name) { return place_.nameFile(hold_, name); });
+  const ErrorCode taken = takeName([this](TextView name) { return place_.nameFile(hold_, name); });
   return taken == kSuccess ? replaceTarget() : taken;
 }
 

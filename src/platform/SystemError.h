@@ -42,7 +42,7 @@ inline constexpr ErrorCode kObjectReplaced =
 inline constexpr ErrorCode kInputOutputError = 1117;
 inline constexpr ErrorCode kQuotaExceeded = 1295;
 inline constexpr ErrorCode kNotOwnFile =
-    1307;  // what is there is not an ordinary file of this user
+    1307;                                    // what is there is not an ordinary file of this user
 inline constexpr ErrorCode kTimeout = 1460;  // no answer within the time limit
 inline constexpr ErrorCode kLinkLoop = 1921;
 

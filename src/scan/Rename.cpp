@@ -5,6 +5,7 @@
 #include "fs/Renaming.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Locale.h"
+#include "scan/Deletion.h"
 #include "scan/GoneFiles.h"
 #include "support/Guard.h"
 
@@ -55,11 +56,14 @@ Text renameFolder(FolderTree& tree, TextView path, TextView name) {
         platform::FindData replaced;
         const bool replacesFile =
             findObject(newPath, replaced) == platform::kSuccess && !replaced.isFolder();
-        if (Text error = renameInFolder(path, name); !error.empty()) return error;
+        const auto nodes = foldersAt(tree, path);
+        const platform::ShownObject object =
+            nodes.empty() ? platform::ShownObject{Text(path)} : shownObject(tree, nodes.front());
+        if (Text error = renameInFolder(object, name); !error.empty()) return error;
         if (replacesFile) {
           takeOutFile(tree, folder, name, replaced);
-        } else if (const auto nodes = foldersAt(tree, newPath); !nodes.empty()) {
-          takeOutFolders(tree, nodes);
+        } else if (const auto gone = foldersAt(tree, newPath); !gone.empty()) {
+          takeOutFolders(tree, gone);
         }
         renameNodes(tree, path, newPath, name);
         return {};

@@ -17,6 +17,7 @@ using platform::FindData;
 
 constexpr std::uint64_t kProgressIntervalMs = 1000;
 constexpr std::uint64_t kSilentProgressIntervalMs = 100;
+constexpr std::int64_t kMostErrorLines = 1000;  // lines of the log for one source
 constexpr unsigned kEntriesBetweenClocks = 64;  // entries between two reads of the clock if silent
 
 }  // namespace
@@ -35,8 +36,14 @@ Walker::Walker(const ScanState& state, DerivedLists* lists)
 ScanTotals Walker::Report_ScanFolders(TextView path, NodeIndex node) {
   path_ = path;
   frames_.clear();
+  errorLines_ = 0;
   enterSource(node);
   walk();
+  if (errorLines_ > kMostErrorLines) {
+    log_.LogProtokoll(TL(9880, u"Weitere Fehler in dieser Quelle, ohne eigene Zeile: %1",
+                         {toText(errorLines_ - kMostErrorLines)}),
+                      true);
+  }
   return frames_.front().result;
 }
 
@@ -253,6 +260,7 @@ bool Walker::enterFolder(const FindData& entry, NodeIndex node) {
 void Walker::countError(const Text& text, TextView path) {
   ++frames_.back().own.Errors;
   ++context_.Total.Errors;
+  if (++errorLines_ > kMostErrorLines) return;  // nobody can fill the log with a folder of his own
   Text line = u"ERROR: ";
   line.append(text).append(u" (").append(path).append(u")");
   log_.LogProtokoll(line, true);

@@ -72,7 +72,8 @@ class Walker {
 
   platform::FolderWalk walk_;
   std::vector<Frame> frames_;
-  Text path_;  // path of the innermost frame, ends in a separator
+  Text path_;                    // path of the innermost frame, ends in a separator
+  std::int64_t errorLines_ = 0;  // errors of the source so far
   std::uint64_t lastProgressTick_ = 0;
   unsigned entriesUntilProgress_ = 0;
 };

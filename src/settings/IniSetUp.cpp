@@ -1,5 +1,6 @@
 #include "settings/IniSetUp.h"
 
+#include "platform/FilePlace.h"
 #include "platform/WholeFile.h"
 #include "support/Guard.h"
 
@@ -56,7 +57,7 @@ Text prepareIniFile(const Text& path, TextView oldPath) {
   Text copy;
   Guarded(kModule, u"Main", [&] {
     ErrorCode error = kSuccess;
-    FileHandle made = platform::CreateFileW(path, platform::kCreateNew, error);
+    FileHandle made = platform::OpenOwnFile(path, platform::kCreateNew, error);
     if (error != kSuccess) {
       copy = repair(path);
       return;

@@ -2,6 +2,7 @@
 
 #include "format/ToolTips.h"
 #include "fs/PathText.h"
+#include "fs/Renaming.h"
 #include "fs/z_Filesystem.h"
 #include "platform/Volumes.h"
 #include "settings/SavedFolders.h"
@@ -17,7 +18,7 @@ RowLook FoundFileRows::look(std::size_t row) const {
 bool FoundFileRows::canRename(std::size_t, const Column& column) const { return column.id == 1; }
 
 Text FoundFileRows::rename(std::size_t row, const Text& name) {
-  Text error = renameObject(row, name);
+  Text error = renameInFolder({path(row), Text::npos, grid_.identity(row)}, name);
   if (error.empty()) grid_.set(row, *column(u"name"), TextView(name));
   return error;
 }

@@ -69,10 +69,6 @@ bool RowSource::isNameTaken(std::size_t row, const Text& name) const {
   return xExistFile_W(other) && !isAnotherFolder(path(row), other);
 }
 
-Text RowSource::renameObject(std::size_t row, const Text& name) const {
-  return renameInFolder(path(row), name);
-}
-
 std::optional<RowSource::Id> RowSource::find(const QString& text, std::size_t from, bool backward) {
   const std::size_t rows = count();
   for (std::size_t step = 1; step <= rows; ++step) {

@@ -85,11 +85,6 @@ class RowSource {
 
   /// Lists the rows again after find() expanded folders.
   virtual void rebuild() {}
-
- protected:
-  /// Renames the object of a row on the disk. Returns the error text; empty: the object was
-  /// renamed.
-  Text renameObject(std::size_t row, const Text& name) const;
 };
 
 /// The rows of a grid, in the order of the grid.

@@ -98,6 +98,27 @@ TEST_F(FolderSaveTest, ACancelledSaveIsWholeUpToItsLastRowAndNoneIsWrittenWithou
   EXPECT_EQ(namesIn(out.path()), std::vector<std::string>{"r.csv"});
 }
 
+TEST_F(FolderSaveTest, ALongPathMakesOnlyItsOwnRowLong) {
+  NodeIndex node = add(kNoNode, u"/src");
+  for (NodeIndex source = tree.firstRoot(); source != kNoNode; source = tree[source].nextSibling)
+    tree.facts(source).created = toDate({2026, 11, 22});
+  for (int i = 0; i < 300; ++i)
+    add(node, u"short" + toText(i));
+  std::size_t longPaths = 0;
+  for (std::size_t i = 1; i <= 60; ++i) {
+    node = add(node, Text(250, u'x'));
+    longPaths += i * 251;
+  }
+  for (const ReportFormat format : kFormats) {
+    ASSERT_FALSE(save(nameOf(format)).has_value());
+    const std::string bytes = readFile(out.path(nameOf(format)));
+    // Two bytes a character; what is not a path takes at most 300 characters a row.
+    EXPECT_LT(bytes.size(), 2 * (longPaths + 361 * 300)) << nameOf(format);
+  }
+  for (const Text& line : lines(readReport(out.path("report.txt"))))
+    EXPECT_FALSE(line.ends_with(u" ")) << toBytes(line);
+}
+
 TEST_F(FolderSaveTest, NothingIsGivenAfterASinkRefusedARow) {
   struct Sink : ReportSink {
     bool beginSource(const ReportSource& source) override {
@@ -178,7 +199,8 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
   }
   EXPECT_GT(failures, 20);
   for (const testing::Fault& makeFail : {testing::Fault{Call::Write, {}, ENOSPC},
-                                         {Call::Close, {}, EDQUOT, 0, 1},
+                                         {Call::Close, {}, EDQUOT},
+                                         {Call::Fdatasync, {}, EIO},
                                          {Call::Openat, out.path(), EACCES},
                                          {Call::Renameat, {}, EACCES}}) {
     std::ofstream(path) << "old";

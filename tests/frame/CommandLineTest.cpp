@@ -10,6 +10,7 @@
 #include "frame/CommandTable.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
+#include "tests/testing/TestFolder.h"
 
 namespace ombrelian {
 namespace {
@@ -114,6 +115,16 @@ TEST(CommandLineTest, RelativePathsBecomeAbsolute) {
       {u"/no/such/../place", u"/no/place"},  {u"/..", u"/"}, {u"/a b/ c ", u"/a b/ c "}};
   for (const auto& [typed, meant] : cases)
     EXPECT_EQ(platform::GetFullPathNameW(typed), meant);
+  // A link before a ".." decides; a link at the end may be one of another user.
+  const testing::TestFolder folder;
+  folder.folder("a/inner");
+  folder.file("victim");
+  folder.symlink("way", "a/inner");
+  folder.symlink("link", "victim");
+  const std::pair<const char*, const char*> links[] = {
+      {"way/..", "a"}, {"way/../file", "a/file"}, {"a/../link", "link"}, {"a/../link/", "link"}};
+  for (const auto& [typed, meant] : links)
+    EXPECT_EQ(platform::GetFullPathNameW(folder.text(typed)), folder.text(meant)) << typed;
 }
 
 TEST(CommandLineTest, LinesWithQuotedPaths) {

@@ -17,6 +17,7 @@
 #include "tests/testing/Faults.h"
 #include "tests/testing/RandomTree.h"
 #include "tests/testing/ScopedLocale.h"
+#include "tests/testing/ScopedUser.h"
 #include "tests/testing/TestFolder.h"
 
 namespace ombrelian {
@@ -143,6 +144,31 @@ TEST_F(SilentRunTest, ALinkAtTheTargetIsKept) {
   ASSERT_EQ(lstat(out.path("link.txt").c_str(), &told), 0);
   EXPECT_TRUE(S_ISLNK(told.st_mode));
   EXPECT_FALSE(readReport(out.path("real.txt")).empty());
+}
+
+TEST_F(SilentRunTest, AWriteProtectedReportIsReplacedOnlyByForce) {
+  const std::string path = out.path("r.txt");
+  const Text folder = source.text();
+  const auto isKept = [&](const std::vector<Text>& line) {
+    const Outcome done = run(line);
+    EXPECT_EQ(done.status, kExitNothing);
+    EXPECT_NE(done.errors.find("--force"), std::string::npos) << done.errors;
+    return readFile(path) == "old";
+  };
+  out.write("r.txt", "old");
+  out.chmod("r.txt", 0444);
+  EXPECT_TRUE(isKept({u"-s", out.text("r.txt"), folder}));
+  EXPECT_EQ(run({u"-s", u"--force", out.text("r.txt"), folder}).status, kExitDone);
+  EXPECT_EQ(out.modeOf("r.txt"), 0444U);
+  EXPECT_NE(readFile(path), "old");
+  if (geteuid() != 0) return;
+  // A file of another user in a folder of this one.
+  out.write("other.txt", "old");
+  out.chmod("", 0777);
+  source.chmod("", 0755);
+  const ScopedUser user;
+  EXPECT_EQ(run({u"-s", out.text("other.txt"), folder}).status, kExitNothing);
+  EXPECT_EQ(run({u"-s", u"--force", out.text("other.txt"), folder}).status, kExitDone);
 }
 
 TEST_F(SilentRunTest, AWorkbookWithCutCellsIsPartial) {

@@ -1,6 +1,7 @@
 #include "frame/StartUp.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -104,6 +105,75 @@ TEST_F(StartUpTest, ASettingsFileWithoutItsMarkIsCopiedAndWrittenAgain) {
     EXPECT_EQ(startUp.settings().INI_ReadString(u"Optionen", u"Kontextmenu", u""), u"1");
     EXPECT_EQ(startUp.settings().INI_ReadString(u"S", u"Name", u""), c.name);
   }
+}
+
+TEST_F(StartUpTest, AFolderThatIsNotAbsoluteOrThatAnotherUserControlsIsNotUsed) {
+  home.folder("config");
+  home.folder("users");
+  ASSERT_EQ(geteuid() == 0 ? chown(home.path("users").c_str(), 65534, 65534) : 0, 0);
+  const std::string users = home.path("users");
+  const std::string own = home.path("own");
+  const struct {
+    std::string config, home;
+    Text folder;
+    std::size_t notes;
+    bool isForAdministrators = false;
+  } cases[] = {
+      {"", own, fromBytes(own + "/.config"), 0},
+      {"relative", own, fromBytes(own + "/.config"), 1},
+      {own, "relative", fromBytes(own), 1},
+      {users, own, fromBytes(own + "/.config"), 1, true},
+      {users + "/deep", own, fromBytes(own + "/.config"), 1, true},
+      {users + "/made/by/an/administrator", own, fromBytes(own + "/.config"), 1, true},
+  };
+  home.folder("users/made/by/an/administrator");
+  for (const auto& c : cases) {
+    if (c.isForAdministrators && geteuid() != 0) continue;
+    const testing::ScopedVariable named("XDG_CONFIG_HOME", c.config);
+    const testing::ScopedVariable user("HOME", c.home);
+    EXPECT_EQ(platform::GetApplicationDataFolder(), c.folder) << c.config << ' ' << c.home;
+    const StartUp startUp({}, u"", 7);
+    EXPECT_EQ(startUp.notices().size(), c.notes) << c.config << ' ' << c.home;
+  }
+  const testing::ScopedVariable unnamed("XDG_CONFIG_HOME", "");
+  const testing::ScopedVariable none("HOME", geteuid() == 0 ? users : "");
+  EXPECT_TRUE(platform::GetApplicationDataFolder().ends_with(u"/.config"));
+  EXPECT_FALSE(platform::GetApplicationDataFolder().starts_with(home.text()));
+  EXPECT_EQ(testing::namesIn(users), std::vector<std::string>{"made"}) << "nothing is made there";
+}
+
+TEST_F(StartUpTest, WhatIsNotAnOwnFileIsRefusedWithAMessage) {
+  const char* const names[] = {"Ombrelian3.ini", "Ombrelian.log", "error.log", "debug.log"};
+  for (const char* const name : names) {
+    const std::string path = home.path("config/Ombrelian/") + name;
+    for (const bool isPipe : {true, false}) {
+      home.write("victim", "\xFF\xFE");
+      home.folder("config/Ombrelian");
+      unlink(path.c_str());
+      ASSERT_EQ(isPipe ? mkfifo(path.c_str(), 0600) : symlink("../../victim", path.c_str()), 0);
+      ASSERT_EQ(geteuid() == 0 ? lchown(path.c_str(), 65534, 65534) : 0, 0);
+      if (isPipe || geteuid() == 0) {
+        const StartUp startUp({}, u"", 7);
+        ASSERT_EQ(startUp.notices().size(), 1U) << name;
+        EXPECT_NE(startUp.notices()[0].find(fromBytes(path)), Text::npos) << name;
+      }
+      EXPECT_EQ(testing::readFile(home.path("victim")), "\xFF\xFE") << name;
+      unlink(path.c_str());
+    }
+  }
+  if (geteuid() != 0) return;
+  ASSERT_EQ(chown(home.path("config/Ombrelian").c_str(), 65534, 65534), 0);
+  const StartUp startUp({}, u"", 7);
+  EXPECT_EQ(startUp.DataPath(), u"");
+  EXPECT_FALSE(startUp.notices().empty());
+}
+
+TEST_F(StartUpTest, OwnFoldersAndFilesAreForTheirOwnerAlone) {
+  { const StartUp startUp({}, u"", 7); }
+  for (const char* const folder : {"config", "config/Ombrelian"})
+    EXPECT_EQ(home.modeOf(folder), 0700U) << folder;
+  for (const std::string& name : testing::namesIn(home.path("config/Ombrelian")))
+    EXPECT_EQ(home.modeOf("config/Ombrelian/" + name), 0600U) << name;
 }
 
 TEST_F(StartUpTest, AHomeThatCannotBeWrittenIsDoneWithout) {

@@ -170,14 +170,46 @@ TEST(FilesystemTest, ARenameStaysInItsFolder) {
   folder.file("outside");
   const Text one = folder.text("a/one");
   for (const TextView name : {u"../gone", u"b/c", u"..", u".", u"", u"twin"}) {
-    EXPECT_FALSE(renameInFolder(one, name).empty()) << toBytes(name);
+    EXPECT_FALSE(renameInFolder({one}, name).empty()) << toBytes(name);
     EXPECT_TRUE(xExistFile_W(one)) << toBytes(name);
   }
-  EXPECT_EQ(renameInFolder(one, u"one"), u"") << "its own name";
-  EXPECT_EQ(renameInFolder(one, u"other"), u"") << "replaces a file";
+  EXPECT_EQ(renameInFolder({one}, u"one"), u"") << "its own name";
+  EXPECT_EQ(renameInFolder({one}, u"other"), u"") << "replaces a file";
   EXPECT_EQ(namesIn(folder.path("a")), (std::vector<std::string>{"other", "twin"}));
-  EXPECT_EQ(renameInFolder(folder.text("a"), u"b\n"), u"") << "a folder, and any name";
+  EXPECT_EQ(renameInFolder({folder.text("a")}, u"b\n"), u"") << "a folder, and any name";
   EXPECT_TRUE(xExistFolder_W(folder.text("b\n")));
+}
+
+TEST(FilesystemTest, ARenameNeverLeavesTheShownFolderAndReplacesNothingThatCameLater) {
+  const TestFolder folder;
+  folder.file("source/a/one");
+  folder.file("other/one", 3);
+  platform::FindData shown;
+  ASSERT_EQ(findObject(folder.text("source/a/one"), shown), platform::kSuccess);
+  const platform::ShownObject one = {folder.text("source/a/one"), folder.text("source").size(),
+                                     shown.identity};
+  const auto rename = [&](const platform::ShownObject& object) {
+    return renameInFolder(object, u"new");
+  };
+  folder.rename("source/a", "source/moved");
+  folder.symlink("source/a", "../other");
+  EXPECT_NE(rename(one), u"") << "a folder became a link";
+  EXPECT_NE(rename({one.path, Text::npos, one.identity}), u"") << "and the file is another one";
+  EXPECT_EQ(namesIn(folder.path("other")), std::vector<std::string>{"one"});
+  unlink(folder.path("source/a").c_str());
+  folder.rename("source/moved", "source/a");
+  {
+    const ScopedFault late({.call = Call::Renameat2, .name = "new", .meanwhile = [&] {
+                              folder.write("source/a/new", "came later");
+                            }});
+    EXPECT_NE(rename(one), u"");
+    EXPECT_EQ(late.hits(), 1);
+  }
+  EXPECT_EQ(readFile(folder.path("source/a/new")), "came later");
+  unlink(folder.path("source/a/new").c_str());
+  const ScopedFault old({.call = Call::Renameat2, .error = EINVAL});
+  EXPECT_EQ(rename(one), u"") << "a file system that does not know the flag";
+  EXPECT_EQ(namesIn(folder.path("source/a")), std::vector<std::string>{"new"});
 }
 
 TEST(FilesystemTest, HardlinksHaveOneIdentity) {

@@ -294,6 +294,7 @@ TEST(TrashFolderTest, TopFolderHasASafeSharedBinOrThisUsersOwn) {
     std::string folder, sticky, link;  // names to make; the link points to "other" beside it
     bool isShared = false;
     ErrorCode code = kSuccess;
+    std::string open = {};  // others may write to it
   } cases[] = {
       {"nothing there", "", "", ""},
       {"not sticky", ".Trash", "", ""},
@@ -302,11 +303,18 @@ TEST(TrashFolderTest, TopFolderHasASafeSharedBinOrThisUsersOwn) {
       {"link in the place of this user's part", ".Trash/other", ".Trash", ".Trash/" + user},
       {"link in the place of this user's own", "other", "", ".Trash-" + user, false,
        kShellErrorOnDestination | kNotADirectory},
+      {"others may write to this user's own", ".Trash-" + user, "", "", false,
+       kShellErrorOnDestination | kAccessDenied, ".Trash-" + user},
+      {"others may write to the files", ".Trash-" + user + "/files", "", "", false,
+       kShellErrorOnDestination | kAccessDenied, ".Trash-" + user + "/files"},
+      {"others may write to this user's part", ".Trash/" + user, ".Trash", "", false, kSuccess,
+       ".Trash/" + user},
   };
   for (const auto& c : cases) {
     const TestFolder top;
     top.folder(c.folder);
     if (!c.sticky.empty()) top.chmod(c.sticky, 01777);
+    if (!c.open.empty()) top.chmod(c.open, 0777);
     if (!c.link.empty()) top.symlink(c.link, "other");
     const Descriptor folder(open(top.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     Trash trash;

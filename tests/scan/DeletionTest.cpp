@@ -306,6 +306,15 @@ TEST_F(DeletionTest, SourcesBelowALinkFollowARename) {
   EXPECT_EQ(totals(root), (ScanTotals{4103, 3, 3, 0, 0, 0}));
 }
 
+TEST_F(DeletionTest, AFolderThatBecameALinkIsNotRenamedIn) {
+  folder.file("elsewhere/sub/kept");
+  folder.rename("source/a", "moved");
+  folder.symlink("source/a", "../elsewhere");
+  EXPECT_NE(renameFolder(tree, folder.text("source/a/sub"), u"new"), u"");
+  EXPECT_TRUE(exists("elsewhere/sub/kept"));
+  EXPECT_NE(find(root, u"a/sub"), kNoNode);
+}
+
 TEST_F(DeletionTest, WhatDidNotCountIsNotSubtracted) {
   options.AddHardlinksOnlyOnce = 1;
   folder.hardlink("source/b/twin", "source/a/one");

@@ -72,6 +72,20 @@ TEST_F(WalkerTest, AnUnlistableFolderIsMarkedCountedAndLogged) {
   EXPECT_TRUE(text.ends_with(u"(" + folder.text("denied/") + u")")) << toBytes(text);
 }
 
+TEST_F(WalkerTest, ASourceCannotFillTheLog) {
+  const TestFolder many(TestFolder::Place::Memory);
+  for (int i = 0; i < 1234; ++i)
+    many.folder("denied" + std::to_string(i));
+  const ScopedFault denied({Call::Openat, "denied", EACCES});
+  const NodeIndex root = scan(many.text());
+  EXPECT_EQ(tree[root].errors, 1234);
+  const auto isError = [](const LogRow& row) { return row.isError; };
+  EXPECT_EQ(std::count_if(log.rows().begin(), log.rows().end(), isError), 1001);
+  EXPECT_NE(std::find_if(log.rows().begin(), log.rows().end(),
+                         [](const LogRow& row) { return row.text.ends_with(u": 234"); }),
+            log.rows().end());
+}
+
 TEST_F(WalkerTest, WhatFailsIsCountedWhereItIsNoVanishedFolder) {
   const TestFolder memory(TestFolder::Place::Memory);
   memory.file("sub/file", 9);

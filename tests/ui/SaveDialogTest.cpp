@@ -266,6 +266,22 @@ TEST_F(SaveDialogTest, TheQuestionForAFileBeginsWhereTheLastReportWent) {
   EXPECT_TRUE(contents(toQString(out.text("t.xml"))).contains(u"<list>"_s));
 }
 
+TEST_F(SaveDialogTest, AWriteProtectedReportIsReplacedOnlyAfterAQuestion) {
+  out.write("named.xml", "old");
+  out.chmod("named.xml", 0444);
+  for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+    const auto dialog = open(ReportFormat::XML);
+    dialog->setChooseFile(
+        [&](QWidget*, const FileQuestion&) { return toQString(out.text("named.xml")); });
+    Answer question(answer);
+    press(*dialog, "OKButton");
+    EXPECT_TRUE(question.text.contains(u"named.xml"_s));
+    EXPECT_EQ(dialog->isVisible(), answer == QMessageBox::No) << "nothing else is said";
+    EXPECT_EQ(readFile(out.path("named.xml")) == "old", answer == QMessageBox::No);
+  }
+  EXPECT_EQ(out.modeOf("named.xml"), 0444U);
+}
+
 /// Types a name into the desktop's dialog.
 void type(const char* name, bool isReadOnly) {
   auto* const files = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());

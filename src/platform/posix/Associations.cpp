@@ -47,8 +47,8 @@ std::vector<std::string> baseFolders(const char* userName, const char* inHome, T
 }
 
 std::vector<std::string> applicationFolders() {
-  std::vector<std::string> folders = baseFolders("XDG_DATA_HOME", "/.local/share",
-                                                 u"XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+  std::vector<std::string> folders = baseFolders("XDG_DATA_HOME", "/.local/share", u"XDG_DATA_DIRS",
+                                                 "/usr/local/share:/usr/share");
   for (std::string& folder : folders)
     folder += "/applications";
   return folders;

@@ -137,10 +137,23 @@ bool isOwnFile(int fd, bool isWritten) {
   struct stat told;
   if (fstat(fd, &told) != 0 || !S_ISREG(told.st_mode)) return false;
   // An administrator may have written a file that the user only reads.
-  if (told.st_uid != geteuid() && (isWritten || told.st_uid != 0)) return false;
-  if (isWritten && (told.st_mode & kRightsOfOthers) != 0)
+  if (told.st_uid != geteuid()) return !isWritten && told.st_uid == 0;
+  if ((told.st_mode & kRightsOfOthers) != 0)
     setMode(fd, told.st_mode & kAnyRights & ~kRightsOfOthers);
   return true;
+}
+
+int ownFlags(int disposition) {
+  switch (disposition) {
+    case kCreateNew:
+      return O_WRONLY | O_CREAT | O_EXCL;
+    case kOpenAppend:
+      return O_WRONLY | O_CREAT | O_APPEND;
+    case kOpenExisting:
+      return O_RDWR;
+    default:
+      return O_RDONLY;
+  }
 }
 
 /// The error of a file that could not be opened: a link, a folder and a pipe are no own files.
@@ -257,12 +270,9 @@ FileHandle FilePlace::openOwn(TextView name, int disposition, ErrorCode& error) 
   using Answer = std::pair<ErrorCode, Descriptor>;
   const auto open = [bytes = toBytes(name), disposition, folder = folder_] {
     const bool isWritten = disposition != kOpenRead;
-    const int flags = disposition == kOpenAppend     ? O_WRONLY | O_CREAT | O_APPEND
-                      : disposition == kOpenExisting ? O_RDWR
-                                                     : O_RDONLY;
     Answer answer;
-    answer.second.reset(
-        openat(folder->descriptor.get(), bytes.c_str(), flags | kNoWaiting, kOwnersFile));
+    answer.second.reset(openat(folder->descriptor.get(), bytes.c_str(),
+                               ownFlags(disposition) | kNoWaiting, kOwnersFile));
     if (!answer.second) {
       answer.first = openError();
     } else if (!isOwnFile(answer.second.get(), isWritten)) {
@@ -281,8 +291,8 @@ FileHandle FilePlace::openOwn(TextView name, int disposition, ErrorCode& error) 
 ErrorCode FilePlace::nameFile(const FileHandle& file, TextView name) const {
   return file.ask([bytes = toBytes(name), folder = folder_](int fd) {
     const std::string alias = "/proc/self/fd/" + std::to_string(fd);
-    const int result = linkat(AT_FDCWD, alias.c_str(), folder->descriptor.get(), bytes.c_str(),
-                              AT_SYMLINK_FOLLOW);
+    const int result =
+        linkat(AT_FDCWD, alias.c_str(), folder->descriptor.get(), bytes.c_str(), AT_SYMLINK_FOLLOW);
     return result == 0 ? kSuccess : lastError();
   });
 }

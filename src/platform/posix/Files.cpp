@@ -217,14 +217,15 @@ Text GetFullPathNameW(TextView path) {
     absolute = fromBytes(folder.get()).append(u"/").append(path);
   }
   if (hasParentStep(absolute)) {
-    Text real = GetFinalPathNameW(absolute);
-    if (!real.empty()) return real;
-    // A file that does not exist yet has at least a folder.
+    while (absolute.size() > 1 && absolute.back() == u'/')
+      absolute.pop_back();
     const auto last = absolute.rfind(u'/');
-    real = GetFinalPathNameW(absolute.substr(0, last));
-    if (!real.empty() && !hasParentStep(absolute.substr(last))) {
-      return withoutIdleSteps(real.append(absolute.substr(last)));
-    }
+    const bool endsAbove = hasParentStep(TextView(absolute).substr(last));
+    // The last name may be a link that must not be followed, or a file that does not exist yet.
+    Text real = GetFinalPathNameW(endsAbove ? absolute
+                                            : absolute.substr(0, std::max<std::size_t>(last, 1)));
+    if (!real.empty() && !endsAbove) real.append(TextView(absolute).substr(last));
+    if (!real.empty()) return withoutIdleSteps(real);
   }
   return withoutIdleSteps(absolute);
 }

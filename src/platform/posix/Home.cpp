@@ -54,7 +54,7 @@ bool isUsable(const std::string& path) {
 }
 
 std::string withoutFinalSeparator(std::string path) {
-  while (path.ends_with('/'))
+  while (path.size() > 1 && path.ends_with('/'))
     path.pop_back();
   return path;
 }
@@ -85,7 +85,8 @@ std::string userFolder(const char* name, const char* inHome) {
   const std::string folder = environmentVariable(name);
   if (isUsable(folder)) return withoutFinalSeparator(folder);
   const std::string home = homeFolder();
-  return home.empty() ? home : home + inHome;
+  if (home.empty()) return home;
+  return home == "/" ? inHome : home + inHome;
 }
 
 bool isInHome(int folder) {

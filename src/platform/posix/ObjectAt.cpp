@@ -2,6 +2,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <stdio.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -50,6 +51,17 @@ ErrorCode ObjectAt::read(FindData& data) const {
   if (error != 0) return translateErrno(error);
   const bool isAnother = identity_.index != 0 && !(data.identity == identity_);
   return isAnother ? kObjectReplaced : kSuccess;
+}
+
+int renameToNew(int fromFolder, const char* from, int toFolder, const char* to) {
+  if (renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE) == 0) return 0;
+  if (errno != EINVAL && errno != ENOSYS) return errno;
+  // This file system does not support RENAME_NOREPLACE, so another program can take the name
+  // between the next two calls.
+  struct stat told;
+  if (fstatat(toFolder, to, &told, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
+  if (errno != ENOENT) return errno;
+  return renameat(fromFolder, from, toFolder, to) == 0 ? 0 : errno;
 }
 
 bool changeMode(int folder, unsigned mode) {

@@ -33,6 +33,10 @@ class ObjectAt {
   ErrorCode error_ = kSuccess;
 };
 
+/// Renames an object and replaces nothing; returns 0, EEXIST if the name is taken, or another
+/// errno.
+int renameToNew(int fromFolder, const char* from, int toFolder, const char* to);
+
 /// Changes the access mode of an open folder, also of one opened with O_PATH; false: errno contains
 /// the error.
 bool changeMode(int folder, unsigned mode);

@@ -105,21 +105,8 @@ int makeRecord(int info, const std::string& name, std::string_view content) {
   return error;
 }
 
-/// Moves the object to `name` in the bin by a rename, and never replaces anything there; returns 0
-/// or errno.
-int moveIn(const ObjectAt& at, int files, const char* name) {
-  if (renameat2(at.folder(), at.name(), files, name, RENAME_NOREPLACE) == 0) return 0;
-  if (errno != EINVAL && errno != ENOSYS) return errno;
-  // This file system does not support RENAME_NOREPLACE. Every program that uses the bin makes the
-  // record first, and the record is ours, so no program takes the name between the next two calls.
-  struct stat told;
-  if (fstatat(files, name, &told, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
-  if (errno != ENOENT) return errno;
-  return renameat(at.folder(), at.name(), files, name) == 0 ? 0 : errno;
-}
-
-/// Undoes moveIn, unless another object is in the old place now or the file system does not support
-/// RENAME_NOREPLACE.
+/// Moves the object back, unless another object is in the old place now or the file system does not
+/// support RENAME_NOREPLACE.
 bool moveBack(const ObjectAt& at, int files, const char* name) {
   return renameat2(files, name, at.folder(), at.name(), RENAME_NOREPLACE) == 0;
 }
@@ -157,7 +144,9 @@ ErrorCode moveAs(const std::string& name, std::string_view record, const Source&
   const std::string recordName = name + std::string(kTrashInfoEnding);
   int error = makeRecord(trash.info.get(), recordName, record);
   if (error != 0) return binError(error);
-  error = moveIn(source.at, trash.files.get(), name.c_str());
+  // Every program that uses the bin makes the record first, and the record is ours, so no program
+  // takes the name meanwhile.
+  error = renameToNew(source.at.folder(), source.at.name(), trash.files.get(), name.c_str());
   const bool isWrong = error == 0 && isAnother(source, trash, name);
   if (error == 0 && !isWrong) return kSuccess;
   const bool isStillIn = isWrong && !moveBack(source.at, trash.files.get(), name.c_str());

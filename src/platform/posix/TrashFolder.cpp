@@ -42,9 +42,7 @@ int openLevel(int folder, const char* name, Level& level) {
 }
 
 /// Folder for the data that all programs store for this user, without final separator; empty: none.
-std::string dataFolder() {
-  return userFolder("XDG_DATA_HOME", "/.local/share");
-}
+std::string dataFolder() { return userFolder("XDG_DATA_HOME", "/.local/share"); }
 
 bool isOn(int folder, std::uint64_t device) {
   FileIdentity identity;
