@@ -31,23 +31,22 @@ int addFoldersUpwards(int folder, std::vector<FileIdentity>& folders) {
   return error;
 }
 
-std::vector<FileIdentity> foldersAbove(const std::string& path) {
-  std::vector<FileIdentity> onTheWay;
+int foldersAbove(const std::string& path, std::vector<FileIdentity>& folders) {
   std::string_view rest = path;
   FileIdentity identity;
   Descriptor folder;
   int error = openBelow(AT_FDCWD, path.starts_with('/') ? "/" : ".", folder, identity);
   for (std::string step = takeComponent(rest); error == 0 && !step.empty();
        step = takeComponent(rest)) {
-    onTheWay.push_back(identity);
+    folders.push_back(identity);
     error = openBelow(folder.get(), step.c_str(), folder, identity);
   }
-  if (error != 0) return onTheWay;
-  std::vector<FileIdentity> folders;
-  addFoldersUpwards(folder.get(), folders);
-  if (!folders.empty()) folders.erase(folders.begin());  // the folder itself
-  folders.insert(folders.end(), onTheWay.begin(), onTheWay.end());
-  return folders;
+  if (error != 0) return error;
+  std::vector<FileIdentity> upwards;
+  error = addFoldersUpwards(folder.get(), upwards);
+  // The first one is the folder itself.
+  if (!upwards.empty()) folders.insert(folders.end(), upwards.begin() + 1, upwards.end());
+  return error;
 }
 
 }  // namespace ombrelian::platform
