@@ -6,6 +6,7 @@
 #include "export/XlsxWriter.h"
 #include "export/XmlWriter.h"
 #include "platform/Time.h"
+#include "support/Guard.h"
 
 namespace ombrelian {
 namespace {
@@ -151,6 +152,7 @@ std::unique_ptr<ReportWriter> makeReportWriter(ReportFormat format, const Report
 
 Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
                    const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui) {
+  const std::uint64_t faults = caughtFaults();
   const std::unique_ptr<ReportWriter> writer = makeReportWriter(format, list, settings);
   if (Failure failure = writer->open(target)) return failure;
   Progress progress(ui, feed.rowCount());
@@ -163,6 +165,7 @@ Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
   feed.feed(sink);
   writer->endDocument();
   progress.rowsAreDone();
+  throwIfFaultsSince(faults);
   Failure failure;
   ui.runAside([&] { failure = writer->commit(); });
   if (!failure && writer->cutCells() > 0) ui.cellsWereCut(writer->cutCells());

@@ -4,6 +4,7 @@
 
 #include "format/Sizes.h"
 #include "platform/Process.h"
+#include "support/Guard.h"
 #include "support/Translate.h"
 
 namespace ombrelian {
@@ -45,10 +46,7 @@ Console::Console() : isTerminal_(platform::IsErrorOutputTerminal()) {}
 
 Console::~Console() { clearProgress(); }
 
-void Console::print(TextView line) {
-  clearProgress();
-  writeAll(stdout, toBytes(line) + "\n");
-}
+bool Console::print(TextView line) { return write(toBytes(line) + "\n"); }
 
 bool Console::write(std::string_view bytes) {
   clearProgress();
@@ -103,6 +101,16 @@ std::string Console::forErrorOutput(TextView text) const {
 void Console::message(TextView text, Severity) {
   clearProgress();
   writeAll(stderr, "ombrelian: " + forErrorOutput(text));
+}
+
+void Console::fault(const Error& error) noexcept {
+  try {
+    message(TL(9701, u"Der Vorgang wurde durch einen Fehler des Programms beendet: %1",
+               {errorTextOf(error)}),
+            Severity::Error);
+  } catch (...) {
+    writeAll(stderr, "ombrelian: out of memory\n");
+  }
 }
 
 void Console::logged(const LogRow& row) {

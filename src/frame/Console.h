@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lists/Log.h"
+#include "support/Error.h"
 #include "support/UserInterface.h"
 
 namespace ombrelian {
@@ -12,8 +13,8 @@ class Console : public UserInterface, public LogListener {
   Console();
   ~Console() override;
 
-  /// Writes one line to standard output.
-  void print(TextView line);
+  /// Writes one line to standard output; false: not all of it could be written.
+  bool print(TextView line);
 
   /// Writes bytes to standard output without changes; false: not all of them could be written.
   bool write(std::string_view bytes);
@@ -28,6 +29,9 @@ class Console : public UserInterface, public LogListener {
   void yield() override {}
   bool GetInputState() override { return false; }
   void message(TextView text, Severity severity) override;
+
+  /// Reports a fault that ended the program's work, if necessary without any memory.
+  void fault(const Error& error) noexcept;
   bool ask(TextView) override { return false; }
 
   /// Whether a report was saved with cut cells.

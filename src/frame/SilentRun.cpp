@@ -42,7 +42,15 @@ Text unwritableText(const Text& target, const Error& error) {
   return TL(9005, u"Der Bericht '%1' kann nicht geschrieben werden: %2", {target, error.text});
 }
 
-int runSilently(const CommandLine& line, Session& session, Console& console) {
+int statusOf(const RunResult& result, const Console& console, bool isTold) {
+  if (!result.isComplete() || console.hasCutCells()) return kExitPartial;
+  return isTold ? kExitDone : kExitUntold;
+}
+
+namespace {
+
+/// See runSilently; `statusNow` is the exit status if a fault ends the run.
+int scanAndSave(const CommandLine& line, Session& session, Console& console, int& statusNow) {
   if (const Text obstacle = findObstacle(line.target); !obstacle.empty()) {
     console.message(obstacle, Severity::Error);
     return kExitNothing;
@@ -62,13 +70,23 @@ int runSilently(const CommandLine& line, Session& session, Console& console) {
     console.message(unwritableText(line.target, *failure), Severity::Error);
     return kExitNothing;
   }
+  statusNow = kExitPartial;
   const Text sums = summary(result.sum, platform::GetTickCount() - start, line.target);
+  bool isTold = true;
   if (line.target == kStandardOutput) {
     console.message(sums, Severity::Information);
   } else {
-    console.print(sums);
+    isTold = console.print(sums);
   }
-  return result.isComplete() && !console.hasCutCells() ? kExitDone : kExitPartial;
+  return statusOf(result, console, isTold);
+}
+
+}  // namespace
+
+int runSilently(const CommandLine& line, Session& session, Console& console) {
+  int statusNow = kExitNothing;
+  return runWithReport(console, statusNow,
+                       [&] { return scanAndSave(line, session, console, statusNow); });
 }
 
 }  // namespace ombrelian

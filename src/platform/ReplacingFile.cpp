@@ -1,5 +1,7 @@
 #include "platform/ReplacingFile.h"
 
+#include <exception>
+
 #include "platform/FolderWalk.h"
 #include "platform/Removal.h"
 #include "platform/Time.h"
@@ -30,7 +32,7 @@ bool exists(TextView path) {
 }
 
 /// Removes the temporary files of runs that were killed: no process holds the lock of these.
-void removeLeftovers(TextView folder) {
+void removeLeftovers(TextView folder) try {
   FolderWalk walk(0, WalkReach::OneFolder);
   if (walk.openSource(folder) != kSuccess) return;
   while (const FindData* const data = walk.nextEntry()) {
@@ -42,6 +44,7 @@ void removeLeftovers(TextView folder) {
     if (error == kSuccess) error = LockFile(file);
     if (error == kSuccess) DeleteFileW({path, Text::npos, data->identity});
   }
+} catch (const std::exception&) {  // a file that is complete does not fail because of the others
 }
 
 }  // namespace
@@ -90,7 +93,7 @@ ErrorCode ReplacingFile::takeName(Take take) {
     Text candidate(folderOf(target_));
     candidate.append(kPrefix).append(toText(std::int64_t(seed) + attempt)).append(kSuffix);
     error = take(candidate);
-    if (error == kSuccess) temporary_ = candidate;
+    if (error == kSuccess) temporary_ = std::move(candidate);  // never throws: the name is taken
     if (error != kAlreadyExists) break;
   }
   return error;
@@ -155,7 +158,10 @@ ReplacingFile::~ReplacingFile() { discard(); }
 
 void ReplacingFile::discard() {
   file_ = FileHandle();
-  if (!temporary_.empty()) DeleteFileW({temporary_});
+  try {
+    if (!temporary_.empty()) DeleteFileW({temporary_});
+  } catch (const std::exception&) {  // no memory at all: the next file in the folder removes it
+  }
   temporary_.clear();
   hold_ = FileHandle();
 }

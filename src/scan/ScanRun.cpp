@@ -51,17 +51,15 @@ DerivedLists* ScanRun::listsOfRun() const {
 
 RunResult ScanRun::Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue) {
   RunResult result;
-  result.failed = !GuardedOr(
+  const std::uint64_t faults = caughtFaults();
+  GuardedOr(
       kModule, u"Ordnerliste_Abarbeiten",
       [&] {
         const RunScope scope(state_);
         scanQueue(SourceQueue, result);
-        return true;
       },
-      [&](const Error& error) {
-        logFault(state_, error);
-        return false;
-      });
+      [&](const Error& error) { logFault(state_, error); });
+  result.failed = caughtFaults() != faults;
   SourceQueue.clear();
   return result;
 }
@@ -197,19 +195,27 @@ void ScanRun::logCounts(const ScanTotals& counts) {
 
 NodeIndex ScanRun::Quelle_Einlesen(TextView path, NodeIndex existing) {
   const NodeIndex root = existing == kNoNode ? state_.tree.addRoot(rootName(path)) : existing;
+  const std::uint64_t faults = caughtFaults();
   GuardedOr(
-      kModule, u"Quelle_Einlesen", [&] { readSource(path, root); },
-      [&](const Error& error) {
-        // Missing data count as an error, so that the source does not look complete.
-        ++state_.context.Total.Errors;
-        state_.tree[root].errors = state_.context.Total.Errors;
-        state_.tree[root].set(FolderNode::IsError);
-        cutOff(state_.tree[root]);
-        logFault(state_, error);
-        state_.tree.setErrorText(root, errorTextOf(error));
+      kModule, u"Quelle_Einlesen",
+      [&] {
+        readSource(path, root);
+        throwIfFaultsSince(faults);
       },
-      {path});
+      [&](const Error& error) { markFault(root, error); }, {path});
   return root;
+}
+
+/// Marks a source of which data are missing because of a fault. They count as an error, so that the
+/// source does not look complete.
+void ScanRun::markFault(NodeIndex root, const Error& error) noexcept {
+  FolderNode& node = state_.tree[root];
+  ++state_.context.Total.Errors;
+  node.errors = state_.context.Total.Errors;
+  node.set(FolderNode::IsError);
+  cutOff(node);
+  logFault(state_, error);
+  Guarded(kModule, u"markFault", [&] { state_.tree.setErrorText(root, errorTextOf(error)); });
 }
 
 void ScanRun::readSource(TextView path, NodeIndex root) {

@@ -14,7 +14,7 @@ struct RunResult {
   int sourcesMissing = 0;  // number of sources that do not exist
   Text missing;            // the first of them
   bool cancelled = false;
-  bool failed = false;  // a fault of the program ended the run
+  bool failed = false;  // a fault of the program ended the run or a part of it
   NodeIndex lastRoot = kNoNode;
   std::int64_t milliseconds = 0;  // over all sources
 
@@ -53,6 +53,7 @@ class ScanRun {
   void readRootFacts(TextView path, NodeIndex root);
   void scanQueue(std::deque<Text>& SourceQueue, RunResult& result);
   void readSource(TextView path, NodeIndex root);
+  void markFault(NodeIndex root, const Error& error) noexcept;
   ScanTotals walk(TextView path, NodeIndex root);
   DerivedLists* listsOfRun() const;
 
