@@ -1,6 +1,8 @@
 #include "platform/posix/ReadAhead.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -135,6 +137,40 @@ TEST_F(ReadAheadTest, AShortageOfHelpersIsNoneOfTheWalk) {
                           }});
   EXPECT_EQ(diaryOf(folder.text(), 4), alone);
   EXPECT_GT(fault.hits(), 0);
+}
+
+/// Runs `check` in a process that can have no more than `limit` descriptors; `taken` of them are in
+/// use already.
+void expectWithFewDescriptors(rlim_t limit, rlim_t taken, const std::function<bool()>& check) {
+  const pid_t child = fork();
+  if (child == 0) {
+    const rlimit few = {limit, limit};
+    for (rlim_t i = 3; i < taken; ++i)
+      dup2(0, int(i));
+    _exit(setrlimit(RLIMIT_NOFILE, &few) == 0 && check() ? 0 : 1);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0) << taken << " of " << limit;
+}
+
+TEST_F(ReadAheadTest, AWalkGetsByWithFewDescriptors) {
+  const TestFolder folder;
+  makeRandomTree(folder, 6);
+  close(folder.chain("deep", 60));
+  const std::vector<std::string> whole = diaryOf(folder.text(), 0);
+  for (const auto& [limit, taken] : {std::pair(16U, 3U), {48U, 3U}, {128U, 3U}, {128U, 118U}}) {
+    for (const int helpers : {0, 2, 64})
+      expectWithFewDescriptors(limit, taken,
+                               [&] { return diaryOf(folder.text(), helpers) == whole; });
+  }
+  // The limit that a process may raise itself is no limit.
+  rlimit old;
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &old), 0);
+  const rlimit low = {32, old.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &low), 0);
+  EXPECT_EQ(descriptorLimit(), std::min<std::size_t>(old.rlim_max, 1024));
+  setrlimit(RLIMIT_NOFILE, &old);
 }
 
 /// Reads everything below `folder` with the plan; returns the number of entries. `most` is the

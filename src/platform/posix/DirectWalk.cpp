@@ -17,7 +17,7 @@ namespace ombrelian::platform {
 namespace {
 
 /// Number of open levels during a shortage of descriptors.
-constexpr std::size_t kLevelsInShortage = 4;
+constexpr std::size_t kLevelsInShortage = 2;
 
 /// kNotSupported: the file system of the device holds no files of its own.
 ErrorCode checkDevice(std::uint64_t device) {
