@@ -87,6 +87,13 @@ int startWindow(const std::vector<Text>& arguments, Console& console) {
 
 int runWithSettings(const CommandLine& line, const Text& command, const Translation& translation,
                     Console& console) {
+  if (const Text locale = platform::UnknownLocaleName(); !locale.empty()) {
+    console.message(TL(9844,
+                       u"Das Gebietsschema '%1' ist nicht bekannt; Zahlen, Daten und Sortierung "
+                       u"sind deshalb die englischen.",
+                       {locale}),
+                    UserInterface::Severity::Warning);
+  }
   StartUp startUp(line, command, translation.LanguageId());
   Session session;
   session.loadOptions(startUp.settings());

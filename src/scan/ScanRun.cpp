@@ -29,10 +29,23 @@ Date now() { return toDate(platform::GetLocalTime()); }
 /// The name of the root node for a source with this path.
 Text rootName(TextView path) { return xRemoveBackslash(path); }
 
-/// Whether the file system of the source does not answer; its row then shows this error.
-bool doesNotAnswer(TextView path) {
+/// Why nothing can be read at `path`; kSuccess: it is a folder. If its file system does not answer,
+/// the row of the source shows this.
+platform::ErrorCode obstacleAt(TextView path) {
+  if (xExistFolder_W(path)) return platform::kSuccess;
   platform::FindData data;
-  return platform::GetFileInformation(path, data) == platform::kTimeout;
+  const platform::ErrorCode error = platform::GetFileInformation(path, data);
+  if (error == platform::kTimeout) return platform::kSuccess;
+  return error == platform::kSuccess && !data.isFolder() ? platform::kNotADirectory : error;
+}
+
+/// Message about a source that cannot be read because of `error`.
+Text obstacleText(const Text& path, platform::ErrorCode error) {
+  if (platform::isMissing(error)) {
+    return TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path});
+  }
+  return TL(9842, u"Der Ordner '%1' kann nicht eingelesen werden: %2",
+            {path, xGetErrorText(false, error)});
 }
 
 /// The source with this name; kNoNode: none.
@@ -74,12 +87,12 @@ void ScanRun::scanQueue(std::deque<Text>& SourceQueue, RunResult& result) {
     if (wasRead(path)) {
       state_.log.LogProtokoll(
           TL(9866, u"'%1' ist ein Ordner, der in diesem Lauf schon eingelesen wurde.", {path}));
-    } else if (xExistFolder_W(path) || doesNotAnswer(path)) {
+    } else if (const auto error = obstacleAt(path); error == platform::kSuccess) {
       scanSource(path, isOnlySource, result);
     } else {
-      if (++result.sourcesMissing == 1) result.missing = path;
-      state_.log.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}),
-                              true);
+      const Text text = obstacleText(path, error);
+      if (++result.sourcesMissing == 1) result.missingText = text;
+      state_.log.LogProtokoll(text, true);
     }
     isOnlySource = false;  // sources that were queued meanwhile make it a run of several sources
     SourceQueue.pop_front();

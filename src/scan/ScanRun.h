@@ -11,8 +11,8 @@ namespace ombrelian {
 struct RunResult {
   ScanTotals sum;  // over all sources
   int sourcesScanned = 0;
-  int sourcesMissing = 0;  // number of sources that do not exist
-  Text missing;            // the first of them
+  int sourcesMissing = 0;  // number of sources that do not exist or that nothing is known of
+  Text missingText;        // message about the first of them
   bool cancelled = false;
   bool failed = false;  // a fault of the program ended the run or a part of it
   NodeIndex lastRoot = kNoNode;

@@ -2,6 +2,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 
@@ -11,6 +12,7 @@
 #include "platform/posix/Medium.h"
 #include "platform/posix/Mounts.h"
 #include "platform/posix/PathAt.h"
+#include "platform/posix/Retried.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -32,10 +34,15 @@ ErrorCode checkDevice(std::uint64_t device) {
 ErrorCode openFolder(std::string path, OpenLevel& level) {
   const PathAt at(std::move(path));
   if (at.error() != 0) return translateErrno(at.error());
-  Descriptor folder(openat(at.folder(), at.name(), kOpenLevel));
+  Descriptor folder(retried([&] { return openat(at.folder(), at.name(), kOpenLevel); }));
   if (!folder) return translateErrno(errno);
   level.folder = std::make_shared<const Descriptor>(std::move(folder));
   return translateErrno(readIdentity(level.folder->get(), level.identity));
+}
+
+bool isRemoved(int folder) {
+  struct stat told;
+  return fstat(folder, &told) == 0 && told.st_nlink == 0;
 }
 
 bool contains(const std::vector<FileIdentity>& folders, const FileIdentity& folder) {
@@ -170,6 +177,8 @@ ErrorCode DirectWalk::openSource(TextView path) {
   Level level;
   level.name = toBytes(path);
   if (const ErrorCode error = openFolder(level.name, level); error != kSuccess) return error;
+  // A removed folder that somebody still has open, such as ".", would look empty.
+  if (isRemoved(level.folder->get())) return kFileNotFound;
   above_.reset();
   prepare(level);
   return push(std::move(level));
@@ -190,7 +199,9 @@ ErrorCode DirectWalk::openCurrent() {
 
 ErrorCode DirectWalk::openByName(Level& level) {
   const int follow = current_->isReparse() ? 0 : O_NOFOLLOW;
-  Descriptor folder(openat(levels_.back().folder->get(), currentName_, kOpenLevel | follow));
+  Descriptor folder(retried([&] {
+    return openat(levels_.back().folder->get(), currentName_, kOpenLevel | follow);
+  }));
   if (!folder) return translateErrno(errno);
   level.folder = std::make_shared<const Descriptor>(std::move(folder));
   if (!current_->isReparse() && current_->statError == kSuccess) return kSuccess;

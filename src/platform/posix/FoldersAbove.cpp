@@ -5,6 +5,7 @@
 
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/PathAt.h"
+#include "platform/posix/Retried.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -12,7 +13,7 @@ namespace {
 
 /// Opens `name` below the open folder `above`, and reads which folder it is. Returns 0 or errno.
 int openBelow(int above, const char* name, Descriptor& folder, FileIdentity& identity) {
-  Descriptor found(openat(above, name, O_PATH | O_DIRECTORY | O_CLOEXEC));
+  Descriptor found(retried([&] { return openat(above, name, O_PATH | O_DIRECTORY | O_CLOEXEC); }));
   if (!found) return errno;
   folder = std::move(found);
   return readIdentity(folder.get(), identity);

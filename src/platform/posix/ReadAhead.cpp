@@ -9,6 +9,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/posix/Retried.h"
 #include "platform/posix/SignalsBlocked.h"
 
 namespace ombrelian::platform {
@@ -331,8 +332,9 @@ void ReadAhead::giveBack(Work& work) {
 void ReadAhead::list(Work& work, EntryReader& reader) {
   Listing& listing = *work.listing;
   if (listing.folder == nullptr) {
-    work.folder.reset(openat(listing.above->get(), listing.name.c_str(),
-                             O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
+    work.folder.reset(retried([&] {
+      return openat(listing.above->get(), listing.name.c_str(), kOpenLevel | O_NOFOLLOW);
+    }));
     if (!work.folder) {
       work.read.isEnd = true;
       work.error = errno;
