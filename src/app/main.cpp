@@ -55,7 +55,7 @@ bool printHelp(Console& console) {
          u"  1  gespeichert, aber etwas war nicht lesbar oder eine Quelle fehlte%!"
          u"  2  nichts gespeichert%!"
          u"  4  wie 0, aber die Standardausgabe war nicht beschreibbar%!"
-         u"  128 und die Nummer des Signals: durch ein Signal beendet, nichts gespeichert%!"
+         u"  128 und die Nummer eines Signals: dieses Signal hat den Lauf vorzeitig beendet%!"
          u"%!"
          u"Beispiel:%!"
          u"  ombrelian -s2 bericht.txt ~/Bilder /var");
@@ -131,6 +131,7 @@ int runLine(const std::vector<Text>& arguments, const Translation& translation, 
   if (line.mode != Mode::Silent && line.mode != Mode::Lists) {
     return startWindow(arguments, console);
   }
+  platform::CatchStopSignals();
   int statusNow = kExitNothing;
   return runWithReport(console, statusNow, [&] {
     const int status = runWithSettings(line, commandText(arguments), translation, console);
@@ -152,6 +153,7 @@ int run(int argc, char** argv, Translation& translation, Console& console) {
 
 int main(int argc, char** argv) {
   ombrelian::platform::FillStandardDescriptors();
+  ombrelian::platform::IgnoreWriteSignals();
   ombrelian::Translation translation;
   ombrelian::Console console;
   return ombrelian::GuardedOr(

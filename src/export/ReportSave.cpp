@@ -5,6 +5,7 @@
 #include "export/TxtWriter.h"
 #include "export/XlsxWriter.h"
 #include "export/XmlWriter.h"
+#include "platform/Process.h"
 #include "platform/Time.h"
 #include "support/Guard.h"
 
@@ -166,6 +167,7 @@ Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
   writer->endDocument();
   progress.rowsAreDone();
   throwIfFaultsSince(faults);
+  if (platform::StopSignal() != 0) return systemError(platform::kCancelled, u"ReportSave");
   Failure failure;
   ui.runAside([&] { failure = writer->commit(); });
   if (!failure && writer->cutCells() > 0) ui.cellsWereCut(writer->cutCells());

@@ -73,6 +73,8 @@ void Console::saveProgress(std::uint64_t row, std::uint64_t rows) {
                    xFormatFileSize(0, std::int64_t(rows), false, false)}));
 }
 
+bool Console::saveCancelled() { return platform::StopSignal() != 0; }
+
 void Console::cellsWereCut(std::uint64_t cells) {
   hasCutCells_ = true;
   message(TL(9821, u"Zu lange Zellen, die gekürzt wurden: %1", {toText(std::int64_t(cells))}),

@@ -25,7 +25,7 @@ class Console : public UserInterface, public LogListener {
                     std::int64_t bytes) override;
   void saveProgress(std::uint64_t row, std::uint64_t rows) override;
   void cellsWereCut(std::uint64_t cells) override;
-  bool saveCancelled() override { return false; }
+  bool saveCancelled() override;
   void yield() override {}
   bool GetInputState() override { return false; }
   void message(TextView text, Severity severity) override;

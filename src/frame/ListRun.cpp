@@ -8,6 +8,7 @@
 #include "export/ListText.h"
 #include "frame/SilentRun.h"
 #include "fs/PathText.h"
+#include "platform/Process.h"
 #include "platform/ReplacingFile.h"
 #include "platform/Time.h"
 #include "scan/ListFeeder.h"
@@ -153,10 +154,11 @@ int scanAndList(const CommandLine& line, Session& session, Console& console, int
   ListFeeder lists(session.options, session.filters, types);
   ScanRun run(session.scanState(console, &lists));
   const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
+  if (result.cancelled) return tellSignal(console);
   if (result.sourcesScanned == 0) return kExitNothing;
   const bool isDone = saves ? saver.saveAll(session, lists, result.lastRoot)
                             : printAll(line, session, lists, console);
-  if (!isDone) return kExitNothing;
+  if (!isDone) return platform::StopSignal() != 0 ? tellSignal(console) : kExitNothing;
   statusNow = kExitPartial;
   return statusOf(result, console, saver.isTold());
 }

@@ -12,7 +12,7 @@ inline constexpr int kExitDone = 0;      // everything was read and saved
 inline constexpr int kExitPartial = 1;   // the report was saved, but something could not be read
 inline constexpr int kExitNothing = 2;   // nothing was saved, or the line was invalid
 inline constexpr int kExitUntold = 4;    // like 0, but the standard output could not be written
-inline constexpr int kExitSignal = 128;  // a signal stopped the run; plus the number of the signal
+inline constexpr int kExitSignal = 128;  // plus its number: a signal ended the run early
 
 /// Message about a report that cannot be written.
 Text unwritableText(const Text& target, const Error& error);
@@ -35,6 +35,9 @@ int runWithReport(Console& console, const int& statusNow, Run run) noexcept {
         return statusNow;
       });
 }
+
+/// Reports that a signal ended the run early, and returns the exit status for it.
+int tellSignal(Console& console);
 
 /// Exit status of a run that saved its result; `isTold`: its output could be written.
 int statusOf(const RunResult& result, const Console& console, bool isTold);

@@ -138,7 +138,8 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
   if (DerivedLists* const lists = listsOfRun()) {
     lists->finish(state_.context.Total, [this](TextView text) { state_.ui.scanPhase(text); });
   }
-  result.cancelled = state_.context.ScanCancelState == kScanCancelRequested;
+  result.cancelled =
+      state_.context.ScanCancelState == kScanCancelRequested || platform::StopSignal() != 0;
   if (result.cancelled) {
     state_.log.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
   }

@@ -2,16 +2,17 @@
 
 #include <fcntl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cstring>
 #include <filesystem>
 #include <random>
 #include <thread>
 
 #include "platform/FolderWalk.h"
 #include "platform/posix/Medium.h"
+#include "tests/testing/ChildProcess.h"
 #include "tests/testing/RandomTree.h"
 #include "tests/testing/Testing.h"
 
@@ -106,6 +107,27 @@ TEST_F(ReadAheadTest, FailuresAreThoseOfAWalkAlone) {
   }
 }
 
+TEST_F(ReadAheadTest, InterruptedCallsAreRepeated) {
+  const TestFolder folder;
+  makeRandomTree(folder, 8);
+  const std::vector<std::string> whole = diaryOf(folder.text(), 0);
+  for (const Call call : {Call::Openat, Call::Getdents, Call::Statx}) {
+    for (const int helpers : {0, 2}) {
+      const ScopedFault early({.call = call, .error = EINTR, .times = 2});
+      const ScopedFault late({.call = call, .error = EINTR, .skip = 60, .times = 3});
+      EXPECT_EQ(diaryOf(folder.text(), helpers), whole) << int(call) << " " << helpers;
+      EXPECT_TRUE(early.hits() == 2 && late.hits() == 3);
+    }
+  }
+  // An error that never ends, and one that no Windows error fits, are reported in the system's
+  // words.
+  for (const int error : {EINTR, EUCLEAN}) {
+    const ScopedFault fault({.call = Call::Openat, .error = error});
+    FolderWalk walk(0);
+    EXPECT_EQ(toBytes(xGetErrorText(false, walk.openSource(folder.text()))), strerror(error));
+  }
+}
+
 TEST_F(ReadAheadTest, ABrokenListingKeepsWhatWasRead) {
   const TestFolder folder(TestFolder::Place::Memory);
   for (int i = 0; i < 5000; ++i)
@@ -142,15 +164,12 @@ TEST_F(ReadAheadTest, AShortageOfHelpersIsNoneOfTheWalk) {
 /// Runs `check` in a process that can have no more than `limit` descriptors; `taken` of them are in
 /// use already.
 void expectWithFewDescriptors(rlim_t limit, rlim_t taken, const std::function<bool()>& check) {
-  const pid_t child = fork();
-  if (child == 0) {
+  const int status = statusOfChild([&] {
     const rlimit few = {limit, limit};
     for (rlim_t i = 3; i < taken; ++i)
       dup2(0, int(i));
-    _exit(setrlimit(RLIMIT_NOFILE, &few) == 0 && check() ? 0 : 1);
-  }
-  int status = -1;
-  waitpid(child, &status, 0);
+    return setrlimit(RLIMIT_NOFILE, &few) == 0 && check() ? 0 : 1;
+  });
   EXPECT_EQ(status, 0) << taken << " of " << limit;
 }
 

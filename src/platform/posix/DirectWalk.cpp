@@ -199,9 +199,8 @@ ErrorCode DirectWalk::openCurrent() {
 
 ErrorCode DirectWalk::openByName(Level& level) {
   const int follow = current_->isReparse() ? 0 : O_NOFOLLOW;
-  Descriptor folder(retried([&] {
-    return openat(levels_.back().folder->get(), currentName_, kOpenLevel | follow);
-  }));
+  Descriptor folder(retried(
+      [&] { return openat(levels_.back().folder->get(), currentName_, kOpenLevel | follow); }));
   if (!folder) return translateErrno(errno);
   level.folder = std::make_shared<const Descriptor>(std::move(folder));
   if (!current_->isReparse() && current_->statError == kSuccess) return kSuccess;

@@ -41,9 +41,8 @@ std::int64_t positionBehind(const char* buffer, std::size_t begin, std::size_t e
 EntriesRead readEntries(int folder, char* buffer, bool marksEnd) {
   EntriesRead read;
   while (!read.isEnd && kEntryBufferSize - read.size >= kLeastRoom) {
-    const ssize_t got = retried([&] {
-      return getdents64(folder, buffer + read.size, kEntryBufferSize - read.size);
-    });
+    const ssize_t got = retried(
+        [&] { return getdents64(folder, buffer + read.size, kEntryBufferSize - read.size); });
     if (got <= 0) {
       read.isEnd = true;
       if (got < 0 && errno != ENOENT) read.error = errno;

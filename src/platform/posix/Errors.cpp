@@ -45,6 +45,7 @@ constexpr Pair kPairs[] = {
     {ENAMETOOLONG, kNameTooLong},
     {EFBIG, kFileTooLarge},
     {EIO, kInputOutputError},
+    {ECANCELED, kCancelled},
     {EDQUOT, kQuotaExceeded},
     {ELOOP, kLinkLoop},
 };

@@ -41,7 +41,8 @@ bool isWellFormed(const std::string& name) {
   std::string_view rest = name;
   while (!rest.empty()) {
     const std::string_view part = rest.substr(0, rest.find_first_of("_-"));
-    if (part.size() > kLongestPart || !std::all_of(part.begin(), part.end(), isInPart)) return false;
+    if (part.size() > kLongestPart || !std::all_of(part.begin(), part.end(), isInPart))
+      return false;
     rest.remove_prefix(std::min(part.size() + 1, rest.size()));
   }
   return name.size() <= kLongestName;

@@ -38,9 +38,8 @@ ErrorCode ObjectAt::open(const ShownObject& object) {
   while (folder_) {
     const std::string component = takeComponent(rest);
     if (component.empty()) return kSuccess;
-    folder_ = Descriptor(retried([&] {
-      return openat(folder_.get(), component.c_str(), kPathOnly | O_NOFOLLOW);
-    }));
+    folder_ = Descriptor(
+        retried([&] { return openat(folder_.get(), component.c_str(), kPathOnly | O_NOFOLLOW); }));
     if (!folder_ && (errno == ENOTDIR || errno == ELOOP)) return kObjectReplaced;
   }
   return errno == ENOENT ? kPathNotFound : translateErrno(errno);

@@ -34,9 +34,8 @@ void PathAt::openLongPart() {
       return;
     }
     const std::string part = bytes_.substr(nameAt_, cut - nameAt_);
-    Descriptor next(retried([&] {
-      return openat(folder(), part.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-    }));
+    Descriptor next(
+        retried([&] { return openat(folder(), part.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
     if (!next) {
       error_ = errno;
       return;
