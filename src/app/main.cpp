@@ -4,6 +4,7 @@
 #include "frame/StartUp.h"
 #include "fs/PathText.h"
 #include "platform/Process.h"
+#include "support/Guard.h"
 #include "support/Translate.h"
 
 namespace {
@@ -11,7 +12,7 @@ namespace {
 using namespace ombrelian;
 using Mode = CommandLine::Mode;
 
-void printHelp(Console& console) {
+bool printHelp(Console& console) {
   const Text help =
       TL(9007,
          u"Ombrelian zeigt, wo der Speicherplatz geblieben ist.%!"
@@ -54,11 +55,15 @@ void printHelp(Console& console) {
          u"  0  alles gelesen und gespeichert%!"
          u"  1  gespeichert, aber etwas war nicht lesbar oder eine Quelle fehlte%!"
          u"  2  nichts gespeichert%!"
+         u"  4  wie 0, aber die Standardausgabe war nicht beschreibbar%!"
+         u"  128 und die Nummer eines Signals: dieses Signal hat den Lauf vorzeitig beendet%!"
          u"%!"
          u"Beispiel:%!"
          u"  ombrelian -s2 bericht.txt ~/Bilder /var");
-  console.print(replaceAll(help, u"\r\n", u"\n"));
+  return console.print(replaceAll(help, u"\r\n", u"\n"));
 }
+
+int statusOfOutput(bool isWritten) { return isWritten ? kExitDone : kExitUntold; }
 
 /// Starts the window, which is a separate program, so that this program needs no Qt.
 int startWindow(const std::vector<Text>& arguments, Console& console) {
@@ -81,27 +86,16 @@ int startWindow(const std::vector<Text>& arguments, Console& console) {
   return kExitNothing;
 }
 
-int run(const std::vector<Text>& arguments, const Translation& translation, Console& console) {
-  const CommandLine line = parseArguments(arguments);
-  if (line.mode == Mode::Help) {
-    printHelp(console);
-    return kExitDone;
+int runWithSettings(const CommandLine& line, const Text& command, const Translation& translation,
+                    Console& console) {
+  if (const Text locale = platform::UnknownLocaleName(); !locale.empty()) {
+    console.message(TL(9844,
+                       u"Das Gebietsschema '%1' ist nicht bekannt; Zahlen, Daten und Sortierung "
+                       u"sind deshalb die englischen.",
+                       {locale}),
+                    UserInterface::Severity::Warning);
   }
-  if (line.mode == Mode::Version) {
-    console.print(u"Ombrelian " + versionText());
-    return kExitDone;
-  }
-  if (line.mode == Mode::Commands) {
-    return console.write(toBytes(commandPage())) ? kExitDone : kExitNothing;
-  }
-  if (line.mode == Mode::Invalid) {
-    console.message(line.error, UserInterface::Severity::Error);
-    return kExitNothing;
-  }
-  if (line.mode != Mode::Silent && line.mode != Mode::Lists) {
-    return startWindow(arguments, console);
-  }
-  StartUp startUp(line, commandText(arguments), translation.LanguageId());
+  StartUp startUp(line, command, translation.LanguageId());
   Session session;
   session.loadOptions(startUp.settings());
   if (line.mode == Mode::Lists) session.chooseUnitsForFirstLists(startUp.settings());
@@ -122,16 +116,51 @@ int run(const std::vector<Text>& arguments, const Translation& translation, Cons
                                   : runSilently(line, session, console);
 }
 
+int runLine(const std::vector<Text>& arguments, const Translation& translation, Console& console) {
+  const CommandLine line = parseArguments(arguments);
+  if (line.mode == Mode::Help) return statusOfOutput(printHelp(console));
+  if (line.mode == Mode::Version) {
+    return statusOfOutput(console.print(u"Ombrelian " + versionText()));
+  }
+  if (line.mode == Mode::Commands) {
+    return statusOfOutput(console.write(toBytes(commandPage())));
+  }
+  if (line.mode == Mode::Invalid) {
+    console.message(line.error, UserInterface::Severity::Error);
+    return kExitNothing;
+  }
+  if (line.mode != Mode::Silent && line.mode != Mode::Lists) {
+    return startWindow(arguments, console);
+  }
+  platform::CatchStopSignals();
+  int statusNow = kExitNothing;
+  return runWithReport(console, statusNow, [&] {
+    const int status = runWithSettings(line, commandText(arguments), translation, console);
+    statusNow = kExitPartial;
+    return status;
+  });
+}
+
+int run(int argc, char** argv, Translation& translation, Console& console) {
+  std::vector<Text> arguments;
+  for (int i = 1; i < argc; ++i)
+    arguments.push_back(fromBytes(argv[i]));
+  const Text notice = startLanguage(arguments, translation);
+  if (!notice.empty()) console.message(notice, UserInterface::Severity::Error);
+  return runLine(arguments, translation, console);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   ombrelian::platform::FillStandardDescriptors();
-  std::vector<ombrelian::Text> arguments;
-  for (int i = 1; i < argc; ++i)
-    arguments.push_back(ombrelian::fromBytes(argv[i]));
+  ombrelian::platform::IgnoreWriteSignals();
   ombrelian::Translation translation;
   ombrelian::Console console;
-  const ombrelian::Text notice = ombrelian::startLanguage(arguments, translation);
-  if (!notice.empty()) console.message(notice, ombrelian::UserInterface::Severity::Error);
-  return run(arguments, translation, console);
+  return ombrelian::GuardedOr(
+      u"Main", u"main", [&] { return run(argc, argv, translation, console); },
+      [&](const ombrelian::Error& error) {
+        console.fault(error);
+        return ombrelian::kExitNothing;
+      });
 }

@@ -5,7 +5,9 @@
 #include "export/TxtWriter.h"
 #include "export/XlsxWriter.h"
 #include "export/XmlWriter.h"
+#include "platform/Process.h"
 #include "platform/Time.h"
+#include "support/Guard.h"
 #include "support/Translate.h"
 
 namespace ombrelian {
@@ -162,6 +164,7 @@ Failure protectionOf(TextView target, UserInterface& ui) {
 Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
                    const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui) {
   if (Failure failure = protectionOf(target, ui)) return failure;
+  const std::uint64_t faults = caughtFaults();
   const std::unique_ptr<ReportWriter> writer = makeReportWriter(format, list, settings);
   if (Failure failure = writer->open(target)) return failure;
   Progress progress(ui, feed.rowCount());
@@ -174,6 +177,8 @@ Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
   feed.feed(sink);
   writer->endDocument();
   progress.rowsAreDone();
+  throwIfFaultsSince(faults);
+  if (platform::StopSignal() != 0) return systemError(platform::kCancelled, u"ReportSave");
   Failure failure;
   ui.runAside([&] { failure = writer->commit(); });
   if (!failure && writer->cutCells() > 0) ui.cellsWereCut(writer->cutCells());

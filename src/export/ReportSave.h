@@ -30,7 +30,8 @@ class ReportFeed {
 
 /// Saves the rows of `feed` to `target` (absolute). After a failure the target has not changed. If
 /// the user ends the save, the target contains the rows that were written until then, and it is
-/// well-formed. A write-protected target is replaced only if `ui` allows it.
+/// well-formed. A write-protected target is replaced only if `ui` allows it. Throws what the feed
+/// or a writer throws, and the target has then not changed either.
 Failure saveReport(ReportFormat format, TextView target, const ReportList& list,
                    const SaveSettings& settings, const ReportFeed& feed, UserInterface& ui);
 

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "export/ReportFile.h"
+#include "fs/PathText.h"
 #include "platform/Files.h"
 #include "support/Translate.h"
 
@@ -202,6 +203,12 @@ class ArgumentReader {
         return;
       }
       Text path = platform::GetFullPathNameW(paths_[i]);
+      const bool isOutput = isSilent && i == 0 && writesOutput();
+      if (!isOutput && !isAbsolute(path)) {
+        fail(TL(9843, u"'%1' hängt vom aktuellen Ordner ab, und den gibt es nicht mehr.",
+                {paths_[i]}));
+        return;
+      }
       if (isSilent && i == 0) {
         line_.target = writesOutput() ? Text(kStandardOutput) : std::move(path);
       } else if (std::find(line_.sources.begin(), line_.sources.end(), path) ==

@@ -5,6 +5,7 @@
 #include "format/Sizes.h"
 #include "format/TerminalText.h"
 #include "platform/Process.h"
+#include "support/Guard.h"
 #include "support/Translate.h"
 
 namespace ombrelian {
@@ -32,7 +33,7 @@ Console::Console()
 
 Console::~Console() { clearProgress(); }
 
-void Console::print(TextView line) { write(toBytes(line) + "\n"); }
+bool Console::print(TextView line) { return write(toBytes(line) + "\n"); }
 
 bool Console::write(std::string_view bytes) {
   clearProgress();
@@ -59,6 +60,8 @@ void Console::saveProgress(std::uint64_t row, std::uint64_t rows) {
                   {xFormatFileSize(0, std::int64_t(row), false, false),
                    xFormatFileSize(0, std::int64_t(rows), false, false)}));
 }
+
+bool Console::saveCancelled() { return platform::StopSignal() != 0; }
 
 void Console::cellsWereCut(std::uint64_t cells) {
   hasCutCells_ = true;
@@ -88,6 +91,16 @@ std::string Console::forErrorOutput(TextView text) const {
 void Console::message(TextView text, Severity) {
   clearProgress();
   writeAll(stderr, "ombrelian: " + forErrorOutput(text));
+}
+
+void Console::fault(const Error& error) noexcept {
+  try {
+    message(TL(9701, u"Der Vorgang wurde durch einen Fehler des Programms beendet: %1",
+               {errorTextOf(error)}),
+            Severity::Error);
+  } catch (...) {
+    writeAll(stderr, "ombrelian: out of memory\n");
+  }
 }
 
 void Console::logged(const LogRow& row) {

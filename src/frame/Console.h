@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lists/Log.h"
+#include "support/Error.h"
 #include "support/UserInterface.h"
 
 namespace ombrelian {
@@ -12,8 +13,8 @@ class Console : public UserInterface, public LogListener {
   Console();
   ~Console() override;
 
-  /// Writes one line to standard output.
-  void print(TextView line);
+  /// Writes one line to standard output; false: not all of it could be written.
+  bool print(TextView line);
 
   /// Writes whole characters in UTF-8 to standard output, to a terminal without control characters;
   /// false: not all of them could be written.
@@ -26,10 +27,13 @@ class Console : public UserInterface, public LogListener {
   void saveProgress(std::uint64_t row, std::uint64_t rows) override;
   void cellsWereCut(std::uint64_t cells) override;
   bool mayReplaceProtected(TextView) override { return isForced_; }
-  bool saveCancelled() override { return false; }
+  bool saveCancelled() override;
   void yield() override {}
   bool GetInputState() override { return false; }
   void message(TextView text, Severity severity) override;
+
+  /// Reports a fault that ended the program's work, if necessary without any memory.
+  void fault(const Error& error) noexcept;
   bool ask(TextView) override { return false; }
 
   /// Lets reports that are write-protected be replaced.

@@ -8,6 +8,7 @@
 #include "export/ListText.h"
 #include "frame/SilentRun.h"
 #include "fs/PathText.h"
+#include "platform/Process.h"
 #include "platform/ReplacingFile.h"
 #include "platform/Time.h"
 #include "scan/ListFeeder.h"
@@ -81,7 +82,7 @@ class ListSaver {
   }
 
   /// Saves all lists, even if some fail. Returns whether all were saved.
-  bool saveAll(Session& session, ListFeeder& lists, NodeIndex root) const {
+  bool saveAll(Session& session, ListFeeder& lists, NodeIndex root) {
     bool isSaved = saveFolders(session);
     const ReportSource source = {Text(session.tree[root].name()), session.tree.facts(root).created,
                                  notesOn(session.tree, root)};
@@ -90,6 +91,9 @@ class ListSaver {
     return save(ListId::Log, session.log, {}) && isSaved;
   }
 
+  /// Whether the name of every saved file could be printed.
+  bool isTold() const { return isTold_; }
+
  private:
   Text pathOf(TextView name) const {
     Text path = folder_;
@@ -97,14 +101,14 @@ class ListSaver {
     return path;
   }
 
-  bool saveFolders(Session& session) const {
+  bool saveFolders(Session& session) {
     const Text path = pathOf(u"folders");
     FolderSave folders(session.folderReport, options_, console_);
     const Failure failure = folders.SAVE(path, kAllLevels, kCustomDelimiter, delimiter_);
     return failure ? tell(path, *failure) : told(path);
   }
 
-  bool save(ListId id, FlatList& list, const ReportSource& source) const {
+  bool save(ListId id, FlatList& list, const ReportSource& source) {
     const Text path = pathOf(listRow(id).key);
     const Failure failure =
         GuardedOr(u"frmSaveFiles", u"SAVE",
@@ -116,8 +120,8 @@ class ListSaver {
     return failure ? tell(path, *failure) : told(path);
   }
 
-  bool told(const Text& path) const {
-    console_.print(path);
+  bool told(const Text& path) {
+    isTold_ = console_.print(path) && isTold_;
     return true;
   }
 
@@ -131,18 +135,18 @@ class ListSaver {
   const Text folder_;
   const ReportFormat format_;
   Text delimiter_;
+  bool isTold_ = true;
 };
 
-}  // namespace
-
-int runLists(const CommandLine& line, Session& session, Console& console) {
+/// See runLists; `statusNow` is the exit status if a fault ends the run.
+int scanAndList(const CommandLine& line, Session& session, Console& console, int& statusNow) {
   const bool saves = !line.saveFolder.empty();
   // These options are only for this run and are not stored.
   turnAllListsOn(session.options);
   for (std::int64_t& maximum : session.options.TopMaxCount)
     maximum = std::max(maximum, std::min<std::int64_t>(line.rows, kMostTopRows));
   console.setForce(line.force);
-  const ListSaver saver(line, session, console);
+  ListSaver saver(line, session, console);
   if (saves && !saver.prepare()) return kExitNothing;
   session.log.setListener(&console);
   session.context.helpers = line.helpers;
@@ -151,11 +155,21 @@ int runLists(const CommandLine& line, Session& session, Console& console) {
   ListFeeder lists(session.options, session.filters, types);
   ScanRun run(session.scanState(console, &lists));
   const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
+  if (result.cancelled) return tellSignal(console);
   if (result.sourcesScanned == 0) return kExitNothing;
   const bool isDone = saves ? saver.saveAll(session, lists, result.lastRoot)
                             : printAll(line, session, lists, console);
-  if (!isDone) return kExitNothing;
-  return result.isComplete() && !console.hasCutCells() ? kExitDone : kExitPartial;
+  if (!isDone) return platform::StopSignal() != 0 ? tellSignal(console) : kExitNothing;
+  statusNow = kExitPartial;
+  return statusOf(result, console, saver.isTold());
+}
+
+}  // namespace
+
+int runLists(const CommandLine& line, Session& session, Console& console) {
+  int statusNow = kExitNothing;
+  return runWithReport(console, statusNow,
+                       [&] { return scanAndList(line, session, console, statusNow); });
 }
 
 }  // namespace ombrelian

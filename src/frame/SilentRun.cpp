@@ -5,6 +5,7 @@
 #include "export/FolderSave.h"
 #include "export/ReportFile.h"
 #include "format/Sizes.h"
+#include "platform/Process.h"
 #include "platform/ReplacingFile.h"
 #include "platform/Time.h"
 #include "support/Translate.h"
@@ -43,7 +44,22 @@ Text unwritableText(const Text& target, const Error& error) {
   return TL(9005, u"Der Bericht '%1' kann nicht geschrieben werden: %2", {target, error.text});
 }
 
-int runSilently(const CommandLine& line, Session& session, Console& console) {
+int tellSignal(Console& console) {
+  const int signal = platform::StopSignal();
+  console.message(TL(9845, u"Das Signal %1 hat den Lauf beendet.", {toText(std::int64_t(signal))}),
+                  Severity::Error);
+  return kExitSignal + signal;
+}
+
+int statusOf(const RunResult& result, const Console& console, bool isTold) {
+  if (!result.isComplete() || console.hasCutCells()) return kExitPartial;
+  return isTold ? kExitDone : kExitUntold;
+}
+
+namespace {
+
+/// See runSilently; `statusNow` is the exit status if a fault ends the run.
+int scanAndSave(const CommandLine& line, Session& session, Console& console, int& statusNow) {
   console.setForce(line.force);
   if (const Text obstacle = findObstacle(line.target, console); !obstacle.empty()) {
     console.message(obstacle, Severity::Error);
@@ -56,21 +72,33 @@ int runSilently(const CommandLine& line, Session& session, Console& console) {
   session.SourceQueue = line.sources;
   ScanRun run(session.scanState(console, nullptr));
   const RunResult result = run.Ordnerliste_Abarbeiten(session.SourceQueue);
+  if (result.cancelled) return tellSignal(console);
   if (result.sourcesScanned == 0) return kExitNothing;
   FolderSave save(session.folderReport, session.options, console);
   const Failure failure =
       save.SAVE(line.target, line.levels, line.delimiter, line.customDelimiter, line.format);
+  if (failure && platform::StopSignal() != 0) return tellSignal(console);
   if (failure) {
     console.message(unwritableText(line.target, *failure), Severity::Error);
     return kExitNothing;
   }
+  statusNow = kExitPartial;
   const Text sums = summary(result.sum, platform::GetTickCount() - start, line.target);
+  bool isTold = true;
   if (line.target == kStandardOutput) {
     console.message(sums, Severity::Information);
   } else {
-    console.print(sums);
+    isTold = console.print(sums);
   }
-  return result.isComplete() && !console.hasCutCells() ? kExitDone : kExitPartial;
+  return statusOf(result, console, isTold);
+}
+
+}  // namespace
+
+int runSilently(const CommandLine& line, Session& session, Console& console) {
+  int statusNow = kExitNothing;
+  return runWithReport(console, statusNow,
+                       [&] { return scanAndSave(line, session, console, statusNow); });
 }
 
 }  // namespace ombrelian

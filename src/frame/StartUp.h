@@ -42,8 +42,8 @@ class StartUp {
   /// because they could belong to somebody else.
   const std::vector<Text>& notices() const { return notices_; }
 
-  /// Whether this user starts the program for the first time with its window, so that folders should
-  /// get the shell verb.
+  /// Whether this user starts the program for the first time with its window, so that folders
+  /// should get the shell verb.
   bool isFirstStart() const { return isFirstStart_; }
 
  private:

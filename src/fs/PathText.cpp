@@ -23,6 +23,11 @@ Text LongPathPrefix(TextView path, char16_t separator) {
   return Text(u"\\\\?\\").append(path);
 }
 
+bool isAbsolute(TextView path, char16_t separator) {
+  if (separator == u'/') return path.starts_with(u'/');
+  return path.starts_with(u"\\\\") || (path.size() >= 3 && path.substr(1, 2) == u":\\");
+}
+
 TextView xCutAtNull(TextView text) { return text.substr(0, text.find(u'\0')); }
 
 TextView xGetPath(TextView path, char16_t separator) {

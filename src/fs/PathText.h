@@ -39,6 +39,9 @@ Text xGetPathWithBackslash(TextView path, char16_t separator = platform::kNative
 /// `path` without a final separator.
 Text xRemoveBackslash(TextView path, char16_t separator = platform::kNativeSeparator);
 
+/// Whether the path does not depend on the current folder.
+bool isAbsolute(TextView path, char16_t separator = platform::kNativeSeparator);
+
 /// Appends `name` to `path` with one separator between them.
 Text& appendName(Text& path, TextView name, char16_t separator = platform::kNativeSeparator);
 

@@ -54,11 +54,6 @@ Date dateByPath(TextView path, FileTime FindData::*field, TextView errorName) {
       nothing<Date>);
 }
 
-bool isAbsolute(TextView path, char16_t separator) {
-  if (separator == u'/') return path.starts_with(u'/');
-  return path.starts_with(u"\\\\") || (path.size() >= 3 && path.substr(1, 2) == u":\\");
-}
-
 /// Whether `path` is a root, which cannot be made.
 bool isRoot(TextView path, char16_t separator) {
   return separator == u'/' ? path == u"/" : path.size() == 3 && isAbsolute(path, separator);

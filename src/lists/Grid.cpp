@@ -19,6 +19,13 @@ void sortBy(std::vector<std::uint32_t>& order, bool descending, Compare compare)
   });
 }
 
+/// Makes room for `count` more elements, so that adding them cannot throw.
+template <class Element>
+void makeRoom(std::vector<Element>& elements, std::size_t count) {
+  const std::size_t needed = elements.size() + count;
+  if (needed > elements.capacity()) elements.reserve(std::max(needed, 2 * elements.capacity()));
+}
+
 template <class Value>
 int threeWay(Value a, Value b) {
   return a < b ? -1 : int(b < a);
@@ -36,6 +43,11 @@ const Column& Grid::column(TextView key) const {
 }
 
 Grid::RowIndex Grid::addRow() {
+  // A lack of memory must not leave a part of a row.
+  makeRoom(cells_, columns_.size());
+  makeRoom(bands_, 1);
+  makeRoom(ids_, 1);
+  makeRoom(rows_, 1);
   for (const Column& column : columns_) {
     Cell empty = {0};
     if (column.isReal()) empty.real = 0;
@@ -87,8 +99,8 @@ void Grid::set(RowIndex row, const Column& column, TextView value) {
     return;
   }
   if (texts_[std::size_t(last)] != value) {
-    last = std::int64_t(texts_.size());
     texts_.push_back(pool_.keep(value));
+    last = std::int64_t(texts_.size() - 1);
   }
   cell(row, column).number = last;
 }

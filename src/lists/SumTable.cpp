@@ -30,9 +30,10 @@ std::int32_t SumTable::slotOf(TextView key) {
     hash = hash * 31 + unit;
   Guess& guess = guesses_[hash % guesses_.size()];
   if (guess.slot != 0 && guess.key == key) return guess.slot;
+  // The place of the sums is made first, so that there is none without them.
+  if (std::size_t(count()) + 1 >= sizes_.size()) grow(count() + 1);
   const auto added = keys_.Add({}, key, 0);
   const std::int32_t slot = added.NewNode != 0 ? added.NewNode : added.ExistingNode;
-  if (std::size_t(slot) >= sizes_.size()) grow(slot);
   guess.key = key;
   guess.slot = slot;
   return slot;
@@ -40,9 +41,9 @@ std::int32_t SumTable::slotOf(TextView key) {
 
 void SumTable::grow(std::int32_t slot) {
   const std::size_t slots = std::size_t(slot / kGrowth + 1) * kGrowth + 1;
-  sizes_.resize(slots);
   files_.resize(slots);
   folders_.resize(slots);
+  sizes_.resize(slots);  // last, because its size says how much room there is
 }
 
 }  // namespace ombrelian

@@ -35,6 +35,10 @@ const DateSymbols& dateSymbols();
 /// Case and collation of the user's locale.
 const TextRules& localeTextRules();
 
+/// The name of a locale in the environment that the system has no data for, and in whose place
+/// English is used; empty: there is none.
+Text UnknownLocaleName();
+
 /// Language of messages as a Windows primary language number (7 German, 9 English, ...); 9 for
 /// "C" and "POSIX", 0 for a language that has no number here.
 int GetUserDefaultLangID();

@@ -50,6 +50,18 @@ bool HasDisplay();
 /// input or output. Reading and writing them fails. Called first in a program.
 void FillStandardDescriptors();
 
+/// Makes a write to a closed pipe, or beyond the greatest size of a file, fail with an error
+/// instead of ending the program. Called at the start of a program.
+void IgnoreWriteSignals();
+
+/// From now on, the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP, unless ignored) are
+/// only noted in StopSignal(), and the run has to end itself. If it does not within some seconds,
+/// or if the same signal comes again, the signal ends the process.
+void CatchStopSignals();
+
+/// Number of the first signal that CatchStopSignals() has noted; 0: none.
+int StopSignal();
+
 /// Whether ReplaceProcess continues in the same process. If so, the program that it starts need not
 /// wait for the end of this one.
 extern const bool kReplacesInPlace;

@@ -1,5 +1,7 @@
 #include "platform/ReplacingFile.h"
 
+#include <exception>
+
 #include "platform/FolderWalk.h"
 #include "platform/Time.h"
 #include "support/Translate.h"
@@ -13,7 +15,7 @@ constexpr TextView kPrefix = u".ombrelian-";
 constexpr TextView kSuffix = u".tmp";
 
 /// Removes the temporary files of runs that were killed: no process holds the lock of these.
-void removeLeftovers(const FilePlace& place) {
+void removeLeftovers(const FilePlace& place) try {
   FolderWalk walk(0, WalkReach::OneFolder);
   if (walk.openSource(place.folderPath()) != kSuccess) return;
   while (const FindData* const data = walk.nextEntry()) {
@@ -26,6 +28,7 @@ void removeLeftovers(const FilePlace& place) {
     if (error == kSuccess) error = GetFileInformationByHandle(file, found);
     if (error == kSuccess) place.remove(name, found.identity);
   }
+} catch (const std::exception&) {  // a file that is complete does not fail because of the others
 }
 
 Error otherObject() {
@@ -95,7 +98,7 @@ ErrorCode ReplacingFile::takeName(Take take) {
     Text candidate(kPrefix);
     candidate.append(toText(std::int64_t(seed) + attempt)).append(kSuffix);
     error = take(candidate);
-    if (error == kSuccess) temporary_ = candidate;
+    if (error == kSuccess) temporary_ = std::move(candidate);  // never throws: the name is taken
     if (error != kAlreadyExists) break;
   }
   return error;
@@ -171,9 +174,12 @@ ReplacingFile::~ReplacingFile() { discard(); }
 
 void ReplacingFile::discard() {
   file_ = FileHandle();
-  FindData made;
-  if (!temporary_.empty() && GetFileInformationByHandle(hold_, made) == kSuccess)
-    place_.remove(temporary_, made.identity);
+  try {
+    FindData made;
+    if (!temporary_.empty() && GetFileInformationByHandle(hold_, made) == kSuccess)
+      place_.remove(temporary_, made.identity);
+  } catch (const std::exception&) {  // no memory at all: the next file in the folder removes it
+  }
   temporary_.clear();
   hold_ = FileHandle();
 }

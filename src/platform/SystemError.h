@@ -40,11 +40,15 @@ inline constexpr ErrorCode kUntrustedLink = 448;  // a link of somebody whom thi
 inline constexpr ErrorCode kObjectReplaced =
     1006;  // another object is in the place of the wanted one
 inline constexpr ErrorCode kInputOutputError = 1117;
+inline constexpr ErrorCode kCancelled = 1223;
 inline constexpr ErrorCode kQuotaExceeded = 1295;
 inline constexpr ErrorCode kNotOwnFile =
     1307;                                    // what is there is not an ordinary file of this user
 inline constexpr ErrorCode kTimeout = 1460;  // no answer within the time limit
 inline constexpr ErrorCode kLinkLoop = 1921;
+/// Added to an error number of another system that no Windows error number fits, so that its text
+/// is not lost. Windows leaves this bit to programs.
+inline constexpr ErrorCode kOtherSystemError = ErrorCode(1) << 29;
 
 /// True for the two codes that mean that no object of this name exists.
 constexpr bool isMissing(ErrorCode code) { return code == kFileNotFound || code == kPathNotFound; }

@@ -35,10 +35,13 @@ void RunScope::end() noexcept {
   Guarded(u"frmMain", u"scanEnds", [this] { state_.ui.scanEnds(); });
 }
 
-void logFault(const ScanState& state, const Error& error) {
-  state.log.LogProtokoll(TL(9701, u"Der Vorgang wurde durch einen Fehler des Programms beendet: %1",
-                            {errorTextOf(error)}),
-                         true);
+void logFault(const ScanState& state, const Error& error) noexcept {
+  Guarded(u"frmMain", u"logFault", [&] {
+    state.log.LogProtokoll(
+        TL(9701, u"Der Vorgang wurde durch einen Fehler des Programms beendet: %1",
+           {errorTextOf(error)}),
+        true);
+  });
 }
 
 }  // namespace ombrelian

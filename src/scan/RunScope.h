@@ -26,6 +26,6 @@ class RunScope {
 };
 
 /// Writes to the log that a fault of the program ended a run.
-void logFault(const ScanState& state, const Error& error);
+void logFault(const ScanState& state, const Error& error) noexcept;
 
 }  // namespace ombrelian

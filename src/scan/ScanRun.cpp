@@ -29,10 +29,23 @@ Date now() { return toDate(platform::GetLocalTime()); }
 /// The name of the root node for a source with this path.
 Text rootName(TextView path) { return xRemoveBackslash(path); }
 
-/// Whether the file system of the source does not answer; its row then shows this error.
-bool doesNotAnswer(TextView path) {
+/// Why nothing can be read at `path`; kSuccess: it is a folder. If its file system does not answer,
+/// the row of the source shows this.
+platform::ErrorCode obstacleAt(TextView path) {
+  if (xExistFolder_W(path)) return platform::kSuccess;
   platform::FindData data;
-  return platform::GetFileInformation(path, data) == platform::kTimeout;
+  const platform::ErrorCode error = platform::GetFileInformation(path, data);
+  if (error == platform::kTimeout) return platform::kSuccess;
+  return error == platform::kSuccess && !data.isFolder() ? platform::kNotADirectory : error;
+}
+
+/// Message about a source that cannot be read because of `error`.
+Text obstacleText(const Text& path, platform::ErrorCode error) {
+  if (platform::isMissing(error)) {
+    return TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path});
+  }
+  return TL(9842, u"Der Ordner '%1' kann nicht eingelesen werden: %2",
+            {path, xGetErrorText(false, error)});
 }
 
 /// The source with this name; kNoNode: none.
@@ -51,17 +64,15 @@ DerivedLists* ScanRun::listsOfRun() const {
 
 RunResult ScanRun::Ordnerliste_Abarbeiten(std::deque<Text>& SourceQueue) {
   RunResult result;
-  result.failed = !GuardedOr(
+  const std::uint64_t faults = caughtFaults();
+  GuardedOr(
       kModule, u"Ordnerliste_Abarbeiten",
       [&] {
         const RunScope scope(state_);
         scanQueue(SourceQueue, result);
-        return true;
       },
-      [&](const Error& error) {
-        logFault(state_, error);
-        return false;
-      });
+      [&](const Error& error) { logFault(state_, error); });
+  result.failed = caughtFaults() != faults;
   SourceQueue.clear();
   return result;
 }
@@ -76,12 +87,12 @@ void ScanRun::scanQueue(std::deque<Text>& SourceQueue, RunResult& result) {
     if (wasRead(path)) {
       state_.log.LogProtokoll(
           TL(9866, u"'%1' ist ein Ordner, der in diesem Lauf schon eingelesen wurde.", {path}));
-    } else if (xExistFolder_W(path) || doesNotAnswer(path)) {
+    } else if (const auto error = obstacleAt(path); error == platform::kSuccess) {
       scanSource(path, isOnlySource, result);
     } else {
-      if (++result.sourcesMissing == 1) result.missing = path;
-      state_.log.LogProtokoll(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {path}),
-                              true);
+      const Text text = obstacleText(path, error);
+      if (++result.sourcesMissing == 1) result.missingText = text;
+      state_.log.LogProtokoll(text, true);
     }
     isOnlySource = false;  // sources that were queued meanwhile make it a run of several sources
     SourceQueue.pop_front();
@@ -128,7 +139,8 @@ void ScanRun::scanSource(const Text& path, bool isOnlySource, RunResult& result)
     result.listedRoot = root;
     lists->finish(state_.context.Total, [this](TextView text) { state_.ui.scanPhase(text); });
   }
-  result.cancelled = state_.context.ScanCancelState == kScanCancelRequested;
+  result.cancelled =
+      state_.context.ScanCancelState == kScanCancelRequested || platform::StopSignal() != 0;
   if (result.cancelled) {
     state_.log.LogProtokoll(TL(3778, u"Der Vorgang wurde vom Anwender abgebrochen!"));
   }
@@ -198,19 +210,27 @@ void ScanRun::logCounts(const ScanTotals& counts) {
 
 NodeIndex ScanRun::Quelle_Einlesen(TextView path, NodeIndex existing) {
   const NodeIndex root = existing == kNoNode ? state_.tree.addRoot(rootName(path)) : existing;
+  const std::uint64_t faults = caughtFaults();
   GuardedOr(
-      kModule, u"Quelle_Einlesen", [&] { readSource(path, root); },
-      [&](const Error& error) {
-        // Missing data count as an error, so that the source does not look complete.
-        ++state_.context.Total.Errors;
-        state_.tree[root].errors = state_.context.Total.Errors;
-        state_.tree[root].set(FolderNode::IsError);
-        cutOff(state_.tree[root]);
-        logFault(state_, error);
-        state_.tree.setErrorText(root, errorTextOf(error));
+      kModule, u"Quelle_Einlesen",
+      [&] {
+        readSource(path, root);
+        throwIfFaultsSince(faults);
       },
-      {path});
+      [&](const Error& error) { markFault(root, error); }, {path});
   return root;
+}
+
+/// Marks a source of which data are missing because of a fault. They count as an error, so that the
+/// source does not look complete.
+void ScanRun::markFault(NodeIndex root, const Error& error) noexcept {
+  FolderNode& node = state_.tree[root];
+  ++state_.context.Total.Errors;
+  node.errors = state_.context.Total.Errors;
+  node.set(FolderNode::IsError);
+  cutOff(node);
+  logFault(state_, error);
+  Guarded(kModule, u"markFault", [&] { state_.tree.setErrorText(root, errorTextOf(error)); });
 }
 
 void ScanRun::readSource(TextView path, NodeIndex root) {

@@ -11,10 +11,10 @@ namespace ombrelian {
 struct RunResult {
   ScanTotals sum;  // over all sources
   int sourcesScanned = 0;
-  int sourcesMissing = 0;  // number of sources that do not exist
-  Text missing;            // the first of them
+  int sourcesMissing = 0;  // number of sources that do not exist or that nothing is known of
+  Text missingText;        // message about the first of them
   bool cancelled = false;
-  bool failed = false;  // a fault of the program ended the run
+  bool failed = false;  // a fault of the program ended the run or a part of it
   NodeIndex lastRoot = kNoNode;
   NodeIndex listedRoot = kNoNode;  // the source that filled the lists
   std::int64_t milliseconds = 0;  // over all sources
@@ -54,6 +54,7 @@ class ScanRun {
   void readRootFacts(TextView path, NodeIndex root);
   void scanQueue(std::deque<Text>& SourceQueue, RunResult& result);
   void readSource(TextView path, NodeIndex root);
+  void markFault(NodeIndex root, const Error& error) noexcept;
   ScanTotals walk(TextView path, NodeIndex root);
   DerivedLists* listsOfRun() const;
 

@@ -4,6 +4,7 @@
 
 #include "fs/Links.h"
 #include "fs/z_Filesystem.h"
+#include "platform/Process.h"
 #include "platform/Time.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
@@ -100,6 +101,7 @@ void Walker::visit(const FindData& entry) {
 
 /// Shows the progress and handles user input. True: the user cancelled.
 bool Walker::isCancelled() {
+  if (platform::StopSignal() != 0) return true;
   if (context_.SilentMode) {
     if (entriesUntilProgress_-- == 0) {
       entriesUntilProgress_ = kEntriesBetweenClocks;

@@ -80,15 +80,17 @@ void CStringCollection::makeArrays(std::int32_t size, double growthFactor) {
   GrowthFactor = growthFactor;
   Nodes.assign(std::size_t(InitialSize) + 1, {});
   IndexArray.assign(std::size_t(InitialSize) + 2, 0);
-  Allocator.emplace().Init(InitialSize, float(growthFactor));
+  CNode slots;
+  slots.Init(InitialSize, float(growthFactor));
+  Allocator.emplace(std::move(slots));
   Root = 0;
   Count_ = 0;
 }
 
 void CStringCollection::growArrays(std::int32_t slot) {
   const std::int32_t bound = std::max(grownBound(upperBound(), GrowthFactor), slot);
-  Nodes.resize(std::size_t(bound) + 1);
   IndexArray.resize(std::size_t(bound) + 2);
+  Nodes.resize(std::size_t(bound) + 1);  // last, because upperBound() depends on it
 }
 
 void CStringCollection::Clear() {
@@ -156,13 +158,15 @@ CStringCollection::AddResult CStringCollection::Add(TextView item, TextView key,
     }
   }
   AddResult result;
+  Text ownKey(key);
+  Text ownItem(item);
   const std::int32_t node = takeNode(parent);
   const auto position = findPlace(item, options, result.error);
   if (!position) return result;  // the slot and the count remain changed
   openSlot(*position);
   IndexArray[*position] = node;
-  Nodes[node].Key = key;
-  Nodes[node].Item = item;
+  Nodes[node].Key = std::move(ownKey);
+  Nodes[node].Item = std::move(ownItem);
   Nodes[node].Tag = tag;
   (parent == 0 ? Root : child(parent, right)) = node;
   InsertFixup(node);
@@ -173,7 +177,12 @@ CStringCollection::AddResult CStringCollection::Add(TextView item, TextView key,
 std::int32_t CStringCollection::takeNode(std::int32_t parent) {
   std::int32_t node = 0;
   Allocator->Alloc(node);
-  if (node > upperBound()) growArrays(node);
+  try {
+    if (node > upperBound()) growArrays(node);
+  } catch (...) {
+    Allocator->Free(node);
+    throw;
+  }
   Nodes[node].Parent = parent;
   Nodes[node].Left = 0;
   Nodes[node].Right = 0;

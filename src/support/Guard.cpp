@@ -2,10 +2,13 @@
 
 #include <new>
 
+#include "support/Translate.h"
+
 namespace ombrelian {
 namespace {
 
 FaultSink* faultSink = nullptr;
+thread_local std::uint64_t caught = 0;  // see caughtFaults()
 
 constexpr std::int32_t kOutOfMemory = 7;
 constexpr std::int32_t kUnknownFault = 51;
@@ -28,6 +31,13 @@ Error describeEscaped() {
 
 void setFaultSink(FaultSink* sink) { faultSink = sink; }
 
+std::uint64_t caughtFaults() noexcept { return caught; }
+
+void throwIfFaultsSince(std::uint64_t before) {
+  if (caught == before) return;
+  throw Fault({kUnknownFault, {}, TL(9841, u"Ein Teil konnte nicht verarbeitet werden.")});
+}
+
 void reportLine(TextView line) noexcept {
   if (faultSink != nullptr) faultSink->errorLine(line);
 }
@@ -46,6 +56,7 @@ void reportFault(TextView module, TextView name, const Error& error,
 
 Error reportEscaped(TextView module, TextView name, std::initializer_list<TextView> params,
                     CodeLine guard) noexcept {
+  ++caught;  // also if there is no memory for anything else
   try {
     Error error = describeEscaped();
     if (error.line == 0) error.line = guard;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <initializer_list>
 #include <type_traits>
@@ -62,6 +63,14 @@ void reportFault(TextView module, TextView name, const Error& error,
 /// has no text if there was no memory for one. `guard` is its line if the exception has none.
 Error reportEscaped(TextView module, TextView name, std::initializer_list<TextView> params,
                     CodeLine guard) noexcept;
+
+/// Number of exceptions that guards of this thread have caught so far.
+std::uint64_t caughtFaults() noexcept;
+
+/// Throws a Fault if guards of this thread have caught exceptions since caughtFaults() was
+/// `before`: a guard further in has then cut off a part of the work, and the rest of it is no
+/// result.
+void throwIfFaultsSince(std::uint64_t before);
 
 /// The text of an error for procedures that return an error text; never empty.
 Text errorTextOf(const Error& error);

@@ -37,8 +37,9 @@ class NamePool {
   static constexpr std::size_t kBlockUnits = std::size_t(32) * 1024;
 
   void startBlock(std::size_t atLeast) {
-    left_ = std::max(atLeast, kBlockUnits);
-    blocks_.push_back(std::make_unique_for_overwrite<char16_t[]>(left_));
+    const std::size_t units = std::max(atLeast, kBlockUnits);
+    blocks_.push_back(std::make_unique_for_overwrite<char16_t[]>(units));
+    left_ = units;  // only now, as the line above may throw
     next_ = blocks_.back().get();
   }
 

@@ -84,8 +84,7 @@ void ScanControl::Ordnerliste_Abarbeiten() {
   if (result.lastRoot != kNoNode) folders.selectRow(result.lastRoot);
   Q_EMIT finished(fillsLists);
   if (result.sourcesMissing == 0) return;
-  dialogs_.message(TL(3796, u"Der Ordner '%1' konnte nicht gefunden werden!", {result.missing}),
-                   UserInterface::Severity::Warning);
+  dialogs_.message(result.missingText, UserInterface::Severity::Warning);
   sources_.edit();
 }
 

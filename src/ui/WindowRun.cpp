@@ -150,6 +150,7 @@ void dressApplication(int languageId) {
 
 int runWindow(int argc, char** argv) {
   platform::FillStandardDescriptors();
+  platform::IgnoreWriteSignals();
   const std::vector<Text> arguments = argumentsOf(argc, argv);
   // Until the window has its own patience.
   const platform::Patience patience([](std::chrono::milliseconds waited) {

@@ -10,6 +10,7 @@
 #include "frame/CommandTable.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
+#include "tests/testing/ChildProcess.h"
 #include "tests/testing/TestFolder.h"
 
 namespace ombrelian {
@@ -125,6 +126,20 @@ TEST(CommandLineTest, RelativePathsBecomeAbsolute) {
       {"way/..", "a"}, {"way/../file", "a/file"}, {"a/../link", "link"}, {"a/../link/", "link"}};
   for (const auto& [typed, meant] : links)
     EXPECT_EQ(platform::GetFullPathNameW(folder.text(typed)), folder.text(meant)) << typed;
+}
+
+TEST(CommandLineTest, RelativePathsNeedACurrentFolder) {
+  const int status = testing::statusOfChild([] {
+    const testing::TestFolder folder;
+    folder.folder("gone");
+    if (chdir(folder.path("gone").c_str()) != 0 || rmdir(folder.path("gone").c_str()) != 0)
+      return 1;
+    const bool isRefused =
+        parseArguments({u"-s", u"/r.txt", u"."}).mode == CommandLine::Mode::Invalid &&
+        parseArguments({u"-s", u"r.txt", u"/"}).mode == CommandLine::Mode::Invalid;
+    return isRefused && parseArguments({u"-s", u"-", u"/"}).error.empty() ? 0 : 2;
+  });
+  EXPECT_EQ(status, 0);
 }
 
 TEST(CommandLineTest, LinesWithQuotedPaths) {

@@ -2,17 +2,22 @@
 
 #include "frame/SilentRun.h"
 
+#include <fcntl.h>
 #include <pty.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <sstream>
 
 #include "frame/ListRun.h"
 #include "lists/ListTable.h"
+#include "platform/Process.h"
+#include "tests/testing/ChildProcess.h"
 #include "tests/testing/ConsoleRun.h"
 #include "tests/testing/Faults.h"
 #include "tests/testing/RandomTree.h"
@@ -113,6 +118,10 @@ TEST_F(SilentRunTest, StatusTellsWhatWasMissed) {
     EXPECT_NE(partial.errors.find(source.path("denied/")), std::string::npos);
     EXPECT_NE(partial.output.find("Fehler 1,"), std::string::npos);
   }
+  source.symlink("round", "round");
+  const Outcome unreachable = run({u"-s", target, source.text("round")});
+  EXPECT_EQ(unreachable.status, kExitNothing);
+  EXPECT_NE(unreachable.errors.find(strerror(ELOOP)), std::string::npos) << unreachable.errors;
   source.symlink("again", ".");
   const Outcome once = run({u"-s", target, source.text(), source.text("again")});
   const std::string all = run({u"-s", target, source.text()}).output;
@@ -134,6 +143,50 @@ TEST_F(SilentRunTest, StatusTellsWhatWasMissed) {
     EXPECT_EQ(refused.output, "");
   }
   EXPECT_EQ(namesIn(out.path()).size(), 3U);
+}
+
+/// A signal while folders are listed or the report is written stops the run. If the run hangs, the
+/// signal ends the process.
+TEST_F(SilentRunTest, ASignalEndsTheRunAndLeavesTheOlderReport) {
+  for (int i = 0; i < 700; ++i)
+    source.folder(std::string(200, 'f') + std::to_string(i));
+  const struct {
+    int signal;
+    testing::Fault when;
+    bool hangs = false;
+  } cases[] = {{SIGTERM, {.call = Call::Getdents, .error = 0, .skip = 2}},
+               {SIGINT, {.call = Call::Write, .error = 0}},
+               {SIGHUP, {.call = Call::Openat, .name = "fff", .error = 0, .skip = 9}},
+               {SIGTERM, {.call = Call::Getdents, .error = 0, .skip = 2}, true}};
+  for (const auto& [signal, when, hangs] : cases) {
+    out.write("r.csv", "old");
+    testing::Fault fault = when;
+    fault.times = 1;
+    fault.meanwhile = [signal = signal, hangs = hangs] {
+      kill(getpid(), signal);
+      for (int second = 0; hangs && second < 20; ++second)
+        sleep(1);
+    };
+    const int status = statusOfChild([&] {
+      const ScopedFault active(fault);
+      platform::CatchStopSignals();
+      return run({u"-s", u"--helpers", u"0", out.text("r.csv"), source.text()}).status;
+    });
+    EXPECT_EQ(hangs ? WTERMSIG(status) : WEXITSTATUS(status), hangs ? signal : 128 + signal);
+    EXPECT_EQ(readFile(out.path("r.csv")), "old") << signal;
+    EXPECT_EQ(namesIn(out.path()).size(), 1U) << signal;
+  }
+}
+
+TEST_F(SilentRunTest, ASummaryThatNobodyGetsHasAStatus) {
+  const int status = statusOfChild([&] {
+    dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO);
+    Console console;
+    Session session;
+    return runSilently(parseArguments({u"-s", out.text("r.csv"), source.text()}), session, console);
+  });
+  EXPECT_EQ(WEXITSTATUS(status), kExitUntold);
+  EXPECT_FALSE(readReport(out.path("r.csv")).empty());
 }
 
 TEST_F(SilentRunTest, ALinkAtTheTargetIsKept) {

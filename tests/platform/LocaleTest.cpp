@@ -22,6 +22,8 @@ TEST(LocaleTest, WritesNumbersAndDatesAsTheLocaleDoes) {
       {"POSIX", u".|,|3|3|1|yyyy-MM-dd|HH:mm:ss|March|Sun"},
       {"xx_YY.UTF-8", u".|,|3|3|1|M/d/yyyy|HH:mm:ss|March|Sun"},
       {"en_US.UTF-8", u".|,|3|3|1|M/d/yyyy|h:mm:ss tt|March|Sun"},
+      {"unconfigured", u".|,|3|3|1|M/d/yyyy|h:mm:ss tt|March|Sun"},
+      {"/usr/lib/locale/de_DE", u".|,|3|3|1|M/d/yyyy|h:mm:ss tt|March|Sun"},
       {"de_DE.UTF-8@euro", u",|.|3|3|1|dd.MM.yyyy|HH:mm:ss|März|So"},
       {"fr_CA", u",|\u00A0|3|3|1|yyyy-MM-dd|HH \"h\" mm \"min\" ss \"s\"|mars|dim."},
       {"es_ES", u",|.|3|3|2|d/M/yyyy|H:mm:ss|marzo|dom"},
@@ -43,6 +45,18 @@ TEST(LocaleTest, WritesNumbersAndDatesAsTheLocaleDoes) {
                                     dates.shortDays[0]};
     EXPECT_EQ(told, testing::fields(expected)) << name;
     EXPECT_FALSE(dates.am.empty() || dates.pm.empty()) << name;
+  }
+}
+
+TEST(LocaleTest, NamesTheLocaleThatIsNotKnown) {
+  const std::pair<const char*, TextView> cases[] = {{"C", u""},
+                                                    {"de_AT.UTF-8@euro", u""},
+                                                    {"sr_Latn_RS", u""},
+                                                    {"xx_YY", u"xx_YY"},
+                                                    {"unconfigured", u"unconfigured"}};
+  for (const auto& [name, unknown] : cases) {
+    const ScopedLocale locale(name);
+    EXPECT_EQ(UnknownLocaleName(), unknown);
   }
 }
 

@@ -1,15 +1,18 @@
 #include "platform/posix/ReadAhead.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cstring>
 #include <filesystem>
 #include <random>
 #include <thread>
 
 #include "platform/FolderWalk.h"
 #include "platform/posix/Medium.h"
+#include "tests/testing/ChildProcess.h"
 #include "tests/testing/RandomTree.h"
 #include "tests/testing/Testing.h"
 
@@ -104,6 +107,27 @@ TEST_F(ReadAheadTest, FailuresAreThoseOfAWalkAlone) {
   }
 }
 
+TEST_F(ReadAheadTest, InterruptedCallsAreRepeated) {
+  const TestFolder folder;
+  makeRandomTree(folder, 8);
+  const std::vector<std::string> whole = diaryOf(folder.text(), 0);
+  for (const Call call : {Call::Openat, Call::Getdents, Call::Statx}) {
+    for (const int helpers : {0, 2}) {
+      const ScopedFault early({.call = call, .error = EINTR, .times = 2});
+      const ScopedFault late({.call = call, .error = EINTR, .skip = 60, .times = 3});
+      EXPECT_EQ(diaryOf(folder.text(), helpers), whole) << int(call) << " " << helpers;
+      EXPECT_TRUE(early.hits() == 2 && late.hits() == 3);
+    }
+  }
+  // An error that never ends, and one that no Windows error fits, are reported in the system's
+  // words.
+  for (const int error : {EINTR, EUCLEAN}) {
+    const ScopedFault fault({.call = Call::Openat, .error = error});
+    FolderWalk walk(0);
+    EXPECT_EQ(toBytes(xGetErrorText(false, walk.openSource(folder.text()))), strerror(error));
+  }
+}
+
 TEST_F(ReadAheadTest, ABrokenListingKeepsWhatWasRead) {
   const TestFolder folder(TestFolder::Place::Memory);
   for (int i = 0; i < 5000; ++i)
@@ -135,6 +159,37 @@ TEST_F(ReadAheadTest, AShortageOfHelpersIsNoneOfTheWalk) {
                           }});
   EXPECT_EQ(diaryOf(folder.text(), 4), alone);
   EXPECT_GT(fault.hits(), 0);
+}
+
+/// Runs `check` in a process that can have no more than `limit` descriptors; `taken` of them are in
+/// use already.
+void expectWithFewDescriptors(rlim_t limit, rlim_t taken, const std::function<bool()>& check) {
+  const int status = statusOfChild([&] {
+    const rlimit few = {limit, limit};
+    for (rlim_t i = 3; i < taken; ++i)
+      dup2(0, int(i));
+    return setrlimit(RLIMIT_NOFILE, &few) == 0 && check() ? 0 : 1;
+  });
+  EXPECT_EQ(status, 0) << taken << " of " << limit;
+}
+
+TEST_F(ReadAheadTest, AWalkGetsByWithFewDescriptors) {
+  const TestFolder folder;
+  makeRandomTree(folder, 6);
+  close(folder.chain("deep", 60));
+  const std::vector<std::string> whole = diaryOf(folder.text(), 0);
+  for (const auto& [limit, taken] : {std::pair(16U, 3U), {48U, 3U}, {128U, 3U}, {128U, 118U}}) {
+    for (const int helpers : {0, 2, 64})
+      expectWithFewDescriptors(limit, taken,
+                               [&] { return diaryOf(folder.text(), helpers) == whole; });
+  }
+  // The limit that a process may raise itself is no limit.
+  rlimit old;
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &old), 0);
+  const rlimit low = {32, old.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &low), 0);
+  EXPECT_EQ(descriptorLimit(), std::min<std::size_t>(old.rlim_max, 1024));
+  setrlimit(RLIMIT_NOFILE, &old);
 }
 
 /// Reads everything below `folder` with the plan; returns the number of entries. `most` is the

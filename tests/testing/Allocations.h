@@ -4,10 +4,16 @@
 
 namespace ombrelian::testing {
 
-/// Makes one allocation of this thread fail, the one with the given number, counted from 1.
+/// The threads whose allocations can fail.
+enum class FailsIn { ThisThread, AnyThread, OtherThreads };
+
+/// Makes allocations fail, beginning with the one with the given number, counted from 1 over the
+/// chosen threads. Only one object may exist at a time.
 class FailingAllocation {
  public:
-  explicit FailingAllocation(std::int64_t number);
+  /// `times` is how many allocations fail one after the other.
+  explicit FailingAllocation(std::int64_t number, FailsIn threads = FailsIn::ThisThread,
+                             std::int64_t times = 1);
   ~FailingAllocation();
   FailingAllocation(const FailingAllocation&) = delete;
   FailingAllocation& operator=(const FailingAllocation&) = delete;

@@ -2,6 +2,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 
@@ -11,27 +12,37 @@
 #include "platform/posix/Medium.h"
 #include "platform/posix/Mounts.h"
 #include "platform/posix/PathAt.h"
+#include "platform/posix/Retried.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
 namespace {
 
+/// Number of open levels during a shortage of descriptors.
+constexpr std::size_t kLevelsInShortage = 2;
+
 /// kNotSupported: the file system of the device holds no files of its own.
 ErrorCode checkDevice(std::uint64_t device) {
-  for (const Mount& mount : readMounts()) {
+  int error = 0;
+  for (const Mount& mount : readMounts(&error)) {
     if (mount.device == device && isPseudoFileSystem(mount.type)) return kNotSupported;
   }
-  return kSuccess;
+  return isShortage(error) ? translateErrno(error) : kSuccess;
 }
 
 /// Opens the folder `path`, follows links, and reads which folder it is.
 ErrorCode openFolder(std::string path, OpenLevel& level) {
   const PathAt at(std::move(path));
   if (at.error() != 0) return translateErrno(at.error());
-  Descriptor folder(openat(at.folder(), at.name(), kOpenLevel));
+  Descriptor folder(retried([&] { return openat(at.folder(), at.name(), kOpenLevel); }));
   if (!folder) return translateErrno(errno);
   level.folder = std::make_shared<const Descriptor>(std::move(folder));
   return translateErrno(readIdentity(level.folder->get(), level.identity));
+}
+
+bool isRemoved(int folder) {
+  struct stat told;
+  return fstat(folder, &told) == 0 && told.st_nlink == 0;
 }
 
 bool contains(const std::vector<FileIdentity>& folders, const FileIdentity& folder) {
@@ -57,6 +68,7 @@ void DirectWalk::prepare(const Level& source) {
   levels_.clear();
   ReadPlan plan = planFor(source.folder->get(), source.identity.device);
   if (helpers_ >= 0) plan.helpers = unsigned(helpers_);
+  fitToDescriptors(plan, descriptorLimit());
   plan.leavesOut = leavesOut_;
   plan.entersFolders = reach_ == WalkReach::Tree && plan.helpers > 0;
   if (mayHang_ && plan.helpers > 0) {
@@ -65,17 +77,48 @@ void DirectWalk::prepare(const Level& source) {
     ++plan.processors;
     plan.walkHelps = false;
   }
+  levels_.keepOpen(plan.levels, [](Level&) {});
   reader_ = std::make_unique<ReadAhead>(plan);
+}
+
+/// Frees descriptors and memory when there is a shortage: from now on nothing is read ahead, and
+/// few levels stay open. False: nothing is left to free.
+bool DirectWalk::makeRoom(bool forDescriptors) {
+  if (reader_->standAlone()) {
+    for (Level& level : levels_) {
+      reader_->dropSubfolders(level.parts);
+      if (level.listing != nullptr) reader_->dropSubfolders(level.listing->parts);
+    }
+    return true;
+  }
+  if (!forDescriptors) return false;
+  return levels_.keepOpen(kLevelsInShortage, [this](Level& outermost) { readRest(outermost); });
+}
+
+/// Result of `call`, which is repeated while it fails for a shortage and there is room to make.
+template <class Call>
+ErrorCode DirectWalk::withRoom(Call call) {
+  for (;;) {
+    const ErrorCode error = call();
+    const bool lacksDescriptors = error == kTooManyOpenFiles;
+    if (!lacksDescriptors && error != kNotEnoughMemory) return error;
+    if (!makeRoom(lacksDescriptors)) return error;
+  }
 }
 
 /// Moves the next part of the listing to the level; false: there are no more parts.
 bool DirectWalk::takePart(Level& level) {
   if (level.listing == nullptr) return false;
-  const bool isTaken = reader_->take(level.listing, level.parts);
-  if (reader_->wasStarved()) dropFarthest();
-  if (isTaken) return true;
-  level.error = level.listing->error;
-  level.listing.reset();
+  Listing& listing = *level.listing;
+  for (;;) {
+    const bool isTaken = reader_->take(level.listing, level.parts);
+    if (reader_->wasStarved()) dropFarthest();
+    if (isTaken) return true;
+    if (listing.isComplete || !makeRoom(listing.error != ENOMEM)) break;
+    listing.error = 0;
+  }
+  level.error = listing.error;
+  reader_->drop(std::move(level.listing));
   return false;
 }
 
@@ -106,6 +149,15 @@ void DirectWalk::readRest(Level& level) {
 
 /// Adds a level whose folder is open or is read ahead.
 ErrorCode DirectWalk::push(Level level) {
+  try {
+    return enter(level);
+  } catch (...) {
+    drop(level);
+    throw;
+  }
+}
+
+ErrorCode DirectWalk::enter(Level& level) {
   if (level.listing == nullptr) {
     level.listing = ReadAhead::begin(level.folder, level.identity.device);
     if (leavesOut_) {
@@ -125,6 +177,8 @@ ErrorCode DirectWalk::openSource(TextView path) {
   Level level;
   level.name = toBytes(path);
   if (const ErrorCode error = openFolder(level.name, level); error != kSuccess) return error;
+  // A removed folder that somebody still has open, such as ".", would look empty.
+  if (isRemoved(level.folder->get())) return kFileNotFound;
   above_.reset();
   prepare(level);
   return push(std::move(level));
@@ -136,7 +190,8 @@ ErrorCode DirectWalk::openCurrent() {
   level.name = currentName_;
   if (ListingPointer* const listing = currentListing(levels_.back())) {
     level.listing = std::move(*listing);
-  } else if (const ErrorCode error = openByName(level); error != kSuccess) {
+  } else if (const ErrorCode error = withRoom([&] { return openByName(level); });
+             error != kSuccess) {
     return error;
   }
   return push(std::move(level));
@@ -144,7 +199,8 @@ ErrorCode DirectWalk::openCurrent() {
 
 ErrorCode DirectWalk::openByName(Level& level) {
   const int follow = current_->isReparse() ? 0 : O_NOFOLLOW;
-  Descriptor folder(openat(levels_.back().folder->get(), currentName_, kOpenLevel | follow));
+  Descriptor folder(retried(
+      [&] { return openat(levels_.back().folder->get(), currentName_, kOpenLevel | follow); }));
   if (!folder) return translateErrno(errno);
   level.folder = std::make_shared<const Descriptor>(std::move(folder));
   if (!current_->isReparse() && current_->statError == kSuccess) return kSuccess;
@@ -159,7 +215,12 @@ ErrorCode DirectWalk::checkReparse(const Level& level) {
   const bool isOnTheWay = std::any_of(levels_.begin(), levels_.end(), [&](const Level& above) {
     return above.identity == level.identity;
   });
-  if (!above_) above_ = foldersAbove(levels_.begin()->name);
+  if (!above_) {
+    std::vector<FileIdentity> above;
+    const int error = foldersAbove(levels_.begin()->name, above);
+    if (isShortage(error)) return translateErrno(error);
+    above_ = std::move(above);
+  }
   if (isOnTheWay || contains(*above_, level.identity)) return kLinkLoop;
   if (level.identity.device == levels_.back().identity.device) return kSuccess;
   return checkDevice(level.identity.device);
@@ -249,7 +310,7 @@ std::string DirectWalk::pathOfLevels() const {
 /// Opens the innermost level by its path, if the same folder is still there.
 void DirectWalk::reopenByNames() {
   OpenLevel found;
-  const ErrorCode error = openFolder(pathOfLevels(), found);
+  const ErrorCode error = withRoom([&] { return openFolder(pathOfLevels(), found); });
   if (error == kSuccess && found.identity == levels_.back().identity)
     levels_.back().folder = std::move(found.folder);
 }
@@ -272,7 +333,9 @@ Text DirectWalk::reparseTarget(TextView path, ErrorCode& error) const {
 ErrorCode checkReparseFolder(const std::string& path) {
   OpenLevel folder;
   if (const ErrorCode error = openFolder(path, folder); error != kSuccess) return error;
-  if (contains(foldersAbove(path), folder.identity)) return kLinkLoop;
+  std::vector<FileIdentity> above;
+  foldersAbove(path, above);
+  if (contains(above, folder.identity)) return kLinkLoop;
   return checkDevice(folder.identity.device);
 }
 

@@ -55,11 +55,15 @@ class DirectWalk {
   void prepare(const Level& source);
   ErrorCode openByName(Level& level);
   ErrorCode push(Level level);
+  ErrorCode enter(Level& level);
   ErrorCode checkReparse(const Level& level);
   void readRest(Level& level);
   void reopenByNames();
   std::string pathOfLevels() const;
   bool takePart(Level& level);
+  bool makeRoom(bool forDescriptors);
+  template <class Call>
+  ErrorCode withRoom(Call call);
   ListingPointer* currentListing(Level& level);
   void passBy(Level& level);
   void dropFarthest();

@@ -12,6 +12,7 @@
 #include <numeric>
 
 #include "platform/posix/Errors.h"
+#include "platform/posix/Retried.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -40,7 +41,8 @@ std::int64_t positionBehind(const char* buffer, std::size_t begin, std::size_t e
 EntriesRead readEntries(int folder, char* buffer, bool marksEnd) {
   EntriesRead read;
   while (!read.isEnd && kEntryBufferSize - read.size >= kLeastRoom) {
-    const ssize_t got = getdents64(folder, buffer + read.size, kEntryBufferSize - read.size);
+    const ssize_t got = retried(
+        [&] { return getdents64(folder, buffer + read.size, kEntryBufferSize - read.size); });
     if (got <= 0) {
       read.isEnd = true;
       if (got < 0 && errno != ENOENT) read.error = errno;
@@ -56,7 +58,7 @@ EntriesRead readEntries(int folder, char* buffer, bool marksEnd) {
 
 bool marksEndOfFolder(int fd) {
   struct statfs told;
-  return fstatfs(fd, &told) == 0 && told.f_type == EXT4_SUPER_MAGIC;
+  return retried([&] { return fstatfs(fd, &told); }) == 0 && told.f_type == EXT4_SUPER_MAGIC;
 }
 
 bool isDotEntry(const dirent64& entry) {

@@ -45,6 +45,7 @@ constexpr Pair kPairs[] = {
     {ENAMETOOLONG, kNameTooLong},
     {EFBIG, kFileTooLarge},
     {EIO, kInputOutputError},
+    {ECANCELED, kCancelled},
     {EDQUOT, kQuotaExceeded},
     {ELOOP, kLinkLoop},
 };
@@ -61,7 +62,7 @@ ErrorCode translateErrno(int error) {
   for (const Pair& pair : kPairs) {
     if (pair.error == error) return pair.code;
   }
-  return kGeneralFailure;
+  return kOtherSystemError + ErrorCode(error);
 }
 
 Text FormatMessageW(ErrorCode code) {
@@ -69,6 +70,7 @@ Text FormatMessageW(ErrorCode code) {
   for (const Pair& pair : kPairs) {
     if (pair.code == code) return systemText(pair.error);
   }
+  if ((code & kOtherSystemError) != 0) return systemText(int(code - kOtherSystemError));
   return {};
 }
 

@@ -5,6 +5,7 @@
 
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/PathAt.h"
+#include "platform/posix/Retried.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -12,7 +13,7 @@ namespace {
 
 /// Opens `name` below the open folder `above`, and reads which folder it is. Returns 0 or errno.
 int openBelow(int above, const char* name, Descriptor& folder, FileIdentity& identity) {
-  Descriptor found(openat(above, name, O_PATH | O_DIRECTORY | O_CLOEXEC));
+  Descriptor found(retried([&] { return openat(above, name, O_PATH | O_DIRECTORY | O_CLOEXEC); }));
   if (!found) return errno;
   folder = std::move(found);
   return readIdentity(folder.get(), identity);
@@ -31,23 +32,22 @@ int addFoldersUpwards(int folder, std::vector<FileIdentity>& folders) {
   return error;
 }
 
-std::vector<FileIdentity> foldersAbove(const std::string& path) {
-  std::vector<FileIdentity> onTheWay;
+int foldersAbove(const std::string& path, std::vector<FileIdentity>& folders) {
   std::string_view rest = path;
   FileIdentity identity;
   Descriptor folder;
   int error = openBelow(AT_FDCWD, path.starts_with('/') ? "/" : ".", folder, identity);
   for (std::string step = takeComponent(rest); error == 0 && !step.empty();
        step = takeComponent(rest)) {
-    onTheWay.push_back(identity);
+    folders.push_back(identity);
     error = openBelow(folder.get(), step.c_str(), folder, identity);
   }
-  if (error != 0) return onTheWay;
-  std::vector<FileIdentity> folders;
-  addFoldersUpwards(folder.get(), folders);
-  if (!folders.empty()) folders.erase(folders.begin());  // the folder itself
-  folders.insert(folders.end(), onTheWay.begin(), onTheWay.end());
-  return folders;
+  if (error != 0) return error;
+  std::vector<FileIdentity> upwards;
+  error = addFoldersUpwards(folder.get(), upwards);
+  // The first one is the folder itself.
+  if (!upwards.empty()) folders.insert(folders.end(), upwards.begin() + 1, upwards.end());
+  return error;
 }
 
 }  // namespace ombrelian::platform

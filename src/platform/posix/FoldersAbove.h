@@ -11,9 +11,9 @@ namespace ombrelian::platform {
 /// `folders`. Returns 0, or the errno that ended the way up.
 int addFoldersUpwards(int folder, std::vector<FileIdentity>& folders);
 
-/// The folders that `path` leads through on its way to a folder, and the folders that really
+/// Adds the folders that `path` leads through on its way to a folder, and the folders that really
 /// contain that folder, up to the root. Links in the path make a difference between the two. The
-/// folder itself is not among them. Folders that cannot be opened are left out.
-std::vector<FileIdentity> foldersAbove(const std::string& path);
+/// folder itself is not among them. Returns 0, or the errno because of which folders are left out.
+int foldersAbove(const std::string& path, std::vector<FileIdentity>& folders);
 
 }  // namespace ombrelian::platform

@@ -8,13 +8,15 @@
 #include "platform/posix/Mounts.h"
 #include "platform/posix/PathAt.h"
 #include "platform/posix/PatientCalls.h"
+#include "platform/posix/Retried.h"
 
 namespace ombrelian::platform {
 
 Text linkText(int folder, const char* name, ErrorCode& error) {
   std::string buffer(256, '\0');
   for (;;) {
-    const ssize_t got = readlinkat(folder, name, buffer.data(), buffer.size());
+    const ssize_t got =
+        retried([&] { return readlinkat(folder, name, buffer.data(), buffer.size()); });
     if (got < 0) {
       error = translateErrno(errno);
       return {};

@@ -7,6 +7,7 @@
 #include <unicode/utf16.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -18,9 +19,9 @@ namespace {
 constexpr TextView kFixedDate = u"yyyy-MM-dd";
 constexpr TextView kFixedTime = u"HH:mm:ss";
 
-/// Locale of one category from the environment, without code set and modifier; empty for "C" and
-/// "POSIX", and also if the environment names no locale.
-std::string localeName(const char* category) {
+/// Locale of one category as the environment names it, without code set and modifier; empty for "C"
+/// and "POSIX", and also if the environment names no locale.
+std::string namedLocale(const char* category) {
   std::string name;
   for (const char* variable : {"LC_ALL", category, "LANG"}) {
     const char* const value = std::getenv(variable);
@@ -30,6 +31,37 @@ std::string localeName(const char* category) {
   }
   name.resize(std::min(name.find_first_of(".@"), name.size()));
   return name == "C" || name == "POSIX" ? std::string() : name;
+}
+
+/// Whether the name has the form of a locale. ICU reads beyond the end of a part that is too long.
+bool isWellFormed(const std::string& name) {
+  constexpr std::size_t kLongestPart = 8;
+  constexpr std::size_t kLongestName = 32;
+  const auto isInPart = [](char unit) { return std::isalnum(static_cast<unsigned char>(unit)); };
+  std::string_view rest = name;
+  while (!rest.empty()) {
+    const std::string_view part = rest.substr(0, rest.find_first_of("_-"));
+    if (part.size() > kLongestPart || !std::all_of(part.begin(), part.end(), isInPart))
+      return false;
+    rest.remove_prefix(std::min(part.size() + 1, rest.size()));
+  }
+  return name.size() <= kLongestName;
+}
+
+/// Whether ICU has data for the language of a locale.
+bool isKnown(const std::string& name) {
+  const std::string_view language = std::string_view(name).substr(0, name.find_first_of("_-"));
+  for (std::int32_t i = 0; i < uloc_countAvailable(); ++i) {
+    const std::string_view known = uloc_getAvailable(i);
+    if (known.substr(0, known.find('_')) == language) return true;
+  }
+  return false;
+}
+
+/// Locale of one category; English for a name that is none.
+std::string localeName(const char* category) {
+  const std::string name = namedLocale(category);
+  return isWellFormed(name) ? name : "en_US";
 }
 
 /// Name of the locale for ICU. A locale for which ICU has no data is treated as English, as "C" is.
@@ -337,6 +369,14 @@ const TextRules& localeTextRules() {
   return *rules;
 }
 
+Text UnknownLocaleName() {
+  for (const char* category : {"LC_CTYPE", "LC_NUMERIC", "LC_TIME", "LC_COLLATE"}) {
+    const std::string name = namedLocale(category);
+    if (!name.empty() && !(isWellFormed(name) && isKnown(name))) return fromBytes(name);
+  }
+  return {};
+}
+
 int GetUserDefaultLangID() {
   constexpr int kEnglish = 9;
   static constexpr struct {
@@ -344,7 +384,7 @@ int GetUserDefaultLangID() {
     int number;
   } kLanguages[] = {{"de", 7},  {"en", kEnglish}, {"fr", 12}, {"it", 16}, {"ko", 18},
                     {"nl", 19}, {"pl", 21},       {"ru", 25}, {"sv", 29}};
-  const std::string name = localeName("LC_MESSAGES");
+  const std::string name = namedLocale("LC_MESSAGES");
   if (name.empty()) return kEnglish;
   // "LANGUAGE" is a list of languages by preference, which counts unless the locale is "C".
   const char* const preferred = std::getenv("LANGUAGE");

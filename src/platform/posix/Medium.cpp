@@ -1,6 +1,7 @@
 #include "platform/posix/Medium.h"
 
 #include <linux/magic.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <sys/vfs.h>
@@ -114,6 +115,25 @@ ReadPlan planFor(Medium medium, unsigned cores) {
       break;
   }
   return plan;
+}
+
+std::size_t descriptorLimit() {
+  // Programs that this one starts inherit the limit, and some of them cannot use more.
+  constexpr rlim_t kEnough = 1024;
+  struct rlimit limit;
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return kEnough;
+  const rlim_t before = limit.rlim_cur;
+  limit.rlim_cur = std::max(before, std::min(limit.rlim_max, kEnough));
+  if (limit.rlim_cur > before && setrlimit(RLIMIT_NOFILE, &limit) != 0) limit.rlim_cur = before;
+  return std::size_t(std::min(limit.rlim_cur, rlim_t(1) << 20));
+}
+
+void fitToDescriptors(ReadPlan& plan, std::size_t limit) {
+  constexpr std::size_t kOwn = 16;  // descriptors of the rest of the program
+  const std::size_t third = (limit - std::min(limit, kOwn)) / 3;
+  plan.levels = std::clamp(third, std::size_t(4), std::max(plan.levels, std::size_t(4)));
+  plan.descriptors = unsigned(std::min<std::size_t>(plan.descriptors, third));
+  plan.helpers = unsigned(std::min<std::size_t>(plan.helpers, third / 2));  // two for each
 }
 
 ReadPlan planFor(int folder, std::uint64_t device) {

@@ -24,4 +24,12 @@ Medium mediumOf(int folder, std::uint64_t device);
 ReadPlan planFor(Medium medium, unsigned cores);
 ReadPlan planFor(int folder, std::uint64_t device);
 
+/// Number of descriptors that this process may have. A lower limit of the process is raised as far
+/// as the system allows it without rights and as a walk can use it.
+std::size_t descriptorLimit();
+
+/// Reduces a plan so that it needs at most `limit` descriptors with those of the rest of the
+/// program.
+void fitToDescriptors(ReadPlan& plan, std::size_t limit);
+
 }  // namespace ombrelian::platform

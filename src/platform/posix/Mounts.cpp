@@ -1,6 +1,7 @@
 #include "platform/posix/Mounts.h"
 #include "platform/posix/CMemory.h"
 
+#include <errno.h>
 #include <sys/sysmacros.h>
 
 #include <algorithm>
@@ -91,9 +92,10 @@ bool parseLine(const char* line, Mount& mount) {
 
 }  // namespace
 
-std::vector<Mount> readMounts() {
+std::vector<Mount> readMounts(int* error) {
   std::vector<Mount> mounts;
   const CFile file = openForReading("/proc/self/mountinfo");
+  if (error != nullptr) *error = file == nullptr ? errno : 0;
   if (file == nullptr) return mounts;
   CText line;
   std::size_t capacity = 0;

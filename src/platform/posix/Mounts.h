@@ -17,8 +17,9 @@ struct Mount {
   std::string source;      // device, or "server:/export"
 };
 
-/// The current table of mounts, in the order of the kernel; empty if it cannot be read.
-std::vector<Mount> readMounts();
+/// The current table of mounts, in the order of the kernel; empty if it cannot be read, and `error`
+/// is then the errno.
+std::vector<Mount> readMounts(int* error = nullptr);
 
 /// The mount at `mountPoint`, and the latest one if there are several; null: none.
 const Mount* findMount(const std::vector<Mount>& mounts, const std::string& mountPoint);

@@ -9,6 +9,7 @@
 
 #include "platform/posix/Errors.h"
 #include "platform/posix/PathAt.h"
+#include "platform/posix/Retried.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -32,13 +33,14 @@ ErrorCode ObjectAt::open(const ShownObject& object) {
   const TextView trusted = folder.substr(0, std::max<std::size_t>(object.linksUpTo, 1));
   const PathAt at(trusted);
   if (at.error() != 0) return translateErrno(at.error());
-  folder_ = Descriptor(openat(at.folder(), at.name(), kPathOnly));
+  folder_ = Descriptor(retried([&] { return openat(at.folder(), at.name(), kPathOnly); }));
   const std::string bytes = toBytes(folder.substr(trusted.size()));
   std::string_view rest = bytes;
   while (folder_) {
     const std::string component = takeComponent(rest);
     if (component.empty()) return kSuccess;
-    folder_ = Descriptor(openat(folder_.get(), component.c_str(), kPathOnly | O_NOFOLLOW));
+    folder_ = Descriptor(
+        retried([&] { return openat(folder_.get(), component.c_str(), kPathOnly | O_NOFOLLOW); }));
     if (!folder_ && (errno == ENOTDIR || errno == ELOOP)) return kObjectReplaced;
   }
   return errno == ENOENT ? kPathNotFound : translateErrno(errno);

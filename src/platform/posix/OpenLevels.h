@@ -20,6 +20,9 @@ struct OpenLevel {
 /// Flags with which a level is opened.
 inline constexpr int kOpenLevel = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
+/// Greatest number of open levels if there is no shortage of descriptors.
+inline constexpr std::size_t kMostOpenLevels = 48;
+
 /// Opens the folder above the open folder `below`. Null: `below` is null, or the folder above it is
 /// not `expected`, because `below` was reached by a link or was moved meanwhile.
 SharedFolder openAbove(const SharedFolder& below, const FileIdentity& expected);
@@ -40,17 +43,25 @@ class OpenLevels {
   auto end() const { return levels_.end(); }
 
   /// Whether another level can only be added if one is detached.
-  bool isFull() const { return levels_.size() - detached_ >= kMaxOpen; }
+  bool isFull() const { return levels_.size() - detached_ >= mostOpen_; }
+
+  /// Sets the greatest number of open descriptors. Levels above it are detached, the outermost
+  /// first, each after a call of `prepare`. Returns whether there were any.
+  template <class Prepare>
+  bool keepOpen(std::size_t most, Prepare prepare) {
+    mostOpen_ = most;
+    const std::size_t before = detached_;
+    while (levels_.size() - detached_ > mostOpen_)
+      detachOne(prepare);
+    return detached_ > before;
+  }
 
   /// Adds an innermost level. If another level has to be detached for it, `prepare` is called with
   /// that level while it is still open.
   template <class Prepare>
   void push(Level level, Prepare prepare) {
     levels_.push_back(std::move(level));
-    if (levels_.size() - detached_ <= kMaxOpen) return;
-    Level& outermost = levels_[detached_++];
-    prepare(outermost);
-    outermost.folder.reset();
+    if (levels_.size() - detached_ > mostOpen_) detachOne(prepare);
   }
 
   void push(Level level) {
@@ -75,9 +86,15 @@ class OpenLevels {
   }
 
  private:
-  static constexpr std::size_t kMaxOpen = 48;  // greatest number of open descriptors
+  template <class Prepare>
+  void detachOne(Prepare prepare) {
+    Level& outermost = levels_[detached_++];
+    prepare(outermost);
+    outermost.folder.reset();
+  }
 
   std::vector<Level> levels_;
+  std::size_t mostOpen_ = kMostOpenLevels;
   std::size_t detached_ = 0;  // number of detached levels, counted from the outermost
 };
 

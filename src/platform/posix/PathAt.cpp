@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "platform/posix/Retried.h"
+
 namespace ombrelian::platform {
 
 PathAt::PathAt(TextView path) : PathAt(toBytes(path)) {}
@@ -32,7 +34,8 @@ void PathAt::openLongPart() {
       return;
     }
     const std::string part = bytes_.substr(nameAt_, cut - nameAt_);
-    Descriptor next(openat(folder(), part.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    Descriptor next(
+        retried([&] { return openat(folder(), part.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
     if (!next) {
       error_ = errno;
       return;

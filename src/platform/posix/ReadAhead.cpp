@@ -4,10 +4,12 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <exception>
 #include <new>
-#include <system_error>
+#include <optional>
 #include <utility>
 
+#include "platform/posix/Retried.h"
 #include "platform/posix/SignalsBlocked.h"
 
 namespace ombrelian::platform {
@@ -26,8 +28,12 @@ constexpr int kSlowPartWeight = 4;      // a quick part reduces the slowness by 
 constexpr int kSlownessForMore = 16;    // slowness at which one more helper works
 constexpr int kSlownessForFewer = -32;  // slowness at which one helper rests
 
-/// Whether the walk may succeed later with the same folder, because fewer folders are open then.
-bool isShortage(int error) { return error == EMFILE || error == ENFILE || error == ENOMEM; }
+/// Adds a listing to a chain of listings to drop.
+void chainUp(ListingPointer listing, ListingPointer& chain) {
+  if (listing == nullptr) return;
+  listing->nextToDrop = std::move(chain);
+  chain = std::move(listing);
+}
 
 bool canBeReadAhead(const FindData& entry) {
   return entry.isFolder() && !entry.isReparse() && entry.statError == kSuccess;
@@ -37,6 +43,8 @@ bool canBeReadAhead(const FindData& entry) {
 bool needsFolder(const EntryBatch::Entry& entry) { return entry.isFolder() || entry.isReparse(); }
 
 }  // namespace
+
+bool isShortage(int error) { return error == EMFILE || error == ENFILE || error == ENOMEM; }
 
 void WorkPlace::insertBefore(WorkPlace& place) {
   before = place.before;
@@ -58,7 +66,10 @@ ReadAhead::ReadAhead(const ReadPlan& plan)
   order_.after = &order_;
 }
 
-ReadAhead::~ReadAhead() {
+ReadAhead::~ReadAhead() { standAlone(); }
+
+bool ReadAhead::standAlone() {
+  if (isAlone_) return false;
   {
     const Lock lock(mutex_);
     isStopping_ = true;
@@ -66,6 +77,9 @@ ReadAhead::~ReadAhead() {
   work_.notify_all();
   for (std::thread& helper : helpers_)
     helper.join();
+  helpers_.clear();
+  isAlone_ = true;
+  return plan_.entersFolders;
 }
 
 ListingPointer ReadAhead::begin(SharedFolder folder, std::uint64_t device) {
@@ -86,8 +100,8 @@ bool ReadAhead::take(const ListingPointer& listing, std::list<ListingPart>& part
       if (listing->parts.empty() ? listing->isComplete : listing->parts.front().isReady) break;
       if (isUnderWay) {
         waitFor(lock, *listing);
-      } else {
-        readOneself(lock, *listing);
+      } else if (!readOneself(lock, *listing)) {
+        return false;
       }
     }
   }
@@ -103,31 +117,44 @@ bool ReadAhead::take(const ListingPointer& listing, std::list<ListingPart>& part
 /// plan wants this; it sleeps if there is none.
 void ReadAhead::waitFor(Lock& lock, const Listing& listing) {
   Listing* const next = plan_.walkHelps ? nextInOrder() : nullptr;
-  if (next != nullptr && hasRoom()) return read(lock, *next, ownReader_);
+  if (next != nullptr && hasRoom()) {
+    read(lock, *next, ownReader_);
+    return;
+  }
   awaited_ = &listing;
   ready_.wait(lock);
   awaited_ = nullptr;
 }
 
-void ReadAhead::readOneself(Lock& lock, Listing& listing) {
+/// False: there was a shortage, and nothing was read.
+bool ReadAhead::readOneself(Lock& lock, Listing& listing) {
   if (!listing.place.isInOrder()) listing.place.insertBefore(*order_.after);
   wasStarved_ = wasStarved_ || isResting_;
-  read(lock, listing, ownReader_);
-  if (helpers_.empty() && nextInOrder() != nullptr) startHelpers();
+  const int shortage = read(lock, listing, ownReader_);
+  if (shortage != 0) listing.error = shortage;
+  if (helpers_.empty() && !isAlone_ && nextInOrder() != nullptr) startHelpers();
+  return shortage == 0;
 }
 
 void ReadAhead::startHelpers() {
   const SignalsBlocked signals;
   try {
+    helpers_.reserve(plan_.helpers);
     while (helpers_.size() < plan_.helpers)
       helpers_.emplace_back([this] { help(); });
-  } catch (const std::system_error&) {
+  } catch (const std::exception&) {
     return;  // fewer helpers must be enough; without any the walk reads everything
   }
 }
 
-void ReadAhead::help() {
-  EntryReader reader;
+void ReadAhead::help() noexcept {
+  std::optional<EntryReader> memory;
+  try {
+    memory.emplace();
+  } catch (const std::bad_alloc&) {
+    return;
+  }
+  EntryReader& reader = *memory;
   Lock lock(mutex_);
   while (!isStopping_) {
     Listing* const next = nextInOrder();
@@ -196,50 +223,65 @@ void ReadAhead::adapt(std::chrono::nanoseconds taken, std::size_t entries) {
 struct ReadAhead::Work {
   explicit Work(ListingPointer toRead) : listing(std::move(toRead)), place(&listing->place) {}
 
+  /// Whether another thread can begin again as if nothing had been read.
+  bool canBeGivenBack() const { return !isBegun || (opensFolder && !isShared); }
+
   const ListingPointer listing;
   WorkPlace* place;             // work below the part is queued before this place
   WorkPlace ownPlace{nullptr};  // place of the part while other threads continue the listing
-  Descriptor folder;            // the folder while only this part uses it
+  const bool opensFolder = listing->folder == nullptr;  // this is the first part
+  SharedFolder above;  // see Listing::above, while this part opens the folder
+  Descriptor folder;   // the folder while only this part uses it
   EntriesRead read;
-  int error = 0;                                             // errno; if not 0, no part follows
-  std::list<ListingPart> fresh = std::list<ListingPart>(1);  // the part while it is not shared
-  ListingPart& part = fresh.front();
+  int error = 0;                 // errno; if not 0, no part follows
+  bool isBegun = false;          // entries were taken from the folder
+  bool isShared = false;         // other threads may continue the listing
+  std::list<ListingPart> fresh;  // the part while it is not shared
+  ListingPart* part = nullptr;
 };
 
-/// Reads one part of the listing. The mutex is locked at the call and at the return.
-void ReadAhead::read(Lock& lock, Listing& listing, EntryReader& reader) {
+/// Reads one part of the listing. The mutex is locked at the call and at the return. Returns 0, or
+/// the errno of a shortage because of which nothing was read.
+int ReadAhead::read(Lock& lock, Listing& listing, EntryReader& reader) noexcept {
   listing.isBeingListed = true;
   if (nextInOrder() != nullptr && hasRoom()) wakeHelper();
   Work work(listing.shared_from_this());
   lock.unlock();
   const Clock::time_point begin = Clock::now();
-  list(work, reader);
-  if (isShortage(work.error) && &reader != &ownReader_ && listing.above != nullptr) {
-    lock.lock();
-    giveBack(listing);
-    return;
+  try {
+    readPart(lock, work, reader);
+  } catch (const std::exception&) {
+    work.error = ENOMEM;
+    if (work.part != nullptr) *work.part = ListingPart();
   }
+  const auto taken = Clock::now() - begin;
+  lock.lock();
+  if (isShortage(work.error) && work.canBeGivenBack()) {
+    giveBack(work);
+    return work.error;
+  }
+  adapt(taken, work.part->batch.entries().size());
+  publish(work);
+  return 0;
+}
+
+void ReadAhead::readPart(Lock& lock, Work& work, EntryReader& reader) {
+  work.part = &work.fresh.emplace_back();
+  list(work, reader);
+  if (isShortage(work.error) && work.canBeGivenBack()) return;
   if (!work.read.isEnd) {
     lock.lock();
     leaveRest(work);
     lock.unlock();
   }
-  try {
-    ask(work, reader);
-  } catch (const std::bad_alloc&) {
-    work.part = ListingPart();
-    work.error = ENOMEM;
-  }
-  const auto taken = Clock::now() - begin;
-  lock.lock();
-  adapt(taken, work.part.batch.entries().size());
-  publish(work);
+  ask(work, reader);
 }
 
 /// Lets other threads continue the listing after this part.
 void ReadAhead::leaveRest(Work& work) {
   Listing& listing = *work.listing;
   listing.isBeingListed = false;
+  work.isShared = true;
   ++listing.partsInWork;
   listing.parts.splice(listing.parts.end(), work.fresh);
   work.place = &work.ownPlace;
@@ -255,19 +297,19 @@ void ReadAhead::publish(Work& work) {
   if (work.read.isEnd) {
     listing.isBeingListed = false;
     listing.isComplete = true;
-    if (!work.part.batch.entries().empty()) listing.parts.splice(listing.parts.end(), work.fresh);
+    if (!work.part->batch.entries().empty()) listing.parts.splice(listing.parts.end(), work.fresh);
   } else {
     --listing.partsInWork;
   }
-  work.part.isReady = true;
+  work.part->isReady = true;
   if (!listing.isDropped) {
-    if (work.fresh.empty()) bytes_ += work.part.bytes;  // the part is in the listing
-    for (const ListingPart::Subfolder& subfolder : work.part.subfolders)
+    if (work.fresh.empty()) bytes_ += work.part->bytes;  // the part is in the listing
+    for (const ListingPart::Subfolder& subfolder : work.part->subfolders)
       subfolder.listing->place.insertBefore(*work.place);
-    if (!work.part.subfolders.empty()) wakeHelper();
+    if (!work.part->subfolders.empty()) wakeHelper();
   }
   work.place->remove();
-  const bool hasMoreWork = awaited_ != nullptr && !work.part.subfolders.empty();
+  const bool hasMoreWork = awaited_ != nullptr && !work.part->subfolders.empty();
   if (awaited_ == &listing || hasMoreWork) ready_.notify_one();
   // After this store, the walk may take the part at any time without the mutex.
   if (listing.isComplete && listing.partsInWork == 0) {
@@ -275,8 +317,12 @@ void ReadAhead::publish(Work& work) {
   }
 }
 
-/// Leaves a listing to the walk, because a helper lacks descriptors or memory for it.
-void ReadAhead::giveBack(Listing& listing) {
+/// Leaves a listing to the walk, because there are not enough descriptors or memory for it now.
+void ReadAhead::giveBack(Work& work) {
+  Listing& listing = *work.listing;
+  if (work.isBegun) listing.partsListed = 0;
+  if (work.opensFolder) listing.folder.reset();
+  if (work.above != nullptr) listing.above = std::move(work.above);
   listing.isBeingListed = false;
   listing.place.remove();
   if (awaited_ == &listing) ready_.notify_one();
@@ -286,15 +332,17 @@ void ReadAhead::giveBack(Listing& listing) {
 void ReadAhead::list(Work& work, EntryReader& reader) {
   Listing& listing = *work.listing;
   if (listing.folder == nullptr) {
-    work.folder.reset(openat(listing.above->get(), listing.name.c_str(),
-                             O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
+    work.folder.reset(retried([&] {
+      return openat(listing.above->get(), listing.name.c_str(), kOpenLevel | O_NOFOLLOW);
+    }));
     if (!work.folder) {
       work.read.isEnd = true;
       work.error = errno;
       return;
     }
-    listing.above.reset();
+    work.above = std::move(listing.above);
   }
+  work.isBegun = true;
   ++listing.partsListed;
   const int folder = work.folder ? work.folder.get() : listing.folder->get();
   work.read = reader.list(folder, listing.marksEnd);
@@ -306,14 +354,14 @@ void ReadAhead::list(Work& work, EntryReader& reader) {
 void ReadAhead::ask(Work& work, EntryReader& reader) {
   Listing& listing = *work.listing;
   if (!work.folder && listing.folder == nullptr) return;
-  ListingPart& part = work.part;
+  ListingPart& part = *work.part;
   const int folder = work.folder ? work.folder.get() : listing.folder->get();
   part.batch = reader.ask(folder, listing.device, plan_.isInInodeOrder);
   const auto entries = part.batch.entries();
   if (work.folder && std::any_of(entries.begin(), entries.end(), needsFolder)) {
     listing.folder = share(std::move(work.folder));
   }
-  for (std::size_t i = 0; plan_.entersFolders && i < entries.size(); ++i) {
+  for (std::size_t i = 0; plan_.entersFolders && !isAlone_ && i < entries.size(); ++i) {
     if (!canBeReadAhead(entries[i])) continue;
     Text path;
     if (plan_.leavesOut) {
@@ -344,21 +392,20 @@ void ReadAhead::release(std::size_t bytes) {
   wakeHelper();
 }
 
-void ReadAhead::drop(ListingPointer listing) {
-  std::vector<ListingPointer> listings;
-  listings.push_back(std::move(listing));
-  dropAll(std::move(listings));
-}
+void ReadAhead::drop(ListingPointer listing) { dropAll(std::move(listing)); }
 
 void ReadAhead::drop(std::list<ListingPart>& parts) {
-  std::vector<ListingPointer> listings;
-  for (ListingPart& part : parts) {
-    for (ListingPart::Subfolder& subfolder : part.subfolders) {
-      if (subfolder.listing != nullptr) listings.push_back(std::move(subfolder.listing));
-    }
-  }
+  dropSubfolders(parts);
   parts.clear();
-  if (!listings.empty()) dropAll(std::move(listings));
+}
+
+void ReadAhead::dropSubfolders(std::list<ListingPart>& parts) {
+  ListingPointer chain;
+  for (ListingPart& part : parts) {
+    for (ListingPart::Subfolder& subfolder : part.subfolders)
+      chainUp(std::move(subfolder.listing), chain);
+  }
+  if (chain != nullptr) dropAll(std::move(chain));
 }
 
 void ReadAhead::dropWaiting(std::list<ListingPart>& parts) {
@@ -373,24 +420,24 @@ void ReadAhead::dropWaiting(std::list<ListingPart>& parts) {
   }
 }
 
-/// Drops the listings one after the other, without recursion, so that no depth overflows the call
-/// stack.
-void ReadAhead::dropAll(std::vector<ListingPointer> listings) {
+/// Drops a chain of listings and everything below them, without recursion, so that no depth
+/// overflows the call stack, and without memory.
+void ReadAhead::dropAll(ListingPointer chain) noexcept {
   std::size_t bytes = 0;
   {
     const Lock lock(mutex_);
-    while (!listings.empty()) {
-      const ListingPointer listing = std::move(listings.back());
-      listings.pop_back();
-      bytes += dropOne(*listing, listings);
+    while (chain != nullptr) {
+      const ListingPointer listing = std::move(chain);
+      chain = std::move(listing->nextToDrop);
+      bytes += dropOne(*listing, chain);
     }
   }
   release(bytes);
 }
 
-/// Drops one listing. Adds its subfolders to `below` and returns the number of bytes that waited in
-/// it. A thread that works on the listing discards its result.
-std::size_t ReadAhead::dropOne(Listing& listing, std::vector<ListingPointer>& below) {
+/// Drops one listing. Adds its subfolders to the chain and returns the number of bytes that waited
+/// in it. A thread that works on the listing discards its result.
+std::size_t ReadAhead::dropOne(Listing& listing, ListingPointer& chain) {
   listing.isDropped = true;
   if (listing.place.isInOrder() && !listing.isBeingListed) listing.place.remove();
   std::size_t bytes = 0;
@@ -401,7 +448,7 @@ std::size_t ReadAhead::dropOne(Listing& listing, std::vector<ListingPointer>& be
     }
     bytes += part->bytes;
     for (ListingPart::Subfolder& subfolder : part->subfolders)
-      below.push_back(std::move(subfolder.listing));
+      chainUp(std::move(subfolder.listing), chain);
     part = listing.parts.erase(part);
   }
   return bytes;

@@ -13,8 +13,13 @@
 #include "platform/FolderWalk.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/EntryReader.h"
+#include "platform/posix/OpenLevels.h"
 
 namespace ombrelian::platform {
+
+/// Whether `error`, an errno, means that the process or the system lacks descriptors or memory, so
+/// that the same call may succeed when what was read ahead is dropped.
+bool isShortage(int error);
 
 /// How the folders of one source are read.
 struct ReadPlan {
@@ -25,6 +30,7 @@ struct ReadPlan {
   bool isInInodeOrder = false;  // see EntryReader::ask
   std::size_t memory = std::size_t(16) << 20;  // limit of the bytes that wait for the walk
   unsigned descriptors = 256;                  // limit of the open folders that wait for it
+  std::size_t levels = kMostOpenLevels;        // limit of the open folders on the walk's own path
   LeavesOut leavesOut = {};  // folders that the walk will not need; none: it may need all
 };
 
@@ -67,7 +73,7 @@ struct WorkPlace {
 /// for which no comment names another owner.
 struct Listing : std::enable_shared_from_this<Listing> {
   // Data for opening the folder. They belong to the thread that reads it.
-  SharedFolder above;  // null after the folder was opened
+  SharedFolder above;  // null after the folder was read for the first time
   std::string name;
   std::uint64_t device = 0;
   bool marksEnd = false;  // see marksEndOfFolder
@@ -79,6 +85,8 @@ struct Listing : std::enable_shared_from_this<Listing> {
   SharedFolder folder;
 
   int error = 0;  // errno of the failed opening, or of the error that ended the listing early
+
+  ListingPointer nextToDrop;  // while listings are dropped
 
   std::list<ListingPart> parts;  // parts that the walk has not yet taken, in order
   WorkPlace place{this};         // place in the order while more entries can be listed
@@ -110,7 +118,8 @@ class ReadAhead {
   static ListingPointer begin(SharedFolder folder, std::uint64_t device);
 
   /// Moves the next part of the listing to the end of `parts` and waits for it if necessary. False:
-  /// there are no more parts; Listing::error contains the reason.
+  /// there are no more parts; Listing::error contains the reason. If the listing is not complete,
+  /// the reason is a shortage, and the walk may try again when it has made room.
   bool take(const ListingPointer& listing, std::list<ListingPart>& parts);
 
   /// Discards listings that the walk will not read, with everything below them.
@@ -120,6 +129,13 @@ class ReadAhead {
   /// Drops the subfolders that no thread has begun to read, so that they do not keep the folder
   /// above open.
   void dropWaiting(std::list<ListingPart>& parts);
+
+  /// Drops all subfolders of parts that the walk has.
+  void dropSubfolders(std::list<ListingPart>& parts);
+
+  /// Ends the helpers for good; from now on the walk reads every folder itself. False: it does so
+  /// already. The walk should then drop what was read ahead.
+  bool standAlone();
 
   /// Whether the walk had to read a folder itself while the helpers rested at the limit, since the
   /// last call: the waiting parts are then needed too late.
@@ -133,21 +149,22 @@ class ReadAhead {
   struct Work;
 
   void startHelpers();
-  void help();
+  void help() noexcept;
   Listing* nextInOrder();
   bool hasRoom() const;
-  void read(Lock& lock, Listing& listing, EntryReader& reader);
+  int read(Lock& lock, Listing& listing, EntryReader& reader) noexcept;
+  void readPart(Lock& lock, Work& work, EntryReader& reader);
   void list(Work& work, EntryReader& reader);
   void leaveRest(Work& work);
   void ask(Work& work, EntryReader& reader);
   void publish(Work& work);
-  void giveBack(Listing& listing);
+  void giveBack(Work& work);
   void waitFor(Lock& lock, const Listing& listing);
-  void readOneself(Lock& lock, Listing& listing);
+  bool readOneself(Lock& lock, Listing& listing);
   void wakeHelper();
   void adapt(std::chrono::nanoseconds taken, std::size_t entries);
-  void dropAll(std::vector<ListingPointer> listings);
-  std::size_t dropOne(Listing& listing, std::vector<ListingPointer>& below);
+  void dropAll(ListingPointer chain) noexcept;
+  std::size_t dropOne(Listing& listing, ListingPointer& chain);
   void release(std::size_t bytes);
   SharedFolder share(Descriptor folder);
 
@@ -170,6 +187,7 @@ class ReadAhead {
   std::shared_ptr<std::atomic<unsigned>> descriptors_ = std::make_shared<std::atomic<unsigned>>(0);
   std::atomic<bool> isResting_ = false;  // a helper waits for room
   std::vector<std::thread> helpers_;
+  bool isAlone_ = false;  // see standAlone()
 };
 
 }  // namespace ombrelian::platform

@@ -6,6 +6,8 @@
 #include <linux/stat.h>
 #include <sys/sysmacros.h>
 
+#include "platform/posix/Retried.h"
+
 namespace ombrelian::platform {
 namespace {
 
@@ -36,7 +38,8 @@ std::uint32_t commonAttributes(const struct statx& told, const char* name) {
 
 bool leadsToFolder(int folder, const char* name) {
   struct statx told;
-  return statx(folder, name, AT_NO_AUTOMOUNT, STATX_TYPE, &told) == 0 && S_ISDIR(told.stx_mode);
+  const auto ask = [&] { return statx(folder, name, AT_NO_AUTOMOUNT, STATX_TYPE, &told); };
+  return retried(ask) == 0 && S_ISDIR(told.stx_mode);
 }
 
 bool isMountPoint(const struct statx& told, std::uint64_t parentDevice) {
@@ -78,7 +81,8 @@ void setKind(const struct statx& told, int folder, const char* name, std::uint64
 int readFindData(int folder, const char* name, int flags, std::uint64_t parentDevice,
                  FindData& data) {
   struct statx told;
-  if (statx(folder, name, flags | AT_NO_AUTOMOUNT, kWanted, &told) != 0) return errno;
+  const auto ask = [&] { return statx(folder, name, flags | AT_NO_AUTOMOUNT, kWanted, &told); };
+  if (retried(ask) != 0) return errno;
   data = FindData();
   data.dwFileAttributes = commonAttributes(told, name);
   data.allocatedSize = std::int64_t(told.stx_blocks) * kBlockSize;
@@ -98,7 +102,7 @@ int readFindData(int folder, const char* name, int flags, std::uint64_t parentDe
 
 int readIdentity(int fd, FileIdentity& identity) {
   struct statx told;
-  if (statx(fd, "", AT_EMPTY_PATH, STATX_INO, &told) != 0) return errno;
+  if (retried([&] { return statx(fd, "", AT_EMPTY_PATH, STATX_INO, &told); }) != 0) return errno;
   identity = {deviceOf(told), told.stx_ino};
   return 0;
 }
