@@ -85,7 +85,7 @@ std::string userFolder(const char* name, const char* inHome) {
   const std::string folder = environmentVariable(name);
   if (isUsable(folder)) return withoutFinalSeparator(folder);
   const std::string home = homeFolder();
-  if (home.empty()) return home;
+  if (home.empty()) return {};
   return home == "/" ? inHome : home + inHome;
 }
 
