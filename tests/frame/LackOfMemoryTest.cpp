@@ -55,6 +55,22 @@ class LackOfMemoryTest : public ::testing::Test {
     return outcome;
   }
 
+  /// Checks a run against one with enough memory, whose report was `report`.
+  void expectHonest(const Outcome& outcome, const Outcome& whole, const std::string& target,
+                    const std::string& report) {
+    const std::string saved = readFile(out.path(target));
+    if (outcome.status == kExitDone) {
+      EXPECT_EQ(withoutTimes(outcome.output), withoutTimes(whole.output));
+      // The other formats contain the time of the scan.
+      const bool isTimed = !target.ends_with("csv");
+      EXPECT_TRUE(isTimed ? saved.size() == report.size() : saved == report);
+      return;
+    }
+    EXPECT_NE(outcome.errors, "");
+    EXPECT_TRUE(outcome.status == kExitPartial || saved == "old")
+        << outcome.status << outcome.errors;
+  }
+
   const ScopedLocale locale{"C"};
   TestFolder source;
   TestFolder out;
@@ -65,50 +81,49 @@ class LackOfMemoryTest : public ::testing::Test {
 /// result may report success; one that saves nothing leaves the older report as it is.
 TEST_F(LackOfMemoryTest, NoRunReportsSuccessWithAWrongResult) {
   constexpr std::int64_t kAll = std::numeric_limits<std::int64_t>::max();
+  constexpr std::int64_t kSave = 330;      // the scan before the save is the same for every format
+  constexpr std::int64_t kOfHelpers = 60;  // helpers have about as many, depending on their luck
   const struct {
-    std::string target;  // empty: the lists are printed
-    const char16_t* helpers;
-    FailsIn threads;
+    std::string target;  // "-": the lists are printed
+    std::int64_t first;
+    FailsIn threads = FailsIn::ThisThread;
     std::int64_t times = 1;
-  } cases[] = {{"r.csv", u"0", FailsIn::ThisThread},        {"r.txt", u"0", FailsIn::ThisThread},
-               {"r.html", u"0", FailsIn::ThisThread},       {"r.xml", u"0", FailsIn::ThisThread},
-               {"r.csv", u"0", FailsIn::AnyThread, kAll},   {"", u"0", FailsIn::ThisThread},
-               {"r.csv", u"2", FailsIn::AnyThread},         {"r.csv", u"2", FailsIn::OtherThreads},
-               {"r.csv", u"2", FailsIn::OtherThreads, kAll}};
+  } cases[] = {{"r.csv", 1},
+               {"r.txt", kSave},
+               {"r.html", kSave},
+               {"r.xml", kSave},
+               {"-", 1},
+               {"r.csv", 1, FailsIn::ThisThread, kAll},
+               {"r.csv", 1, FailsIn::AnyThread},
+               {"r.csv", 1, FailsIn::OtherThreads},
+               {"r.csv", 1, FailsIn::OtherThreads, kAll}};
   const pid_t walk = gettid();
-  for (const auto& [target, helpers, threads, times] : cases) {
+  for (const auto& [target, first, threads, times] : cases) {
     // The walk waits now and then, so that the helpers get work on any machine.
-    const bool isHelped = threads == FailsIn::OtherThreads;
+    const bool isOfHelpers = threads == FailsIn::OtherThreads;
     const ScopedFault slow({.call = Call::Getdents, .error = 0, .meanwhile = [=] {
-                              if (isHelped && gettid() == walk) usleep(300);
+                              if (isOfHelpers && gettid() == walk) usleep(300);
                             }});
-    std::vector<Text> line = {u"--lists", u"--json"};
-    if (!target.empty()) line = {u"-s", out.text(target)};
-    line.insert(line.end(), {u"--helpers", helpers, source.text()});
-    const std::string what = target + " " + toBytes(helpers) + " helpers, allocation ";
-    out.write(target.empty() ? "r" : target, "old");
+    std::vector<Text> line = {u"-s", out.text(target)};
+    if (target == "-") line = {u"--lists", u"--json"};
+    line.insert(line.end(),
+                {u"--helpers", threads == FailsIn::ThisThread ? u"0" : u"2", source.text()});
+    out.write(target, "old");
     const Outcome whole = run(line, kAll, threads, times);
     ASSERT_EQ(whole.status, kExitDone) << whole.errors;
     const std::string report = readFile(out.path(target));
-    std::int64_t number = 1;
-    for (hasFailed = true; hasFailed && number < 5000; ++number) {
-      if (!target.empty()) out.write(target, "old");
+    hasFailed = true;
+    for (std::int64_t number = first; isOfHelpers ? number <= kOfHelpers : hasFailed; ++number) {
+      out.write(target, "old");
       const Outcome outcome = run(line, number, threads, times);
-      const std::string saved = readFile(out.path(target));
-      if (outcome.status == kExitDone) {
-        ASSERT_EQ(withoutTimes(outcome.output), withoutTimes(whole.output)) << what << number;
-        ASSERT_EQ(saved.size(), report.size()) << what << number;
-      } else {
-        ASSERT_NE(outcome.errors, "") << what << number;
-        ASSERT_TRUE(outcome.status == kExitPartial || target.empty() || saved == "old")
-            << what << number << outcome.status << outcome.errors;
-      }
+      if (target == "-") out.write(target, outcome.status == kExitDone ? report : "old");
+      expectHonest(outcome, whole, target, report);
       // Without any memory not even a name can be removed.
-      if (times == 1) ASSERT_EQ(namesIn(out.path()).size(), 1U) << what << number;
+      EXPECT_TRUE(times > 1 || namesIn(out.path()).size() == 1U);
+      ASSERT_FALSE(HasFailure()) << target << ", allocation " << number;
+      ASSERT_LT(number, 5000);
     }
-    EXPECT_FALSE(hasFailed);
-    EXPECT_GT(number, 5);
-    unlink(out.path(target.empty() ? "r" : target).c_str());
+    unlink(out.path(target).c_str());
   }
 }
 
