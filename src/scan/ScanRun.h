@@ -17,7 +17,7 @@ struct RunResult {
   bool failed = false;  // a fault of the program ended the run or a part of it
   NodeIndex lastRoot = kNoNode;
   NodeIndex listedRoot = kNoNode;  // the source that filled the lists
-  std::int64_t milliseconds = 0;  // over all sources
+  std::int64_t milliseconds = 0;   // over all sources
 
   /// Whether everything that was requested was read.
   bool isComplete() const {

@@ -10,11 +10,24 @@ namespace ombrelian::testing {
 
 /// A mounted file system of a process of its own, which stops answering on command. It contains
 /// the folders "a" (files "a1", "a2"), "b" (file "b1", folder "c" with file "c1") and the file
-/// "top"; every file has 100 bytes. Files can be made and renamed, but keep nothing. Use it in runWithOwnMounts.
+/// "top"; every file has 100 bytes. Files can be made and renamed, but keep nothing. Use it in
+/// runWithOwnMounts.
 class SilentMount {
  public:
   /// Numbers of the objects; kFirstNew: the first file that is made.
-  enum Object : std::uint64_t { kAny = 0, kRoot = 1, kA, kA1, kA2, kB, kB1, kC, kC1, kTop, kFirstNew };
+  enum Object : std::uint64_t {
+    kAny = 0,
+    kRoot = 1,
+    kA,
+    kA1,
+    kA2,
+    kB,
+    kB1,
+    kC,
+    kC1,
+    kTop,
+    kFirstNew
+  };
 
   explicit SilentMount(const std::string& path);
 
