@@ -36,15 +36,21 @@ std::size_t LaterStarts::waiting() const {
   return sources_.size() + (scans_.isScanning() && queued > 1 ? queued - 1 : 0);
 }
 
+/// Whether a scan may begin; a dialog or a menu may be a question about rows that a scan would
+/// move.
+bool LaterStarts::mayScan() const {
+  return !state_.isBusy() && QApplication::activeModalWidget() == nullptr &&
+         QApplication::activePopupWidget() == nullptr;
+}
+
 void LaterStarts::tryAgain() {
-  if (sources_.empty() && waiting() == 0) {
-    timer_.stop();
-  } else if (!sources_.empty() && scans_.takeMore(sources_)) {
-    sources_.clear();
-  } else if (!sources_.empty() && !state_.isBusy() &&
-             QApplication::activeModalWidget() == nullptr &&
-             QApplication::activePopupWidget() == nullptr) {
-    scans_.scan(std::exchange(sources_, {}));
+  if (waiting() == 0) timer_.stop();
+  if (!sources_.empty()) {
+    if (scans_.takeMore(sources_)) {
+      sources_.clear();
+    } else if (mayScan()) {
+      scans_.scan(std::exchange(sources_, {}));
+    }
   }
   Q_EMIT waitingChanged();
 }

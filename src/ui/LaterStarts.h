@@ -30,6 +30,7 @@ class LaterStarts : public QObject {
 
  private:
   void comeToFront(const std::string& activationToken);
+  bool mayScan() const;
   void tryAgain();
 
   WindowState& state_;

@@ -180,7 +180,8 @@ std::string readBuildId() {
     for (int i = 0; i < module->dlpi_phnum; ++i) {
       const ElfW(Phdr)& header = module->dlpi_phdr[i];
       if (header.p_type != PT_NOTE) continue;
-      const char* at = reinterpret_cast<const char*>(module->dlpi_addr + header.p_vaddr);
+      const ElfW(Addr) begin = module->dlpi_addr + header.p_vaddr;
+      const char* at = reinterpret_cast<const char*>(begin);  // NOLINT(performance-no-int-to-ptr)
       const char* const end = at + header.p_memsz;
       while (at + sizeof(ElfW(Nhdr)) < end) {
         ElfW(Nhdr) note;

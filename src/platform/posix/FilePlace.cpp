@@ -13,6 +13,7 @@
 #include "platform/posix/ObjectAt.h"
 #include "platform/posix/PathAt.h"
 #include "platform/posix/PatientCalls.h"
+#include "platform/posix/Retried.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -51,10 +52,10 @@ int openFolder(int base, const std::string& path, Spot& spot) {
   if (at.error() != 0) return at.error();
   const int folder = path.starts_with('/') ? at.folder() : base;
   constexpr int kFlags = O_DIRECTORY | O_CLOEXEC;
-  spot.folder = Descriptor(openat(folder, at.name(), O_RDONLY | kFlags));
+  spot.folder = Descriptor(retried([&] { return openat(folder, at.name(), O_RDONLY | kFlags); }));
   spot.isReadable = bool(spot.folder);
   if (!spot.folder && errno == EACCES)
-    spot.folder = Descriptor(openat(folder, at.name(), O_PATH | kFlags));
+    spot.folder = Descriptor(retried([&] { return openat(folder, at.name(), O_PATH | kFlags); }));
   return spot.folder ? 0 : errno;
 }
 
@@ -251,8 +252,9 @@ FileHandle FilePlace::make(TextView name, ErrorCode& error) const {
     const char* const made = isNameless ? "." : bytes.c_str();
     const int flags = isNameless ? O_TMPFILE : O_CREAT | O_EXCL | O_NOFOLLOW;
     Answer answer;
-    answer.second.reset(
-        openat(folder->descriptor.get(), made, O_WRONLY | O_CLOEXEC | flags, kOwnersFile));
+    answer.second.reset(retried([&] {
+      return openat(folder->descriptor.get(), made, O_WRONLY | O_CLOEXEC | flags, kOwnersFile);
+    }));
     if (!answer.second) answer.first = lastError();
     return answer;
   };
@@ -271,8 +273,10 @@ FileHandle FilePlace::openOwn(TextView name, int disposition, ErrorCode& error) 
   const auto open = [bytes = toBytes(name), disposition, folder = folder_] {
     const bool isWritten = disposition != kOpenRead;
     Answer answer;
-    answer.second.reset(openat(folder->descriptor.get(), bytes.c_str(),
-                               ownFlags(disposition) | kNoWaiting, kOwnersFile));
+    answer.second.reset(retried([&] {
+      return openat(folder->descriptor.get(), bytes.c_str(), ownFlags(disposition) | kNoWaiting,
+                    kOwnersFile);
+    }));
     if (!answer.second) {
       answer.first = openError();
     } else if (!isOwnFile(answer.second.get(), isWritten)) {

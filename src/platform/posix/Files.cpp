@@ -18,6 +18,7 @@
 #include "platform/posix/HandleCalls.h"
 #include "platform/posix/PathAt.h"
 #include "platform/posix/PatientCalls.h"
+#include "platform/posix/Retried.h"
 #include "platform/posix/Stat.h"
 
 namespace ombrelian::platform {
@@ -265,7 +266,7 @@ FileHandle CreateFileW(TextView path, int disposition, ErrorCode& error) {
     answer.first = translateErrno(at.error());
     if (answer.first != kSuccess) return answer;
     const int flags = openFlags(disposition) | O_NONBLOCK | O_CLOEXEC;
-    answer.second.reset(openat(at.folder(), at.name(), flags, kFileMode));
+    answer.second.reset(retried([&] { return openat(at.folder(), at.name(), flags, kFileMode); }));
     if (!answer.second) answer.first = lastError();
     return answer;
   };
