@@ -8,6 +8,7 @@
 #include <map>
 #include <set>
 
+#include "tests/testing/ChildProcess.h"
 #include "tests/testing/Testing.h"
 
 namespace ombrelian::platform {
@@ -105,14 +106,13 @@ TEST(FolderWalkTest, GoesDeepWithFewDescriptors) {
     for (int i = 0; i < 4; ++i)
       folder.file(path + std::to_string(i));
   }
-  struct rlimit before;
-  getrlimit(RLIMIT_NOFILE, &before);
-  const struct rlimit few = {100, before.rlim_max};
-  setrlimit(RLIMIT_NOFILE, &few);
-  FolderWalk walk;
-  EXPECT_EQ(walk.openSource(folder.text()), kSuccess);
-  EXPECT_EQ(countFiles(walk, 1), 4 * kLevels);
-  setrlimit(RLIMIT_NOFILE, &before);
+  const int status = statusOfChild([&] {
+    const struct rlimit few = {100, 100};
+    FolderWalk walk;
+    if (setrlimit(RLIMIT_NOFILE, &few) != 0 || walk.openSource(folder.text()) != kSuccess) return 1;
+    return countFiles(walk, 1) == 4 * kLevels ? 0 : 2;
+  });
+  EXPECT_EQ(status, 0);
 }
 
 // Behind a link ".." is another folder, so the level above must be found by its path. If that level
