@@ -136,7 +136,8 @@ int runLine(const std::vector<Text>& arguments, const Translation& translation, 
   int statusNow = kExitNothing;
   return runWithReport(console, statusNow, [&] {
     const int status = runWithSettings(line, commandText(arguments), translation, console);
-    statusNow = kExitPartial;
+    // A fault of the end makes a success partial, and leaves what is worse as it is.
+    statusNow = status == kExitDone || status == kExitUntold ? kExitPartial : status;
     return status;
   });
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/Files.h"
 #include "platform/Time.h"
 #include "support/Guard.h"
 #include "support/Translate.h"
@@ -103,6 +104,7 @@ Result<InstanceMessage> decodeMessage(std::string_view bytes) {
   if (bytes.size() < kHeaderBytes) return unreadable(u"it is too short");
   const std::size_t size = numberAt(bytes, 4);
   if (numberAt(bytes, 0) != 0) return unreadable(u"it is not of this program");
+  if (size == 0) return unreadable(u"its command line is missing");
   if (size > kMostLineBytes) return unreadable(u"its command line is too long");
   if (size > bytes.size() - kHeaderBytes) return unreadable(u"its end is missing");
   const std::string_view payload = bytes.substr(kHeaderBytes, size);
@@ -114,6 +116,10 @@ Result<InstanceMessage> decodeMessage(std::string_view bytes) {
   const std::string_view rest = bytes.substr(kHeaderBytes + size);
   InstanceMessage message = {sourcesIn(rest), std::string(rest.substr(0, rest.find('\0')))};
   if (message.sources.empty()) message.sources = KZ_GetFoldersFromCommand(line);
+  const bool hasBadSource = std::any_of(
+      message.sources.begin(), message.sources.end(),
+      [](const Text& source) { return !source.starts_with(platform::kNativeSeparator); });
+  if (hasBadSource) return unreadable(u"a source is not an absolute path");
   return message;
 }
 

@@ -198,11 +198,12 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
     EXPECT_FALSE(failure && failure->text.empty()) << limit;
   }
   EXPECT_GT(failures, 20);
-  for (const testing::Fault& makeFail : {testing::Fault{Call::Write, {}, ENOSPC},
-                                         {Call::Close, {}, EDQUOT},
-                                         {Call::Fdatasync, {}, EIO},
-                                         {Call::Openat, out.path(), EACCES},
-                                         {Call::Renameat, {}, EACCES}}) {
+  for (const testing::Fault& makeFail :
+       {testing::Fault{Call::Write, {}, ENOSPC},
+        {Call::Close, {}, EDQUOT},
+        {Call::Fdatasync, {}, EIO},
+        {Call::Openat, out.path().substr(out.path().rfind('/') + 1), EACCES},
+        {Call::Renameat, {}, EACCES}}) {
     std::ofstream(path) << "old";
     const ScopedFault fault(makeFail);
     const Failure failure = save(name);

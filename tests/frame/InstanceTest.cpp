@@ -25,7 +25,8 @@ TEST(InstanceMessageTest, EverySourceArrivesAndAForeignMessageIsRefused) {
   const std::string tooLong = "\0\0\0\0\2\0\x10\0"s + std::string((1 << 20) + 2, 'x');
   for (const std::string& bad :
        {""s, "\0\0\0\0\2\0\0"s, "\1\0\0\0\2\0\0\0a\0"s, "\0\0\0\0\4\0\0\0a\0"s,
-        "\0\0\0\0\3\0\0\0a\0b"s, "\0\0\0\0\1\0\0\0a"s, tooLong}) {
+        "\0\0\0\0\3\0\0\0a\0b"s, "\0\0\0\0\1\0\0\0a"s, "\0\0\0\0\1\0\0\0\0token\0relative"s,
+        std::string(1000, '\0'), tooLong}) {
     const Result<InstanceMessage> read = decodeMessage(bad);
     EXPECT_FALSE(read) << bad.substr(0, 16);
     EXPECT_TRUE(read || !read.error().text.empty());

@@ -124,9 +124,14 @@ TEST_F(StartUpTest, AFolderThatIsNotAbsoluteOrThatAnotherUserControlsIsNotUsed) 
       {own, "relative", fromBytes(own), 1},
       {users, own, fromBytes(own + "/.config"), 1, true},
       {users + "/deep", own, fromBytes(own + "/.config"), 1, true},
+      {home.path("open"), own, fromBytes(own + "/.config"), 1, true},
+      {home.path("open/mine"), own, fromBytes(home.path("open/mine")), 0, true},
       {users + "/made/by/an/administrator", own, fromBytes(own + "/.config"), 1, true},
   };
   home.folder("users/made/by/an/administrator");
+  // Anybody may put something into this folder, but nobody may replace what is there.
+  home.folder("open/mine");
+  home.chmod("open", 01777);
   for (const auto& c : cases) {
     if (c.isForAdministrators && geteuid() != 0) continue;
     const testing::ScopedVariable named("XDG_CONFIG_HOME", c.config);
@@ -205,10 +210,10 @@ TEST_F(StartUpTest, FaultsAreReportedAndCounted) {
     EXPECT_NE(log.find(row), std::string::npos) << row;
   }
   // What every machine reports of itself.
-  for (const char* const line : {"SysUp: [0-9]+d [0-9:]+", "OS: [^ ].* Version: [0-9].*",
+  for (const char* const fact : {"SysUp: [0-9]+d [0-9:]+", "OS: [^ ].* Version: [0-9].*",
                                  "PhysRAM: [1-9][0-9]* MB Free / [1-9][0-9]* MB Total",
                                  "MemLoad: [0-9]+%", "RAM used: [1-9][0-9]* MB", "Comp: .+"}) {
-    EXPECT_TRUE(std::regex_search(log, std::regex("\r\n" + std::string(line) + "\r\n"))) << line;
+    EXPECT_TRUE(std::regex_search(log, std::regex("\r\n" + std::string(fact) + "\r\n"))) << fact;
   }
 }
 

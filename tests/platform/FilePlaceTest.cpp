@@ -90,6 +90,23 @@ TEST_F(FilePlaceTest, OnlyALinkOfATrustedUserIsFollowed) {
   }
 }
 
+TEST_F(FilePlaceTest, ALinkOnTheWayIsFollowedUnlessAnotherUserPutItWhereAllMay) {
+  folder.write("other/inner/report", "untouched");
+  for (const auto& [mode, linkOwner, isFollowed] :
+       {std::tuple<mode_t, uid_t, bool>{01777, kAttacker, false},
+        {01777, 0, true},
+        {0755, kAttacker, true}}) {
+    givePlace(0, mode);
+    linkAt("place/way", "../other", linkOwner);
+    for (const char* const path : {"place/way/inner/report", "place/way/../other/inner/report"}) {
+      folder.write("other/inner/report", "untouched");
+      const Failure failure = save(folder.text(path));
+      EXPECT_EQ(failure ? failure->number : 0, isFollowed ? 0 : std::int32_t(kUntrustedLink));
+      EXPECT_EQ(readFile(folder.path("other/inner/report")), isFollowed ? "report" : "untouched");
+    }
+  }
+}
+
 TEST_F(FilePlaceTest, ALinkThatComesLaterIsReplacedAndAFolderThatComesLaterGetsNothing) {
   for (const bool hasNames : {false, true}) {
     folder.folder("elsewhere");

@@ -50,8 +50,8 @@ TEST_F(ShellVerbTest, EveryFileStartsThisProgramWithTheFolderAndRemovalLeavesNot
     EXPECT_EQ(readFile(home.path("given")), given) << command;
   }
   // The two other formats have the same rules for their command.
-  const auto exec = [&](const char* name) {
-    const std::string text = readFile(file(name));
+  const auto exec = [&](const char* entry) {
+    const std::string text = readFile(file(entry));
     const std::size_t at = text.find("\nExec=");
     return text.substr(at, text.find('\n', at + 1) - at);
   };

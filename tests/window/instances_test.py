@@ -3,8 +3,11 @@
 Arguments: the program with the window. It needs no screen.
 """
 
+import contextlib
 import os
 import signal
+import socket
+import struct
 import subprocess
 import sys
 import tempfile
@@ -14,6 +17,7 @@ from pathlib import Path
 
 PROGRAM = sys.argv.pop(1)
 LONGEST_START = 6.0  # seconds that a start may wait for another instance
+LONGEST_CALL = 10.0  # seconds that a sender may need
 PATIENCE = 30.0  # seconds until a test gives up
 
 
@@ -104,6 +108,34 @@ class Instances(unittest.TestCase):
         self.assertTrue(until(lambda: self.windows() == 2))
         self.assertEqual(self.start(self.folder("a")).wait(PATIENCE), 0)
         self.assertTrue(until(lambda: self.scans(self.folder("a")) == 1))
+
+    def connect(self):
+        client = socket.socket(socket.AF_UNIX)
+        self.addCleanup(client.close)
+        client.connect(str(self.run_folder / "Ombrelian" / "Ombrelian_APPLICATION_MUTEX.socket"))
+        client.settimeout(PATIENCE)
+        return client
+
+    def test_hostile_and_late_messages_neither_end_nor_block_the_window(self):
+        window = self.first()
+        late = self.connect()
+        for _ in range(60):
+            self.connect()  # says nothing
+        window.send_signal(signal.SIGSTOP)
+        time.sleep(LONGEST_CALL + 0.5)
+        path = self.folder("late").decode().encode("utf-16-le")
+        late.sendall(struct.pack("<II", 0, len(path)) + path)
+        late.shutdown(socket.SHUT_WR)
+        window.send_signal(signal.SIGCONT)  # the message and the end of its time come together
+        for bad in (bytes(1 << 20), b"x" * (2 << 20), struct.pack("<II", 0, 3) + b"abc"):
+            client = self.connect()
+            with contextlib.suppress(OSError):
+                client.sendall(bad)
+                client.shutdown(socket.SHUT_WR)
+                self.assertEqual(client.recv(1), b"")
+        self.assertEqual(self.start(self.folder("good")).wait(PATIENCE), 0)
+        self.assertTrue(until(lambda: self.scans(self.folder("good")) == 1))
+        self.assertIsNone(window.poll())
 
     def test_the_option_lets_every_start_have_its_window(self):
         self.data.mkdir(parents=True)

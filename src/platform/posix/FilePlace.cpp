@@ -43,20 +43,67 @@ struct Spot {
   std::string path;  // path of the folder, with a final separator
 };
 
-/// Opens the folder of `path`, which may be relative to the open folder `base`. Returns 0 or errno.
+constexpr int kUntrusted = -1;  // beside the values of errno
+
+/// Whether a link on the way to a folder may be followed: not if somebody else than the runner, the
+/// administrator or, for an ordinary user, the owner of the folder put it into a folder that users
+/// share. The kernel has this rule only for the last name of a path.
+bool mayFollowOnTheWay(const struct stat& link, int folder) {
+  const uid_t user = geteuid();
+  if (link.st_uid == user || link.st_uid == 0) return true;
+  struct stat told;
+  if (fstat(folder, &told) != 0) return false;
+  const bool isShared = (told.st_mode & S_ISVTX) != 0 && (told.st_mode & (S_IWOTH | S_IWGRP)) != 0;
+  return !isShared || (user != 0 && link.st_uid == told.st_uid);
+}
+
+/// Opens the folder `name`, which is no link, for reading, or at least as a place for names.
+Descriptor openStep(int folder, const char* name, bool& isReadable) {
+  constexpr int kFlags = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+  Descriptor opened(retried([&] { return openat(folder, name, O_RDONLY | kFlags); }));
+  isReadable = bool(opened);
+  if (!opened && errno == EACCES)
+    opened = Descriptor(retried([&] { return openat(folder, name, O_PATH | kFlags); }));
+  return opened;
+}
+
+/// Opens the folder `path`, which may be relative to the open folder `base`, step by step. Returns
+/// 0, errno or kUntrusted.
+int openSteps(int base, const std::string& path, Spot& spot) {
+  std::string way = path;
+  std::string_view rest = way;
+  Descriptor folder = openStep(base, way.starts_with('/') ? "/" : ".", spot.isReadable);
+  for (int links = 0; folder;) {
+    const std::string step = takeComponent(rest);
+    if (step.empty()) break;
+    struct stat told;
+    if (fstatat(folder.get(), step.c_str(), &told, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+    if (!S_ISLNK(told.st_mode)) {
+      folder = openStep(folder.get(), step.c_str(), spot.isReadable);
+      continue;
+    }
+    if (++links > kMostLinks) return ELOOP;
+    if (!mayFollowOnTheWay(told, folder.get())) return kUntrusted;
+    std::string text(PATH_MAX, '\0');
+    const ssize_t size = readlinkat(folder.get(), step.c_str(), text.data(), text.size());
+    if (size <= 0) return size < 0 ? errno : ENOENT;
+    text.resize(std::size_t(size));
+    way = text.append("/").append(rest);
+    rest = way;
+    if (way.starts_with('/')) folder = openStep(base, "/", spot.isReadable);
+  }
+  const int error = errno;
+  spot.folder = std::move(folder);
+  return spot.folder ? 0 : error;
+}
+
+/// Opens the folder of `path`, which may be relative to the open folder `base`. Returns 0, errno or
+/// kUntrusted.
 int openFolder(int base, const std::string& path, Spot& spot) {
   const auto slash = path.rfind('/');
   const bool isRelative = slash == std::string::npos;
   spot.name = isRelative ? path : path.substr(slash + 1);
-  const PathAt at(isRelative ? std::string(".") : path.substr(0, slash == 0 ? 1 : slash));
-  if (at.error() != 0) return at.error();
-  const int folder = path.starts_with('/') ? at.folder() : base;
-  constexpr int kFlags = O_DIRECTORY | O_CLOEXEC;
-  spot.folder = Descriptor(retried([&] { return openat(folder, at.name(), O_RDONLY | kFlags); }));
-  spot.isReadable = bool(spot.folder);
-  if (!spot.folder && errno == EACCES)
-    spot.folder = Descriptor(retried([&] { return openat(folder, at.name(), O_PATH | kFlags); }));
-  return spot.folder ? 0 : errno;
+  return openSteps(base, isRelative ? std::string() : path.substr(0, slash + 1), spot);
 }
 
 /// Whether the link may lead this process to a file that it changes.
@@ -90,8 +137,9 @@ ErrorCode findSpot(std::string path, Spot& spot) {
     Spot next;
     next.path = path.starts_with('/') ? std::string() : spot.path;
     next.path.append(path, 0, path.rfind('/') + 1);  // npos + 1 is 0
-    if (const int error = openFolder(spot.folder.get(), path, next); error != 0)
-      return error == ENOENT ? kPathNotFound : translateErrno(error);
+    const int missing = openFolder(spot.folder.get(), path, next);
+    if (missing == kUntrusted) return kUntrustedLink;
+    if (missing != 0) return missing == ENOENT ? kPathNotFound : translateErrno(missing);
     spot = std::move(next);
     if (spot.name.empty()) spot.name = ".";
     ErrorCode error = kSuccess;

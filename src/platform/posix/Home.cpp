@@ -31,16 +31,25 @@ Descriptor openNearest(std::string path) {
   }
 }
 
-/// Whether a user other than the administrator could put something else at `path`, because a folder
-/// on the way belongs to him.
+/// Whether a user other than the administrator may make or replace objects in the folder. In a
+/// sticky folder he may not replace those of others, which is enough if `isOnTheWay`.
+bool isOpenToOthers(const struct stat& folder, uid_t root, bool isOnTheWay) {
+  // In a container the root may belong to an account that the container does not know.
+  if (folder.st_uid != 0 && folder.st_uid != root) return true;
+  const bool mayOthersWrite =
+      (folder.st_mode & S_IWOTH) != 0 || ((folder.st_mode & S_IWGRP) != 0 && folder.st_gid != 0);
+  return mayOthersWrite && !(isOnTheWay && (folder.st_mode & S_ISVTX) != 0);
+}
+
+/// Whether a user other than the administrator could put something else at `path`, or into the
+/// folder there, because of the folders on the way.
 bool isControlledByOthers(const std::string& path) {
   struct stat root;
   struct stat told;
   Descriptor folder = openNearest(path);
   if (!folder || stat("/", &root) != 0) return true;
-  while (fstat(folder.get(), &told) == 0) {
-    // In a container the root may belong to an account that the container does not know.
-    if (told.st_uid != 0 && told.st_uid != root.st_uid) return true;
+  for (bool isOnTheWay = false; fstat(folder.get(), &told) == 0; isOnTheWay = true) {
+    if (isOpenToOthers(told, root.st_uid, isOnTheWay)) return true;
     if (told.st_ino == root.st_ino && told.st_dev == root.st_dev) return false;
     Descriptor above(openat(folder.get(), "..", kFolderOnly));
     if (!above) return true;
