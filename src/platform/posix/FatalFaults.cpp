@@ -119,39 +119,40 @@ const char* nameOf(int signal, int code) {
   }
 }
 
-/// Writes one entry: the fault, the calls with their places in the modules, and the build.
-void writeEntry(int file, int signal, const siginfo_t& information, void* const* calls,
-                int number) {
+/// Opens a file for an entry, as far as it is there.
+int openFile(const std::string& path, int flags) {
+  return path.empty() ? -1 : open(path.c_str(), kLogFlags | flags, 0600);
+}
+
+/// Writes the fault and the build to each of the files, before anything that may fail in its turn.
+void writeHeads(const int (&files)[2], int signal, const siginfo_t& information) {
   struct timespec now;
   clock_gettime(CLOCK_REALTIME, &now);
   Line head;
   addTime(now.tv_sec + prepared.secondsFromUtc, head);
   head.add(" - An unhandled error (").add(nameOf(signal, information.si_code)).add(") \r\n");
   head.add("occurred at: ").number(std::uint64_t(information.si_addr), 16, 1);
-  head.add(". NOT ok to continue.\r\nSignal: ").number(std::uint64_t(signal), 10, 1).add("\r\n");
-  head.writeTo(file);
-  backtrace_symbols_fd(calls, number, file);
-  Line().add("Build: ").add(prepared.buildId.c_str()).add("\r\n").writeTo(file);
+  head.add(". NOT ok to continue.\r\nSignal: ").number(std::uint64_t(signal), 10, 1);
+  head.add("\r\nBuild: ").add(prepared.buildId.c_str()).add("\r\n");
+  for (const int file : files)
+    head.writeTo(file);
+  [[maybe_unused]] const ssize_t written =
+      write(files[1], prepared.facts.data(), prepared.facts.size());
 }
 
+/// Writes one entry to the log, and to the notice with the facts. The calls come last, because the
+/// search for them faults itself if the fault destroyed the stack.
 void writeEntries(int signal, const siginfo_t& information) {
+  const int files[] = {openFile(prepared.log, 0), openFile(prepared.notice, O_TRUNC)};
+  writeHeads(files, signal, information);
   void* calls[kMostCalls];
   const int number = backtrace(calls, kMostCalls);
-  if (!prepared.log.empty()) {
-    const int file = open(prepared.log.c_str(), kLogFlags, 0600);
-    if (file >= 0) {
-      writeEntry(file, signal, information, calls, number);
-      Line().add("\r\n").writeTo(file);
-      close(file);
-    }
+  for (const int file : files) {
+    if (file < 0) continue;
+    backtrace_symbols_fd(calls, number, file);
+    Line().add("\r\n").writeTo(file);
+    close(file);
   }
-  if (prepared.notice.empty()) return;
-  const int file = open(prepared.notice.c_str(), kLogFlags | O_TRUNC, 0600);
-  if (file < 0) return;
-  writeEntry(file, signal, information, calls, number);
-  [[maybe_unused]] const ssize_t written =
-      write(file, prepared.facts.data(), prepared.facts.size());
-  close(file);
 }
 
 /// Writes the entry and lets the signal take its usual end. A second fault in the same thread comes

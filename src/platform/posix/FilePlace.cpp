@@ -192,19 +192,6 @@ bool isOwnFile(int fd, bool isWritten) {
   return true;
 }
 
-int ownFlags(int disposition) {
-  switch (disposition) {
-    case kCreateNew:
-      return O_WRONLY | O_CREAT | O_EXCL;
-    case kOpenAppend:
-      return O_WRONLY | O_CREAT | O_APPEND;
-    case kOpenExisting:
-      return O_RDWR;
-    default:
-      return O_RDONLY;
-  }
-}
-
 /// The error of a file that could not be opened: a link, a folder and a pipe are no own files.
 ErrorCode openError() {
   const bool isOther = errno == ELOOP || errno == ENXIO || errno == EISDIR;
@@ -322,7 +309,7 @@ FileHandle FilePlace::openOwn(TextView name, int disposition, ErrorCode& error) 
     const bool isWritten = disposition != kOpenRead;
     Answer answer;
     answer.second.reset(retried([&] {
-      return openat(folder->descriptor.get(), bytes.c_str(), ownFlags(disposition) | kNoWaiting,
+      return openat(folder->descriptor.get(), bytes.c_str(), openFlags(disposition) | kNoWaiting,
                     kOwnersFile);
     }));
     if (!answer.second) {

@@ -132,19 +132,6 @@ Text withoutIdleSteps(TextView path) {
   return clean.empty() ? Text(u"/") : clean;
 }
 
-int openFlags(int disposition) {
-  switch (disposition) {
-    case kCreateNew:
-      return O_WRONLY | O_CREAT | O_EXCL;
-    case kOpenAppend:
-      return O_WRONLY | O_CREAT | O_APPEND;
-    case kOpenExisting:
-      return O_RDWR;
-    default:
-      return O_RDONLY;
-  }
-}
-
 /// A path that leads to the open file or folder while it is open.
 std::string aliasOf(std::intptr_t handle) { return "/proc/self/fd/" + std::to_string(handle); }
 

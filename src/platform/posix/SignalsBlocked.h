@@ -4,14 +4,17 @@
 
 namespace ombrelian::platform {
 
-/// Blocks all signals while this object exists. Threads started meanwhile inherit the blocked
-/// signals, so signals reach only the main thread.
+/// Blocks all signals but those of faults while this object exists. Threads started meanwhile
+/// inherit the blocked signals, so signals reach only the main thread.
 class SignalsBlocked {
  public:
   SignalsBlocked() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
+    sigset_t held;
+    sigfillset(&held);
+    // A fault of the thread itself cannot wait; blocked, it would end the process without a trace.
+    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS})
+      sigdelset(&held, fault);
+    pthread_sigmask(SIG_SETMASK, &held, &before_);
   }
   ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
   SignalsBlocked(const SignalsBlocked&) = delete;
