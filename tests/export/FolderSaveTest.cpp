@@ -213,6 +213,26 @@ TEST_P(FullDiskTest, AnOlderReportStaysUntilTheNewOneIsWhole) {
   }
 }
 
+TEST_P(FullDiskTest, ADeviceThatFailsOnceAtAnyBlockLeavesTheOlderReport) {
+  const NodeIndex root = add(kNoNode, u"/src");
+  for (int i = 0; i < 12'000; ++i)
+    add(root, u"folder " + toText(i * 7919), i * 104'729);
+  options.FolderColumnVisible.fill(1);
+  const std::string name = nameOf(GetParam());
+  const std::string path = out.path(name);
+  int block = 0;
+  for (bool isReached = true; isReached; ++block) {
+    std::ofstream(path) << "old";
+    const ScopedFault fault({Call::Write, {}, EIO, block, 1});
+    const Failure failure = save(name);
+    isReached = fault.hits() > 0;
+    EXPECT_EQ(failure.has_value(), isReached) << block;
+    EXPECT_EQ(readFile(path) == "old", isReached) << block;
+    EXPECT_EQ(namesIn(out.path()), std::vector<std::string>{name}) << block;
+  }
+  EXPECT_GT(block, 1);
+}
+
 TEST_P(FullDiskTest, TheEndOfASaveRunsAsideAndItsExceptionIsAFailure) {
   add(kNoNode, u"/src");
   const std::string name = nameOf(GetParam());
