@@ -14,6 +14,7 @@ constexpr TextView kModule = u"VBinstance";
 constexpr TextView kMark = u"Ombrelian_APPLICATION_MUTEX";
 constexpr std::size_t kHeaderBytes = 8;
 constexpr std::size_t kMostLineBytes = std::size_t(1) << 20;
+constexpr std::size_t kMostSources = 10'000;
 constexpr int kTries = 5;  // to find the window of the other instance
 constexpr int kRestartTries = 10;
 constexpr std::uint32_t kPauseMs = 500;
@@ -116,6 +117,7 @@ Result<InstanceMessage> decodeMessage(std::string_view bytes) {
   const std::string_view rest = bytes.substr(kHeaderBytes + size);
   InstanceMessage message = {sourcesIn(rest), std::string(rest.substr(0, rest.find('\0')))};
   if (message.sources.empty()) message.sources = KZ_GetFoldersFromCommand(line);
+  if (message.sources.size() > kMostSources) return unreadable(u"it has too many sources");
   const bool hasBadSource = std::any_of(
       message.sources.begin(), message.sources.end(),
       [](const Text& source) { return !source.starts_with(platform::kNativeSeparator); });

@@ -91,6 +91,9 @@ class ListSaver {
     return save(ListId::Log, session.log, {}) && isSaved;
   }
 
+  /// Whether anything was saved.
+  bool hasSaved() const { return hasSaved_; }
+
   /// Whether the name of every saved file could be printed.
   bool isTold() const { return isTold_; }
 
@@ -121,6 +124,7 @@ class ListSaver {
   }
 
   bool told(const Text& path) {
+    hasSaved_ = true;
     isTold_ = console_.print(path) && isTold_;
     return true;
   }
@@ -135,6 +139,7 @@ class ListSaver {
   const Text folder_;
   const ReportFormat format_;
   Text delimiter_;
+  bool hasSaved_ = false;
   bool isTold_ = true;
 };
 
@@ -159,7 +164,8 @@ int scanAndList(const CommandLine& line, Session& session, Console& console, int
   if (result.sourcesScanned == 0) return kExitNothing;
   const bool isDone = saves ? saver.saveAll(session, lists, result.lastRoot)
                             : printAll(line, session, lists, console);
-  if (!isDone) return platform::StopSignal() != 0 ? tellSignal(console) : kExitNothing;
+  if (!isDone && platform::StopSignal() != 0) return tellSignal(console);
+  if (!isDone) return saver.hasSaved() ? kExitPartial : kExitNothing;
   statusNow = kExitPartial;
   return statusOf(result, console, saver.isTold());
 }

@@ -100,6 +100,16 @@ int foldersMade(const std::string& bytes) {
   return at == std::string::npos ? -1 : std::atoi(bytes.c_str() + at + kMark.size());
 }
 
+/// Reads an ordinary file; its rights stay as they are.
+platform::ErrorCode readFile(const Text& path, std::string& bytes) {
+  platform::FindData data;
+  if (const platform::ErrorCode error = findObject(path, data); error != platform::kSuccess)
+    return error;
+  constexpr auto kSpecial = platform::kAttributeSystem | platform::kAttributeReparsePoint;
+  const bool isOrdinary = !data.isFolder() && (data.dwFileAttributes & kSpecial) == 0;
+  return isOrdinary ? platform::ReadWholeFile(path, bytes) : platform::kNotOwnFile;
+}
+
 Text stepError(TextView path, platform::ErrorCode error) {
   return Text(path).append(u": ").append(platform::FormatMessageW(error));
 }
@@ -131,7 +141,7 @@ void removeFolders(Text path, int number) {
 
 Text addFile(const VerbFile& file, const Text& path, const std::string& program) {
   std::string older;
-  platform::ErrorCode error = platform::ReadOwnFile(path, older);
+  platform::ErrorCode error = readFile(path, older);
   const bool isThere = error == platform::kSuccess;
   if (isThere && foldersMade(older) < 0) return {};
   int made = isThere ? foldersMade(older) : 0;
@@ -153,7 +163,7 @@ Text addFile(const VerbFile& file, const Text& path, const std::string& program)
 
 void removeFile(const Text& path) {
   std::string bytes;
-  if (platform::ReadOwnFile(path, bytes) != platform::kSuccess) return;
+  if (readFile(path, bytes) != platform::kSuccess) return;
   const int made = foldersMade(bytes);
   if (made < 0 || platform::DeleteFileW({path}) != platform::kSuccess) return;
   removeFolders(path, made);

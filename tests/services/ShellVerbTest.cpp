@@ -64,6 +64,7 @@ TEST_F(ShellVerbTest, EveryFileStartsThisProgramWithTheFolderAndRemovalLeavesNot
 TEST_F(ShellVerbTest, WhatIsThereStaysAndARepairKeepsWhatToRemove) {
   home.folder("share/applications");
   home.write("share/kio/servicemenus/ombrelian.desktop", "[Desktop Entry]\n");
+  home.chmod("share/kio/servicemenus/ombrelian.desktop", 0755);
   EXPECT_EQ(set(true), u"");
   home.write("share/applications/ombrelian.desktop",
              "# Made by Ombrelian, with new folders: 0\n[Desktop Entry]\nExec=/old/place\n");
@@ -77,6 +78,7 @@ TEST_F(ShellVerbTest, WhatIsThereStaysAndARepairKeepsWhatToRemove) {
   EXPECT_EQ(before.st_ino, after.st_ino) << "it was right already";
   EXPECT_EQ(set(false), u"");
   EXPECT_EQ(readFile(file(kFiles[1])), "[Desktop Entry]\n") << "somebody else made it";
+  EXPECT_EQ(home.modeOf("share/kio/servicemenus/ombrelian.desktop"), 0755U);
   EXPECT_TRUE(home.has("share/applications"));
   EXPECT_FALSE(home.has("share/applications/ombrelian.desktop"));
   EXPECT_FALSE(home.has("share/nemo") || home.has("share/nautilus"));
