@@ -141,6 +141,8 @@ bool CheckVBinstance(const CommandLine& line, TextView commandText, const IniSto
         const bool alone = place.WeAreAlone();
         const bool isOnlyOne = settings.INI_ReadString(u"Optionen", u"Instanz", u"1") != u"0";
         trace.LogDebug(u"WeAreAlone=" + truth(alone));
+        if (alone && !place.listener().isOpen())
+          trace.LogDebug(u"No safe place for the lock: every start has a window");
         trace.LogDebug(u"Command$=" + Text(commandText));
         const bool isRestart = line.mode == CommandLine::Mode::Restart;
         if (!alone && isOnlyOne && !isRestart) {

@@ -118,16 +118,17 @@ WindowEnd showWindow(int& argc, char** argv, const CommandLine& line, StartUp& s
   session.log.setFile(startUp.logFile());
   MainWindow window(session, startUp.settings());
   window.show();
-  for (const Text& notice : startUp.notices())
-    showMessage(&window, UserInterface::Severity::Warning, toQString(notice));
-  if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
-  showFaults(startUp.errorLog(), window);
-  QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
+  // Later starts are heard also while the first messages are shown.
   InstanceServer server(place.listener(), startUp.errorLog());
   QObject::connect(&server, &InstanceServer::received, &window,
                    [&](const InstanceMessage& message) {
                      window.parts().laterStarts.add(message.sources, message.activationToken);
                    });
+  for (const Text& notice : startUp.notices())
+    showMessage(&window, UserInterface::Severity::Warning, toQString(notice));
+  if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
+  showFaults(startUp.errorLog(), window);
+  QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
   const int status = QApplication::exec();
   startUp.errorLog().setPresenter({});
   return {status, window.wantsRestart()};
