@@ -6,7 +6,6 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <QThread>
-#include <QTimer>
 #include <QTranslator>
 
 #include "frame/Instance.h"
@@ -25,7 +24,6 @@
 #include "ui/MenuCare.h"
 #include "ui/Messages.h"
 #include "ui/QtText.h"
-#include "ui/ScanControl.h"
 #include "ui/Style.h"
 
 namespace ombrelian::ui {
@@ -128,7 +126,7 @@ WindowEnd showWindow(int& argc, char** argv, const CommandLine& line, StartUp& s
     showMessage(&window, UserInterface::Severity::Warning, toQString(notice));
   if (startUp.errorLog().Errcount() > 0) window.setStoresSettings(askToStore(startUp, &window));
   showFaults(startUp.errorLog(), window);
-  QTimer::singleShot(0, &window, [&] { window.parts().scans.scan(line.sources); });
+  window.parts().laterStarts.add(line.sources, {});  // a later start may have begun a scan
   const int status = QApplication::exec();
   startUp.errorLog().setPresenter({});
   return {status, window.wantsRestart()};
