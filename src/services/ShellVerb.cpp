@@ -65,7 +65,9 @@ std::string desktopEntry(const std::string& program) {
 }
 
 std::string serviceMenu(const std::string& program) {
-  return "[Desktop Entry]\nType=Service\nMimeType=inode/directory;\nActions=ombrelian;\n\n"
+  return "[Desktop Entry]\nType=Service\nName=Ombrelian\n"
+         "X-KDE-ServiceTypes=KonqPopupMenu/Plugin\nMimeType=inode/directory;\n"
+         "Actions=ombrelian;\n\n"
          "[Desktop Action ombrelian]\nName=Ombrelian\nIcon=ombrelian\n" +
          command(program);
 }
