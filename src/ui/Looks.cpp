@@ -30,6 +30,11 @@ Looks::Looks(WindowState& state, WindowDialogs& dialogs, Panes& panes, PaneArea&
   connect(&scheme_, &DesktopScheme::changed, this, &Looks::ChangeTheme);
 }
 
+void Looks::applyFormats() {
+  for (ListPane* const pane : panes_.all())
+    pane->applySettings();
+}
+
 void Looks::changeSizes(std::optional<ListId> list) {
   Options& options = state_.session.options;
   if (!list) applyCommonSizes(options);

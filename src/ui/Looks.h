@@ -31,6 +31,9 @@ class Looks : public QObject {
   void chooseFont();
   void ChangeFontSize(int step);
 
+  /// Formats the cells of all lists anew, for example after the format of dates changed.
+  void applyFormats();
+
   /// Updates a list after its size settings changed. Without a list, all lists get the size
   /// settings of the main bar.
   void changeSizes(std::optional<ListId> list);

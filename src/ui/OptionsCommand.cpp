@@ -38,6 +38,7 @@ void OptionsCommand::applyStored() {
   }
   options.ToolbarTheme = stored.ToolbarTheme;
   looks_.applyLook();
+  looks_.applyFormats();
 }
 
 /// Whether the user wants a new start, with which alone the drawing of texts changes.

@@ -187,7 +187,8 @@ QToolButton* OptionsDialog::makeHelp(const QString& page, const Text& tip) {
 bool OptionsDialog::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Enter) {
     auto* const field = static_cast<QWidget*>(watched);
-    QToolTip::showText(field->mapToGlobal(field->rect().bottomLeft()),
+    // Above the field, so that it covers no other one.
+    QToolTip::showText(field->mapToGlobal(QPoint(0, -3 * field->height())),
                        plainToolTip(toQString(manyExtensionsText())), field);
   }
   return QDialog::eventFilter(watched, event);
@@ -227,8 +228,9 @@ void OptionsDialog::watchChanges() {
 
 void OptionsDialog::showDate() {
   const Date now = toDate(platform::GetLocalTime());
-  lblDate_->setText(QStringLiteral("= ") +
-                    toQString(DatePattern(toTextView(cboDate_->currentText())).format(now)));
+  Text format = toText(cboDate_->currentText());
+  if (format.empty()) format = defaultDateFormat();  // as in the lists
+  lblDate_->setText(QStringLiteral("= ") + toQString(DatePattern(format).format(now)));
 }
 
 void OptionsDialog::accept() {

@@ -43,12 +43,20 @@ class OptionsDialogTest : public WindowTest {
 };
 
 TEST_F(OptionsDialogTest, EveryOptionIsStoredAndTakesEffect) {
+  run_.scan({tree_.text()});
+  const auto dateOfSource = [this] {
+    return run_.cell(ListId::Folders, 0, FolderColumnId::Modified);
+  };
+  EXPECT_GT(dateOfSource().size(), 4);
   visit("cmdOK", [](OptionsDialog& dialog) {
     for (QCheckBox* const box : dialog.findChildren<QCheckBox*>())
       box->setChecked(!box->isChecked());
     dialog.findChild<QComboBox*>(u"cboDate"_s)->setEditText(u"yyyy"_s);
     EXPECT_EQ(dialog.findChild<QLabel*>(u"lblDate"_s)->text(),
               u"= "_s + QDate::currentDate().toString(u"yyyy"_s));
+    dialog.findChild<QComboBox*>(u"cboDate"_s)->setEditText({});
+    EXPECT_GT(dialog.findChild<QLabel*>(u"lblDate"_s)->text().size(), 8) << "that of the locale";
+    dialog.findChild<QComboBox*>(u"cboDate"_s)->setEditText(u"yyyy"_s);
     dialog.findChild<QComboBox*>(u"cboTheme"_s)->setCurrentIndex(8);
     for (const char16_t* const name :
          {u"txtVorschauText", u"txtVorschauIE", u"txtVorschauGrafik", u"txtVorschauMediaPlayer"}) {
@@ -76,6 +84,7 @@ TEST_F(OptionsDialogTest, EveryOptionIsStoredAndTakesEffect) {
     EXPECT_EQ(stored(key), value) << toBytes(key);
   const Options& options = run_.session.options;
   EXPECT_EQ(options.DateFormat, u"yyyy");
+  EXPECT_EQ(dateOfSource(), QDate::currentDate().toString(u"yyyy"_s)) << "at once";
   EXPECT_EQ(options.ToolbarTheme, 8);
   EXPECT_EQ(options.UnicodeSupport, 0) << "only after a new start";
   EXPECT_EQ(QApplication::palette(), makeTheme(8, false).palette);
