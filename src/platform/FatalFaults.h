@@ -8,7 +8,7 @@ namespace ombrelian::platform {
 struct FaultPlaces {
   Text log;     // the entry is appended to this file; empty: nowhere
   Text notice;  // this file gets the entry alone, for the next start; empty: none
-  Text facts;   // lines about the program and the machine that follow in the notice
+  Text facts;   // lines about the program and the machine, for both
 };
 
 /// From now on, a fault that ends the process, such as an access to memory that is not there,

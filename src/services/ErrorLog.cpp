@@ -168,6 +168,11 @@ ErrorLog::~ErrorLog() {
   if (watchesFaults_) platform::RemoveExceptionFilter();
 }
 
+void ErrorLog::setScreen(int width, int height) {
+  screen_ = toText(width) + u"x" + toText(height);
+  if (watchesFaults_) watchFatalFaults();  // entries name the screen too
+}
+
 void ErrorLog::watchFatalFaults() {
   watchesFaults_ = !facts_.dataPath.empty();
   if (!watchesFaults_) return;

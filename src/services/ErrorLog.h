@@ -53,7 +53,7 @@ class ErrorLog : public FaultSink {
   Text takeFatalReport();
 
   /// Sets the size of the screen in pixels for reports.
-  void setScreen(int width, int height) { screen_ = toText(width) + u"x" + toText(height); }
+  void setScreen(int width, int height);
 
   /// The language of the run, as a Windows primary language number.
   int languageId() const { return facts_.languageId; }

@@ -103,7 +103,8 @@ TEST(FatalFaultsTest, AnEntryNamesTheFaultAndTheProcedureAndTheSignalEndsTheProc
     EXPECT_TRUE(std::regex_search(entry, std::regex("\r\nBuild: [0-9a-f]{16,}\r\n"))) << entry;
     const std::string notice = readFile(folder.path("notice"));
     EXPECT_EQ(notice.substr(0, notice.find("Build")), entry.substr(0, entry.find("Build")));
-    EXPECT_NE(notice.find("\r\nApp: Ombrelian\r\n"), std::string::npos);
+    for (const std::string& text : {notice, entry})
+      EXPECT_NE(text.find("\r\nApp: Ombrelian\r\n"), std::string::npos);
     EXPECT_NE(notice.find(fault.name), std::string::npos);
     EXPECT_EQ(folder.modeOf("notice"), 0600U);
   }

@@ -134,10 +134,11 @@ void writeHeads(const int (&files)[2], int signal, const siginfo_t& information)
   head.add("occurred at: ").number(std::uint64_t(information.si_addr), 16, 1);
   head.add(". NOT ok to continue.\r\nSignal: ").number(std::uint64_t(signal), 10, 1);
   head.add("\r\nBuild: ").add(prepared.buildId.c_str()).add("\r\n");
-  for (const int file : files)
+  for (const int file : files) {
     head.writeTo(file);
-  [[maybe_unused]] const ssize_t written =
-      write(files[1], prepared.facts.data(), prepared.facts.size());
+    [[maybe_unused]] const ssize_t written =
+        write(file, prepared.facts.data(), prepared.facts.size());
+  }
 }
 
 /// Writes one entry to the log, and to the notice with the facts. The calls come last, because the
