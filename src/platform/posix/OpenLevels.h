@@ -3,6 +3,7 @@
 #include <fcntl.h>
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "platform/FindData.h"
@@ -57,14 +58,15 @@ class OpenLevels {
   }
 
   /// Adds an innermost level. If another level has to be detached for it, `prepare` is called with
-  /// that level while it is still open.
+  /// that level while it is still open. If there is no memory, `level` is as before.
   template <class Prepare>
-  void push(Level level, Prepare prepare) {
+  void push(Level&& level, Prepare prepare) {
+    static_assert(std::is_nothrow_move_constructible_v<Level>);
     levels_.push_back(std::move(level));
     if (levels_.size() - detached_ > mostOpen_) detachOne(prepare);
   }
 
-  void push(Level level) {
+  void push(Level&& level) {
     push(std::move(level), [](Level&) {});
   }
 
