@@ -118,9 +118,10 @@ Result<InstanceMessage> decodeMessage(std::string_view bytes) {
   InstanceMessage message = {sourcesIn(rest), std::string(rest.substr(0, rest.find('\0')))};
   if (message.sources.empty()) message.sources = KZ_GetFoldersFromCommand(line);
   if (message.sources.size() > kMostSources) return unreadable(u"it has too many sources");
-  const bool hasBadSource = std::any_of(
-      message.sources.begin(), message.sources.end(),
-      [](const Text& source) { return !source.starts_with(platform::kNativeSeparator); });
+  const bool hasBadSource =
+      std::any_of(message.sources.begin(), message.sources.end(), [](const Text& source) {
+        return !source.starts_with(platform::kNativeSeparator) || source.find(u'\0') != Text::npos;
+      });
   if (hasBadSource) return unreadable(u"a source is not an absolute path");
   return message;
 }

@@ -26,7 +26,8 @@ TEST(InstanceMessageTest, EverySourceArrivesAndAForeignMessageIsRefused) {
   for (const std::string& bad :
        {""s, "\0\0\0\0\2\0\0"s, "\1\0\0\0\2\0\0\0a\0"s, "\0\0\0\0\4\0\0\0a\0"s,
         "\0\0\0\0\3\0\0\0a\0b"s, "\0\0\0\0\1\0\0\0a"s, "\0\0\0\0\1\0\0\0\0token\0relative"s,
-        std::string(1000, '\0'), encodeMessage({std::deque<Text>(20'000, u"/x"), {}}), tooLong}) {
+        std::string(1000, '\0'), "\0\0\0\0\6\0\0\0/\0\0\0a\0"s,
+        encodeMessage({std::deque<Text>(20'000, u"/x"), {}}), tooLong}) {
     const Result<InstanceMessage> read = decodeMessage(bad);
     EXPECT_FALSE(read) << bad.substr(0, 16);
     EXPECT_TRUE(read || !read.error().text.empty());
