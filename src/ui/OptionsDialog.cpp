@@ -20,6 +20,7 @@
 #include "ui/Icons.h"
 #include "ui/Messages.h"
 #include "ui/Mnemonics.h"
+#include "ui/Named.h"
 #include "ui/QtText.h"
 #include "ui/Themes.h"
 
@@ -36,12 +37,6 @@ constexpr TextView kDateFormats[] = {u"dd.MM.yyyy hh:nn:ss",     u"d.m.yyyy hh:n
                                      u"dd-MM-yyyy hh:nn:ss",     u"dd. mmm yyyy hh:nn:ss",
                                      u"yyyy-mm-dd hh:nn:ss",     u"MM/dd/yyyy h:n:s AM/PM",
                                      u"dd-mmm-yyyy h:n:s AM/PM", u"dd mmm yyyy h:n:s AM/PM"};
-
-template <class Control>
-Control* named(Control* control, const char* name) {
-  control->setObjectName(QString::fromLatin1(name));
-  return control;
-}
 
 Text manyExtensionsText() {
   return TL(2226, u"Mehrere Dateiendungen müssen mit einem Komma getrennt werden");

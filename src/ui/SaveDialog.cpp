@@ -22,6 +22,7 @@
 #include "ui/Desktop.h"
 #include "ui/FormPlace.h"
 #include "ui/Mnemonics.h"
+#include "ui/Named.h"
 #include "ui/QtText.h"
 
 namespace ombrelian::ui {
@@ -61,12 +62,6 @@ QString askDesktopForFile(QWidget* parent, const FileQuestion& question) {
   dialog.selectFile(question.name);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   return dialog.selectedFiles().constFirst();
-}
-
-template <class Control>
-Control* named(Control* control, const char* name) {
-  control->setObjectName(QString::fromLatin1(name));
-  return control;
 }
 
 std::int32_t numberOfLevels(const QString& text) {

@@ -45,6 +45,11 @@ struct Spot {
 
 constexpr int kUntrusted = -1;  // beside the values of errno
 
+/// Whether users share the folder: each of them may make names in it and remove only his own.
+bool isShared(const struct stat& folder) {
+  return (folder.st_mode & S_ISVTX) != 0 && (folder.st_mode & (S_IWOTH | S_IWGRP)) != 0;
+}
+
 /// Whether a link on the way to a folder may be followed: not if somebody else than the runner, the
 /// administrator or, for an ordinary user, the owner of the folder put it into a folder that users
 /// share. The kernel has this rule only for the last name of a path.
@@ -53,8 +58,7 @@ bool mayFollowOnTheWay(const struct stat& link, int folder) {
   if (link.st_uid == user || link.st_uid == 0) return true;
   struct stat told;
   if (fstat(folder, &told) != 0) return false;
-  const bool isShared = (told.st_mode & S_ISVTX) != 0 && (told.st_mode & (S_IWOTH | S_IWGRP)) != 0;
-  return !isShared || (user != 0 && link.st_uid == told.st_uid);
+  return !isShared(told) || (user != 0 && link.st_uid == told.st_uid);
 }
 
 /// Opens the folder `name`, which is no link, for reading, or at least as a place for names.
@@ -153,8 +157,7 @@ ErrorCode findSpot(std::string path, Spot& spot) {
 bool isForeign(const struct stat& file, int folder) {
   struct stat told;
   if (fstat(folder, &told) != 0) return true;
-  const bool isShared = (told.st_mode & S_ISVTX) != 0 && (told.st_mode & (S_IWOTH | S_IWGRP)) != 0;
-  return isShared && file.st_uid != geteuid() && file.st_uid != told.st_uid;
+  return isShared(told) && file.st_uid != geteuid() && file.st_uid != told.st_uid;
 }
 
 mode_t modeOfNewFile(int folder) {
