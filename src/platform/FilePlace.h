@@ -66,6 +66,8 @@ class FilePlace {
 
   template <class Call>
   ErrorCode ask(Call call) const;
+  template <class Call>
+  FileHandle openWith(Call call, ErrorCode& error) const;
 
   std::shared_ptr<const Folder> folder_;
   Text name_;

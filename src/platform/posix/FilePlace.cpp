@@ -283,6 +283,18 @@ bool FilePlace::mayWrite() const {
   return error != kAccessDenied;
 }
 
+/// The file that `call` opens, which may be on a file system that does not answer.
+template <class Call>
+FileHandle FilePlace::openWith(Call call, ErrorCode& error) const {
+  using Answer = std::pair<ErrorCode, Descriptor>;
+  FileHandle file;
+  file.slowMount_ = slowMount_;
+  Answer answer = askPatiently(slowMount_, std::move(call), Answer(kTimeout, Descriptor()));
+  error = answer.first;
+  if (answer.second) file.handle_ = answer.second.release();
+  return file;
+}
+
 FileHandle FilePlace::make(TextView name, ErrorCode& error) const {
   using Answer = std::pair<ErrorCode, Descriptor>;
   const auto make = [bytes = toBytes(name), folder = folder_] {
@@ -296,11 +308,7 @@ FileHandle FilePlace::make(TextView name, ErrorCode& error) const {
     if (!answer.second) answer.first = lastError();
     return answer;
   };
-  FileHandle file;
-  file.slowMount_ = slowMount_;
-  Answer answer = askPatiently(slowMount_, make, Answer(kTimeout, Descriptor()));
-  error = answer.first;
-  if (answer.second) file.handle_ = answer.second.release();
+  FileHandle file = openWith(make, error);
   // Only this path can give the file a name later.
   if (file.isOpen() && name.empty() && GetHandlePath(file, {}).empty()) error = kNotSupported;
   return file;
@@ -322,12 +330,7 @@ FileHandle FilePlace::openOwn(TextView name, int disposition, ErrorCode& error) 
     }
     return answer;
   };
-  FileHandle file;
-  file.slowMount_ = slowMount_;
-  Answer answer = askPatiently(slowMount_, open, Answer(kTimeout, Descriptor()));
-  error = answer.first;
-  if (answer.second) file.handle_ = answer.second.release();
-  return file;
+  return openWith(open, error);
 }
 
 ErrorCode FilePlace::nameFile(const FileHandle& file, TextView name) const {
